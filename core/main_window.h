@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/program_state.h"
+
+namespace vantrell {
+
+enum class FolderKind { source = 1, destination = 2, done = 3, reject = 4 };
+
+/// What the main window can be told to show. Texts may hold paths and are bytes: the window decodes them for display.
+class MainWindow {
+public:
+    MainWindow() = default;
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+    virtual ~MainWindow() = default;
+
+    // Status
+    virtual void setCaption(const std::string& text) = 0;
+    virtual void setLabel2(const std::string& text) = 0;
+    virtual void setPanel1(const std::string& text) = 0;
+    virtual void setModeLabel(const std::string& text) = 0;
+    virtual void setClock(const std::string& text) = 0;
+    virtual void setSchedule(const std::string& text) = 0;
+    virtual void setStartEnabled(bool enabled) = 0;
+    virtual void setStopEnabled(bool enabled) = 0;
+    /// Hourglass while True (`mWait`), the usual pointer while False (`mOk`).
+    virtual void setWaitPointer(bool waiting) = 0;
+    virtual void repaint() = 0;
+
+    // The file and the pass at work
+    virtual void setCurrentFile(const std::string& name) = 0;
+    virtual void setLastFile(const std::string& name) = 0;
+    virtual void setTotalFiles(std::uint64_t count) = 0;
+    virtual void setProcessedCount(std::int32_t count) = 0;
+    /// The number of files of this pass that are behind us, of `total`.
+    virtual void setPassProgress(std::uint64_t done, std::uint64_t total) = 0;
+    virtual void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) = 0;
+    /// No file is at work: the progress display is empty.
+    virtual void clearProgress() = 0;
+
+    // Settings
+    virtual void setFolder(FolderKind kind, const Path& folder) = 0;
+    virtual void setMinutes(const std::string& text) = 0;
+    virtual void showSettings(const SettingsRecord& settings) = 0;
+
+    // The activity box
+    virtual void appendActivity(const std::string& line) = 0;
+    [[nodiscard]] virtual bool isActivityShown() const = 0;
+    /// Also gives the window the height that belongs to it.
+    virtual void setActivityShown(bool shown) = 0;
+
+    // The window itself
+    virtual void showWindow() = 0;
+    virtual void hideWindow() = 0;
+    virtual void closeWindow() = 0;
+    /// Out of the minimized state.
+    virtual void setNormalState() = 0;
+    [[nodiscard]] virtual bool isMinimized() const = 0;
+    /// 6780 by 11655 twips, or what the texts need.
+    virtual void setNormalSize() = 0;
+    virtual void bringToFront() = 0;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "task/run_queue.h"
+
+namespace vantrell {
+
+/// The host's handle of an open file (POSIX: the descriptor).
+using NativeFile = std::intptr_t;
+
+/// What tasks need of the one event loop. All of it runs on the one thread.
+class EventLoop {
+public:
+    EventLoop() : queue_([this] { requestTurn(); }) {}
+    EventLoop(const EventLoop&) = delete;
+    EventLoop& operator=(const EventLoop&) = delete;
+    virtual ~EventLoop() = default;
+
+    [[nodiscard]] RunQueue& queue() { return queue_; }
+    /// To be awaited often in long work: goes back to the event loop when the tasks' time in this turn is used up.
+    Breath breathe() { return Breath(queue_); }
+    /// Wakes after the given time.
+    Pending after(std::chrono::milliseconds time) {
+        return Pending(queue_, [&](RunQueue::Id id) { startTimer(id, time); });
+    }
+    /// Brings the contents of an open file to stable storage. The request has been submitted when this returns, so the
+    /// file may be closed at once. The value is 0 or the host's error number.
+    Pending flush(NativeFile file) {
+        return Pending(queue_, [&](RunQueue::Id id) { startFlush(id, file); });
+    }
+
+protected:
+    /// Asks for one call of `queue().runTurn()` from the event loop.
+    virtual void requestTurn() = 0;
+    virtual void startTimer(RunQueue::Id id, std::chrono::milliseconds time) = 0;
+    virtual void startFlush(RunQueue::Id id, NativeFile file) = 0;
+
+private:
+    RunQueue queue_;
+};
+
+}  // namespace vantrell

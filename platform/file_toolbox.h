@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "platform/file_fault.h"
+#include "platform/path.h"
+#include "task/task.h"
+
+namespace vantrell {
+
+enum class EntryKind { missing, regularFile, folder, other };
+
+/// Whether an existing file under the target name may be replaced. Replacing is one rename over the old file, so old
+/// or new is always there.
+enum class Replace { never, allowed };
+
+/// A regular file held open for reading, together with what it was when it was opened (device, inode, size, times).
+class HeldFile {
+public:
+    HeldFile() = default;
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+    virtual ~HeldFile() = default;
+
+    /// Bytes, as of the opening.
+    [[nodiscard]] virtual std::uint64_t size() const = 0;
+    /// Reads the next bytes; `got` is 0 at the end of the file.
+    virtual FileFault read(std::span<std::byte> into, std::size_t& got) = 0;
+    /// Fault `inUse` when somebody has the file open for writing, or when it or what stands under its path is not what
+    /// was opened (a changed file, another file, a link); `notThere` when nothing stands there any more.
+    virtual FileFault verify() = 0;
+};
+
+struct HoldResult {
+    std::unique_ptr<HeldFile> file;  ///< null on failure
+    FileFault fault;
+};
+
+/// A new file that has no final name until it is whole and on stable storage. Destroying it before `publish` drops it.
+class OutputFile {
+public:
+    OutputFile() = default;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    virtual ~OutputFile() = default;
+
+    /// Appends the bytes, which must stay valid until the task has ended.
+    virtual Task<FileFault> write(std::span<const std::byte> bytes) = 0;
+    /// Brings everything written to stable storage.
+    virtual Task<FileFault> flush() = 0;
+    /// Gives the flushed file its name in the folder in which it was created, and flushes the folder.
+    virtual Task<FileFault> publish(Path target, Replace replace) = 0;
+    /// Drops the file in steps that do not hold up the event loop.
+    virtual Task<void> discard() = 0;
+};
+
+struct OutputResult {
+    std::unique_ptr<OutputFile> file;  ///< null on failure
+    FileFault fault;
+};
+
+struct SearchOrder {
+    Path folder;
+    bool recurse = false;
+    /// Folders that are not entered where they lie inside `folder` (compared as folders, not as texts).
+    std::vector<Path> notEntered;
+    /// Asked now and then; the search ends early when it answers True.
+    std::function<bool()> isStopped;
+};
+
+struct MoveOrder {
+    Path source;
+    Path target;
+    Replace replace = Replace::never;
+    /// When given: the move is refused with `inUse` unless the file at `source` is still this one.
+    HeldFile* expected = nullptr;
+};
+
+/// The file operations of the program. Only regular files are files here: links, FIFOs, sockets and devices are never
+/// followed, opened or moved, and never block.
+class FileToolbox {
+public:
+    FileToolbox() = default;
+    FileToolbox(const FileToolbox&) = delete;
+    FileToolbox& operator=(const FileToolbox&) = delete;
+    virtual ~FileToolbox() = default;
+
+    /// What stands under the path; links are `other`. `missing` also when it cannot be told.
+    [[nodiscard]] virtual EntryKind kindOf(const Path& path) const = 0;
+    /// Whether the path leads to a folder; here a link to a folder counts as one.
+    [[nodiscard]] virtual bool isFolder(const Path& path) const = 0;
+    /// Whether both paths lead to the same existing folder (POSIX: device and inode).
+    [[nodiscard]] virtual bool isSameFolder(const Path& one, const Path& other) const = 0;
+    /// Creates one level; False when it could not be created.
+    virtual bool makeFolder(const Path& path) = 0;
+    /// Takes the read-only attribute (POSIX: the owner may not write) off a regular file; errors are ignored.
+    virtual void clearReadOnly(const Path& path) = 0;
+
+    /// Every regular file below the folder, hidden ones too, ascending by the bytes of the path. Our own temporary
+    /// names (".zep-" and 16 hexadecimal digits) are passed over. What cannot be read is passed over.
+    virtual Task<std::vector<Path>> search(SearchOrder order) = 0;
+
+    /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing.
+    virtual HoldResult hold(const Path& path) = 0;
+    /// Begins a new file that will get its name in the given folder.
+    virtual OutputResult createOutput(const Path& folder) = 0;
+
+    /// Within one file system; never replaces. Nothing changed when there is a fault.
+    virtual Task<FileFault> rename(Path source, Path target) = 0;
+    /// Also across file systems. The file is at the target on success; nothing changed when there is a fault.
+    virtual Task<FileFault> move(MoveOrder order) = 0;
+    /// Replaces the target atomically; the copy gets the given permission bits (POSIX mode).
+    virtual Task<FileFault> copy(Path source, Path target, unsigned permissions) = 0;
+    /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
+    /// be told.
+    [[nodiscard]] virtual std::chrono::system_clock::time_point fileDate(const Path& path) const = 0;
+
+    /// After a crash: removes our left-over temporary files from `outputFolders`, and moves files that were being
+    /// removed from `sourceFolder` (and below it) back to their place.
+    virtual Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) = 0;
+};
+
+}  // namespace vantrell

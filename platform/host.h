@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "platform/path.h"
+
+namespace vantrell {
+
+/// Where things lie on this machine, and how another program is started.
+class Host {
+public:
+    Host() = default;
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+    virtual ~Host() = default;
+
+    /// Environment variable ALLUSERSPROFILE when it is set, else the user's data folder (XDG base directories).
+    [[nodiscard]] virtual Path profileFolder() const = 0;
+    /// The folder in which the running program file lies.
+    [[nodiscard]] virtual Path programFolder() const = 0;
+    /// Starts a program without waiting for it; False when there is no such file or it cannot be started.
+    virtual bool startProgram(const Path& file) = 0;
+};
+
+/// Held by the one running program of a data folder; the system gives it back when the process ends, however it ends.
+class InstanceLock {
+public:
+    InstanceLock() = default;
+    InstanceLock(const InstanceLock&) = delete;
+    InstanceLock& operator=(const InstanceLock&) = delete;
+    virtual ~InstanceLock() = default;
+
+    /// False when another process holds it. When the folder cannot be locked at all, True: start-up goes on.
+    virtual bool tryLock(const Path& folder) = 0;
+};
+
+}  // namespace vantrell

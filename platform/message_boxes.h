@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "task/run_queue.h"
+
+namespace vantrell {
+
+enum class Buttons { ok, yesNo };
+
+/// `withdrawn`: the program took the question back; it was neither answered with Yes nor with No.
+enum class Answer : int { no = 0, yes = 1, ok = 2, withdrawn = 3 };
+
+/// One message box. Texts are UTF-8 with CR LF between lines.
+struct Box {
+    std::string title;
+    std::string text;
+    Buttons buttons = Buttons::ok;
+    bool defaultIsNo = false;
+};
+
+/// The title of boxes that have none of their own.
+inline constexpr char kApplicationTitle[] = "Vantrell";
+
+/// Message boxes that hold up the task which asks, but never the window. Escape on a question means No.
+class MessageBoxes {
+public:
+    explicit MessageBoxes(RunQueue& queue) : queue_(queue) {}
+    MessageBoxes(const MessageBoxes&) = delete;
+    MessageBoxes& operator=(const MessageBoxes&) = delete;
+    virtual ~MessageBoxes() = default;
+
+    /// Shows the box; to be awaited for the answer (an `Answer` as int). Destroying the awaited value withdraws it.
+    Pending ask(const Box& box) {
+        return Pending(
+            queue_, [&](RunQueue::Id id) { open(id, box); }, [this](RunQueue::Id id) { close(id); });
+    }
+    /// Closes an open box; whoever awaits it gets `Answer::withdrawn`.
+    void withdraw(RunQueue::Id id) {
+        close(id);
+        queue_.wake(id, static_cast<int>(Answer::withdrawn));
+    }
+    /// Shows an information box for which nobody waits. While an equal one is open, that one is brought to the front.
+    virtual void inform(const Box& box) = 0;
+
+protected:
+    /// Shows the box and wakes `id` with the answer, once.
+    virtual void open(RunQueue::Id id, const Box& box) = 0;
+    virtual void close(RunQueue::Id id) = 0;
+    [[nodiscard]] RunQueue& queue() { return queue_; }
+
+private:
+    RunQueue& queue_;
+};
+
+}  // namespace vantrell

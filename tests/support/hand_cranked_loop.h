@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <poll.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/event_loop.h"
+#include "platform/linux/kernel_flush.h"
+#include "task/task_group.h"
+
+namespace vantrell::test {
+
+/// An event loop that a test turns by hand. Time stands still unless `advance` moves it; flushes are real.
+class HandCrankedLoop final : public EventLoop {
+public:
+    /// One turn. False when nobody was ready and no flush completed.
+    bool turn() {
+        collectFlushes(0);
+        if (!queue().hasWork()) return false;
+        queue().runTurn();
+        return true;
+    }
+
+    /// Turns until `isDone`, waiting for flushes that are under way. False when nothing moves any more.
+    bool turnUntil(const std::function<bool()>& isDone) {
+        while (!isDone()) {
+            if (turn()) continue;
+            if (!collectFlushes(2000)) return isDone();
+        }
+        return true;
+    }
+
+    /// Runs the task to its end. False when it waits for something that will not come by itself.
+    bool run(Task<void> task) {
+        TaskGroup group(queue());
+        group.start(std::move(task));
+        return turnUntil([&group] { return group.isIdle(); });
+    }
+
+    /// The value of the task; the test's own failure when it does not end.
+    template <class T>
+    T valueOf(Task<T> task) {
+        std::optional<T> value;
+        if (!run(keep(std::move(task), &value))) throw std::runtime_error("the task waits for something");
+        return std::move(*value);
+    }
+
+    /// Lets time pass: timers that are due wake their tasks, in order.
+    void advance(std::chrono::milliseconds time) {
+        now_ += time;
+        while (!timers_.empty() && timers_.begin()->first <= now_) {
+            queue().wake(timers_.begin()->second);
+            timers_.erase(timers_.begin());
+        }
+    }
+    [[nodiscard]] bool waitsForTime() const { return !timers_.empty(); }
+
+protected:
+    void requestTurn() override {}
+    void startTimer(RunQueue::Id id, std::chrono::milliseconds time) override { timers_.emplace(now_ + time, id); }
+    void startFlush(RunQueue::Id id, NativeFile file) override { flush_->start(queue(), id, file); }
+
+private:
+    template <class T>
+    static Task<void> keep(Task<T> task, std::optional<T>* value) {
+        value->emplace(co_await std::move(task));
+    }
+
+    bool collectFlushes(int waitMilliseconds) {
+        const int handle = static_cast<int>(flush_->completionHandle());
+        pollfd readable{handle, POLLIN, 0};
+        if (handle < 0 || ::poll(&readable, 1, waitMilliseconds) <= 0) return false;
+        flush_->collect(queue());
+        return true;
+    }
+
+    std::unique_ptr<FlushService> flush_ = makeKernelFlush();
+    std::chrono::milliseconds now_{0};
+    std::multimap<std::chrono::milliseconds, RunQueue::Id> timers_;
+};
+
+}  // namespace vantrell::test

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include "platform/message_boxes.h"
+
+namespace vantrell::test {
+
+/// Message boxes that answer as the test said beforehand; without an answer left, a question stays open.
+class ScriptedBoxes final : public MessageBoxes {
+public:
+    using MessageBoxes::MessageBoxes;
+
+    void answerNext(Answer answer) { answers_.push_back(answer); }
+    void inform(const Box& box) override { informed.push_back(box); }
+    /// Answers the question that is open.
+    void answerOpen(Answer answer) {
+        const auto id = openIds.back();
+        openIds.pop_back();
+        queue().wake(id, static_cast<int>(answer));
+    }
+
+    std::vector<Box> asked;
+    std::vector<Box> informed;
+    std::vector<RunQueue::Id> openIds;
+
+protected:
+    void open(RunQueue::Id id, const Box& box) override {
+        asked.push_back(box);
+        if (answers_.empty()) return openIds.push_back(id);
+        queue().wake(id, static_cast<int>(answers_.front()));
+        answers_.pop_front();
+    }
+    void close(RunQueue::Id id) override { std::erase(openIds, id); }
+
+private:
+    std::deque<Answer> answers_;
+};
+
+}  // namespace vantrell::test

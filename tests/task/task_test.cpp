@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "task/task.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/hand_cranked_loop.h"
+
+namespace vantrell::test {
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct Says {
+    Words& words;
+    std::string goodbye;
+    ~Says() { words.push_back(goodbye); }
+};
+
+Task<int> inner(EventLoop& loop, Words& words) {
+    const Says says{words, "inner gone"};
+    co_await loop.after(std::chrono::seconds(1));
+    words.push_back("inner went on");
+    co_return 7;
+}
+
+Task<void> outer(EventLoop& loop, Words& words) {
+    const Says says{words, "outer gone"};
+    if (co_await inner(loop, words) == 7) words.push_back("outer got it");
+}
+
+TEST(Task, BeginsInTheNextTurnAndGoesOnWhenWoken) {
+    HandCrankedLoop loop;
+    Words words;
+    TaskGroup group(loop.queue());
+    group.start(outer(loop, words));
+    EXPECT_FALSE(loop.waitsForTime());
+    loop.turn();
+    EXPECT_TRUE(loop.waitsForTime());
+    loop.advance(std::chrono::seconds(1));
+    EXPECT_TRUE(words.empty()) << "waking must not run the task by itself";
+    loop.turn();
+    EXPECT_EQ(words, (Words{"inner went on", "inner gone", "outer got it", "outer gone"}));
+    EXPECT_TRUE(group.isIdle());
+}
+
+TEST(Task, AbortRunsTheDestructorsOfAllFramesAndNothingElse) {
+    HandCrankedLoop loop;
+    Words words;
+    TaskGroup group(loop.queue());
+    group.start(outer(loop, words));
+    loop.turn();
+    group.abort();
+    EXPECT_EQ(words, (Words{"inner gone", "outer gone"}));
+    loop.advance(std::chrono::seconds(2));
+    EXPECT_FALSE(loop.turn());
+    EXPECT_EQ(words.size(), 2U);
+}
+
+TEST(Task, AbortBetweenWakingAndItsTurnRunsNothing) {
+    HandCrankedLoop loop;
+    Words words;
+    TaskGroup group(loop.queue());
+    group.start(outer(loop, words));
+    loop.turn();
+    loop.advance(std::chrono::seconds(1));
+    group.abort();
+    loop.turn();
+    EXPECT_EQ(words, (Words{"inner gone", "outer gone"}));
+}
+
+Task<void> twoAtOnce(EventLoop& loop, Words& words) {
+    auto later = loop.after(std::chrono::seconds(2));
+    co_await loop.after(std::chrono::seconds(1));
+    words.push_back("first");
+    co_await later;
+    words.push_back("second");
+}
+
+TEST(Task, WhatWasBegunCanBeAwaitedLater) {
+    HandCrankedLoop loop;
+    Words words;
+    TaskGroup group(loop.queue());
+    group.start(twoAtOnce(loop, words));
+    loop.turn();
+    loop.advance(std::chrono::seconds(3));
+    loop.turnUntil([&] { return group.isIdle(); });
+    EXPECT_EQ(words, (Words{"first", "second"}));
+}
+
+Task<void> busy(EventLoop& loop, int& rounds) {
+    for (;;) {
+        ++rounds;
+        co_await loop.breathe();
+    }
+}
+
+TEST(Task, TasksShareTheTimeOfATurn) {
+    HandCrankedLoop loop;
+    int one = 0;
+    int other = 0;
+    TaskGroup group(loop.queue());
+    group.start(busy(loop, one));
+    group.start(busy(loop, other));
+    const auto begin = std::chrono::steady_clock::now();
+    int turns = 0;
+    while (turns < 4) {
+        loop.turn();
+        ++turns;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_GT(one, 0);
+    EXPECT_GT(other, 0);
+}
+
+}  // namespace
+}  // namespace vantrell::test
