@@ -45,6 +45,7 @@ public:
     // Settings
     virtual void setFolder(FolderKind kind, const Path& folder) = 0;
     virtual void setMinutes(const std::string& text) = 0;
+    /// The check box and the check marks of the menus.
     virtual void showSettings(const SettingsRecord& settings) = 0;
 
     // The activity box

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "core/main_window.h"
+
+namespace vantrell {
+
+/// What the operator does in the main window. The window forwards it and decides nothing.
+class MainWindowEvents {
+public:
+    MainWindowEvents() = default;
+    MainWindowEvents(const MainWindowEvents&) = delete;
+    MainWindowEvents& operator=(const MainWindowEvents&) = delete;
+    virtual ~MainWindowEvents() = default;
+
+    virtual void startPressed() = 0;
+    virtual void stopPressed() = 0;
+    virtual void exitPressed() = 0;
+    /// True when choosing a folder makes sense now; then the window opens its folder dialog and `folderChosen` follows.
+    virtual bool folderPressed(FolderKind kind) = 0;
+    /// Empty when nothing was chosen.
+    virtual void folderChosen(FolderKind kind, const Path& folder) = 0;
+    virtual void includeSubfoldersClicked(bool checked) = 0;
+    /// The spin field: one step up or down from the text that stands in it, or the text after typing (UTF-8).
+    virtual void intervalSpun(bool up, const std::string& text) = 0;
+    virtual void intervalEdited(const std::string& text) = 0;
+    /// The close box. The window never closes by itself; it is hidden or closed through MainWindow.
+    virtual void closeBoxPressed() = 0;
+    virtual void minimized() = 0;
+
+    // View menu
+    virtual void viewCurrentLogChosen() = 0;
+    virtual void turnOffLoggingChosen() = 0;
+};
+
+}  // namespace vantrell
