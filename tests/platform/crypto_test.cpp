@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <random>
+#include <sstream>
 
 #include "platform/linux/aes_ecb_encryptor.h"
 #include "platform/linux/openssl_component.h"
@@ -200,6 +201,46 @@ TEST_F(Crypto, ATakenNameIsReplacedOnlyWhenAllowed) {
     MemoryHeldFile source("text");
     expectFailure(*componentFor("secret"), source, FaultKind::nameTaken);
     EXPECT_EQ(encrypted("secret", "text").size(), kBlock);
+}
+
+struct Example {
+    std::string password;
+    std::string plain;
+    std::string cipher;  // hexadecimal
+};
+
+std::string withLineFeeds(std::string text) {
+    for (std::size_t at = 0; (at = text.find("\\n", at)) != std::string::npos;) text.replace(at, 2, "\n");
+    return text;
+}
+
+std::vector<Example> documentedExamples() {
+    std::vector<Example> examples;
+    std::istringstream document(readFile(VANTRELL_DOCS "/formats.md"));
+    bool isInside = false;
+    for (std::string line; std::getline(document, line);) {
+        const auto colon = line.find(':');
+        const std::string name = line.substr(0, colon);
+        const std::string value = colon == std::string::npos || colon + 2 > line.size() ? "" : line.substr(colon + 2);
+        if (line.starts_with("```")) {
+            isInside = line == "```enc-hex";
+            if (isInside) examples.emplace_back();
+        } else if (isInside && name == "password") {
+            examples.back().password = value;
+        } else if (isInside && name == "plaintext") {
+            examples.back().plain = withLineFeeds(value);
+        } else if (isInside && name == "enc") {
+            examples.back().cipher += value;
+        }
+    }
+    return examples;
+}
+
+TEST_F(Crypto, TheDocumentedExamplesHold) {
+    const std::vector<Example> examples = documentedExamples();
+    ASSERT_GE(examples.size(), 6U);
+    for (const Example& example : examples)
+        EXPECT_EQ(toHex(encrypted(example.password, example.plain)), example.cipher) << example.plain;
 }
 
 }  // namespace
