@@ -56,7 +56,9 @@ bool OpensslComponent::acceptsText(std::string_view text, std::string_view encod
 void OpensslComponent::setSecretKey(std::string_view text, std::string_view encoding) {
     wipeKey();
     if (!acceptsText(text, encoding, "secret key")) return;
-    key_ = keyFromPassword(text);
+    CipherKey key = keyFromPassword(text);
+    key_ = key;
+    OPENSSL_cleanse(key.data(), key.size());
     keyIsSet_ = true;
 }
 

@@ -26,7 +26,7 @@ Path environmentPath(const char* name) {
 }
 
 Path homeFolder() {
-    if (Path home = environmentPath("HOME"); !home.empty()) return home;
+    if (Path home = environmentPath("HOME"); home.starts_with(kPathSeparator)) return home;
     const passwd* user = ::getpwuid(::getuid());
     return user == nullptr ? Path(1, kPathSeparator) : Path(user->pw_dir);
 }
