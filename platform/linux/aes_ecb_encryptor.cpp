@@ -41,7 +41,11 @@ void AesEcbEncryptor::makeRoomFor(std::uint64_t fileSize) {
 FileFault AesEcbEncryptor::fill(HeldFile& source, std::size_t& filled) const {
     filled = 0;
     for (std::size_t got = 1; got != 0 && filled < plain_.size(); filled += got)
-        if (FileFault fault = source.read(plain_.subspan(filled), got)) return fault;
+        if (FileFault fault = source.read(plain_.subspan(filled), got)) {
+            // What cannot be read is one file's trouble, even where it is the disk's: the files behind it go on.
+            if (fault.isTheMachines()) fault.kind = FaultKind::other;
+            return fault;
+        }
     return {};
 }
 

@@ -178,7 +178,7 @@ TEST_F(Crypto, AFaultAtAnyStepPublishesNothing) {
     }
     MemoryHeldFile unreadable("text");
     unreadable.readFault = fault;
-    expectFailure(*componentFor("secret"), unreadable, FaultKind::deviceFailing);
+    expectFailure(*componentFor("secret"), unreadable, FaultKind::other);
     EXPECT_EQ(device.discarded, 3) << "no output was made where none could be created";
 }
 

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+//
+// How long the whole program (real window, offscreen) takes to carry files, beside what a user would use instead, in
+// one run on the same files; and whether its window lives meanwhile.
+//
+//   bench_carry [FOLDER] [SMALL FILES] [LARGE GIB]      defaults: a temporary folder, 20000, 4
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTimer>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <set>
+#include <string>
+
+#include "app/program.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kKey[] = "7365637265740000000000000000000000000000000000000000000000000000";  // "secret"
+
+struct Folders {
+    fs::path root;
+    [[nodiscard]] fs::path in() const { return root / "in"; }
+    [[nodiscard]] fs::path out() const { return root / "out"; }
+    [[nodiscard]] fs::path done() const { return root / "done"; }
+    [[nodiscard]] fs::path rejected() const { return root / "rejected"; }
+    [[nodiscard]] fs::path data() const { return root / "Quillon, Inc/Vantrell/Bin"; }
+};
+
+void makeFile(const fs::path& path, std::uint64_t size) {
+    static std::mt19937_64 dice(1);
+    std::ofstream file(path, std::ios::binary);
+    std::string block(std::min<std::uint64_t>(size, 1 << 20), '\0');
+    for (std::uint64_t written = 0; written < size; written += block.size()) {
+        for (std::size_t i = 0; i + 8 <= block.size(); i += 8) *reinterpret_cast<std::uint64_t*>(&block[i]) = dice();
+        file.write(block.data(), static_cast<std::streamsize>(std::min<std::uint64_t>(block.size(), size - written)));
+    }
+}
+
+double secondsOf(const std::string& command) {
+    const auto begin = std::chrono::steady_clock::now();
+    if (std::system(command.c_str()) != 0) std::printf("failed: %s\n", command.c_str());
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+std::string quoted(const fs::path& path) { return "'" + path.string() + "'"; }
+
+double secondsOfCp(const Folders& folders, const std::string& after) {
+    const std::string copy = quoted(folders.root / "copy");
+    const double seconds = secondsOf("cp -r " + quoted(folders.in()) + " " + copy + after);
+    (void)secondsOf("rm -rf " + copy + "; sync");
+    return seconds;
+}
+
+double secondsOfScript(const Folders& folders, const fs::path& sample) {
+    const std::string out = quoted(folders.root / "script");
+    const double seconds = secondsOf("mkdir " + out + "; for f in " + quoted(sample) + "/*; do openssl enc -aes-256-ecb -K " +
+                                     kKey + " -in \"$f\" -out " + out + "/\"${f##*/}\".enc; done");
+    (void)secondsOf("rm -rf " + out + "; sync");
+    return seconds;
+}
+
+void writeProfile(const Folders& folders) {
+    for (const auto& folder : {folders.in(), folders.out(), folders.done(), folders.rejected(), folders.data()})
+        fs::create_directories(folder);
+    std::ofstream(folders.data() / "ZEP.cfg")
+        << '"' << folders.in().string() << "\",#FALSE#,\"" << folders.out().string() << "\",\"" << folders.done().string()
+        << "\",#TRUE#,65535,0,7,0,\"PM\",7,#TRUE#,\"" << folders.rejected().string() << "\",#FALSE#,#FALSE#\r\n";
+    (void)secondsOf("sqlite3 " + quoted(folders.data() / "EDPasswords.mdb") +
+                    " \"CREATE TABLE EncDecPasswords (Password text, Active boolean);"
+                    " INSERT INTO EncDecPasswords VALUES ('secret', 1)\"");
+}
+
+std::uint64_t residentKiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmRSS:", 0) == 0) return std::strtoull(line.c_str() + 6, nullptr, 10);
+    return 0;
+}
+
+struct Figures {
+    double seconds = 0;
+    qint64 longestGapMs = 0;
+    std::uint64_t grownKiB = 0;
+    std::size_t clockTexts = 0;
+};
+
+// Watches the event loop from inside: how long it let nobody in, and how memory grew once it had settled.
+Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
+    vantrell::Program program;
+    Figures figures;
+    if (!program.start()) return figures;
+    QElapsedTimer sinceTick;
+    sinceTick.start();
+    std::uint64_t settled = 0;
+    std::set<QString> clockTexts;
+    const auto* processed = program.window().findChild<QLabel*>(QStringLiteral("lblCurNumFilesProcessed"));
+    const auto* clock = program.window().findChild<QLabel*>(QStringLiteral("lblcurTime"));
+    const auto begin = std::chrono::steady_clock::now();
+    QTimer heart;
+    heart.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&heart, &QTimer::timeout, &heart, [&] {
+        figures.longestGapMs = std::max(figures.longestGapMs, sinceTick.restart());
+        const std::uint64_t count = processed->text().toULongLong();
+        clockTexts.insert(clock->text());
+        if (settled == 0 && count >= settleAfter) settled = residentKiB();
+        if (settled != 0) figures.grownKiB = std::max(figures.grownKiB, residentKiB() - std::min(settled, residentKiB()));
+        if (!program.state().PassInProgress && count >= files) QCoreApplication::exit(0);
+    });
+    heart.start(1);
+    QApplication::exec();
+    figures.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    figures.clockTexts = clockTexts.size();
+    return figures;
+}
+
+void print(const char* what, double seconds, const Figures& ours) {
+    std::printf("  %-42s %8.2f s   ours takes %.2f times as long\n", what, seconds, ours.seconds / seconds);
+}
+
+void print(const Figures& ours) {
+    std::printf("  %-42s %8.2f s   longest gap %lld ms, memory grew by %llu KiB, %zu clock texts\n",
+                "ours: encrypted, flushed, moved, logged", ours.seconds, static_cast<long long>(ours.longestGapMs),
+                static_cast<unsigned long long>(ours.grownKiB), ours.clockTexts);
+}
+
+void small(const fs::path& root, std::uint64_t count) {
+    const Folders folders{root / "small"};
+    writeProfile(folders);
+    const fs::path sample = folders.root / "sample";
+    fs::create_directories(sample);
+    constexpr std::uint64_t kSample = 500;
+    for (std::uint64_t i = 0; i < count; ++i) makeFile(folders.in() / ("f" + std::to_string(i)), 4096);
+    for (std::uint64_t i = 0; i < kSample; ++i) makeFile(sample / ("f" + std::to_string(i)), 4096);
+    (void)secondsOf("sync");
+    const double cp = secondsOfCp(folders, "");
+    const double cpSync = secondsOfCp(folders, " && sync");
+    const double script = secondsOfScript(folders, sample) * static_cast<double>(count) / kSample;
+    ::setenv("ALLUSERSPROFILE", folders.root.c_str(), 1);
+    const Figures ours = runProgram(count, std::min<std::uint64_t>(1000, count / 2));
+    std::printf("%llu files of 4 KiB\n", static_cast<unsigned long long>(count));
+    print(ours);
+    print("cp -r (nothing flushed)", cp, ours);
+    print("cp -r, then sync", cpSync, ours);
+    print("openssl in a shell loop (from 500 files)", script, ours);
+}
+
+void large(const fs::path& root, std::uint64_t gib) {
+    const Folders folders{root / "large"};
+    writeProfile(folders);
+    makeFile(folders.in() / "a warm-up", 4096);
+    makeFile(folders.in() / "large", gib << 30);
+    (void)secondsOf("sync");
+    const double cp = secondsOfCp(folders, "");
+    const double cpSync = secondsOfCp(folders, " && sync");
+    ::setenv("ALLUSERSPROFILE", folders.root.c_str(), 1);
+    const Figures ours = runProgram(2, 1);
+    std::printf("one file of %llu GiB\n", static_cast<unsigned long long>(gib));
+    print(ours);
+    print("cp -r (nothing flushed)", cp, ours);
+    print("cp -r, then sync", cpSync, ours);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const fs::path root = argc > 1 ? fs::path(argv[1]) : fs::temp_directory_path() / "vantrell-bench";
+    fs::remove_all(root);
+    small(root, argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 20000);
+    large(root, argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 4);
+    fs::remove_all(root);
+    return 0;
+}
