@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "activitylog/activity_log.h"
+
+#include "core/date_text.h"
+#include "core/display_text.h"
+
+namespace vantrell {
+
+Path logFolderBelow(const Path& appFolder) { return appFolder + kPathSeparator + "Daily Activity Logs"; }
+
+ActivityLog::ActivityLog(ProgramState& state, MainWindow& window, DataFiles& files, const Clock& clock)
+    : state_(state), window_(window), files_(files), clock_(clock) {}
+
+void ActivityLog::appendActivityLine(const std::string& line) {
+    const std::string shown = displayText(line);
+    window_.appendActivity(shown);
+    unsaved_ += shown;
+    unsaved_ += "\r\n";
+}
+
+void ActivityLog::logEvent(const std::string& message) {
+    appendActivityLine(generalDateText(clock_.now()) + " " + message);
+}
+
+void ActivityLog::writetofile() {
+    chooseFile();
+    if (unsaved_.empty()) return;
+    FileFault fault = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
+    if (!fault) fault = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
+    if (fault) return reportOnce(fault);
+    fileIsChecked_ = true;
+    failureIsShown_ = false;
+    unsaved_.clear();
+}
+
+void ActivityLog::saveWhenOn() {
+    if (!state_.settings.LoggingTurnedOff) writetofile();
+}
+
+void ActivityLog::saveForGood() {
+    if (state_.settings.LoggingTurnedOff) return;
+    writetofile();
+    if (fileIsChecked_)
+        if (const FileFault fault = files_.flush(logFilePath_)) reportOnce(fault);
+}
+
+void ActivityLog::chooseFile() {
+    const Path today = logFolderBelow(state_.AppFolder) + kPathSeparator + dayStamp(clock_.now()) + " Activity.Log";
+    if (today == logFilePath_) return;
+    logFilePath_ = today;
+    fileIsChecked_ = false;
+}
+
+void ActivityLog::reportOnce(const FileFault& fault) {
+    if (failureIsShown_) return;
+    failureIsShown_ = true;
+    window_.setPanel1("The activity log could not be saved: " + fault.text);
+}
+
+}  // namespace vantrell

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "core/main_window.h"
+#include "core/program_state.h"
+#include "platform/clock.h"
+#include "platform/data_files.h"
+
+namespace vantrell {
+
+/// Every event of the program as one line: at once in the activity box, and with the next save in the day's file.
+///
+/// The day's file is `LogFolder`/yyyymmdd Activity.Log, UTF-8 with CR LF line ends. It holds each line once and in
+/// order; a line counts as saved only when its write has succeeded. Lines of a day that are saved after midnight go
+/// into the new day's file.
+class ActivityLog {
+public:
+    ActivityLog(ProgramState& state, MainWindow& window, DataFiles& files, const Clock& clock);
+
+    /// Appends a ready line, without its line end. Bytes that are not text are made visible, so it stays one line.
+    void appendActivityLine(const std::string& line);
+    /// Appends the line made of the current date and time, a blank and the message.
+    void logEvent(const std::string& message);
+
+    /// Saves the lines that are not saved yet, whatever `LoggingTurnedOff` says.
+    void writetofile();
+    /// `writetofile` unless logging is turned off.
+    void saveWhenOn();
+    /// As `saveWhenOn`, and to stable storage.
+    void saveForGood();
+
+    /// The day's file as of the last save.
+    [[nodiscard]] const Path& LogFilePath() const { return logFilePath_; }
+
+private:
+    void chooseFile();
+    void reportOnce(const FileFault& fault);
+
+    ProgramState& state_;
+    MainWindow& window_;
+    DataFiles& files_;
+    const Clock& clock_;
+    std::string unsaved_;
+    Path logFilePath_;
+    bool fileIsChecked_ = false;  // a torn last line can only come from an earlier run
+    bool failureIsShown_ = false;
+};
+
+/// The folder of the daily logs below the data folder.
+[[nodiscard]] Path logFolderBelow(const Path& appFolder);
+
+}  // namespace vantrell

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <memory>
+
+#include "activitylog/activity_log.h"
+#include "core/frmMain.h"
+#include "core/main_window_controller.h"
+#include "core/mode_display.h"
+#include "core/program_state.h"
+#include "core/settings_file.h"
+#include "core/startup.h"
+#include "core/status_report.h"
+#include "passwords/password_store.h"
+#include "platform/flush_service.h"
+#include "platform/linux/posix_data_files.h"
+#include "platform/linux/posix_host.h"
+#include "platform/linux/posix_toolbox.h"
+#include "platform/linux/signal_source.h"
+#include "platform/linux/sqlite_database.h"
+#include "platform/linux/system_clock.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_timers.h"
+#include "task/task_group.h"
+#include "transport/scan_pass.h"
+
+namespace vantrell {
+
+/// All pieces of the program, made and handed to each other. Needs a QApplication.
+class Program {
+public:
+    Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program();
+
+    /// False when another instance runs on this data folder: then there is nothing to run.
+    bool start();
+    void endWhenAsked(SignalSource& requests);
+
+    [[nodiscard]] frmMain& window() { return window_; }
+    [[nodiscard]] const ProgramState& state() const { return state_; }
+
+private:
+    PassParts passParts();
+    ControllerParts controllerParts();
+    StartupParts startupParts();
+
+    // The order is that of dependence: what stands further down uses what stands further up.
+    ProgramState state_;
+    std::unique_ptr<FlushService> flush_;
+    QtEventLoop loop_;
+    QtTimers timers_;
+    SystemClock clock_;
+    PosixHost host_;
+    PosixInstanceLock instance_;
+    PosixDataFiles files_;
+    PosixToolbox toolbox_;
+    frmMain window_;
+    QtMessageBoxes boxes_;
+    SqliteDatabase database_;
+    PasswordStore passwords_;
+    SettingsFile settings_;
+    ActivityLog log_;
+    StatusReport report_;
+    std::unique_ptr<Timer> timRun_;
+    std::unique_ptr<Timer> timMax_;
+    std::unique_ptr<Timer> tmchkTimer_;
+    std::unique_ptr<Timer> timCurTime_;
+    ModeDisplay mode_;
+    ScanPass pass_;
+    MainWindowController controller_;
+    Startup startup_;
+    TaskGroup cleanUp_;
+    std::unique_ptr<QSocketNotifier> endRequested_;
+};
+
+}  // namespace vantrell

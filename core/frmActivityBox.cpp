@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "core/frmActivityBox.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <vector>
+
+#include "core/display_text.h"
+
+namespace vantrell {
+
+void frmActivityLines::append(std::deque<std::string>& lines) {
+    if (lines.empty()) return;
+    const int first = rowCount();
+    beginInsertRows({}, first, first + static_cast<int>(lines.size()) - 1);
+    std::move(lines.begin(), lines.end(), std::back_inserter(lines_));
+    lines.clear();
+    endInsertRows();
+}
+
+int frmActivityLines::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+}
+
+QVariant frmActivityLines::data(const QModelIndex& index, int role) const {
+    if (role == Qt::SizeHintRole) return lineSize_;
+    if (role != Qt::DisplayRole || !index.isValid()) return {};
+    return QString::fromStdString(lines_[static_cast<std::size_t>(index.row())]);
+}
+
+frmActivityBox::frmActivityBox(QWidget* parent) : QListView(parent), take_([this] { takeWaiting(); }) {
+    setUniformItemSizes(true);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setTextElideMode(Qt::ElideNone);
+    measureCharacters();
+    setModel(&model_);
+
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+            [this](int value) { followsEnd_ = value == verticalScrollBar()->maximum(); });
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int maximum) {
+        if (followsEnd_) verticalScrollBar()->setValue(maximum);
+    });
+
+    auto* copy = new QAction(tr("Copy"), this);
+    connect(copy, &QAction::triggered, this, &frmActivityBox::copySelected);
+    auto* all = new QAction(tr("Select All"), this);
+    connect(all, &QAction::triggered, this, &frmActivityBox::selectAll);
+    addActions({copy, all});
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void frmActivityBox::appendLine(const std::string& line) {
+    waiting_.push_back(displayText(line));
+    if (isVisible()) take_.request();
+}
+
+void frmActivityBox::takeWaiting() {
+    double widest = widest_;
+    for (const std::string& line : waiting_) widest = std::max(widest, widthOf(line));
+    if (widest > widest_) widenTo(widest);
+    model_.append(waiting_);
+}
+
+void frmActivityBox::showEvent(QShowEvent* event) {
+    takeWaiting();
+    QListView::showEvent(event);
+}
+
+void frmActivityBox::changeEvent(QEvent* event) {
+    QListView::changeEvent(event);
+    if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
+    measureCharacters();
+    double widest = 0;
+    for (const std::string& line : model_.lines()) widest = std::max(widest, widthOf(line));
+    widenTo(widest);
+    scheduleDelayedItemsLayout();
+}
+
+void frmActivityBox::measureCharacters() {
+    const QFontMetricsF metrics(font());
+    for (std::size_t code = 0; code < characterWidths_.size(); ++code) {
+        characterWidths_[code] = metrics.horizontalAdvance(QChar(static_cast<char16_t>(code)));
+    }
+    otherWidth_ = metrics.height();  // a full-width character is about as wide as the line is high
+    widenTo(widest_);
+}
+
+// The sum of the characters' own widths, since shaping every line would cost more than all the rest.
+double frmActivityBox::widthOf(const std::string& line) const {
+    double width = 0;
+    for (const char byte : line) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code < 0x80) {
+            width += characterWidths_[code];
+        } else if (code >= 0xC0) {
+            width += otherWidth_;
+        }
+    }
+    return width;
+}
+
+void frmActivityBox::widenTo(double width) {
+    widest_ = width;
+    const int margins = fontMetrics().height();
+    model_.setLineSize({static_cast<int>(std::ceil(width)) + margins, fontMetrics().height() + 2});
+}
+
+QString frmActivityBox::selectedText() const {
+    std::vector<std::pair<int, int>> ranges;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        ranges.emplace_back(range.top(), range.bottom());
+    }
+    std::sort(ranges.begin(), ranges.end());
+    std::string text;
+    for (const auto& [top, bottom] : ranges) {
+        for (int row = top; row <= bottom; ++row) {
+            if (!text.empty()) text += '\n';
+            text += model_.lines()[static_cast<std::size_t>(row)];
+        }
+    }
+    return QString::fromStdString(text);
+}
+
+void frmActivityBox::copySelected() const {
+    if (selectionModel()->hasSelection()) QGuiApplication::clipboard()->setText(selectedText());
+}
+
+void frmActivityBox::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) return copySelected();
+    QListView::keyPressEvent(event);
+}
+
+QSize frmActivityBox::minimumSizeHint() const {
+    return {fontMetrics().averageCharWidth() * 20, fontMetrics().height() * 6};
+}
+
+}  // namespace vantrell

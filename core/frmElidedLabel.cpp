@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "core/frmElidedLabel.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+#include "core/frmText.h"
+
+namespace vantrell {
+
+frmElidedLabel::frmElidedLabel(Qt::TextElideMode mode, QWidget* parent)
+    : QLabel(parent), mode_(mode), show_([this] { setText(shownText(bytes_)); }) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    auto* copy = new QAction(tr("Copy"), this);
+    connect(copy, &QAction::triggered, this, [this] { QGuiApplication::clipboard()->setText(text()); });
+    addAction(copy);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void frmElidedLabel::showBytes(const std::string& bytes) {
+    if (bytes == bytes_) return;
+    bytes_ = bytes;
+    show_.request();
+}
+
+QSize frmElidedLabel::sizeHint() const { return roomFor(20); }
+
+QSize frmElidedLabel::minimumSizeHint() const { return roomFor(8); }
+
+QSize frmElidedLabel::roomFor(int characters) const {
+    const QMargins around = contentsMargins();
+    return {fontMetrics().averageCharWidth() * characters + around.left() + around.right(),
+            fontMetrics().height() + around.top() + around.bottom()};
+}
+
+QString frmElidedLabel::elided() const { return fontMetrics().elidedText(text(), mode_, contentsRect().width()); }
+
+bool frmElidedLabel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+    const bool isCut = elided() != text();
+    if (isCut) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tipText(text()), this);
+    } else {
+        QToolTip::hideText();
+    }
+    return true;
+}
+
+void frmElidedLabel::paintEvent(QPaintEvent* event) {
+    QFrame::paintEvent(event);
+    QPainter painter(this);
+    const Qt::Alignment where = QStyle::visualAlignment(layoutDirection(), alignment());
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(where), palette(), isEnabled(), elided(),
+                          foregroundRole());
+}
+
+}  // namespace vantrell

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLabel>
+#include <string>
+
+#include "core/frmThrottle.h"
+
+namespace vantrell {
+
+/// One line of text that takes the room it is given: what does not fit is cut with "…" and stands whole in the tool
+/// tip. Its text never changes the layout. `text()` is always the whole text; the context menu copies it.
+class frmElidedLabel final : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit frmElidedLabel(Qt::TextElideMode mode, QWidget* parent = nullptr);
+
+    /// Cheap when called often.
+    void showBytes(const std::string& bytes);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QString elided() const;
+    [[nodiscard]] QSize roomFor(int characters) const;
+
+    Qt::TextElideMode mode_;
+    std::string bytes_;
+    frmThrottle show_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: MIT
+#include "core/frmMain.h"
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "core/frmText.h"
+
+namespace vantrell {
+
+namespace {
+
+// 11655 by 6780 and by 9600 twips, at 15 twips a pixel.
+constexpr int kNormalWidth = 777;
+constexpr int kNormalHeight = 452;
+constexpr int kHeightWithActivity = 640;
+
+template <class Widget>
+Widget* named(Widget* widget, const QString& name) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+/// For labels whose text changes often: once wide they stay wide, so that their neighbours keep their places.
+void showSteadily(QLabel& label, const QString& text) {
+    label.setText(text);
+    label.setMinimumWidth(std::max(label.minimumWidth(), label.sizeHint().width()));
+}
+
+}  // namespace
+
+frmMain::frmMain() {
+    setObjectName(QStringLiteral("frmMain"));
+    makeMenus();
+    makeControls();
+    arrange();
+    setTabOrders();
+    connectControls();
+    cmdStartDir_->setFocus();
+    setNormalSize();
+}
+
+frmMain::~frmMain() { frmMain::setWaitPointer(false); }
+
+void frmMain::makeMenus() {
+    auto* mnview = named(menuBar()->addMenu(tr("&View")), QStringLiteral("mnview"));
+    mnview->menuAction()->setObjectName(QStringLiteral("mnview"));
+    mnviewCL_ = named(mnview->addAction(tr("View &Current Log")), QStringLiteral("mnviewCL"));
+    mnLogOffOn_ = named(mnview->addAction(tr("Turn &Off Loging")), QStringLiteral("mnLogOffOn"));
+    mnLogOffOn_->setCheckable(true);
+}
+
+void frmMain::makeControls() {
+    modeMark_ = named(new frmModeMark(this), QStringLiteral("modeMark"));
+    lblMode_ = named(new QLabel(this), QStringLiteral("lblMode"));
+    lblMode_->setTextFormat(Qt::PlainText);
+    QFont bold = lblMode_->font();
+    bold.setBold(true);
+    lblMode_->setFont(bold);
+    for (const char* text : {"Mode: Stopped", "Mode: Running"}) showSteadily(*lblMode_, QString::fromLatin1(text));
+    lblMode_->clear();
+    lbSched_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
+    lblcurTime_ = named(new QLabel(this), QStringLiteral("lblcurTime"));
+    lblcurTime_->setTextFormat(Qt::PlainText);
+    lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    folders_ = named(new frmFolders(this), QStringLiteral("folders"));
+    ctNEdit1_ = named(new frmMinutesField(this), QStringLiteral("ctNEdit1"));
+    ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
+    Label2_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
+    Label2_->setAccessibleDescription(tr("Status"));
+    progress_ = named(new frmProgress(this), QStringLiteral("progress"));
+    cmdStartDir_ = named(new QPushButton(tr("&Start"), this), QStringLiteral("cmdStartDir"));
+    cmdStopDir_ = named(new QPushButton(tr("S&top"), this), QStringLiteral("cmdStopDir"));
+    cmdExit_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("cmdExit"));
+    for (QPushButton* button : {cmdStartDir_, cmdStopDir_, cmdExit_}) button->setAutoDefault(true);
+    txtDebug_ = named(new frmActivityBox(this), QStringLiteral("txtDebug"));
+    txtDebug_->setAccessibleName(tr("Current log"));
+    txtDebug_->hide();
+}
+
+void frmMain::arrange() {
+    auto* centre = new QWidget(this);
+    auto* column = new QVBoxLayout(centre);
+    column->addLayout(makeTopRow());
+    column->addWidget(folders_);
+    column->addLayout(makeIntervalRow());
+    column->addWidget(Label2_);
+    column->addWidget(progress_);
+    column->addLayout(makeButtonRow());
+    auto* note = new QLabel(tr("NOTE: Select Red X to send to system tray and not close program."), this);
+    column->addWidget(named(note, QStringLiteral("lblNote")));
+    column->addWidget(txtDebug_, 1);
+    column->addStretch(0);
+    setCentralWidget(centre);
+
+    auto* formStatusBar = named(new QStatusBar(this), QStringLiteral("formStatusBar"));
+    panel1_ = named(new frmElidedLabel(Qt::ElideMiddle, this), QStringLiteral("panel1"));
+    formStatusBar->addWidget(panel1_, 1);
+    setStatusBar(formStatusBar);
+}
+
+QLayout* frmMain::makeTopRow() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(modeMark_);
+    row->addWidget(lblMode_);
+    row->addSpacing(fontMetrics().height());
+    row->addWidget(lbSched_, 1);
+    row->addWidget(lblcurTime_);
+    return row;
+}
+
+QLayout* frmMain::makeIntervalRow() {
+    auto* before = new QLabel(tr("&Process Fles every"), this);
+    before->setBuddy(ctNEdit1_);
+    auto* row = new QHBoxLayout;
+    row->addWidget(before);
+    row->addWidget(ctNEdit1_);
+    row->addWidget(new QLabel(tr("minute(s)"), this));
+    row->addStretch(1);
+    return row;
+}
+
+QLayout* frmMain::makeButtonRow() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdStartDir_);
+    row->addWidget(cmdStopDir_);
+    row->addStretch(1);
+    row->addWidget(cmdExit_);
+    return row;
+}
+
+void frmMain::setTabOrders() {
+    setTabOrder(folders_, ctNEdit1_);
+    setTabOrder(ctNEdit1_, cmdStartDir_);
+    setTabOrder(cmdStartDir_, cmdStopDir_);
+    setTabOrder(cmdStopDir_, cmdExit_);
+    setTabOrder(cmdExit_, txtDebug_);
+}
+
+void frmMain::connectControls() {
+    const auto forward = [this](auto* sender, auto signal, void (MainWindowEvents::*event)()) {
+        connect(sender, signal, this, [this, event] {
+            if (events_) (events_->*event)();
+        });
+    };
+    forward(cmdStartDir_, &QPushButton::clicked, &MainWindowEvents::startPressed);
+    forward(cmdStopDir_, &QPushButton::clicked, &MainWindowEvents::stopPressed);
+    forward(cmdExit_, &QPushButton::clicked, &MainWindowEvents::exitPressed);
+    forward(mnviewCL_, &QAction::triggered, &MainWindowEvents::viewCurrentLogChosen);
+    connect(mnLogOffOn_, &QAction::triggered, this, [this] {
+        mnLogOffOn_->setChecked(loggingIsOff_);  // what is chosen comes into force when the settings say so
+        if (events_) events_->turnOffLoggingChosen();
+    });
+    connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
+    connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
+        if (events_) events_->includeSubfoldersClicked(checked);
+    });
+    connect(ctNEdit1_, &frmMinutesField::spun, this, [this](bool up, const QString& text) {
+        if (events_) events_->intervalSpun(up, text.toStdString());
+    });
+    connect(ctNEdit1_, &frmMinutesField::edited, this, [this](const QString& text) {
+        if (events_) events_->intervalEdited(text.toStdString());
+    });
+}
+
+void frmMain::setCaption(const std::string& text) { setWindowTitle(shownText(text)); }
+
+void frmMain::setLabel2(const std::string& text) { Label2_->showBytes(text); }
+
+void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
+
+void frmMain::setModeLabel(const std::string& text) {
+    const QString shown = shownText(text);
+    if (lblMode_->text() == shown) return;
+    showSteadily(*lblMode_, shown);
+    modeMark_->showMode(text);
+}
+
+void frmMain::setClock(const std::string& text) {
+    if (text == clock_) return;
+    clock_ = text;
+    showSteadily(*lblcurTime_, shownText(text));
+}
+
+void frmMain::setSchedule(const std::string& text) { lbSched_->showBytes(text); }
+
+void frmMain::setStartEnabled(bool enabled) { enableButton(*cmdStartDir_, *cmdStopDir_, enabled); }
+
+void frmMain::setStopEnabled(bool enabled) { enableButton(*cmdStopDir_, *cmdStartDir_, enabled); }
+
+// Qt hands the focus of a button that is disabled to the next one, which would put Exit under the operator's Enter key.
+// It belongs to the other of the two, which is enabled a moment later.
+void frmMain::enableButton(QPushButton& button, QPushButton& other, bool enabled) {
+    if (button.isEnabled() == enabled) return;
+    if (!enabled && focusWidget() == &button) {
+        button.clearFocus();
+        focusGoesTo_ = &other;
+    }
+    button.setEnabled(enabled);
+    if (QPushButton* waiting = focusGoesTo_; waiting != nullptr && waiting->isEnabled()) {
+        focusGoesTo_ = nullptr;
+        if (focusWidget() == nullptr) waiting->setFocus();
+    }
+}
+
+void frmMain::setWaitPointer(bool waiting) {
+    if (std::exchange(waits_, waiting) == waiting) return;
+    if (waiting) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+// Whatever changed is painted when the event loop has its turn; painting at once would hold up the pass.
+void frmMain::repaint() { update(); }
+
+void frmMain::setCurrentFile(const std::string& name) { progress_->setCurrentFile(name); }
+
+void frmMain::setLastFile(const std::string& name) { progress_->setLastFile(name); }
+
+void frmMain::setTotalFiles(std::uint64_t count) { progress_->setTotalFiles(count); }
+
+void frmMain::setProcessedCount(std::int32_t count) { progress_->setProcessedCount(count); }
+
+void frmMain::setPassProgress(std::uint64_t done, std::uint64_t total) { progress_->setPassProgress(done, total); }
+
+void frmMain::setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) {
+    progress_->setFileProgress(bytesDone, bytesTotal);
+}
+
+void frmMain::clearProgress() { progress_->clear(); }
+
+void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFolder(kind, folder); }
+
+void frmMain::setMinutes(const std::string& text) { ctNEdit1_->showText(shownText(text)); }
+
+void frmMain::showSettings(const SettingsRecord& settings) {
+    loggingIsOff_ = settings.LoggingTurnedOff;
+    mnLogOffOn_->setChecked(loggingIsOff_);
+    folders_->setIncludeSubfolders(settings.IncludeSubfolders);
+}
+
+void frmMain::appendActivity(const std::string& line) { txtDebug_->appendLine(line); }
+
+bool frmMain::isActivityShown() const { return !txtDebug_->isHidden(); }
+
+void frmMain::setActivityShown(bool shown) {
+    txtDebug_->setVisible(shown);
+    resizeAtLeast({width(), shown ? kHeightWithActivity : kNormalHeight});
+}
+
+void frmMain::showWindow() { show(); }
+
+void frmMain::hideWindow() {
+    if (!isMinimized()) showMinimized();
+}
+
+void frmMain::closeWindow() {
+    closesForGood_ = true;
+    delete folderDialog_;
+    close();
+}
+
+void frmMain::setNormalState() { setWindowState(windowState() & ~Qt::WindowMinimized); }
+
+bool frmMain::isMinimized() const { return QMainWindow::isMinimized(); }
+
+void frmMain::setNormalSize() {
+    resizeAtLeast({kNormalWidth, isActivityShown() ? kHeightWithActivity : kNormalHeight});
+}
+
+void frmMain::resizeAtLeast(QSize size) {
+    if (isMaximized() || isFullScreen()) return;
+    centralWidget()->layout()->activate();
+    layout()->activate();
+    resize(size.expandedTo(minimumSizeHint()));
+}
+
+void frmMain::bringToFront() {
+    raise();
+    activateWindow();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();
+    event->setAccepted(!isCloseBox);
+    if (isCloseBox && events_) events_->closeBoxPressed();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized() && events_) events_->minimized();
+}
+
+void frmMain::chooseFolder(FolderKind kind) {
+    if (folderDialog_) return folderDialog_->raise();
+    if (!events_ || !events_->folderPressed(kind)) return;
+    folderDialog_ = new QFileDialog(this, tr("Select Current Folder or Create New Folder"));
+    folderDialog_->setAttribute(Qt::WA_DeleteOnClose);
+    folderDialog_->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
+    folderDialog_->setFileMode(QFileDialog::Directory);
+    const QString current = QFile::decodeName(QByteArray::fromStdString(folders_->folder(kind)));
+    folderDialog_->setDirectory(!current.isEmpty() && QDir(current).exists() ? current : QDir::homePath());
+    connect(folderDialog_, &QFileDialog::finished, this, [this, kind](int result) {
+        const QStringList chosen = folderDialog_->selectedFiles();
+        const bool isChosen = result == QDialog::Accepted && !chosen.isEmpty();
+        folderDialog_ = nullptr;
+        if (events_) events_->folderChosen(kind, isChosen ? QFile::encodeName(chosen.front()).toStdString() : Path());
+    });
+    folderDialog_->open();
+}
+
+}  // namespace vantrell

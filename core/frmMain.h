@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAction>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLayout>
+#include <QMainWindow>
+#include <QPointer>
+#include <QPushButton>
+
+#include "core/frmActivityBox.h"
+#include "core/frmElidedLabel.h"
+#include "core/frmFolders.h"
+#include "core/frmMinutesField.h"
+#include "core/frmModeMark.h"
+#include "core/frmProgress.h"
+#include "core/main_window.h"
+#include "core/main_window_events.h"
+
+namespace vantrell {
+
+/// The main window. It lays out the controls, shows what it is told and forwards what the operator does.
+class frmMain final : public QMainWindow, public MainWindow {
+    Q_OBJECT
+
+public:
+    frmMain();
+    ~frmMain() override;
+
+    /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
+    void setEvents(MainWindowEvents* events) { events_ = events; }
+
+    void setCaption(const std::string& text) override;
+    void setLabel2(const std::string& text) override;
+    void setPanel1(const std::string& text) override;
+    void setModeLabel(const std::string& text) override;
+    void setClock(const std::string& text) override;
+    void setSchedule(const std::string& text) override;
+    void setStartEnabled(bool enabled) override;
+    void setStopEnabled(bool enabled) override;
+    void setWaitPointer(bool waiting) override;
+    void repaint() override;
+
+    void setCurrentFile(const std::string& name) override;
+    void setLastFile(const std::string& name) override;
+    void setTotalFiles(std::uint64_t count) override;
+    void setProcessedCount(std::int32_t count) override;
+    void setPassProgress(std::uint64_t done, std::uint64_t total) override;
+    void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) override;
+    void clearProgress() override;
+
+    void setFolder(FolderKind kind, const Path& folder) override;
+    void setMinutes(const std::string& text) override;
+    void showSettings(const SettingsRecord& settings) override;
+
+    void appendActivity(const std::string& line) override;
+    [[nodiscard]] bool isActivityShown() const override;
+    void setActivityShown(bool shown) override;
+
+    void showWindow() override;
+    /// There is no notification area to live in yet: the window is minimized, so that it can always be reached.
+    void hideWindow() override;
+    void closeWindow() override;
+    void setNormalState() override;
+    [[nodiscard]] bool isMinimized() const override;
+    void setNormalSize() override;
+    void bringToFront() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void makeMenus();
+    void makeControls();
+    void arrange();
+    [[nodiscard]] QLayout* makeTopRow();
+    [[nodiscard]] QLayout* makeIntervalRow();
+    [[nodiscard]] QLayout* makeButtonRow();
+    void setTabOrders();
+    void connectControls();
+
+    void chooseFolder(FolderKind kind);
+    void enableButton(QPushButton& button, QPushButton& other, bool enabled);
+    void resizeAtLeast(QSize size);
+
+    MainWindowEvents* events_ = nullptr;
+    bool closesForGood_ = false;
+    bool waits_ = false;
+
+    QAction* mnviewCL_ = nullptr;
+    QAction* mnLogOffOn_ = nullptr;
+    bool loggingIsOff_ = false;
+
+    frmModeMark* modeMark_ = nullptr;
+    QLabel* lblMode_ = nullptr;
+    frmElidedLabel* lbSched_ = nullptr;
+    QLabel* lblcurTime_ = nullptr;
+    std::string clock_;
+    frmFolders* folders_ = nullptr;
+    frmMinutesField* ctNEdit1_ = nullptr;
+    frmElidedLabel* Label2_ = nullptr;
+    frmProgress* progress_ = nullptr;
+    QPushButton* cmdStartDir_ = nullptr;
+    QPushButton* cmdStopDir_ = nullptr;
+    QPushButton* cmdExit_ = nullptr;
+    QPushButton* focusGoesTo_ = nullptr;
+    frmActivityBox* txtDebug_ = nullptr;
+    frmElidedLabel* panel1_ = nullptr;
+    QPointer<QFileDialog> folderDialog_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "core/frmText.h"
+
+#include "core/display_text.h"
+
+namespace vantrell {
+
+QString shownText(std::string_view bytes) { return QString::fromStdString(displayText(bytes)); }
+
+QString tipText(const QString& text) {
+    return QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(text.toHtmlEscaped());
+}
+
+}  // namespace vantrell

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <string_view>
+
+namespace vantrell {
+
+/// What people are shown for bytes of the engine.
+[[nodiscard]] QString shownText(std::string_view bytes);
+
+/// The same text for a tool tip, where Qt would take a name such as "<b>" for formatting; a long one wraps.
+[[nodiscard]] QString tipText(const QString& text);
+
+}  // namespace vantrell

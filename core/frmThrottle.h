@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTimer>
+#include <functional>
+
+namespace vantrell {
+
+/// Does its work at once when asked for the first time, and then at most every 50 ms, however often it is asked: nobody
+/// reads faster, and a pass through many small files would otherwise be busy with showing itself.
+class frmThrottle final {
+public:
+    explicit frmThrottle(std::function<void()> work);
+
+    void request();
+
+private:
+    void pauseIsOver();
+
+    std::function<void()> work_;
+    QTimer pause_;
+    bool requested_ = false;
+};
+
+}  // namespace vantrell

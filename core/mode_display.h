@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/main_window.h"
+#include "core/program_state.h"
+#include "platform/timers.h"
+
+namespace vantrell {
+
+enum class Mode { stopped, automatic, running };
+
+/// The mode follows from the scan timer and the pass; the label and the two buttons follow from the mode.
+class ModeDisplay {
+public:
+    ModeDisplay(const ProgramState& state, MainWindow& window, Timer& timRun)
+        : state_(state), window_(window), timRun_(timRun) {}
+
+    [[nodiscard]] Mode mode() const {
+        if (timRun_.isEnabled()) return Mode::automatic;
+        return state_.PassInProgress ? Mode::running : Mode::stopped;
+    }
+
+    void tmchkTimer_Timer() {
+        const Mode now = mode();
+        window_.setModeLabel(textOf(now));
+        window_.setStartEnabled(now == Mode::stopped);
+        window_.setStopEnabled(now != Mode::stopped);
+    }
+
+    void TurnOffTimRun() { setTimRun(false); }
+    void TurnOnTimRun() { setTimRun(true); }
+
+private:
+    static const char* textOf(Mode mode) {
+        switch (mode) {
+            case Mode::automatic:
+                return "Mode: Auto";
+            case Mode::running:
+                return "Mode: Running";
+            case Mode::stopped:
+                break;
+        }
+        return "Mode: Stopped";
+    }
+    void setTimRun(bool enabled) {
+        timRun_.setEnabled(enabled);
+        tmchkTimer_Timer();
+    }
+
+    const ProgramState& state_;
+    MainWindow& window_;
+    Timer& timRun_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "core/settings_file.h"
+
+#include "core/date_text.h"
+#include "core/settings_format.h"
+
+namespace vantrell {
+
+namespace {
+
+// Far more than fifteen items can need, and little enough to read at once.
+constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+
+}  // namespace
+
+SettingsFile::SettingsFile(ProgramState& state, DataFiles& files, const Clock& clock)
+    : state_(state), files_(files), clock_(clock) {}
+
+SettingsFile::Loaded SettingsFile::loadSettings() {
+    const DataFiles::ReadResult file = files_.read(state_.SettingsFilePath, kMostBytes);
+    if (file.fault.kind == FaultKind::notThere)
+        loaded_ = Loaded::missing;
+    else if (file.fault)
+        loaded_ = Loaded::unreadable;
+    else
+        loaded_ = parseSettings(file.bytes, state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+    return loaded_;
+}
+
+void SettingsFile::saveSettings() {
+    if (loaded_ == Loaded::unreadable) return;
+    if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
+    const std::string line = formatSettings(state_.settings);
+    // Every pass saves; a file that says the same already need not be flushed to the disk once more.
+    const DataFiles::ReadResult present = files_.read(state_.SettingsFilePath, line.size() + 1);
+    if (!present.fault && present.bytes == line) return;
+    (void)files_.writeAtomically(state_.SettingsFilePath, line);
+}
+
+bool SettingsFile::keepIncompleteFile() {
+    const Path dated = state_.SettingsFilePath + "." + secondStamp(clock_.now());
+    if (files_.setAside(state_.SettingsFilePath, dated)) return false;
+    loaded_ = Loaded::whole;
+    return true;
+}
+
+}  // namespace vantrell

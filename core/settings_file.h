@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/program_state.h"
+#include "platform/clock.h"
+#include "platform/data_files.h"
+
+namespace vantrell {
+
+/// The settings of the program state, and the file ZEP.cfg at `SettingsFilePath`.
+class SettingsFile {
+public:
+    SettingsFile(ProgramState& state, DataFiles& files, const Clock& clock);
+
+    enum class Loaded {
+        whole,       ///< all items came
+        missing,     ///< there is no such file
+        incomplete,  ///< fewer items came than there are; the file is kept under a dated name before the first save
+        unreadable,  ///< it exists and could not be read; it is left as it is, nothing will be saved
+    };
+
+    /// Reads the items in order. Fields that could not be read keep the values they had.
+    Loaded loadSettings();
+    /// Writes all fields. Errors are ignored: the file then stays as it was.
+    void saveSettings();
+
+private:
+    [[nodiscard]] bool keepIncompleteFile();
+
+    ProgramState& state_;
+    DataFiles& files_;
+    const Clock& clock_;
+    Loaded loaded_ = Loaded::missing;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <set>
+
+#include "platform/data_files.h"
+
+namespace vantrell {
+
+/// The data folder's files on a POSIX system. Files that it makes are private (0600), whatever the umask.
+class PosixDataFiles final : public DataFiles {
+public:
+    /// Follows links; never waits at a FIFO. A path that is no regular file is a fault.
+    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override;
+    /// Whether the existing file may be written is what the kernel says for this process. When the flush of the folder
+    /// fails, the new contents stand under the name and the fault says that they may not outlive a power failure.
+    FileFault writeAtomically(const Path& path, std::string_view bytes) override;
+    /// `newName` is a bare name or a path in the same folder.
+    FileFault setAside(const Path& path, const Path& newName) override;
+    /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps
+    /// its lines.
+    FileFault appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;
+    /// Also flushes the folder of a file that `appendLines` created.
+    FileFault flush(const Path& path) override;
+    FileFault makePrivateFolders(const Path& path) override;
+
+private:
+    std::set<Path> notYetInFlushedFolder_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/posix_host.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#include "platform/linux/posix_path.h"
+
+namespace vantrell {
+
+namespace {
+
+Path environmentPath(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? Path() : Path(value);
+}
+
+Path homeFolder() {
+    if (Path home = environmentPath("HOME"); home.starts_with(kPathSeparator)) return home;
+    const passwd* user = ::getpwuid(::getuid());
+    return user == nullptr ? Path(1, kPathSeparator) : Path(user->pw_dir);
+}
+
+/// How a started program begins.
+class SpawnSettings {
+public:
+    SpawnSettings() {
+        ready_ = ::posix_spawnattr_init(&attributes_) == 0 && ::posix_spawn_file_actions_init(&actions_) == 0 &&
+                 setSignals() && setStreams();
+    }
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
+    ~SpawnSettings() {
+        ::posix_spawnattr_destroy(&attributes_);
+        ::posix_spawn_file_actions_destroy(&actions_);
+    }
+
+    bool spawn(const Path& file, pid_t& process) {
+        Path name = file;
+        std::array<char*, 2> arguments{name.data(), nullptr};
+        return ready_ &&
+               ::posix_spawn(&process, file.c_str(), &actions_, &attributes_, arguments.data(), ::environ) == 0;
+    }
+
+private:
+    // Blocked and ignored signals are inherited, and what we ignore would surprise others.
+    bool setSignals() {
+        sigset_t none;
+        sigset_t usual;
+        ::sigemptyset(&none);
+        ::sigemptyset(&usual);
+        for (const int signal : {SIGPIPE, SIGXFSZ, SIGIO}) ::sigaddset(&usual, signal);
+        constexpr short kFlags = POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        return ::posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&
+               ::posix_spawnattr_setsigdefault(&attributes_, &usual) == 0 &&
+               ::posix_spawnattr_setflags(&attributes_, kFlags) == 0;
+    }
+
+    bool setStreams() {
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            if (::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", O_RDWR, 0) != 0) return false;
+        return ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1) == 0;
+    }
+
+    posix_spawnattr_t attributes_{};
+    posix_spawn_file_actions_t actions_{};
+    bool ready_ = false;
+};
+
+}  // namespace
+
+PosixHost::~PosixHost() { collectEnded(); }
+
+Path PosixHost::profileFolder() const {
+    if (Path profile = environmentPath("ALLUSERSPROFILE"); !profile.empty()) return profile;
+    if (Path data = environmentPath("XDG_DATA_HOME"); data.starts_with(kPathSeparator)) return data;
+    return homeFolder() + "/.local/share";
+}
+
+Path PosixHost::programFolder() const {
+    std::array<char, PATH_MAX> file;
+    const ssize_t length = ::readlink("/proc/self/exe", file.data(), file.size());
+    return length <= 0 ? Path(".") : folderOf(Path(file.data(), static_cast<std::size_t>(length)));
+}
+
+void PosixHost::collectEnded() {
+    std::erase_if(started_, [](pid_t process) {
+        const pid_t ended = ::waitpid(process, nullptr, WNOHANG);
+        return ended == process || (ended < 0 && errno == ECHILD);
+    });
+}
+
+bool PosixHost::startProgram(const Path& file) {
+    collectEnded();
+    pid_t process = 0;
+    if (!SpawnSettings().spawn(file, process)) return false;
+    started_.push_back(process);
+    return true;
+}
+
+bool PosixInstanceLock::tryLock(const Path& folder) {
+    folder_ = UniqueFd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return !folder_ || ::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+}  // namespace vantrell

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/posix_io.h"
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <random>
+
+#include "platform/linux/posix_fault.h"
+#include "platform/linux/unique_fd.h"
+
+namespace vantrell {
+
+FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written > 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (written == 0 || errno != EINTR) {
+            return faultFromErrno(written == 0 ? EIO : errno, what);
+        }
+    }
+    return {};
+}
+
+FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::size_t& got, std::string_view what) {
+    got = 0;
+    while (got < into.size()) {
+        const ssize_t count =
+            ::pread(descriptor, into.data() + got, into.size() - got, static_cast<off_t>(offset + got));
+        if (count == 0) break;
+        if (count > 0) {
+            got += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            return faultFromErrno(errno, what);
+        }
+    }
+    return {};
+}
+
+FileFault flushFolder(const Path& folder) {
+    const UniqueFd descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor || ::fsync(descriptor.get()) != 0) return faultFromErrno(errno, folder);
+    return {};
+}
+
+Path temporaryName() {
+    std::uint64_t number = 0;
+    if (::getrandom(&number, sizeof number, 0) != sizeof number) {
+        std::random_device device;  // the call above does not fail for so few bytes once the system is up
+        number = (std::uint64_t{device()} << 32) | device();
+    }
+    Path name = ".zep-";
+    for (int shift = 60; shift >= 0; shift -= 4) name += "0123456789abcdef"[(number >> shift) & 15];
+    return name;
+}
+
+}  // namespace vantrell

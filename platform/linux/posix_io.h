@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/file_fault.h"
+#include "platform/path.h"
+
+namespace vantrell {
+
+// Small steps on descriptors. `what` names the file or folder in the words of a fault.
+
+/// Writes all of it; goes on after interruptions and short writes.
+FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what);
+/// Reads from the given place until `into` is full or the file ends; `got` says how much came.
+FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::size_t& got, std::string_view what);
+/// Brings the entries of a folder to stable storage.
+FileFault flushFolder(const Path& folder);
+/// ".zep-" and 16 hexadecimal digits from the kernel's random source: the pattern of everything that can be made again.
+[[nodiscard]] Path temporaryName();
+
+}  // namespace vantrell

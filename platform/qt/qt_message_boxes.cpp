@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "platform/qt/qt_message_boxes.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QStringList>
+#include <algorithm>
+#include <string_view>
+
+#include "core/display_text.h"
+
+namespace vantrell {
+
+namespace {
+
+QString shownLine(std::string_view line) { return QString::fromStdString(displayText(line)); }
+
+/// Line by line, since a path in the text may hold what would end a line.
+QString shownLines(std::string_view text) {
+    constexpr std::string_view kLineEnd = "\r\n";
+    QStringList lines;
+    for (std::size_t end = text.find(kLineEnd); end != std::string_view::npos; end = text.find(kLineEnd)) {
+        lines.append(shownLine(text.substr(0, end)));
+        text.remove_prefix(end + kLineEnd.size());
+    }
+    lines.append(shownLine(text));
+    return lines.join(QLatin1Char('\n'));
+}
+
+Answer answerOf(Buttons buttons, int result) {
+    if (buttons == Buttons::ok) return Answer::ok;
+    return result == QMessageBox::Yes ? Answer::yes : Answer::no;
+}
+
+void addYesNo(QMessageBox& box, bool defaultIsNo) {
+    box.setIcon(QMessageBox::Question);
+    box.addButton(QMessageBox::Yes)->setText(QStringLiteral("&Yes"));
+    box.addButton(QMessageBox::No)->setText(QStringLiteral("&No"));
+    box.setDefaultButton(defaultIsNo ? QMessageBox::No : QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::No);
+}
+
+void addOk(QMessageBox& box) {
+    box.setIcon(QMessageBox::Information);
+    box.addButton(QMessageBox::Ok)->setText(QStringLiteral("OK"));
+    box.setDefaultButton(QMessageBox::Ok);
+    box.setEscapeButton(QMessageBox::Ok);
+}
+
+}  // namespace
+
+QtMessageBoxes::QtMessageBoxes(RunQueue& queue, QWidget* parent) : MessageBoxes(queue), parent_(parent) {}
+
+QtMessageBoxes::~QtMessageBoxes() {
+    for (const auto& [id, shown] : asked_) drop(shown);
+    for (const Information& information : informed_) drop(information.shown);
+}
+
+QMessageBox* QtMessageBoxes::make(const Box& box) {
+    auto* made = new QMessageBox(parent_);
+    made->setAttribute(Qt::WA_DeleteOnClose);
+    made->setModal(false);
+    made->setTextFormat(Qt::PlainText);
+    made->setWindowTitle(shownLine(box.title.empty() ? kApplicationTitle : box.title));
+    made->setText(shownLines(box.text));
+    if (box.buttons == Buttons::yesNo) {
+        addYesNo(*made, box.defaultIsNo);
+    } else {
+        addOk(*made);
+    }
+    return made;
+}
+
+void QtMessageBoxes::show(QMessageBox& shown) {
+    if (parent_ && (parent_->isMinimized() || !parent_->isVisible())) parent_->showNormal();
+    shown.show();
+    shown.raise();
+    shown.activateWindow();
+    QApplication::alert(&shown);
+}
+
+void QtMessageBoxes::open(RunQueue::Id id, const Box& box) {
+    QMessageBox* shown = make(box);
+    asked_.emplace(id, shown);
+    QObject::connect(shown, &QMessageBox::finished, &context_, [this, id, buttons = box.buttons](int result) {
+        asked_.erase(id);
+        queue().wake(id, static_cast<int>(answerOf(buttons, result)));
+    });
+    show(*shown);
+}
+
+void QtMessageBoxes::close(RunQueue::Id id) {
+    const auto found = asked_.find(id);
+    if (found == asked_.end()) return;
+    drop(found->second);
+    asked_.erase(found);
+}
+
+// The box may be the sender of the very event that is being handled: it goes when the event loop comes round.
+void QtMessageBoxes::drop(QMessageBox* shown) {
+    if (shown == nullptr) return;
+    shown->disconnect(&context_);
+    shown->hide();
+    shown->deleteLater();
+}
+
+void QtMessageBoxes::inform(const Box& box) {
+    std::erase_if(informed_, [](const Information& one) { return !one.shown || !one.shown->isVisible(); });
+    QMessageBox* fresh = make(box);
+    const auto equal = std::find_if(informed_.begin(), informed_.end(), [&](const Information& one) {
+        return one.title == fresh->windowTitle() && one.text == fresh->text();
+    });
+    if (equal != informed_.end()) {
+        delete fresh;
+        return show(*equal->shown);
+    }
+    informed_.push_back({fresh->windowTitle(), fresh->text(), fresh});
+    show(*fresh);
+}
+
+}  // namespace vantrell

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "platform/linux/posix_data_files.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+unsigned modeOf(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+/// No file may grow beyond this size: the system writes what fits, and refuses the rest.
+class SizeLimit {
+public:
+    explicit SizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    SizeLimit(const SizeLimit&) = delete;
+    SizeLimit& operator=(const SizeLimit&) = delete;
+    ~SizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    rlimit before_{};
+    void (*handler_)(int);
+};
+
+/// Root, to whom nothing is forbidden, is nobody for a while; everyone else stays who he is.
+class OrdinaryUser {
+public:
+    OrdinaryUser() {
+        if (::geteuid() == 0 && ::seteuid(65534) != 0) throw std::runtime_error("root cannot be laid down");
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() {
+        if (::getuid() == 0) EXPECT_EQ(::seteuid(0), 0);
+    }
+};
+
+class DataFilesTest : public testing::Test {
+protected:
+    [[nodiscard]] std::size_t entries() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
+    }
+
+    TemporaryFolder folder;
+    std::string file = folder / "f";
+    PosixDataFiles files;
+};
+
+TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {
+    writeFile(file, std::string("a\0b", 3));
+    EXPECT_EQ(files.read(file, 100).bytes, std::string("a\0b", 3));
+    EXPECT_EQ(files.read(file, 2).bytes, std::string("a\0", 2));
+    EXPECT_EQ(files.read(folder / "missing", 100).fault.kind, FaultKind::notThere);
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    EXPECT_TRUE(files.read(folder / "fifo", 100).fault);
+    EXPECT_TRUE(files.read(folder.path(), 100).fault);
+}
+
+TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
+    writeFile(file, "old and longer");
+    fs::permissions(file, fs::perms{0644});
+    const mode_t before = ::umask(0);
+    EXPECT_FALSE(files.writeAtomically(file, "new"));
+    EXPECT_FALSE(files.writeAtomically(folder / "other", ""));
+    ::umask(before);
+    EXPECT_EQ(readFile(file), "new");
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_EQ(modeOf(folder / "other"), 0600U);
+    EXPECT_EQ(entries(), 2U);
+}
+
+TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
+    writeFile(file, "old");
+    const SizeLimit limit(1000);
+    EXPECT_TRUE(files.writeAtomically(file, std::string(2000, 'x')));
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(DataFilesTest, WhatIsNoRegularFileIsNotReplaced) {
+    writeFile(file, "old");
+    fs::create_symlink(file, folder / "link");
+    folder.makeFolder("folder");
+    for (const char* name : {"link", "folder"}) {
+        EXPECT_TRUE(files.writeAtomically(folder / name, "new")) << name;
+        EXPECT_TRUE(files.appendLines(folder / name, "new\r\n", false)) << name;
+    }
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(entries(), 3U);
+}
+
+TEST_F(DataFilesTest, AFileThatMayNotBeWrittenStays) {
+    writeFile(file, "old");
+    fs::permissions(file, fs::perms{0444});
+    fs::permissions(folder.path(), fs::perms{0777});
+    {
+        const OrdinaryUser user;
+        EXPECT_TRUE(files.writeAtomically(file, "new"));
+        EXPECT_TRUE(files.appendLines(file, "new\r\n", false));
+    }
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(DataFilesTest, SettingAsideNeverReplaces) {
+    writeFile(file, "one");
+    EXPECT_FALSE(files.setAside(file, "f.old"));
+    writeFile(file, "two");
+    EXPECT_EQ(files.setAside(file, folder / "f.old").kind, FaultKind::nameTaken);
+    EXPECT_EQ(readFile(folder / "f.old"), "one");
+    EXPECT_EQ(readFile(file), "two");
+    EXPECT_EQ(files.setAside(folder / "missing", "x").kind, FaultKind::notThere);
+}
+
+TEST_F(DataFilesTest, AppendsToAPrivateFile) {
+    EXPECT_FALSE(files.appendLines(file, "a\r\n", true));
+    EXPECT_FALSE(files.appendLines(file, "b\r\nc\r\n", true));
+    EXPECT_EQ(readFile(file), "a\r\nb\r\nc\r\n");
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_FALSE(files.flush(file));
+    EXPECT_EQ(files.flush(folder / "missing").kind, FaultKind::notThere);
+    EXPECT_EQ(files.appendLines(folder / "missing/f", "a\r\n", false).kind, FaultKind::notThere);
+}
+
+TEST_F(DataFilesTest, AnAppendThatDoesNotFitIsTakenBack) {
+    writeFile(file, "a\r\n");
+    const SizeLimit limit(1000);
+    EXPECT_TRUE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false));
+    EXPECT_EQ(readFile(file), "a\r\n");
+    EXPECT_FALSE(files.appendLines(file, "b\r\n", false));
+    EXPECT_EQ(readFile(file), "a\r\nb\r\n");
+}
+
+TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {
+    const std::string far(200000, 'x');
+    const std::pair<std::string, std::string> cases[] = {
+        {"", ""},
+        {"torn", ""},
+        {"a\r\n", "a\r\n"},
+        {"a\r\ntorn\r", "a\r\n"},
+        {"a\r\n" + far, "a\r\n"},
+        {far + "\r\n" + std::string(65536, 'y'), far + "\r\n"},
+        {"kept by an editor\n", "kept by an editor\n"},
+    };
+    for (const auto& [before, kept] : cases) {
+        writeFile(file, before);
+        EXPECT_FALSE(files.appendLines(file, "new\r\n", true));
+        EXPECT_TRUE(readFile(file) == kept + "new\r\n") << before.substr(0, 20);
+    }
+    writeFile(file, "torn");
+    EXPECT_FALSE(files.appendLines(file, "new\r\n", false));
+    EXPECT_EQ(readFile(file), "tornnew\r\n");
+}
+
+TEST_F(DataFilesTest, OnlyNewFoldersBecomePrivate) {
+    folder.makeFolder("there");
+    fs::permissions(folder / "there", fs::perms{0755});
+    EXPECT_FALSE(files.makePrivateFolders(folder / "there/Quillon, Inc/Bin"));
+    EXPECT_FALSE(files.makePrivateFolders(folder / "there/Quillon, Inc/Bin"));
+    EXPECT_EQ(modeOf(folder / "there"), 0755U);
+    EXPECT_EQ(modeOf(folder / "there/Quillon, Inc"), 0700U);
+    EXPECT_EQ(modeOf(folder / "there/Quillon, Inc/Bin"), 0700U);
+    writeFile(file, "in the way");
+    EXPECT_TRUE(files.makePrivateFolders(file + "/below"));
+    EXPECT_TRUE(files.makePrivateFolders(file));
+}
+
+}  // namespace
+}  // namespace vantrell::test

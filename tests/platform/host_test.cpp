@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <thread>
+
+#include "platform/linux/posix_host.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+namespace {
+
+/// An environment variable for the time of a test; null takes it away.
+class Environment {
+public:
+    Environment(const char* name, const char* value) : name_(name) {
+        if (const char* before = std::getenv(name)) before_ = before;
+        set(value);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() { set(before_ ? before_->c_str() : nullptr); }
+
+private:
+    void set(const char* value) const {
+        if (value != nullptr)
+            ::setenv(name_, value, 1);
+        else
+            ::unsetenv(name_);
+    }
+
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+TEST(PosixHost, TheProfileFolderComesFromTheEnvironment) {
+    const PosixHost host;
+    const Environment home("HOME", "/home/x");
+    const Environment all("ALLUSERSPROFILE", "/all");
+    EXPECT_EQ(host.profileFolder(), "/all");
+    const Environment unset("ALLUSERSPROFILE", "");
+    const Environment data("XDG_DATA_HOME", "/data");
+    EXPECT_EQ(host.profileFolder(), "/data");
+    const Environment relative("XDG_DATA_HOME", "data");
+    EXPECT_EQ(host.profileFolder(), "/home/x/.local/share");
+    const Environment homeless("HOME", nullptr);
+    EXPECT_TRUE(host.profileFolder().starts_with("/"));
+    EXPECT_TRUE(host.profileFolder().ends_with("/.local/share"));
+}
+
+TEST(PosixHost, TheProgramFolderHoldsTheRunningProgram) {
+    EXPECT_TRUE(std::filesystem::exists(PosixHost().programFolder() + "/platform_test"));
+}
+
+std::string waitForContents(const std::string& path) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!std::filesystem::exists(path) && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return readFile(path);
+}
+
+// Says what it finds true of itself, in a file beside it.
+constexpr char kInquisitiveProgram[] = R"sh(#!/bin/sh
+cd "${0%/*}"
+exec 3> part
+[ "$(cut -d' ' -f6 /proc/$$/stat)" = $$ ] && echo "own session" >&3
+[ ! -e /proc/$$/fd/57 ] && echo "no descriptor" >&3
+[ $((0x$(sed -n 's/^SigIgn:[[:space:]]*//p' /proc/$$/status) & 0x1000)) = 0 ] && echo "no ignored signal" >&3
+[ $((0x$(sed -n 's/^SigBlk:[[:space:]]*//p' /proc/$$/status) & 0x4000)) = 0 ] && echo "no blocked signal" >&3
+readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 >&3
+mv part report
+)sh";
+
+TEST(PosixHost, AStartedProgramInheritsNothingOfOurs) {
+    const TemporaryFolder folder;
+    writeFile(folder / "program", kInquisitiveProgram);
+    std::filesystem::permissions(folder / "program", std::filesystem::perms{0700});
+    const UniqueFd inheritable(::dup2(STDERR_FILENO, 57));
+    const auto pipeBefore = std::signal(SIGPIPE, SIG_IGN);
+    sigset_t blocked;
+    sigset_t maskBefore;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore);
+    PosixHost host;
+    const bool started = host.startProgram(folder / "program");
+    ::pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
+    std::signal(SIGPIPE, pipeBefore);
+    ASSERT_TRUE(started);
+    // The program moves its standard output for the one command that looks at it.
+    const std::string report = waitForContents(folder / "report");
+    EXPECT_TRUE(report.starts_with("own session\nno descriptor\nno ignored signal\nno blocked signal\n/dev/null\n"))
+        << report;
+    EXPECT_TRUE(report.ends_with("/dev/null\n")) << report;
+}
+
+TEST(PosixHost, WhatCannotBeStartedIsReported) {
+    const TemporaryFolder folder;
+    writeFile(folder / "text", "no program");
+    PosixHost host;
+    EXPECT_FALSE(host.startProgram(folder / "missing"));
+    EXPECT_FALSE(host.startProgram(folder / "text"));
+    EXPECT_FALSE(host.startProgram(folder.path()));
+}
+
+TEST(PosixInstanceLock, OneHolderForEachFolder) {
+    const TemporaryFolder folder;
+    const TemporaryFolder other;
+    PosixInstanceLock second;
+    {
+        PosixInstanceLock first;
+        EXPECT_TRUE(first.tryLock(folder.path()));
+        EXPECT_FALSE(second.tryLock(folder.path()));
+        EXPECT_TRUE(second.tryLock(other.path()));
+        EXPECT_TRUE(first.tryLock(folder.path())) << "asking again keeps the lock";
+        EXPECT_FALSE(second.tryLock(folder.path()));
+    }
+    EXPECT_TRUE(second.tryLock(folder.path()));
+    EXPECT_TRUE(PosixInstanceLock().tryLock(folder / "missing")) << "start-up goes on";
+}
+
+}  // namespace
+}  // namespace vantrell::test

@@ -1,0 +1,142 @@
+# SPDX-License-Identifier: MIT
+"""A throw-away profile with its four folders, and the program running on it."""
+
+import glob
+import os
+import pwd
+import shutil
+import signal
+import sqlite3
+import subprocess
+import tempfile
+import time
+import unittest
+
+PROGRAM = os.environ["ZEP"]
+PASSWORD = "correct horse battery staple"
+KEY = PASSWORD.encode().ljust(32, b"\0")[:32].hex()
+
+
+def wait_until(condition, what, seconds=60):
+    """Waits for a condition; the time is a limit, not a measure."""
+    end = time.monotonic() + seconds
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError("waited in vain: " + what)
+        time.sleep(0.01)
+
+
+def decrypted(path):
+    return subprocess.run(["openssl", "enc", "-d", "-aes-256-ecb", "-K", KEY, "-in", path],
+                          check=True, capture_output=True).stdout
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def write(path, data=b""):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "wb") as file:
+        file.write(data)
+
+
+class Profile:
+    def __init__(self, done_parent=None):
+        self.root = tempfile.mkdtemp(prefix="vantrell-program-")
+        self.done_root = tempfile.mkdtemp(prefix="vantrell-done-", dir=done_parent) if done_parent else self.root
+        self.data = os.path.join(self.root, "profile", "Quillon, Inc", "Vantrell", "Bin")
+        self.source, self.destination, self.rejected = (
+            os.path.join(self.root, name) for name in ("in", "out", "rejected"))
+        self.done = os.path.join(self.done_root, "done")
+        for folder in (self.source, self.destination, self.done, self.rejected):
+            os.makedirs(folder)
+        self.running = []
+
+    # What the program is given
+
+    def settings(self, subfolders=False, overwrite=False, continually=True, normal=True, interval=200,
+                 logging_off=False):
+        flag = {True: "#TRUE#", False: "#FALSE#"}
+        line = ",".join([f'"{self.source}"', flag[subfolders], f'"{self.destination}"', f'"{self.done}"',
+                         flag[normal], str(interval), "0", "7", "0", '"PM"', "7", flag[continually],
+                         f'"{self.rejected}"', flag[overwrite], flag[logging_off]])
+        write(os.path.join(self.data, "ZEP.cfg"), line.encode() + b"\r\n")
+
+    def passwords(self, *statements):
+        os.makedirs(self.data, exist_ok=True)
+        database = sqlite3.connect(os.path.join(self.data, "EDPasswords.mdb"))
+        for statement in statements or ("CREATE TABLE EncDecPasswords (Password text, Active boolean)",
+                                        f"INSERT INTO EncDecPasswords VALUES ('{PASSWORD}', 1)"):
+            database.execute(statement)
+        database.commit()
+        database.close()
+
+    def drop(self, name, data=b""):
+        """Puts a whole file into Source in one step, as a careful sender would."""
+        name = os.fsencode(name)
+        path = os.path.join(os.fsencode(self.source), name)
+        staged = os.path.join(os.fsencode(self.root), b"staged")
+        with open(staged, "wb") as file:
+            file.write(data)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        os.rename(staged, path)
+
+    def drop_sparse(self, name, size):
+        staged = os.path.join(self.root, "staged")
+        with open(staged, "wb") as file:
+            file.truncate(size)
+        os.rename(staged, os.path.join(self.source, name))
+
+    # The program
+
+    def start(self, user=None, **popen):
+        environment = {**os.environ, "ALLUSERSPROFILE": os.path.join(self.root, "profile"),
+                       "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root}
+        if user:
+            account = pwd.getpwnam(user)
+            subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
+            popen |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}
+        process = subprocess.Popen([PROGRAM], env=environment, **popen)
+        self.running.append(process)
+        return process
+
+    def end(self, process, number=signal.SIGTERM, seconds=60):
+        process.send_signal(number)
+        return process.wait(seconds)
+
+    def clean(self):
+        for process in self.running:
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+        shutil.rmtree(self.root, ignore_errors=True)
+        shutil.rmtree(self.done_root, ignore_errors=True)
+
+    # What came of it
+
+    def log(self):
+        """The messages of the day's log, without their dates."""
+        text = b"".join(read(path) for path in sorted(glob.glob(os.path.join(self.data, "Daily Activity Logs", "*"))))
+        return [" ".join(line.split(" ")[2:]) for line in text.decode().split("\r\n")[:-1]]
+
+    def has_logged(self, part):
+        return any(part in line for line in self.log())
+
+    def wait_for_log(self, part, seconds=60):
+        wait_until(lambda: self.has_logged(part), f"the log line {part!r}", seconds)
+
+    def wait_for_empty_source(self, seconds=60):
+        wait_until(lambda: not any(files for _, _, files in os.walk(self.source)), "an empty source folder", seconds)
+
+
+class ProgramTest(unittest.TestCase):
+    def new_profile(self, **options):
+        profile = Profile(**options)
+        self.addCleanup(profile.clean)
+        return profile
+
+    def assert_no_partial_output(self, profile):
+        for name in os.listdir(profile.destination):
+            self.assertTrue(name.endswith(".enc"), name)

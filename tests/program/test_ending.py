@@ -1,0 +1,127 @@
+# SPDX-License-Identifier: MIT
+"""Ending: in order by the signals that ask for it, and not at all in order by the one that cannot be caught."""
+
+import os
+import random
+import signal
+import time
+import unittest
+
+from harness import ProgramTest, decrypted, read, wait_until, write
+
+BIG = 1 << 30
+
+
+def bytes_written(process):
+    with open(f"/proc/{process.pid}/io", encoding="ascii") as file:
+        return next(int(line.split()[1]) for line in file if line.startswith("wchar"))
+
+
+class InOrder(ProgramTest):
+    def ready(self, **options):
+        profile = self.new_profile(**options)
+        profile.settings()
+        profile.passwords()
+        return profile
+
+    def assert_ends_in_order(self, profile, process, number):
+        """Ends with 0; settings and log were written within a second of the request."""
+        settings = os.path.join(profile.data, "ZEP.cfg")
+        os.unlink(settings)
+        asked = time.time()
+        self.assertEqual(profile.end(process, number), 0)
+        self.assertLess(os.stat(settings).st_mtime - asked, 1.0)
+
+    def test_while_nothing_is_at_work(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(number.name):
+                profile = self.ready()
+                process = profile.start()
+                profile.wait_for_log("ZEP Is PAUSED at")
+                self.assert_ends_in_order(profile, process, number)
+
+    def test_in_the_middle_of_a_large_file(self):
+        for written in (BIG // 64, BIG // 4, BIG * 3 // 4, BIG):
+            with self.subTest(written=written):
+                profile = self.ready()
+                profile.drop_sparse("big", BIG)
+                process = profile.start()
+                wait_until(lambda: bytes_written(process) > written, "the file at work")
+                self.assert_ends_in_order(profile, process, signal.SIGTERM)
+                self.assert_no_partial_output(profile)
+                if os.listdir(profile.destination):
+                    self.skipTest("it was faster than this test")
+                self.assertEqual(os.path.getsize(os.path.join(profile.source, "big")), BIG)
+                self.assertEqual(profile.log()[-1], "Please Wait Encrypting files.")
+
+    def test_in_the_middle_of_a_move_to_another_file_system(self):
+        if os.stat("/dev/shm").st_dev == os.stat("/tmp").st_dev:
+            self.skipTest("there is only one file system here")
+        profile = self.ready(done_parent="/dev/shm")
+        profile.drop_sparse("big", BIG)
+        process = profile.start()
+        profile.wait_for_log("Encryped:  big")
+        wait_until(lambda: bytes_written(process) > BIG + BIG // 4, "the move at work")
+        self.assert_ends_in_order(profile, process, signal.SIGTERM)
+        self.assertEqual(os.listdir(profile.done), [])
+        self.assertEqual(os.listdir(profile.source), ["big"])
+        self.assertEqual(os.path.getsize(os.path.join(profile.source, "big")), BIG)
+        self.assertEqual(profile.log()[-1], "Encryped:  big - Sucessful: ")
+
+    def test_with_a_question_open(self):
+        profile = self.ready()
+        profile.drop("a", b"new")
+        write(os.path.join(profile.destination, "a.enc"), b"old")
+        process = profile.start()
+        profile.wait_for_log("Encrypting:  a - FAILED: ")
+        before = profile.log()
+        self.assert_ends_in_order(profile, process, signal.SIGINT)
+        self.assertEqual(profile.log(), before)
+        self.assertEqual(read(os.path.join(profile.source, "a")), b"new")
+        self.assertEqual(read(os.path.join(profile.destination, "a.enc")), b"old")
+
+    def test_a_signal_that_was_ignored_stays_ignored(self):
+        profile = self.ready()
+        process = profile.start(preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        profile.wait_for_log("ZEP Is PAUSED at")
+        process.send_signal(signal.SIGHUP)
+        profile.drop("after", b"x")
+        profile.wait_for_empty_source()
+        self.assertIsNone(process.poll())
+        self.assertEqual(profile.end(process), 0)
+
+
+class Killed(ProgramTest):
+    def test_leaves_only_whole_files_and_the_next_start_carries_the_rest(self):
+        dice = random.Random(20261124)
+        profile = self.new_profile()
+        profile.settings(overwrite=True)
+        profile.passwords()
+        files = {f"f{number}": os.urandom(dice.choice((10, 5_000, 3_000_000))) for number in range(120)}
+        for name, data in files.items():
+            profile.drop(name, data)
+            if int(name[1:]) % 2:
+                write(os.path.join(profile.destination, name + ".enc"), b"older")
+        for _ in range(25):
+            process = profile.start()
+            wait_until(lambda: bytes_written(process) > 20_000, "the program at work")
+            time.sleep(dice.uniform(0, 0.2))
+            process.kill()
+            process.wait()
+            for name in os.listdir(profile.destination):
+                path = os.path.join(profile.destination, name)
+                if name.startswith(".zep-") or read(path) == b"older":
+                    continue
+                self.assertEqual(decrypted(path), files[name[:-4]], name)
+            if not os.listdir(profile.source):
+                break
+        process = profile.start()
+        profile.wait_for_empty_source()
+        self.assertEqual(profile.end(process), 0)
+        self.assertEqual(sorted(os.listdir(profile.destination)), sorted(name + ".enc" for name in files))
+        for name, data in files.items():
+            self.assertEqual(read(os.path.join(profile.done, name)), data)
+
+
+if __name__ == "__main__":
+    unittest.main()

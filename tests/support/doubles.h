@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/main_window.h"
+#include "platform/clock.h"
+#include "platform/host.h"
+#include "platform/timers.h"
+
+namespace vantrell::test {
+
+/// A main window that remembers what it was told.
+class RecordingWindow final : public MainWindow {
+public:
+    void setCaption(const std::string& text) override { caption = text; }
+    void setLabel2(const std::string& text) override { label2 = text; }
+    void setPanel1(const std::string& text) override { panel1.push_back(text); }
+    void setModeLabel(const std::string& text) override { mode = text; }
+    void setClock(const std::string& text) override { clock = text; }
+    void setSchedule(const std::string&) override {}
+    void setStartEnabled(bool enabled) override { startEnabled = enabled; }
+    void setStopEnabled(bool enabled) override { stopEnabled = enabled; }
+    void setWaitPointer(bool waiting) override { waitPointer = waiting; }
+    void repaint() override {}
+    void setCurrentFile(const std::string& name) override { currentFile = name; }
+    void setLastFile(const std::string& name) override { lastFile = name; }
+    void setTotalFiles(std::uint64_t count) override { totalFiles = count; }
+    void setProcessedCount(std::int32_t count) override { processed = count; }
+    void setPassProgress(std::uint64_t, std::uint64_t) override {}
+    void setFileProgress(std::uint64_t done, std::uint64_t) override { fileBytesDone = done; }
+    void clearProgress() override {}
+    void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
+    void setMinutes(const std::string& text) override { minutes = text; }
+    void showSettings(const SettingsRecord& settings) override { shown = settings; }
+    void appendActivity(const std::string& line) override { lines.push_back(line); }
+    [[nodiscard]] bool isActivityShown() const override { return activityShown; }
+    void setActivityShown(bool value) override { activityShown = value; }
+    void showWindow() override { visible = true; }
+    void hideWindow() override { visible = false; }
+    void closeWindow() override { closed = true; }
+    void setNormalState() override {}
+    [[nodiscard]] bool isMinimized() const override { return false; }
+    void setNormalSize() override {}
+    void bringToFront() override {}
+
+    std::string caption, label2, mode, clock, currentFile, lastFile, minutes;
+    std::vector<std::string> panel1, lines;
+    std::map<FolderKind, Path> folders;
+    SettingsRecord shown;
+    bool startEnabled = false, stopEnabled = false, waitPointer = false;
+    bool activityShown = false, visible = false, closed = false;
+    std::uint64_t totalFiles = 0, fileBytesDone = 0;
+    std::int32_t processed = 0;
+};
+
+class SettableClock final : public Clock {
+public:
+    [[nodiscard]] TimePoint now() const override { return time; }
+    TimePoint time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + std::chrono::hours(14);
+};
+
+/// A timer that ticks when the test says so.
+class ManualTimer final : public Timer {
+public:
+    void setInterval(std::int32_t milliseconds) override { interval_ = milliseconds; }
+    [[nodiscard]] std::int32_t interval() const override { return interval_; }
+    void setEnabled(bool enabled) override { enabled_ = enabled; }
+    [[nodiscard]] bool isEnabled() const override { return enabled_; }
+
+private:
+    std::int32_t interval_ = 0;
+    bool enabled_ = false;
+};
+
+class FakeHost final : public Host {
+public:
+    [[nodiscard]] Path profileFolder() const override { return profile; }
+    [[nodiscard]] Path programFolder() const override { return "/opt/vantrell"; }
+    bool startProgram(const Path& file) override {
+        started.push_back(file);
+        return true;
+    }
+    Path profile;
+    std::vector<Path> started;
+};
+
+class FakeInstanceLock final : public InstanceLock {
+public:
+    bool tryLock(const Path&) override { return isFree; }
+    bool isFree = true;
+};
+
+}  // namespace vantrell::test

@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: MIT
+#include "transport/scan_pass.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/linux/unique_fd.h"
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class ScanPassTest : public ::testing::Test {
+protected:
+    Texts beginning() const {
+        return {"ZEP Is Running at " + bench.time(), "Please Wait ZEP is searching for files!",
+                "Please Wait Encrypting files."};
+    }
+    Texts paused() const { return {"ZEP Is PAUSED at " + bench.time()}; }
+    static Texts joined(std::initializer_list<Texts> groups) {
+        Texts all;
+        for (const Texts& group : groups) all.insert(all.end(), group.begin(), group.end());
+        return all;
+    }
+    PassBench bench;
+};
+
+TEST_F(ScanPassTest, CarriesFilesAndSaysSoLineByLine) {
+    writeFile(bench.in("b.pdf"), "bbb");
+    writeFile(bench.in("a.txt"), "aaa");
+    ASSERT_TRUE(bench.runPass());
+    const Texts expected =
+        joined({beginning(), {"Encryped:  a.txt - Sucessful: ", "Encryped:  b.pdf - Sucessful: "}, paused()});
+    EXPECT_EQ(bench.messages(), expected);
+    EXPECT_EQ(bench.names(bench.state.settings.DestinationFolder), (Texts{"a.txt.enc", "b.pdf.enc"}));
+    EXPECT_EQ(readFile(bench.done("a.txt")), "aaa");
+    EXPECT_TRUE(bench.names(bench.state.settings.SourceFolder).empty());
+    EXPECT_EQ(bench.window.processed, 2);
+    EXPECT_EQ(bench.window.totalFiles, 2U);
+    EXPECT_EQ(bench.window.caption, "ZEP Is PAUSED at " + bench.time());
+    EXPECT_TRUE(bench.timRun.isEnabled());
+    EXPECT_FALSE(bench.window.waitPointer);
+    std::string saved;
+    for (const std::string& text : expected) saved += generalDateText(bench.clock.time) + " " + text + "\r\n";
+    EXPECT_EQ(readFile(bench.log.LogFilePath()), saved);
+}
+
+TEST_F(ScanPassTest, EndsPausedWithoutFiles) {
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.messages(), joined({beginning(), {"No Records this pass!"}, paused()}));
+    EXPECT_EQ(bench.window.panel1, (Texts{"No Records this pass!", "ZEP Is PAUSED at " + bench.time()}));
+}
+
+TEST_F(ScanPassTest, SkipsEncryptedFilesWhateverTheCase) {
+    writeFile(bench.in("a.enc"), "");
+    writeFile(bench.in("b.ENC"), "");
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.window.totalFiles, 2U);
+    EXPECT_EQ(bench.window.processed, 0);
+    EXPECT_TRUE(bench.exists(bench.in("a.enc")) && bench.exists(bench.in("b.ENC")));
+}
+
+// A failure (here a folder stands where the output should), while the name is taken in the rejected folder.
+TEST_F(ScanPassTest, RejectsUnderADatedNameWhenTheNameIsTaken) {
+    writeFile(bench.in("a.txt"), "new");
+    writeFile(bench.rejected("a.txt"), "old");
+    std::filesystem::create_directory(bench.out("a.txt.enc"));
+    ASSERT_TRUE(bench.runPass());
+    const Texts said = bench.messages();
+    const std::string stamped = "20261116 140000_a.txt";
+    const std::string path = bench.in("a.txt");
+    ASSERT_EQ(said.size(), 7U);
+    EXPECT_EQ(said[3].rfind("Encrypting:  a.txt - FAILED: ", 0), 0U);
+    EXPECT_GT(said[3].size(), std::string("Encrypting:  a.txt - FAILED: ").size());
+    EXPECT_EQ(Texts(said.begin() + 4, said.end()),
+              (Texts{"File " + path + " File exists rename file to " + stamped, "File " + path + " did not encrypt!",
+                     "ZEP Is PAUSED at " + bench.time()}));
+    EXPECT_EQ(readFile(bench.rejected("a.txt")), "old");
+    EXPECT_EQ(readFile(bench.rejected(stamped)), "new");
+    EXPECT_FALSE(bench.exists(path));
+}
+
+TEST_F(ScanPassTest, AsksBeforeItReplacesAndObeys) {
+    writeFile(bench.in("a.txt"), "new");
+    writeFile(bench.out("a.txt.enc"), "old");
+    writeFile(bench.done("a.txt"), "old");
+    bench.boxes.answerNext(Answer::yes);
+    bench.boxes.answerNext(Answer::no);
+    ASSERT_TRUE(bench.runPass());
+    ASSERT_EQ(bench.boxes.asked.size(), 2U);
+    EXPECT_EQ(bench.boxes.asked[0].title, "Overwrite Files");
+    EXPECT_TRUE(bench.boxes.asked[0].defaultIsNo);
+    EXPECT_EQ(bench.boxes.asked[0].text,
+              " Encrypting file \r\n" + bench.in("a.txt") + " already exists in the folder " +
+                  bench.state.settings.DestinationFolder +
+                  ".\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
+                  bench.state.settings.RejectFolder + " !");
+    const Texts said = bench.messages();
+    EXPECT_EQ(said[3], " Encrypting file " + bench.in("a.txt") + " already exists in the folder!.");
+    EXPECT_EQ(said[4], "Encrypting:  a.txt - FAILED: ");
+    EXPECT_EQ(said[5], "Encryped:  a.txt - Sucessful: ");
+    EXPECT_EQ(said[6], " Moving orginal file " + bench.done("a.txt") + " already exists in the folder!.");
+    EXPECT_NE(readFile(bench.out("a.txt.enc")), "old");
+    EXPECT_EQ(readFile(bench.done("a.txt")), "old");
+    EXPECT_EQ(readFile(bench.rejected("a.txt")), "new");
+}
+
+TEST_F(ScanPassTest, ReplacesWithoutAskingWhereThatIsAllowed) {
+    bench.state.settings.OverwriteExistingFiles = true;
+    writeFile(bench.in("a.txt"), "new");
+    writeFile(bench.out("a.txt.enc"), "old");
+    writeFile(bench.done("a.txt"), "old");
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_TRUE(bench.boxes.asked.empty());
+    EXPECT_EQ(readFile(bench.done("a.txt")), "new");
+    EXPECT_EQ(readFile(bench.out("a.txt.enc")).size(), 16U);
+}
+
+TEST_F(ScanPassTest, NeverTakesTwoFilesOfOneNameInAPassForOldAndNew) {
+    bench.state.settings.OverwriteExistingFiles = true;
+    bench.state.settings.IncludeSubfolders = true;
+    for (const char* folder : {"x", "y"}) {
+        std::filesystem::create_directory(bench.in(folder));
+        writeFile(bench.in(std::string(folder) + "/same.txt"), folder);
+    }
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(readFile(bench.done("same.txt")), "x");
+    EXPECT_EQ(readFile(bench.rejected("same.txt")), "y");
+    EXPECT_TRUE(bench.boxes.asked.empty());
+}
+
+TEST_F(ScanPassTest, LeavesAFileInUseAloneAndSaysSoOnce) {
+    writeFile(bench.in("busy"), "half");
+    writeFile(bench.in("free"), "whole");
+    {
+        const UniqueFd writer(::open(bench.in("busy").c_str(), O_WRONLY | O_CLOEXEC));
+        ASSERT_TRUE(bench.runPass());
+        const Texts said = bench.messages();
+        ASSERT_EQ(said.size(), 7U);
+        EXPECT_EQ(said[3].rfind("Encrypting:  busy - FAILED: ", 0), 0U);
+        EXPECT_EQ(said[4], "File " + bench.in("busy") + " did not encrypt!");
+        ASSERT_TRUE(bench.runPass());
+        EXPECT_EQ(bench.messages(), joined({beginning(), paused()}));
+        EXPECT_TRUE(bench.exists(bench.in("busy")));
+    }
+    EXPECT_EQ(bench.window.processed, 1);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(readFile(bench.done("busy")), "half");
+}
+
+TEST_F(ScanPassTest, ReportsFoldersThatAreMissing) {
+    const std::string gone = bench.state.settings.DoneFolder;
+    std::filesystem::remove(gone);
+    writeFile(bench.in("a.txt"), "a");
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.messages(), (Texts{"ZEP Is Running at " + bench.time(), "Please Wait ZEP is searching for files!",
+                                       "Done Folder " + gone + " does not exist bypassing " +
+                                           bench.state.settings.SourceFolder + " events!",
+                                       "Source, Destination or Done Folders are missing"}));
+    EXPECT_EQ(bench.window.caption, "Problem.... ");
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    bench.state.settings.DoneFolder = bench.state.settings.SourceFolder;
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.messages()[2],
+              "Done Folder " + bench.state.settings.SourceFolder + " is the Source Folder bypassing events!");
+    EXPECT_EQ(readFile(bench.in("a.txt")), "a");
+}
+
+TEST_F(ScanPassTest, RejectsNothingWhenAFolderVanishesDuringThePass) {
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.in("b"), "b");
+    writeFile(bench.out("a.enc"), "old");
+    TaskGroup group(bench.loop.queue());
+    group.start(bench.pass.timRun_Timer());
+    ASSERT_FALSE(bench.loop.turnUntil([&] { return group.isIdle(); })) << "it asks about a.enc";
+    std::filesystem::remove_all(bench.state.settings.DestinationFolder);
+    bench.boxes.answerOpen(Answer::yes);
+    ASSERT_TRUE(bench.loop.turnUntil([&] { return group.isIdle(); }));
+    EXPECT_EQ(bench.messages().back(), "Source, Destination or Done Folders are missing");
+    EXPECT_TRUE(bench.exists(bench.in("a")) && bench.exists(bench.in("b")));
+    EXPECT_TRUE(bench.names(bench.state.settings.RejectFolder).empty());
+    EXPECT_FALSE(bench.timRun.isEnabled());
+}
+
+TEST_F(ScanPassTest, StopWithdrawsTheQuestionAndLeavesTheFile) {
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.out("a.enc"), "old");
+    TaskGroup group(bench.loop.queue());
+    group.start(bench.pass.timRun_Timer());
+    ASSERT_FALSE(bench.loop.turnUntil([&] { return group.isIdle(); }));
+    EXPECT_TRUE(bench.state.PassInProgress);
+    (void)bench.messages();
+    bench.pass.requestStop();
+    ASSERT_TRUE(bench.loop.turnUntil([&] { return group.isIdle(); }));
+    EXPECT_TRUE(bench.boxes.openIds.empty());
+    EXPECT_EQ(bench.messages(), (Texts{"User has Stopped Process!D", "User Stopped Encrypting Files"}));
+    EXPECT_EQ(readFile(bench.in("a")), "a");
+    EXPECT_EQ(readFile(bench.out("a.enc")), "old");
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    EXPECT_EQ(bench.window.caption, "Done Encrpting Files");
+}
+
+TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.out("a.enc"), "old");
+    TaskGroup group(bench.loop.queue());
+    group.start(bench.pass.timRun_Timer());
+    ASSERT_FALSE(bench.loop.turnUntil([&] { return group.isIdle(); }));
+    (void)bench.messages();
+    group.abort();
+    EXPECT_TRUE(bench.boxes.openIds.empty()) << "the box is gone";
+    EXPECT_TRUE(bench.messages().empty());
+    EXPECT_EQ(readFile(bench.in("a")), "a");
+}
+
+TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
+    writeFile(bench.in("a"), "a");
+    bench.state.SinglePassMode = true;
+    bench.timRun.setEnabled(true);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    EXPECT_FALSE(bench.state.SinglePassMode);
+    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
+
+    (void)bench.messages();
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.in("b"), "b");
+    bench.boxes.answerNext(Answer::no);
+    bench.state.SinglePassMode = true;
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.names(bench.state.settings.SourceFolder), Texts{"b"}) << "a failed file ends it";
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    EXPECT_EQ(bench.messages().back(), "ZEP Is PAUSED at " + bench.time());
+}
+
+TEST_F(ScanPassTest, StopsWithoutAPassword) {
+    writeFile(bench.in("a"), "a");
+    bench.state.ActivePassword.clear();
+    bench.timRun.setEnabled(true);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.messages(), Texts{"There is no active password.  Encryption has stopped.."});
+    ASSERT_EQ(bench.boxes.informed.size(), 1U);
+    EXPECT_EQ(bench.boxes.informed[0].text, "There is no active password.  Encryption has stopped.");
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    bench.passwordOfStore = "found";
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.window.processed, 1);
+}
+
+TEST_F(ScanPassTest, TheStartUpPassStopsAtOnceUnlessItIsToRun) {
+    writeFile(bench.in("a"), "a");
+    bench.state.StartupPassMarker = true;
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.messages(), Texts{"User Stopped Encrypting Files"});
+    EXPECT_TRUE(bench.exists(bench.in("a")));
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_FALSE(bench.exists(bench.in("a")));
+}
+
+TEST_F(ScanPassTest, ChecksEmptySettingsFirst) {
+    bench.state.settings.RejectFolder.clear();
+    bench.timRun.setEnabled(true);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_TRUE(bench.messages().empty());
+    EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
+    EXPECT_FALSE(bench.timRun.isEnabled());
+}
+
+TEST_F(ScanPassTest, TakesEveryNameThatAFileCanHave) {
+    const Texts odd = {"-rf",     "a\nb", "back\\slash", "q'uo\"te",           "\xff\xfe",
+                       ".hidden", "data", "a.b.c",       std::string(251, 'n')};
+    for (const std::string& name : odd) writeFile(bench.in(name), name);
+    writeFile(bench.in(std::string(252, 'n')), "too long for .enc");
+    ASSERT_TRUE(bench.runPass());
+    for (const std::string& name : odd) {
+        EXPECT_EQ(readFile(bench.done(name)), name);
+        EXPECT_TRUE(bench.exists(bench.out(name + ".enc"))) << name;
+    }
+    EXPECT_EQ(readFile(bench.rejected(std::string(252, 'n'))), "too long for .enc");
+    EXPECT_TRUE(bench.names(bench.state.settings.SourceFolder).empty());
+}
+
+TEST_F(ScanPassTest, LeavesWhatIsNoFileWhereItIs) {
+    writeFile(bench.root / "outside", "x");
+    std::filesystem::create_symlink(bench.root / "outside", bench.in("link"));
+    ASSERT_EQ(::mkfifo(bench.in("fifo").c_str(), 0600), 0);
+    std::filesystem::create_directory(bench.in("folder"));
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.window.totalFiles, 0U);
+    EXPECT_EQ(bench.names(bench.state.settings.SourceFolder), (Texts{"fifo", "folder", "link"}));
+}
+
+/// A toolbox whose outputs fail like those of a machine that is full or broken.
+class FailingOutputs final : public FileToolbox {
+public:
+    FailingOutputs(FileToolbox& real, FaultKind kind) : real_(real), kind_(kind) {}
+    [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
+    [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
+    [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
+    bool makeFolder(const Path& path) override { return real_.makeFolder(path); }
+    void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
+    Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
+    HoldResult hold(const Path& path) override { return real_.hold(path); }
+    OutputResult createOutput(const Path&) override { return {nullptr, {kind_, "the machine cannot write"}}; }
+    Task<FileFault> rename(Path source, Path target) override { return real_.rename(source, target); }
+    Task<FileFault> move(MoveOrder order) override { return real_.move(std::move(order)); }
+    Task<FileFault> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
+    [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override {
+        return real_.fileDate(path);
+    }
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source) override {
+        return real_.cleanUpAfterCrash(std::move(outputs), std::move(source));
+    }
+
+private:
+    FileToolbox& real_;
+    FaultKind kind_;
+};
+
+class MachineFaultTest : public ScanPassTest,
+                         public ::testing::WithParamInterface<std::pair<FaultKind, std::size_t>> {};
+
+TEST_P(MachineFaultTest, LeavesTheFilesInSourceAndTriesAgainLater) {
+    for (const char* name : {"a", "b", "c", "d", "e"}) writeFile(bench.in(name), name);
+    const auto [kind, tried] = GetParam();
+    FailingOutputs failing(bench.toolbox, kind);
+    ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, failing, bench.boxes, bench.loop,
+                   bench.clock, bench.timRun, bench.mode},
+                  [&] { return std::make_unique<OpensslComponent>(bench.loop, failing); }, {});
+    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+    const Texts said = bench.messages();
+    EXPECT_EQ(said.size(), 3 + 2 * tried + 1);
+    EXPECT_EQ(said.back(), "ZEP Is PAUSED at " + bench.time());
+    EXPECT_EQ(bench.names(bench.state.settings.SourceFolder).size(), 5U);
+    EXPECT_TRUE(bench.names(bench.state.settings.RejectFolder).empty());
+    EXPECT_TRUE(bench.timRun.isEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, MachineFaultTest,
+                         ::testing::Values(std::pair{FaultKind::noSpace, std::size_t{3}},
+                                           std::pair{FaultKind::deviceFailing, std::size_t{1}}));
+
+}  // namespace
+}  // namespace vantrell::test

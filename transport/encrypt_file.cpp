@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "transport/encrypt_file.h"
+
+#include <utility>
+
+#include "core/display_text.h"
+#include "transport/file_helpers.h"
+
+namespace vantrell {
+
+// What one call of encryptFile works with.
+struct FileEncryption::Work {
+    EncryptOrder order;
+    std::string name;
+    std::unique_ptr<CryptoComponent> component;
+    std::unique_ptr<HeldFile> held;
+    FileFault holdFault;
+};
+
+// A file that stands under a name which is needed, and what is said about it.
+struct FileEncryption::Obstacle {
+    Path path;
+    std::string status;
+    std::string question;
+};
+
+FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+                               FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions)
+    : state_(state),
+      window_(window),
+      report_(report),
+      log_(log),
+      toolbox_(toolbox),
+      makeComponent_(std::move(makeComponent)),
+      questions_(questions) {}
+
+Task<EncryptResult> FileEncryption::encryptFile(EncryptOrder order) {
+    state_.EncryptFailed = false;
+    auto work = std::make_unique<Work>();
+    work->name = FileNameOf(order.sourcePath);
+    work->order = std::move(order);
+    work->component = makeComponent_();
+    work->component->setAlgorithm("aes");
+    work->component->setCipherMode("ecb");
+    work->component->setKeyLength(256);
+    work->component->setSecretKey(work->order.password, "ascii");
+    work->component->setInitialisationVector(work->order.password, "ascii");
+    work->component->setProgress(
+        [&window = window_](std::uint64_t done, std::uint64_t total) { window.setFileProgress(done, total); });
+
+    // Held from here to the move, so that what is moved is known to be what was read.
+    HoldResult hold = toolbox_.hold(work->order.sourcePath);
+    work->held = std::move(hold.file);
+    work->holdFault = std::move(hold.fault);
+
+    EncryptResult result = co_await encryptAndMove(std::move(work));
+    state_.EncryptFailed = result.outcome == EncryptOutcome::failed || result.outcome == EncryptOutcome::inUse;
+    co_return result;
+}
+
+Task<EncryptResult> FileEncryption::encryptAndMove(std::unique_ptr<Work> owned) {
+    Work& work = *owned;
+    if (work.holdFault.kind == FaultKind::inUse) co_return failedBy(work, work.holdFault);
+
+    const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
+    const std::string shownSource = displayText(work.order.sourcePath);
+    const std::string refusal =
+        "If No Files will be moved to the folder " + displayText(work.order.rejectFolder) + " !";
+    Replace replace = Replace::never;
+    if (FileExists(toolbox_, output)) {
+        const Permission permission = co_await mayReplace(
+            work, {output, " Encrypting file " + work.order.sourcePath + " already exists in the folder!.",
+                   " Encrypting file \r\n" + shownSource + " already exists in the folder " +
+                       displayText(work.order.destinationFolder) + ".\r\n\r\nDo you want to overwrite this file?\r\n" +
+                       refusal});
+        if (permission != Permission::replace) co_return notPermitted(work, permission);
+        replace = Replace::allowed;
+    }
+
+    const FileFault fault = co_await writeOutput(work, replace);
+    if (fault) co_return failedBy(work, fault);
+    if (!FileExists(toolbox_, output)) co_return resultOf(work, EncryptOutcome::carried);
+
+    log_.logEvent("Encryped:  " + work.name + " - Sucessful: ");
+    log_.saveWhenOn();
+    co_return co_await moveToDone(work);
+}
+
+Task<FileFault> FileEncryption::writeOutput(Work& work, Replace replace) {
+    if (!work.held) co_return work.holdFault;
+    const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
+    const int result = co_await work.component->encryptFile(*work.held, output, replace);
+    if (result == CryptoComponent::kSuccess) co_return FileFault{};
+    co_return work.component->lastError();
+}
+
+Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
+    const Path target = joinPath(work.order.doneFolder, work.name);
+    state_.FileOpSource = work.order.sourcePath;
+    state_.FileOpTarget = target;
+    Replace replace = Replace::never;
+    if (FileExists(toolbox_, target)) {
+        const Permission permission = co_await mayReplace(
+            work, {target, " Moving orginal file " + target + " already exists in the folder!.",
+                   " The orginal file  " + displayText(work.order.sourcePath) + " already exists in the folder " +
+                       displayText(work.order.doneFolder) +
+                       "!.\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
+                       displayText(work.order.rejectFolder) + " !"});
+        if (permission != Permission::replace) co_return notPermitted(work, permission);
+        replace = Replace::allowed;
+    }
+
+    const FileFault fault = co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get()});
+    if (fault.kind == FaultKind::inUse) co_return failedBy(work, fault);
+    if (fault) report_.showInPanel1("File " + work.order.sourcePath + " did move to " + work.order.doneFolder + "!");
+    co_return resultOf(work, EncryptOutcome::carried, fault);
+}
+
+Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle obstacle) {
+    if (state_.settings.OverwriteExistingFiles && !work.order.nameWasCarried) co_return Permission::replace;
+    report_.showInPanel1(obstacle.status);
+    logFailure(work, work.component->lastError().text);
+    if (work.order.nameWasCarried) co_return Permission::refused;
+
+    Box box{"Overwrite Files", std::move(obstacle.question), Buttons::yesNo, true};
+    switch (co_await questions_.ask(std::move(box))) {
+        case Answer::yes:
+            break;
+        case Answer::withdrawn:
+            co_return Permission::withdrawn;
+        default:
+            co_return Permission::refused;
+    }
+    const FileFault changed = work.held ? work.held->verify() : FileFault{};
+    if (changed.kind == FaultKind::inUse) {
+        work.holdFault = changed;
+        co_return Permission::inUse;
+    }
+    co_return Permission::replace;
+}
+
+EncryptResult FileEncryption::notPermitted(Work& work, Permission permission) {
+    switch (permission) {
+        case Permission::withdrawn:
+            return resultOf(work, EncryptOutcome::withdrawn);
+        case Permission::inUse:
+            return failedBy(work, work.holdFault);
+        default:
+            return resultOf(work, EncryptOutcome::failed);
+    }
+}
+
+EncryptResult FileEncryption::failedBy(Work& work, const FileFault& fault) {
+    const bool inUse = fault.kind == FaultKind::inUse;
+    if (!inUse || !work.order.inUseWasTold) logFailure(work, fault.text);
+    return resultOf(work, inUse ? EncryptOutcome::inUse : EncryptOutcome::failed, fault);
+}
+
+void FileEncryption::logFailure(const Work& work, const std::string& words) {
+    log_.logEvent("Encrypting:  " + work.name + " - FAILED: " + words);
+    log_.saveWhenOn();
+}
+
+EncryptResult FileEncryption::resultOf(Work& work, EncryptOutcome outcome, FileFault fault) {
+    return {outcome, std::move(fault), std::move(work.held)};
+}
+
+}  // namespace vantrell

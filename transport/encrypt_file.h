@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "activitylog/activity_log.h"
+#include "core/main_window.h"
+#include "core/program_state.h"
+#include "core/status_report.h"
+#include "platform/crypto_component.h"
+#include "platform/file_toolbox.h"
+#include "transport/question_desk.h"
+
+namespace vantrell {
+
+/// One file to be encrypted and moved, with the folders of the pass it belongs to.
+struct EncryptOrder {
+    Path sourcePath;
+    std::string password;
+    Path destinationFolder;
+    Path doneFolder;
+    Path rejectFolder;
+    /// A file of this name was carried earlier in this pass: what stands in the way is that one, not an old copy, and
+    /// is never replaced.
+    bool nameWasCarried = false;
+    /// The operator knows already that this file is in use: nothing is said about it again.
+    bool inUseWasTold = false;
+};
+
+enum class EncryptOutcome {
+    carried,    ///< encrypted; `fault` says why it could not be moved, if so
+    failed,     ///< to be rejected
+    inUse,      ///< to be left alone until the next pass
+    withdrawn,  ///< its question was taken back: nothing is said or done
+};
+
+struct EncryptResult {
+    EncryptOutcome outcome = EncryptOutcome::carried;
+    FileFault fault;
+    std::unique_ptr<HeldFile> held;  ///< the source as it was read; null when it could not be opened
+};
+
+/// Turns one source file into `name`.enc in the destination folder, and moves the source file into the done folder.
+class FileEncryption {
+public:
+    FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+                   FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions);
+
+    /// Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the program state.
+    Task<EncryptResult> encryptFile(EncryptOrder order);
+
+private:
+    enum class Permission { replace, refused, inUse, withdrawn };
+    struct Obstacle;
+    struct Work;
+
+    Task<EncryptResult> encryptAndMove(std::unique_ptr<Work> work);
+    Task<Permission> mayReplace(Work& work, Obstacle obstacle);
+    Task<FileFault> writeOutput(Work& work, Replace replace);
+    Task<EncryptResult> moveToDone(Work& work);
+    EncryptResult failedBy(Work& work, const FileFault& fault);
+    EncryptResult notPermitted(Work& work, Permission permission);
+    void logFailure(const Work& work, const std::string& words);
+    static EncryptResult resultOf(Work& work, EncryptOutcome outcome, FileFault fault = {});
+
+    ProgramState& state_;
+    MainWindow& window_;
+    StatusReport& report_;
+    ActivityLog& log_;
+    FileToolbox& toolbox_;
+    CryptoFactory makeComponent_;
+    QuestionDesk& questions_;
+};
+
+}  // namespace vantrell

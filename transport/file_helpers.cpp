@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "transport/file_helpers.h"
+
+namespace vantrell {
+
+std::string FileNameOf(std::string_view path) {
+    const std::size_t separator = path.rfind(kPathSeparator);
+    return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
+}
+
+std::string ExtensionOf(std::string_view path) {
+    for (std::size_t length = 2; length <= 5 && length <= path.size(); ++length) {
+        const std::string_view end = path.substr(path.size() - length);
+        if (end.front() == '.') return std::string(end.substr(1));
+    }
+    return "Unknown";
+}
+
+Path joinPath(const Path& folder, std::string_view name) { return folder + kPathSeparator + std::string(name); }
+
+bool FileExists(const FileToolbox& toolbox, const Path& path) {
+    return !path.empty() && toolbox.kindOf(path) == EntryKind::regularFile;
+}
+
+bool FolderExists(const FileToolbox& toolbox, const Path& path) {
+    return !path.empty() && (toolbox.isFolder(path) || toolbox.kindOf(path) == EntryKind::regularFile);
+}
+
+void EnsureFolder(FileToolbox& toolbox, const Path& path) {
+    if (!toolbox.isFolder(path)) (void)toolbox.makeFolder(path);
+}
+
+bool ClearFileAttributes(FileToolbox& toolbox, const Path& path) {
+    if (!FileExists(toolbox, path)) return false;
+    toolbox.clearReadOnly(path);
+    return true;
+}
+
+}  // namespace vantrell

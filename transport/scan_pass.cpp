@@ -1,0 +1,365 @@
+// SPDX-License-Identifier: MIT
+#include "transport/scan_pass.h"
+
+#include <utility>
+
+#include "core/date_text.h"
+#include "core/scan_interval.h"
+#include "transport/file_helpers.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
+constexpr char kNoPassword[] = "There is no active password.  Encryption has stopped.";
+constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
+constexpr int kMostMachineFaults = 3;
+
+bool isEncrypted(const Path& path) {
+    std::string extension = ExtensionOf(path);
+    for (char& c : extension)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return extension == "enc";
+}
+
+}  // namespace
+
+ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent, ActivePasswordLookup lookUpActivePassword)
+    : p_(parts),
+      questions_(parts.boxes),
+      encryption_(parts.state, parts.window, parts.report, parts.log, parts.toolbox, std::move(makeComponent),
+                  questions_),
+      lookUpActivePassword_(std::move(lookUpActivePassword)) {}
+
+Task<void> ScanPass::timRun_Timer() {
+    if (p_.state.FreshStartPending) {
+        p_.state.FreshStartPending = false;
+        p_.state.StopRequested = false;
+        p_.state.SinglePassMode = false;
+    }
+    if (startsUpWithoutPass()) {
+        endStopped();
+        co_return;
+    }
+    if (p_.state.anyFolderIsEmpty()) {
+        p_.window.setNormalState();
+        p_.window.setLabel2(kFolderIsEmpty);
+        p_.mode.TurnOffTimRun();
+        co_return;
+    }
+    const bool hasPassword = co_await hasActivePassword();
+    if (!hasPassword) co_return;
+    co_await searchAndCarry();
+}
+
+bool ScanPass::startsUpWithoutPass() {
+    const bool isStartupPass = std::exchange(p_.state.StartupPassMarker, false);
+    if (isStartupPass && !p_.state.settings.RunContinuallyAtStartup) {
+        p_.mode.TurnOffTimRun();
+        p_.state.StopRequested = true;
+        return true;
+    }
+    p_.state.FreshStartPending = false;
+    p_.mode.tmchkTimer_Timer();
+    return false;
+}
+
+Task<bool> ScanPass::hasActivePassword() {
+    if (p_.state.ActivePassword.empty()) co_await lookUpActivePassword_();
+    if (!p_.state.ActivePassword.empty()) co_return true;
+    reportNoPassword();
+    co_return false;
+}
+
+// Nobody waits for the answer: a box that stays open for weeks must not keep the state of the program in between.
+void ScanPass::reportNoPassword() {
+    p_.mode.TurnOffTimRun();
+    p_.report.showInLabel2(std::string(kNoPassword) + ".");
+    p_.boxes.inform({kApplicationTitle, kNoPassword});
+}
+
+Task<void> ScanPass::searchAndCarry() {
+    settings_ = p_.state.settings;
+    singlePass_ = p_.state.SinglePassMode;
+    machineFaults_ = 0;
+    p_.timRun.setEnabled(false);
+    p_.timRun.setInterval(effectiveIntervalMs(settings_.ScanIntervalMs));
+
+    p_.window.setCaption("ZEP is now searching folders!");
+    p_.window.setWaitPointer(true);
+    p_.report.showInLabel2("ZEP Is Running at " + timeText(p_.clock.now()));
+    p_.state.ScanActive = true;
+    // From here on, so that Start and Stop mean the same during the search as between two files.
+    p_.state.PassInProgress = true;
+    p_.mode.tmchkTimer_Timer();
+    p_.report.showInLabel2("Please Wait ZEP is searching for files!");
+    p_.window.repaint();
+    if (!foldersAreThere()) {
+        endMissingFolders();
+        co_return;
+    }
+    p_.report.showInLabel2("Please Wait Encrypting files.");
+    co_await searchFiles();
+    co_await carryFiles();
+}
+
+bool ScanPass::foldersAreThere() {
+    const std::string bypassing = " does not exist bypassing ";
+    const bool missing =
+        missingFolderIsReported(settings_.SourceFolder,
+                                "Source Folder " + settings_.SourceFolder + bypassing + "events!") ||
+        missingFolderIsReported(settings_.DestinationFolder, "Destination Folder " + settings_.DestinationFolder +
+                                                                 bypassing + settings_.SourceFolder + " events!") ||
+        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + settings_.DoneFolder + bypassing +
+                                                          settings_.SourceFolder + " events!") ||
+        sourceIsReported(settings_.DoneFolder, "Done Folder ") ||
+        sourceIsReported(settings_.RejectFolder, "Reject Folder ");
+    if (missing) p_.window.setWaitPointer(false);
+    return !missing;
+}
+
+bool ScanPass::missingFolderIsReported(const Path& folder, const std::string& text) {
+    if (p_.toolbox.isFolder(folder)) return false;
+    p_.report.showInLabel2(text);
+    return true;
+}
+
+// Originals that are moved to where they came from would be found again by every pass.
+bool ScanPass::sourceIsReported(const Path& folder, const char* what) {
+    if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
+    p_.report.showInLabel2(what + folder + " is the Source Folder bypassing events!");
+    return true;
+}
+
+Task<void> ScanPass::searchFiles() {
+    SearchOrder order;
+    order.folder = settings_.SourceFolder;
+    order.recurse = settings_.IncludeSubfolders;
+    order.notEntered = {settings_.DoneFolder, settings_.RejectFolder};
+    order.isStopped = [&state = p_.state] { return state.StopRequested; };
+    std::vector<Path> found = co_await p_.toolbox.search(std::move(order));
+    found.insert(found.begin(), Path());
+    p_.state.FileList = std::move(found);
+    p_.window.setTotalFiles(p_.state.FileList.size() - 1);
+}
+
+Task<void> ScanPass::carryFiles() {
+    const std::size_t count = p_.state.FileList.size() - 1;
+    carriedNames_.clear();
+    inUseBefore_ = std::exchange(inUse_, {});
+    if (count == 0 && !p_.state.StopRequested) {
+        p_.report.showInLabel2("No Records this pass!");
+        p_.window.setPanel1("No Records this pass!");
+        p_.window.setWaitPointer(false);
+    }
+    if (count == 0 && stopIsTaken()) co_return end();
+    for (std::size_t i = 1; i <= count; ++i) {
+        p_.window.setPassProgress(i - 1, count);
+        co_await p_.loop.breathe();
+        if (stopIsTaken()) break;
+        Path path = std::move(p_.state.FileList[i]);
+        if (isEncrypted(path)) continue;
+        if (p_.state.ActivePassword.empty()) {
+            reportNoPassword();
+            p_.state.StopRequested = false;
+            co_return finishEnding();
+        }
+        const Next next = co_await carryOne(std::move(path));
+        if (next == Next::end) co_return;
+    }
+    end();
+}
+
+bool ScanPass::stopIsTaken() {
+    if (!p_.state.StopRequested) return false;
+    stopAndReport();
+    return true;
+}
+
+void ScanPass::stopAndReport() {
+    p_.state.SinglePassMode = false;
+    p_.timRun.setEnabled(false);
+    p_.report.showInLabel2("User has Stopped Process!D");
+}
+
+Task<ScanPass::Next> ScanPass::carryOne(Path path) {
+    const std::string name = FileNameOf(path);
+    p_.window.setModeLabel("SCANNING");
+    p_.window.setCurrentFile(name);
+    p_.window.setLastFile(name);
+    (void)ClearFileAttributes(p_.toolbox, path);
+    EncryptResult result = co_await encryption_.encryptFile(orderFor(path));
+    switch (result.outcome) {
+        case EncryptOutcome::withdrawn:
+            co_return unlessStopped();
+        case EncryptOutcome::inUse:
+            co_return afterFileInUse(path);
+        case EncryptOutcome::failed:
+            co_return co_await afterFailure(std::move(path), std::move(result));
+        case EncryptOutcome::carried:
+            break;
+    }
+    countCarried(name);
+    if (result.fault.isTheMachines()) co_return afterMachineFault({}, result.fault);
+    if (result.fault && !foldersAreThere()) {
+        endMissingFolders();
+        co_return Next::end;
+    }
+    machineFaults_ = 0;
+    co_return Next::goOn;
+}
+
+EncryptOrder ScanPass::orderFor(const Path& path) const {
+    EncryptOrder order;
+    order.sourcePath = path;
+    order.password = p_.state.ActivePassword;
+    order.destinationFolder = settings_.DestinationFolder;
+    order.doneFolder = settings_.DoneFolder;
+    order.rejectFolder = settings_.RejectFolder;
+    order.nameWasCarried = carriedNames_.contains(FileNameOf(path));
+    order.inUseWasTold = inUseBefore_.contains(path);
+    return order;
+}
+
+void ScanPass::countCarried(const std::string& name) {
+    // Within one folder no name comes twice.
+    if (settings_.IncludeSubfolders) carriedNames_.insert(name);
+    p_.window.repaint();
+    p_.window.setProcessedCount(++processed_);
+}
+
+ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
+    const bool wasTold = inUseBefore_.contains(path);
+    inUse_.insert(path);
+    p_.state.EncryptFailed = false;
+    if (!wasTold) reportNotEncrypted(path);
+    return Next::goOn;
+}
+
+Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
+    FileFault fault = result.fault;
+    // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
+    const bool folderIsGone = !foldersAreThere();
+    if (!folderIsGone && !fault.isTheMachines() && FileExists(p_.toolbox, path)) {
+        const FileFault changed = result.held ? result.held->verify() : FileFault{};
+        if (changed.kind == FaultKind::inUse) co_return afterFileInUse(path);
+        fault = co_await reject(path, result.held.get());
+    }
+    if (fault.isTheMachines()) co_return afterMachineFault(path, fault);
+    machineFaults_ = 0;
+    reportNotEncrypted(path);
+    p_.state.EncryptFailed = false;
+    if (folderIsGone) {
+        endMissingFolders();
+        co_return Next::end;
+    }
+    if (!singlePass_) co_return unlessStopped();
+    stopAndReport();
+    end();
+    co_return Next::end;
+}
+
+ScanPass::Next ScanPass::unlessStopped() {
+    if (!stopIsTaken()) return Next::goOn;
+    end();
+    return Next::end;
+}
+
+// The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
+ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fault) {
+    if (!path.empty()) reportNotEncrypted(path);
+    p_.state.EncryptFailed = false;
+    ++machineFaults_;
+    if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return Next::goOn;
+    end();
+    return Next::end;
+}
+
+Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
+    const std::string name = FileNameOf(path);
+    Path target = joinPath(settings_.RejectFolder, name);
+    bool isThere = false;
+    if (p_.toolbox.kindOf(target) != EntryKind::missing) {
+        const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
+        target = joinPath(settings_.RejectFolder, newName);
+        p_.report.showInPanel1("File " + path + " File exists rename file to " + newName);
+        const FileFault fault = co_await p_.toolbox.rename(path, target);
+        isThere = !fault;
+        if (fault) p_.report.showInPanel1("File " + path + " did not rename file!");
+    }
+    p_.state.FileOpSource = path;
+    p_.state.FileOpTarget = target;
+    FileFault fault;
+    if (!isThere) fault = co_await p_.toolbox.move({path, target, Replace::never, held});
+    if (fault) p_.report.showInPanel1("File " + path + " did not move to reject folder!");
+    co_return fault;
+}
+
+void ScanPass::reportNotEncrypted(const Path& path) {
+    p_.report.showInPanel1("File " + path + " did not encrypt!");
+    p_.log.saveWhenOn();
+}
+
+void ScanPass::requestStop() {
+    p_.state.SinglePassMode = false;
+    p_.state.StopRequested = true;
+    questions_.withdraw();
+}
+
+void ScanPass::passWasAborted() {
+    p_.state.UiLoading = false;
+    p_.state.StopRequested = false;
+    p_.state.ScanActive = false;
+    p_.state.PassInProgress = false;
+    p_.window.setWaitPointer(false);
+    p_.window.clearProgress();
+}
+
+void ScanPass::end() {
+    if (p_.state.StopRequested)
+        endStopped();
+    else
+        endPaused();
+}
+
+void ScanPass::endPaused() {
+    const std::string text = "ZEP Is PAUSED at " + timeText(p_.clock.now());
+    p_.window.setPanel1(text);
+    p_.window.setCaption(text);
+    p_.report.showInLabel2(text);
+    finishEnding();
+    // A single pass is over when it has ended, however it did.
+    p_.timRun.setEnabled(!singlePass_);
+    p_.mode.tmchkTimer_Timer();
+}
+
+void ScanPass::endStopped() {
+    p_.window.setPanel1("User Stopped Encrypting Files");
+    p_.window.setCaption("Done Encrpting Files");
+    p_.report.showInLabel2("User Stopped Encrypting Files");
+    finishEnding();
+}
+
+void ScanPass::endMissingFolders() {
+    p_.window.setPanel1(kFoldersMissing);
+    p_.window.setCaption("Problem.... ");
+    p_.report.showInLabel2(kFoldersMissing);
+    finishEnding();
+}
+
+void ScanPass::finishEnding() {
+    p_.state.StopRequested = false;
+    p_.state.ScanActive = false;
+    p_.state.PassInProgress = false;
+    p_.state.SinglePassMode = false;
+    p_.state.FileList.clear();
+    p_.state.FileList.shrink_to_fit();
+    p_.settings.saveSettings();
+    p_.log.saveWhenOn();
+    p_.mode.tmchkTimer_Timer();
+    p_.window.setWaitPointer(false);
+    p_.window.clearProgress();
+}
+
+}  // namespace vantrell

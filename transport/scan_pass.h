@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <unordered_set>
+
+#include "core/mode_display.h"
+#include "core/settings_file.h"
+#include "core/status_report.h"
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/timers.h"
+#include "transport/encrypt_file.h"
+#include "transport/question_desk.h"
+
+namespace vantrell {
+
+/// Puts the active password into `ActivePassword`, which stays empty when there is none.
+using ActivePasswordLookup = std::function<Task<void>()>;
+
+/// What a pass works with; everything outlives it.
+struct PassParts {
+    ProgramState& state;
+    MainWindow& window;
+    StatusReport& report;
+    ActivityLog& log;
+    SettingsFile& settings;
+    FileToolbox& toolbox;
+    MessageBoxes& boxes;
+    EventLoop& loop;
+    const Clock& clock;
+    Timer& timRun;
+    ModeDisplay& mode;
+};
+
+/// One scan pass: searches the source folder, has every file encrypted and moved, and rejects what failed.
+class ScanPass {
+public:
+    ScanPass(PassParts parts, CryptoFactory makeComponent, ActivePasswordLookup lookUpActivePassword);
+
+    /// One pass from its first step to one of its endings. Not to be started while another one is under way.
+    Task<void> timRun_Timer();
+    /// The pass under way ends before its next file; a question that it asks is withdrawn.
+    void requestStop();
+    /// Puts the state in order after the pass under way was aborted.
+    void passWasAborted();
+
+private:
+    enum class Next { goOn, end };
+
+    bool startsUpWithoutPass();
+    Task<bool> hasActivePassword();
+    void reportNoPassword();
+    Task<void> searchAndCarry();
+    bool foldersAreThere();
+    bool missingFolderIsReported(const Path& folder, const std::string& text);
+    bool sourceIsReported(const Path& folder, const char* what);
+    Task<void> searchFiles();
+    Task<void> carryFiles();
+    Task<Next> carryOne(Path path);
+    EncryptOrder orderFor(const Path& path) const;
+    Task<Next> afterFailure(Path path, EncryptResult result);
+    Next afterMachineFault(const Path& path, const FileFault& fault);
+    Next afterFileInUse(const Path& path);
+    void countCarried(const std::string& name);
+    Task<FileFault> reject(Path path, HeldFile* held);
+    void reportNotEncrypted(const Path& path);
+    bool stopIsTaken();
+    Next unlessStopped();
+    void stopAndReport();
+
+    void end();
+    void endPaused();
+    void endStopped();
+    void endMissingFolders();
+    void finishEnding();
+
+    PassParts p_;
+    QuestionDesk questions_;
+    FileEncryption encryption_;
+    ActivePasswordLookup lookUpActivePassword_;
+
+    SettingsRecord settings_;  // as taken at the start of the pass
+    bool singlePass_ = false;
+    int machineFaults_ = 0;  // in a row
+    std::int32_t processed_ = 0;
+    std::unordered_set<std::string> carriedNames_;  // of this pass
+    std::set<Path> inUse_;                          // of this pass
+    std::set<Path> inUseBefore_;                    // of the pass before
+};
+
+}  // namespace vantrell
