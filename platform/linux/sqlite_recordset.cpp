@@ -29,7 +29,8 @@ DatabaseError noSuchField(std::string_view field) {
 
 }  // namespace
 
-SqliteRecordset::SqliteRecordset(std::shared_ptr<SqliteSession> session, SqliteResult result) : session_(session) {
+SqliteRecordset::SqliteRecordset(const std::shared_ptr<SqliteSession>& session, SqliteResult result)
+    : session_(session) {
     take(std::move(result), 0);
 }
 

@@ -19,7 +19,7 @@ class SqliteRecordset final : public Recordset {
 public:
     SqliteRecordset() = default;
     /// The open, read-only result of a command.
-    SqliteRecordset(std::shared_ptr<SqliteSession> session, SqliteResult result);
+    SqliteRecordset(const std::shared_ptr<SqliteSession>& session, SqliteResult result);
 
     void setActiveConnection(std::shared_ptr<Connection> connection) override;
     void setSource(std::string query) override { source_ = std::move(query); }

@@ -24,6 +24,7 @@ bool isNameLetter(char letter) {
 
 std::vector<Column> columnsOf(const SqliteResult& result) {
     std::vector<Column> columns;
+    columns.reserve(result.rows.size());
     for (const auto& row : result.rows) columns.push_back({textOf(row.at(0)), std::get<std::int64_t>(row.at(1))});
     return columns;
 }

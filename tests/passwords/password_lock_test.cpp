@@ -100,6 +100,21 @@ TEST_F(LockedPasswordFile, AbortedSaveLeavesTheTableAndLocksNothing) {
     EXPECT_EQ(lookUp(), "old");
 }
 
+TEST_F(LockedPasswordFile, SaveInALargeTableGivesTheWindowItsTurnsAndCanBeAborted) {
+    other.run(
+        "WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
+        "INSERT INTO EncDecPasswords SELECT 'password ' || i, 0 FROM n");
+    start(store.savePassword());
+    ASSERT_TRUE(loop.turn());
+    ASSERT_TRUE(store.isBusy());
+    tasks.abort();
+    EXPECT_EQ(other.column("SELECT Password FROM EncDecPasswords WHERE Active"), Strings{"old"});
+    start(store.savePassword());
+    waitForResult();
+    EXPECT_EQ(result, true);
+    EXPECT_EQ(other.column("SELECT Password FROM EncDecPasswords WHERE Active"), Strings{"new"});
+}
+
 TEST_F(LockedPasswordFile, ClosingTheStoreUndoesTheSaveAndFreesTheFile) {
     other.run("BEGIN; SELECT * FROM EncDecPasswords");
     start(store.savePassword());
