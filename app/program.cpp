@@ -23,6 +23,9 @@ Program::Program()
       loop_(*flush_),
       toolbox_(loop_, clock_),
       boxes_(loop_.queue(), &window_),
+      database_(loop_),
+      passwords_(loop_.queue(), database_, boxes_, state_,
+                 [this](const Path& path) { return toolbox_.kindOf(path) == EntryKind::regularFile; }),
       settings_(state_, files_, clock_),
       log_(state_, window_, files_, clock_),
       report_(state_, window_, log_),
@@ -33,7 +36,7 @@ Program::Program()
       mode_(state_, window_, *timRun_),
       pass_(
           passParts(), [this] { return std::make_unique<OpensslComponent>(loop_, toolbox_); },
-          [this] { return lookUpActivePassword(state_, toolbox_, boxes_, loop_); }),
+          [this] { return lookUpActivePassword(passwords_, state_); }),
       controller_(controllerParts(), [] { QCoreApplication::exit(0); }),
       startup_(controllerParts(), startupParts()),
       cleanUp_(loop_.queue()) {

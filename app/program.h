@@ -12,11 +12,13 @@
 #include "core/settings_file.h"
 #include "core/startup.h"
 #include "core/status_report.h"
+#include "passwords/password_store.h"
 #include "platform/flush_service.h"
 #include "platform/linux/posix_data_files.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/sqlite_database.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -58,6 +60,8 @@ private:
     PosixToolbox toolbox_;
     frmMain window_;
     QtMessageBoxes boxes_;
+    SqliteDatabase database_;
+    PasswordStore passwords_;
     SettingsFile settings_;
     ActivityLog log_;
     StatusReport report_;

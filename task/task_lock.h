@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "task/run_queue.h"
+#include "task/task.h"
+
+namespace vantrell {
+
+/// Lets one task at a time work with something that is not to be touched by another one meanwhile, in the order of
+/// asking. A task that is destroyed while it waits or holds takes nothing with it.
+class TaskLock {
+public:
+    /// Whoever has it holds the lock until it is destroyed.
+    class [[nodiscard]] Held {
+    public:
+        explicit Held(TaskLock* lock) : lock_(lock) {}
+        Held(Held&& other) noexcept : lock_(std::exchange(other.lock_, nullptr)) {}
+        Held& operator=(Held&&) = delete;
+        Held(const Held&) = delete;
+        Held& operator=(const Held&) = delete;
+        ~Held() {
+            if (lock_ != nullptr) lock_->release();
+        }
+
+    private:
+        TaskLock* lock_;
+    };
+
+    explicit TaskLock(RunQueue& queue) : queue_(queue) {}
+    TaskLock(const TaskLock&) = delete;
+    TaskLock& operator=(const TaskLock&) = delete;
+
+    /// The lock must outlive the task.
+    Task<Held> acquire() {
+        while (isHeld_) {
+            Pending released(queue_, [this](RunQueue::Id id) { waiting_.push_back(id); });
+            co_await released;
+        }
+        isHeld_ = true;
+        co_return Held(this);
+    }
+    [[nodiscard]] bool isHeld() const { return isHeld_; }
+
+private:
+    void release() {
+        isHeld_ = false;
+        // All of them look again, in order: were only the first one woken and destroyed before it runs, nobody would.
+        for (const RunQueue::Id id : std::exchange(waiting_, {})) queue_.wake(id);
+    }
+
+    RunQueue& queue_;
+    bool isHeld_ = false;
+    std::vector<RunQueue::Id> waiting_;
+};
+
+}  // namespace vantrell

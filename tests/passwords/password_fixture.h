@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "passwords/password_lookup.h"
+#include "passwords/supplied_password_file.h"
+#include "platform/linux/sqlite_database.h"
+#include "support/hand_cranked_loop.h"
+#include "support/scripted_boxes.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+
+/// Another program that has the file open.
+class OtherProgram {
+public:
+    explicit OtherProgram(const std::string& file) {
+        if (sqlite3_open(file.c_str(), &handle_) != SQLITE_OK) throw std::runtime_error("cannot open " + file);
+    }
+    OtherProgram(const OtherProgram&) = delete;
+    OtherProgram& operator=(const OtherProgram&) = delete;
+    ~OtherProgram() { sqlite3_close_v2(handle_); }
+
+    void run(const std::string& sql) {
+        if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+            throw std::runtime_error(sql + ": " + sqlite3_errmsg(handle_));
+        }
+    }
+    /// The first column of each row; Null is "NULL".
+    std::vector<std::string> column(const std::string& sql) {
+        std::vector<std::string> values;
+        const auto add = [](void* list, int, char** row, char**) {
+            static_cast<std::vector<std::string>*>(list)->emplace_back(row[0] == nullptr ? "NULL" : row[0]);
+            return 0;
+        };
+        sqlite3_exec(handle_, sql.c_str(), add, &values, nullptr);
+        return values;
+    }
+
+private:
+    sqlite3* handle_ = nullptr;
+};
+
+/// The editor's part, without a window.
+class FakeEditor final : public PasswordEditor {
+public:
+    explicit FakeEditor(PasswordStore& store) : store_(store) { store_.attachEditor(*this); }
+    FakeEditor(const FakeEditor&) = delete;
+    FakeEditor& operator=(const FakeEditor&) = delete;
+    ~FakeEditor() override { store_.detachEditor(*this); }
+
+    [[nodiscard]] std::string enteredPassword() const override { return password; }
+    [[nodiscard]] bool activeChoice() const override { return active; }
+    void clearList() override { rows.clear(); }
+    void addRow(const std::string& text, const std::string& activeText) override {
+        rows.push_back(text + "=" + activeText);
+    }
+    void showAddButton() override { addButtonShown = true; }
+    void unload() override { ++unloaded; }
+
+    std::string password;
+    bool active = false;
+    std::vector<std::string> rows;
+    bool addButtonShown = false;
+    int unloaded = 0;
+
+private:
+    PasswordStore& store_;
+};
+
+using Strings = std::vector<std::string>;
+
+/// A store on a real file in a data folder of its own.
+class PasswordFixture : public testing::Test {
+protected:
+    PasswordFixture() {
+        state.AppFolder = folder.path();
+        state.ProductTitle = "Product";
+        writeFile(file, std::string(suppliedPasswordFile()));
+    }
+
+    /// Replaces the file by one that the statements make.
+    void makeFile(const std::string& sql) {
+        std::filesystem::remove(file);
+        OtherProgram(file).run(sql);
+    }
+    void fill(const std::string& sql) { OtherProgram(file).run(sql); }
+    Strings stored() { return OtherProgram(file).column("SELECT Password || '=' || Active FROM EncDecPasswords"); }
+
+    bool save(const std::string& password, bool active) {
+        editor.password = password;
+        editor.active = active;
+        return loop.valueOf(store.savePassword());
+    }
+    bool erase(const std::string& password) {
+        editor.password = password;
+        return loop.valueOf(store.deleteRecord());
+    }
+    std::string lookUp() {
+        state.ActivePassword.clear();
+        EXPECT_TRUE(loop.run(lookUpActivePassword(store, state)));
+        return state.ActivePassword;
+    }
+    /// The one box that was shown.
+    Box theBox() {
+        EXPECT_EQ(boxes.informed.size(), 1u);
+        return boxes.informed.empty() ? Box{} : boxes.informed.front();
+    }
+    void expectErrorBox(std::int32_t number, const std::string& words) {
+        const Box box = theBox();
+        EXPECT_EQ(box.title, "Product");
+        EXPECT_EQ(box.text.find(std::to_string(number) + "  "), 0u) << box.text;
+        EXPECT_NE(box.text.find(words), std::string::npos) << box.text;
+    }
+
+    TemporaryFolder folder;
+    const std::string file = folder / "EDPasswords.mdb";
+    HandCrankedLoop loop;
+    ScriptedBoxes boxes{loop.queue()};
+    ProgramState state;
+    SqliteDatabase database{loop};
+    PasswordStore store{loop.queue(), database, boxes, state,
+                        [](const Path& path) { return std::filesystem::is_regular_file(path); }};
+    FakeEditor editor{store};
+};
+
+}  // namespace vantrell::test
