@@ -3,7 +3,6 @@
 
 #include <QAction>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPointer>
@@ -15,6 +14,7 @@
 #include "core/frmMinutesField.h"
 #include "core/frmModeMark.h"
 #include "core/frmProgress.h"
+#include "core/frmSteadyLabel.h"
 #include "core/main_window.h"
 #include "core/main_window_events.h"
 
@@ -94,9 +94,9 @@ private:
     bool loggingIsOff_ = false;
 
     frmModeMark* modeMark_ = nullptr;
-    QLabel* lblMode_ = nullptr;
+    frmSteadyLabel* lblMode_ = nullptr;
     frmElidedLabel* lbSched_ = nullptr;
-    QLabel* lblcurTime_ = nullptr;
+    frmSteadyLabel* lblcurTime_ = nullptr;
     std::string clock_;
     frmFolders* folders_ = nullptr;
     frmMinutesField* ctNEdit1_ = nullptr;
