@@ -35,7 +35,6 @@ frmMain::frmMain() {
     makeMenus();
     makeControls();
     arrange();
-    setTabOrders();
     connectControls();
     cmdStartDir_->setFocus();
     setNormalSize();
@@ -51,6 +50,7 @@ void frmMain::makeMenus() {
     mnLogOffOn_->setCheckable(true);
 }
 
+// In the order of the Tab key.
 void frmMain::makeControls() {
     modeMark_ = named(new frmModeMark(this), QStringLiteral("modeMark"));
     lblMode_ = named(new frmSteadyLabel(this), QStringLiteral("lblMode"));
@@ -130,14 +130,6 @@ QLayout* frmMain::makeButtonRow() {
     row->addStretch(1);
     row->addWidget(cmdExit_);
     return row;
-}
-
-void frmMain::setTabOrders() {
-    setTabOrder(folders_, ctNEdit1_);
-    setTabOrder(ctNEdit1_, cmdStartDir_);
-    setTabOrder(cmdStartDir_, cmdStopDir_);
-    setTabOrder(cmdStopDir_, cmdExit_);
-    setTabOrder(cmdExit_, txtDebug_);
 }
 
 void frmMain::connectControls() {

@@ -78,7 +78,6 @@ private:
     [[nodiscard]] QLayout* makeTopRow();
     [[nodiscard]] QLayout* makeIntervalRow();
     [[nodiscard]] QLayout* makeButtonRow();
-    void setTabOrders();
     void connectControls();
 
     void chooseFolder(FolderKind kind);

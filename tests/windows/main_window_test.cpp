@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest/qtestspontaneevent.h>
 #include <QAccessible>
+#include <QApplication>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -29,6 +30,18 @@ TEST_F(MainWindowTest, TakesTheKeyboardsWay) {
     find<QPushButton>("cmdStopDir")->setFocus();
     QTest::keyClick(window.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(events.seen, (Seen{"start", "folder 3", "stop"}));
+}
+
+TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
+    auto* first = find<QPushButton>("cmdSelectSource1");
+    first->setFocus();
+    Seen names;
+    do {
+        names.push_back(window.focusWidget()->objectName().toStdString());
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    } while (window.focusWidget() != first && names.size() < 20);
+    EXPECT_EQ(names, (Seen{"cmdSelectSource1", "chkActivateSF", "cmdSelectSource2", "cmdSelectSource3",
+                           "cmdSelectSource4", "ctNEdit1", "cmdStartDir", "cmdStopDir", "cmdExit"}));
 }
 
 TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
@@ -125,6 +138,23 @@ TEST_F(MainWindowTest, ShowsPathsInReadableForm) {
     window.setLabel2("One or all of the folder  parameters are missing.");
     EXPECT_EQ(textOf("lblMoveToRejectPath"), "/srv/M\\xFCller\\x0A<b>");
     EXPECT_EQ(textOf("Label2"), "One or all of the folder  parameters are missing.");
+}
+
+TEST_F(MainWindowTest, GrowsWithItsFont) {
+    const QFont usual = QApplication::font();
+    QFont twice = usual;
+    twice.setPointSizeF(2 * usual.pointSizeF());
+    QApplication::setFont(twice);
+    frmMain large;
+    QApplication::setFont(usual);
+    large.show();
+    EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));
+    EXPECT_EQ(large.size(), large.size().expandedTo(large.minimumSizeHint()));
+    for (const QWidget* text : large.findChildren<QWidget*>()) {
+        if (text->objectName() != QStringLiteral("lblNote") && !qobject_cast<const QAbstractButton*>(text)) continue;
+        EXPECT_GE(text->width(), text->sizeHint().width()) << text->objectName().toStdString();
+        EXPECT_GE(text->height(), text->sizeHint().height()) << text->objectName().toStdString();
+    }
 }
 
 TEST_F(MainWindowTest, LongTextsMoveNothing) {
