@@ -68,6 +68,8 @@ void frmActivityBox::takeWaiting() {
     for (const std::string& line : waiting_) widest = std::max(widest, widthOf(line));
     if (widest > widest_) widenTo(widest);
     model_.append(waiting_);
+    // The view lays out all its rows whenever some join, about 40 ms for a million: then twice a second is enough.
+    take_.setPause(std::max(kThrottlePause, std::chrono::milliseconds(model_.rowCount() / 2000)));
 }
 
 void frmActivityBox::showEvent(QShowEvent* event) {

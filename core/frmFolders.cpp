@@ -8,6 +8,7 @@ namespace vantrell {
 frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
     setFrameShape(StyledPanel);
     auto* grid = new QGridLayout(this);
+    grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
     grid->setColumnStretch(1, 1);
     addRow(*grid, FolderKind::source, tr("So&urce"), QStringLiteral("lblSourcePath"), tr("Source folder"));
     addCheckBox(*grid);

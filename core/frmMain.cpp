@@ -9,7 +9,6 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <utility>
 
 #include "core/frmText.h"
@@ -29,12 +28,6 @@ Widget* named(Widget* widget, const QString& name) {
     return widget;
 }
 
-/// For labels whose text changes often: once wide they stay wide, so that their neighbours keep their places.
-void showSteadily(QLabel& label, const QString& text) {
-    label.setText(text);
-    label.setMinimumWidth(std::max(label.minimumWidth(), label.sizeHint().width()));
-}
-
 }  // namespace
 
 frmMain::frmMain() {
@@ -42,7 +35,6 @@ frmMain::frmMain() {
     makeMenus();
     makeControls();
     arrange();
-    setTabOrders();
     connectControls();
     cmdStartDir_->setFocus();
     setNormalSize();
@@ -58,18 +50,16 @@ void frmMain::makeMenus() {
     mnLogOffOn_->setCheckable(true);
 }
 
+// In the order of the Tab key.
 void frmMain::makeControls() {
     modeMark_ = named(new frmModeMark(this), QStringLiteral("modeMark"));
-    lblMode_ = named(new QLabel(this), QStringLiteral("lblMode"));
-    lblMode_->setTextFormat(Qt::PlainText);
+    lblMode_ = named(new frmSteadyLabel(this), QStringLiteral("lblMode"));
     QFont bold = lblMode_->font();
     bold.setBold(true);
     lblMode_->setFont(bold);
-    for (const char* text : {"Mode: Stopped", "Mode: Running"}) showSteadily(*lblMode_, QString::fromLatin1(text));
-    lblMode_->clear();
+    lblMode_->reserve(QStringLiteral("Mode: Stopped"));
     lbSched_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
-    lblcurTime_ = named(new QLabel(this), QStringLiteral("lblcurTime"));
-    lblcurTime_->setTextFormat(Qt::PlainText);
+    lblcurTime_ = named(new frmSteadyLabel(this), QStringLiteral("lblcurTime"));
     lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     folders_ = named(new frmFolders(this), QStringLiteral("folders"));
     ctNEdit1_ = named(new frmMinutesField(this), QStringLiteral("ctNEdit1"));
@@ -89,11 +79,15 @@ void frmMain::makeControls() {
 void frmMain::arrange() {
     auto* centre = new QWidget(this);
     auto* column = new QVBoxLayout(centre);
+    const int gap = column->spacing();
     column->addLayout(makeTopRow());
     column->addWidget(folders_);
+    column->addSpacing(gap);
     column->addLayout(makeIntervalRow());
+    column->addSpacing(gap);
     column->addWidget(Label2_);
     column->addWidget(progress_);
+    column->addSpacing(gap);
     column->addLayout(makeButtonRow());
     auto* note = new QLabel(tr("NOTE: Select Red X to send to system tray and not close program."), this);
     column->addWidget(named(note, QStringLiteral("lblNote")));
@@ -103,6 +97,7 @@ void frmMain::arrange() {
 
     auto* formStatusBar = named(new QStatusBar(this), QStringLiteral("formStatusBar"));
     panel1_ = named(new frmElidedLabel(Qt::ElideMiddle, this), QStringLiteral("panel1"));
+    panel1_->setContentsMargins(column->contentsMargins().left() - 2, 0, 0, 0);  // in line with what stands above
     formStatusBar->addWidget(panel1_, 1);
     setStatusBar(formStatusBar);
 }
@@ -135,14 +130,6 @@ QLayout* frmMain::makeButtonRow() {
     row->addStretch(1);
     row->addWidget(cmdExit_);
     return row;
-}
-
-void frmMain::setTabOrders() {
-    setTabOrder(folders_, ctNEdit1_);
-    setTabOrder(ctNEdit1_, cmdStartDir_);
-    setTabOrder(cmdStartDir_, cmdStopDir_);
-    setTabOrder(cmdStopDir_, cmdExit_);
-    setTabOrder(cmdExit_, txtDebug_);
 }
 
 void frmMain::connectControls() {
@@ -180,14 +167,14 @@ void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
 void frmMain::setModeLabel(const std::string& text) {
     const QString shown = shownText(text);
     if (lblMode_->text() == shown) return;
-    showSteadily(*lblMode_, shown);
+    lblMode_->setText(shown);
     modeMark_->showMode(text);
 }
 
 void frmMain::setClock(const std::string& text) {
     if (text == clock_) return;
     clock_ = text;
-    showSteadily(*lblcurTime_, shownText(text));
+    lblcurTime_->setText(shownText(text));
 }
 
 void frmMain::setSchedule(const std::string& text) { lbSched_->showBytes(text); }

@@ -3,7 +3,6 @@
 
 #include <QAction>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPointer>
@@ -15,6 +14,7 @@
 #include "core/frmMinutesField.h"
 #include "core/frmModeMark.h"
 #include "core/frmProgress.h"
+#include "core/frmSteadyLabel.h"
 #include "core/main_window.h"
 #include "core/main_window_events.h"
 
@@ -78,7 +78,6 @@ private:
     [[nodiscard]] QLayout* makeTopRow();
     [[nodiscard]] QLayout* makeIntervalRow();
     [[nodiscard]] QLayout* makeButtonRow();
-    void setTabOrders();
     void connectControls();
 
     void chooseFolder(FolderKind kind);
@@ -94,9 +93,9 @@ private:
     bool loggingIsOff_ = false;
 
     frmModeMark* modeMark_ = nullptr;
-    QLabel* lblMode_ = nullptr;
+    frmSteadyLabel* lblMode_ = nullptr;
     frmElidedLabel* lbSched_ = nullptr;
-    QLabel* lblcurTime_ = nullptr;
+    frmSteadyLabel* lblcurTime_ = nullptr;
     std::string clock_;
     frmFolders* folders_ = nullptr;
     frmMinutesField* ctNEdit1_ = nullptr;

@@ -3,6 +3,9 @@
 
 #include <QGridLayout>
 #include <cmath>
+#include <limits>
+
+#include "core/frmSteadyLabel.h"
 
 namespace vantrell {
 
@@ -15,8 +18,19 @@ int barValue(std::uint64_t done, std::uint64_t total) {
     return static_cast<int>(static_cast<double>(done) / static_cast<double>(total) * kBarSteps);
 }
 
+/// Wide enough for the longest text that is usual.
+class Bar final : public QProgressBar {
+public:
+    using QProgressBar::QProgressBar;
+
+    [[nodiscard]] QSize minimumSizeHint() const override {
+        const int text = fontMetrics().horizontalAdvance(QStringLiteral("  100 %, 10 h 10 min left  "));
+        return {text, QProgressBar::minimumSizeHint().height()};
+    }
+};
+
 QProgressBar* makeBar(const QString& name, const QString& accessibleName, QWidget* parent) {
-    auto* bar = new QProgressBar(parent);
+    auto* bar = new Bar(parent);
     bar->setObjectName(name);
     bar->setAccessibleName(accessibleName);
     bar->setRange(0, kBarSteps);
@@ -32,7 +46,9 @@ void showOnBar(QProgressBar& bar, int value, const QString& text) {
 }
 
 QLabel* makeNumber(const QString& name, const QString& description, QWidget* parent) {
-    auto* label = new QLabel(QStringLiteral("0"), parent);
+    auto* label = new frmSteadyLabel(parent);
+    label->reserve(QString::number(std::numeric_limits<std::int32_t>::max()));
+    label->setText(QStringLiteral("0"));
     label->setObjectName(name);
     label->setAccessibleDescription(description);
     return label;
@@ -75,6 +91,7 @@ frmProgress::frmProgress(QWidget* parent)
 void frmProgress::arrange() {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins({});
+    grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
     grid->addWidget(new QLabel(tr("Current file"), this), 0, 0);
     grid->addWidget(lblCurrentProcessingFile_, 0, 1, 1, 3);
     grid->addWidget(fileBar_, 0, 4);
@@ -143,7 +160,7 @@ void frmProgress::showFile() {
 
 void frmProgress::showPass() {
     if (!pass_.known) return showOnBar(*passBar_, 0, {});
-    const QString text = tr("%1 of %2 files").arg(pass_.done).arg(pass_.total);
+    const QString text = tr("%1 of %2").arg(pass_.done).arg(pass_.total);
     showOnBar(*passBar_, barValue(pass_.done, pass_.total), text);
 }
 

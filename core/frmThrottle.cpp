@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "core/frmThrottle.h"
 
-#include <chrono>
 #include <utility>
 
 namespace vantrell {
 
 frmThrottle::frmThrottle(std::function<void()> work) : work_(std::move(work)) {
     pause_.setSingleShot(true);
-    pause_.setInterval(std::chrono::milliseconds(50));
+    setPause(kThrottlePause);
     QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { pauseIsOver(); });
 }
 

@@ -61,6 +61,7 @@ QMessageBox* QtMessageBoxes::make(const Box& box) {
     made->setAttribute(Qt::WA_DeleteOnClose);
     made->setModal(false);
     made->setTextFormat(Qt::PlainText);
+    made->setTextInteractionFlags(Qt::TextSelectableByMouse);
     made->setWindowTitle(shownLine(box.title.empty() ? kApplicationTitle : box.title));
     made->setText(shownLines(box.text));
     if (box.buttons == Buttons::yesNo) {
@@ -72,7 +73,10 @@ QMessageBox* QtMessageBoxes::make(const Box& box) {
 }
 
 void QtMessageBoxes::show(QMessageBox& shown) {
-    if (parent_ && (parent_->isMinimized() || !parent_->isVisible())) parent_->showNormal();
+    if (parent_) {
+        parent_->setWindowState(parent_->windowState() & ~Qt::WindowMinimized);
+        parent_->show();
+    }
     shown.show();
     shown.raise();
     shown.activateWindow();

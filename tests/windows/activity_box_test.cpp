@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QScrollBar>
+
+#include "windows/window_harness.h"
+
+namespace vantrell::test {
+
+class ActivityBoxTest : public MainWindowTest {
+protected:
+    void SetUp() override {
+        MainWindowTest::SetUp();
+        box = find<frmActivityBox>("txtDebug");
+    }
+    void append(int first, int last) {
+        for (int line = first; line <= last; ++line) window.appendActivity("line " + std::to_string(line));
+    }
+    [[nodiscard]] int shownRows() const { return box->model()->rowCount(); }
+    [[nodiscard]] bool isAtEnd() const {
+        return box->verticalScrollBar()->value() == box->verticalScrollBar()->maximum();
+    }
+
+    frmActivityBox* box = nullptr;
+};
+
+TEST_F(ActivityBoxTest, OpensAndClosesWithTheWindowsHeight) {
+    const int height = window.height();
+    EXPECT_FALSE(window.isActivityShown());
+    for (int round = 0; round < 2; ++round) {
+        window.setActivityShown(true);
+        EXPECT_TRUE(window.isActivityShown());
+        EXPECT_GE(window.height(), 640);
+        window.setActivityShown(false);
+        EXPECT_FALSE(window.isActivityShown());
+        EXPECT_EQ(window.height(), height);
+    }
+}
+
+TEST_F(ActivityBoxTest, HoldsWhatCameBeforeItWasShown) {
+    append(1, 100);
+    window.setActivityShown(true);
+    EXPECT_EQ(shownRows(), 100);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 0 && isAtEnd(); }));
+}
+
+TEST_F(ActivityBoxTest, FollowsTheEndUntilTheReaderScrolls) {
+    window.setActivityShown(true);
+    append(1, 100);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 0 && shownRows() == 100; }));
+    EXPECT_TRUE(isAtEnd());
+    box->verticalScrollBar()->setValue(10);
+    append(101, 200);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 200 && box->verticalScrollBar()->maximum() > 100; }));
+    EXPECT_EQ(box->verticalScrollBar()->value(), 10);
+    box->verticalScrollBar()->setValue(box->verticalScrollBar()->maximum());
+    append(201, 300);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 200 && isAtEnd(); }));
+}
+
+TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
+    window.setActivityShown(true);
+    window.appendActivity("first M\xFCller");
+    append(2, 5);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 5; }));
+    for (const int row : {3, 0}) {
+        box->selectionModel()->select(box->model()->index(row, 0), QItemSelectionModel::Select);
+    }
+    QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("first M\\xFCller\nline 4"));
+}
+
+TEST_F(ActivityBoxTest, LongLinesCanBeScrolledIntoSight) {
+    window.setActivityShown(true);
+    window.appendActivity(std::string(2000, 'W'));
+    const int needed = box->fontMetrics().horizontalAdvance(QString(2000, QLatin1Char('W')));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return box->horizontalScrollBar()->maximum() + box->viewport()->width() >= needed; }));
+}
+
+TEST_F(ActivityBoxTest, StaysFastWithManyLines) {
+    window.setActivityShown(true);
+    QElapsedTimer time;
+    time.start();
+    append(1, 200'000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 200'000; }));
+    EXPECT_LT(time.elapsed(), 2000);
+
+    time.restart();
+    append(200'001, 200'001);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 200'001 && isAtEnd(); }));
+    EXPECT_LT(time.elapsed(), 300) << "one more line costs what all lines cost";
+
+    box->selectAll();
+    time.restart();
+    QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_LT(time.elapsed(), 1000);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(QStringLiteral("line 200000\nline 200001")));
+}
+
+}  // namespace vantrell::test

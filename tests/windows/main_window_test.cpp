@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest/qtestspontaneevent.h>
+#include <QAccessible>
+#include <QApplication>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include "support/temporary_folder.h"
+#include "windows/window_harness.h"
+
+namespace vantrell::test {
+
+TEST_F(MainWindowTest, ForwardsTheButtons) {
+    for (const char* name : {"cmdStartDir", "cmdStopDir", "cmdExit"}) click(name);
+    for (const char* name : {"cmdSelectSource1", "cmdSelectSource2", "cmdSelectSource3", "cmdSelectSource4"}) {
+        click(name);
+    }
+    EXPECT_EQ(events.seen, (Seen{"start", "stop", "exit", "folder 1", "folder 2", "folder 3", "folder 4"}));
+    EXPECT_EQ(window.findChild<QFileDialog*>(), nullptr) << "the folder buttons were refused";
+}
+
+TEST_F(MainWindowTest, TakesTheKeyboardsWay) {
+    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return events.seen.size() == 1; }));
+    QTest::keyClick(&window, Qt::Key_N, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return events.seen.size() == 2; }));
+    find<QPushButton>("cmdStopDir")->setFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(events.seen, (Seen{"start", "folder 3", "stop"}));
+}
+
+TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
+    auto* first = find<QPushButton>("cmdSelectSource1");
+    first->setFocus();
+    Seen names;
+    do {
+        names.push_back(window.focusWidget()->objectName().toStdString());
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    } while (window.focusWidget() != first && names.size() < 20);
+    EXPECT_EQ(names, (Seen{"cmdSelectSource1", "chkActivateSF", "cmdSelectSource2", "cmdSelectSource3",
+                           "cmdSelectSource4", "ctNEdit1", "cmdStartDir", "cmdStopDir", "cmdExit"}));
+}
+
+TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
+    window.setStopEnabled(false);
+    find<QPushButton>("cmdStartDir")->setFocus();
+    window.setStartEnabled(false);
+    EXPECT_EQ(window.focusWidget(), nullptr);
+    window.setStopEnabled(true);
+    EXPECT_EQ(window.focusWidget(), find<QPushButton>("cmdStopDir"));
+}
+
+TEST_F(MainWindowTest, FollowsSettingsAlone) {
+    auto* logging = find<QAction>("mnLogOffOn");
+    logging->trigger();
+    EXPECT_FALSE(logging->isChecked());
+    SettingsRecord settings;
+    settings.LoggingTurnedOff = true;
+    settings.IncludeSubfolders = true;
+    window.showSettings(settings);
+    EXPECT_TRUE(logging->isChecked());
+    EXPECT_TRUE(find<QCheckBox>("chkActivateSF")->isChecked());
+    logging->trigger();
+    EXPECT_TRUE(logging->isChecked());
+    find<QAction>("mnviewCL")->trigger();
+    EXPECT_EQ(events.seen, (Seen{"logging", "logging", "view log"}));
+}
+
+TEST_F(MainWindowTest, ForwardsTheCheckBox) {
+    auto* box = find<QCheckBox>("chkActivateSF");
+    QTest::keyClick(box, Qt::Key_Space);
+    QTest::keyClick(box, Qt::Key_Space);
+    EXPECT_EQ(events.seen, (Seen{"include", "leave out"}));
+}
+
+TEST_F(MainWindowTest, SpinsWhatItIsToldToShow) {
+    window.setMinutes("5");
+    auto* field = find<frmMinutesField>("ctNEdit1");
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Up);
+    EXPECT_EQ(field->text(), QStringLiteral("5"));
+    window.setMinutes("6");
+    QTest::keyClick(field, Qt::Key_Down);
+    const QPointF middle = QRectF(field->rect()).center();
+    QWheelEvent wheel(middle, field->mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(field, &wheel);
+    EXPECT_EQ(events.seen, (Seen{"up 5", "down 6", "up 6"}));
+}
+
+TEST_F(MainWindowTest, TellsATypedNumberOnce) {
+    window.setMinutes("5");
+    auto* field = find<frmMinutesField>("ctNEdit1");
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, QStringLiteral("1x2-"));
+    EXPECT_TRUE(events.seen.empty()) << "not finished yet";
+    QTest::keyClick(field, Qt::Key_Return);
+    QTest::keyClick(field, Qt::Key_Return);
+    find<QPushButton>("cmdStartDir")->setFocus();
+    EXPECT_EQ(events.seen, (Seen{"edited 12"}));
+
+    field->setFocus();
+    QTest::keyClicks(field, QStringLiteral("7"));
+    QTest::keyClick(field, Qt::Key_Escape);
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(field->text(), QStringLiteral("12"));
+    EXPECT_EQ(events.seen.size(), 1U);
+}
+
+TEST_F(MainWindowTest, LeavesTheCloseBoxToOthers) {
+    QCloseEvent request;
+    QSpontaneKeyEvent::setSpontaneous(&request);  // as it comes from the window manager
+    qApp->notify(&window, &request);
+    EXPECT_FALSE(request.isAccepted());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(events.seen, Seen{"close box"});
+    window.closeWindow();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(events.seen, Seen{"close box"});
+}
+
+TEST_F(MainWindowTest, MinimizesInsteadOfVanishing) {
+    window.hideWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return events.seen == Seen{"minimized"}; }));
+    EXPECT_TRUE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible()) << "nobody could bring it back";
+    window.setNormalState();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isMinimized(); }));
+    EXPECT_EQ(events.seen, Seen{"minimized"});
+}
+
+TEST_F(MainWindowTest, ShowsPathsInReadableForm) {
+    window.setFolder(FolderKind::reject, "/srv/M\xFCller\n<b>");
+    window.setLabel2("One or all of the folder  parameters are missing.");
+    EXPECT_EQ(textOf("lblMoveToRejectPath"), "/srv/M\\xFCller\\x0A<b>");
+    EXPECT_EQ(textOf("Label2"), "One or all of the folder  parameters are missing.");
+}
+
+TEST_F(MainWindowTest, GrowsWithItsFont) {
+    const QFont usual = QApplication::font();
+    QFont twice = usual;
+    twice.setPointSizeF(2 * usual.pointSizeF());
+    QApplication::setFont(twice);
+    frmMain large;
+    QApplication::setFont(usual);
+    large.show();
+    EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));
+    EXPECT_EQ(large.size(), large.size().expandedTo(large.minimumSizeHint()));
+    for (const QWidget* text : large.findChildren<QWidget*>()) {
+        if (text->objectName() != QStringLiteral("lblNote") && !qobject_cast<const QAbstractButton*>(text)) continue;
+        EXPECT_GE(text->width(), text->sizeHint().width()) << text->objectName().toStdString();
+        EXPECT_GE(text->height(), text->sizeHint().height()) << text->objectName().toStdString();
+    }
+}
+
+TEST_F(MainWindowTest, LongTextsMoveNothing) {
+    window.setModeLabel("Mode: Stopped");
+    window.setClock("20:41:03");
+    QCoreApplication::sendPostedEvents();
+    const QSize size = window.size();
+    const QSize least = window.minimumSizeHint();
+    const QRect start = find<QWidget>("cmdStartDir")->geometry();
+    const QRect schedule = find<QWidget>("lbSched")->geometry();
+    const std::string deep = "/srv/" + std::string(3000, 'x') + "/in";
+    window.setFolder(FolderKind::source, deep);
+    window.setLabel2(deep);
+    window.setPanel1(deep);
+    window.setSchedule(deep);
+    window.setCurrentFile(deep);
+    window.setModeLabel("Mode: Auto");
+    ASSERT_TRUE(showsText("lblSourcePath", deep));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(window.minimumSizeHint(), least);
+    EXPECT_EQ(window.size(), size);
+    EXPECT_EQ(find<QWidget>("cmdStartDir")->geometry(), start);
+    EXPECT_EQ(find<QWidget>("lbSched")->geometry(), schedule);
+}
+
+TEST_F(MainWindowTest, TellsTheWholePathInTheTip) {
+    auto* label = find<QLabel>("lblSourcePath");
+    const std::string deep = "/srv/<b>/" + std::string(300, 'x');
+    window.setFolder(FolderKind::source, deep);
+    ASSERT_TRUE(showsText("lblSourcePath", deep));
+    QHelpEvent asked(QEvent::ToolTip, {1, 1}, label->mapToGlobal(QPoint(1, 1)));
+    QCoreApplication::sendEvent(label, &asked);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("&lt;b&gt;"))) << "taken for formatting";
+    EXPECT_TRUE(QToolTip::text().contains(QString(300, QLatin1Char('x'))));
+}
+
+TEST_F(MainWindowTest, SaysTheModeInWordsAndAsAShape) {
+    auto* mark = find<frmModeMark>("modeMark");
+    for (const auto& [text, shape] :
+         {std::pair("Mode: Auto", frmModeMark::Shape::disc), std::pair("SCANNING", frmModeMark::Shape::triangle),
+          std::pair("Mode: Stopped", frmModeMark::Shape::square)}) {
+        window.setModeLabel(text);
+        EXPECT_EQ(textOf("lblMode"), text);
+        EXPECT_EQ(mark->shape(), shape);
+    }
+}
+
+TEST_F(MainWindowTest, ShowsTheWorkWithoutBeingBusyWithIt) {
+    QElapsedTimer time;
+    time.start();
+    for (std::uint64_t file = 1; file <= 10'000; ++file) {
+        window.setCurrentFile("file " + std::to_string(file));
+        window.setLastFile("file " + std::to_string(file));
+        window.setFileProgress(file, 20'000);
+        window.setPassProgress(file, 10'000);
+        window.setProcessedCount(static_cast<std::int32_t>(file));
+        window.setLabel2("Encrypting:  file " + std::to_string(file));
+        window.repaint();
+    }
+    EXPECT_LT(time.elapsed(), 500);
+    window.setTotalFiles(10'000);
+    EXPECT_TRUE(showsText("lblCurNumFilesProcessed", "10000"));
+    EXPECT_TRUE(showsText("lblTotFileTobe", "10000"));
+    EXPECT_TRUE(showsText("lblCurrentProcessingFile", "file 10000"));
+    EXPECT_EQ(find<QProgressBar>("prgFile")->text(), QStringLiteral("50 %"));
+    EXPECT_EQ(find<QProgressBar>("prgPass")->text(), QStringLiteral("10000 of 10000"));
+    window.clearProgress();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return find<QProgressBar>("prgFile")->text().isEmpty(); }));
+    EXPECT_TRUE(showsText("lblCurrentProcessingFile", ""));
+}
+
+TEST(TimeLeft, IsSaidInTheUnitThatMatters) {
+    EXPECT_EQ(timeLeftText(1, 100, 500), QString());
+    EXPECT_EQ(timeLeftText(0, 100, 5000), QString());
+    EXPECT_EQ(timeLeftText(50, 100, 3000), QStringLiteral("3 s left"));
+    EXPECT_EQ(timeLeftText(10, 100, 20'000), QStringLiteral("3 min left"));
+    EXPECT_EQ(timeLeftText(1, 131, 60'000), QStringLiteral("2 h 10 min left"));
+    EXPECT_EQ(timeLeftText(1, UINT64_MAX, 60'000), QStringLiteral("more than 100 h left"));
+}
+
+TEST_F(MainWindowTest, GivesTheWaitPointerBack) {
+    window.setWaitPointer(true);
+    window.setWaitPointer(true);
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+    window.setWaitPointer(false);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(MainWindowTest, ChoosesAFolderWithoutALoopOfItsOwn) {
+    const TemporaryFolder folder;
+    events.mayChooseFolder = true;
+    window.setFolder(FolderKind::done, folder.path());
+    for (const bool accepted : {true, false}) {
+        events.seen.clear();
+        click("cmdSelectSource3");
+        QDialog* dialog = window.findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Select Current Folder or Create New Folder"));
+        accepted ? dialog->accept() : dialog->reject();
+        EXPECT_EQ(events.seen, (Seen{"folder 3", "chosen 3 " + (accepted ? folder.path() : std::string())}));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.findChild<QFileDialog*>() == nullptr; }));
+    }
+}
+
+TEST_F(MainWindowTest, TellsAssistiveTechnologyWhatEverythingIs) {
+    window.setModeLabel("Mode: Stopped");
+    window.setLabel2("ZEP Timer Is STOPPED");
+    window.setFolder(FolderKind::source, "/srv/in");
+    const auto nameOf = [this](const char* control, QAccessible::Text text = QAccessible::Name) {
+        return QAccessible::queryAccessibleInterface(find<QWidget>(control))->text(text).toStdString();
+    };
+    for (const auto& [control, name] :
+         {std::pair("cmdSelectSource1", "Change Source folder"),
+          std::pair("cmdSelectSource2", "Change Destination folder"),
+          std::pair("cmdSelectSource3", "Change Done folder"), std::pair("cmdSelectSource4", "Change Rejected folder"),
+          std::pair("cmdStartDir", "Start"), std::pair("cmdStopDir", "Stop"), std::pair("cmdExit", "Exit"),
+          std::pair("chkActivateSF", "Include Sub Directories"), std::pair("ctNEdit1", "Minutes between two passes"),
+          std::pair("txtDebug", "Current log"), std::pair("prgFile", "Current file"),
+          std::pair("prgPass", "Files of this pass"), std::pair("lblMode", "Mode: Stopped"),
+          std::pair("Label2", "ZEP Timer Is STOPPED"), std::pair("lblSourcePath", "/srv/in")}) {
+        EXPECT_EQ(nameOf(control), name);
+    }
+    EXPECT_EQ(nameOf("lblSourcePath", QAccessible::Description), "Source folder");
+    for (const char* name : {"lblcurTime", "lbSched", "lblDestinPath", "lblMoveToPath", "lblMoveToRejectPath",
+                             "lblLastfileProcessed", "lblTotFileTobe", "lblCurNumFilesProcessed", "panel1"}) {
+        EXPECT_NE(find<QLabel>(name), nullptr);
+    }
+}
+
+}  // namespace vantrell::test

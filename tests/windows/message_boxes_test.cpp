@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "platform/qt/qt_message_boxes.h"
+
+#include <QPushButton>
+#include <optional>
+
+#include "support/hand_cranked_loop.h"
+#include "windows/window_harness.h"
+
+namespace vantrell::test {
+
+namespace {
+
+Task<void> keepAnswer(MessageBoxes& boxes, Box box, std::optional<Answer>* answer) {
+    *answer = static_cast<Answer>(co_await boxes.ask(box));
+}
+
+}  // namespace
+
+class MessageBoxesTest : public MainWindowTest {
+protected:
+    void ask(const Box& box) {
+        tasks.start(keepAnswer(*boxes, box, &answer));
+        turn();
+    }
+    /// The boxes that are open now.
+    QList<QMessageBox*> open() {
+        QList<QMessageBox*> found = window.findChildren<QMessageBox*>();
+        found.removeIf([](const QMessageBox* box) { return !box->isVisible(); });
+        return found;
+    }
+    void turn() {
+        while (loop.turn()) {
+        }
+    }
+
+    HandCrankedLoop loop;
+    std::optional<QtMessageBoxes> boxes{std::in_place, loop.queue(), &window};
+    std::optional<Answer> answer;
+    TaskGroup tasks{loop.queue()};
+    const Box question{"Running ", "Would you like\r\n\r\nto stop /srv/a\nb?", Buttons::yesNo, false};
+};
+
+TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
+    ask(question);
+    ASSERT_EQ(open().size(), 1);
+    QMessageBox* box = open().front();
+    EXPECT_FALSE(box->isModal());
+    EXPECT_EQ(box->windowTitle(), QStringLiteral("Running "));
+    EXPECT_EQ(box->text(), QStringLiteral("Would you like\n\nto stop /srv/a\\x0Ab?"));
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_EQ(box->button(QMessageBox::Yes), box->defaultButton());
+    click("cmdStopDir");
+    EXPECT_EQ(events.seen, Seen{"stop"});
+    turn();
+    EXPECT_FALSE(answer.has_value());
+    QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+    turn();
+    EXPECT_EQ(answer, Answer::yes);
+    EXPECT_TRUE(open().empty());
+}
+
+TEST_F(MessageBoxesTest, TakesEscapeAndTheCloseBoxForNo) {
+    ask(question);
+    QTest::keyClick(open().front(), Qt::Key_Escape);
+    turn();
+    EXPECT_EQ(answer, Answer::no);
+    answer.reset();
+    ask(question);
+    open().front()->close();
+    turn();
+    EXPECT_EQ(answer, Answer::no);
+}
+
+TEST_F(MessageBoxesTest, HasTheDefaultThatIsAskedFor) {
+    ask({"", "Sure?", Buttons::yesNo, true});
+    EXPECT_EQ(open().front()->windowTitle(), QStringLiteral("Vantrell"));
+    QTest::keyClick(open().front(), Qt::Key_Return);
+    turn();
+    EXPECT_EQ(answer, Answer::no);
+    ask({"", "Well then.", Buttons::ok, false});
+    QTest::keyClick(open().front(), Qt::Key_Escape);
+    turn();
+    EXPECT_EQ(answer, Answer::ok);
+}
+
+TEST_F(MessageBoxesTest, GoesWithTheTaskThatAsked) {
+    ask(question);
+    tasks.abort();
+    EXPECT_TRUE(open().empty());
+    turn();
+    EXPECT_FALSE(answer.has_value());
+}
+
+TEST_F(MessageBoxesTest, WithdrawalIsNoAnswer) {
+    std::optional<Pending> pending(boxes->ask(question));
+    boxes->withdraw(pending->id());
+    EXPECT_TRUE(open().empty());
+    EXPECT_EQ(pending->await_resume(), static_cast<int>(Answer::withdrawn));
+}
+
+TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
+    const Box news{"", "There is no active password.", Buttons::ok, false};
+    boxes->inform(news);
+    boxes->inform(news);
+    ASSERT_EQ(open().size(), 1);
+    boxes->inform({"", "Something else.", Buttons::ok, false});
+    EXPECT_EQ(open().size(), 2);
+    for (QMessageBox* box : open()) QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_TRUE(open().empty());
+    boxes->inform(news);
+    EXPECT_EQ(open().size(), 1);
+}
+
+TEST_F(MessageBoxesTest, BringsAMinimizedWindowBack) {
+    window.hideWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.isMinimized(); }));
+    ask(question);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isMinimized() && window.isVisible(); }));
+    EXPECT_TRUE(open().front()->isVisible());
+}
+
+TEST_F(MessageBoxesTest, LeavesNothingOpenAtTheEnd) {
+    const Pending asked = boxes->ask(question);
+    boxes->inform({"", "Well then.", Buttons::ok, false});
+    boxes.reset();
+    EXPECT_TRUE(open().empty());
+    EXPECT_FALSE(loop.queue().isWoken(asked.id()));
+    boxes.emplace(loop.queue(), &window);
+}
+
+}  // namespace vantrell::test

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// Draws the main window into PNG files: pictures FOLDER [FONT SCALE]. QT_SCALE_FACTOR and QT_QPA_PLATFORM hold as
+// usual.
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QPalette>
+#include <QPixmap>
+#include <QStyleFactory>
+#include <memory>
+
+#include "core/frmMain.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "task/run_queue.h"
+
+namespace {
+
+using vantrell::FolderKind;
+using vantrell::frmMain;
+
+QPalette darkPalette() {
+    QPalette dark(QColor(0x2B, 0x2D, 0x30), QColor(0x2B, 0x2D, 0x30));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::BrightText}) {
+        dark.setColor(role, QColor(0xE6, 0xE6, 0xE6));
+        dark.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
+    }
+    dark.setColor(QPalette::Base, QColor(0x1E, 0x1F, 0x22));
+    dark.setColor(QPalette::Highlight, QColor(0x2F, 0x65, 0xCA));
+    dark.setColor(QPalette::HighlightedText, Qt::white);
+    return dark;
+}
+
+void wait(int milliseconds) {
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < milliseconds) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+void showEmpty(frmMain& window) {
+    window.setCaption("Quillon Inc - Vantrell(ZEP)");
+    window.setModeLabel("Mode: Stopped");
+    window.setClock("20:41:03");
+    window.setMinutes("1");
+    window.setPanel1("ZEP Folder = ");
+    window.setLabel2("One or all of the folder  parameters are missing. Please check below.");
+    window.setStopEnabled(false);
+}
+
+void showAtWork(frmMain& window) {
+    window.setModeLabel("Mode: Running");
+    window.setSchedule("Scheduled: Monday 7:5 PM  File Create Date > 7");
+    window.setFolder(FolderKind::source, "/srv/in");
+    window.setFolder(FolderKind::destination, "/srv/out");
+    window.setFolder(FolderKind::done, "/srv/done");
+    window.setFolder(FolderKind::reject, "/srv/rejected");
+    window.setMinutes("5");
+    window.setPanel1("ZEP Folder = /srv/in");
+    window.setLabel2("Please Wait Encrypting files.");
+    window.setStartEnabled(false);
+    window.setStopEnabled(true);
+    window.setTotalFiles(240);
+    window.setProcessedCount(1204);
+    window.setPassProgress(12, 240);
+    window.setLastFile("invoices-2026-11.pdf");
+    window.setCurrentFile("annual report.pdf");
+    window.setFileProgress(0, 100);
+    wait(1100);
+    window.setFileProgress(64, 100);
+}
+
+void showLongTexts(frmMain& window) {
+    const std::string deep = "/mnt/archive/" + std::string(90, 'x') + "/department of long names/incoming files";
+    window.setFolder(FolderKind::source, deep);
+    window.setFolder(FolderKind::reject, "/srv/M\xFCller\n/rejected");
+    window.setPanel1("ZEP Folder = " + deep);
+    window.setLabel2("User Stopped Encrypting Files in " + deep);
+    window.setCurrentFile(std::string(200, 'n') + ".tar.gz");
+    window.setTotalFiles(123456789);
+    window.setProcessedCount(2147483647);
+    window.setPassProgress(12345678, 123456789);
+    for (int line = 1; line <= 40; ++line) {
+        window.appendActivity("11/16/2026 08:41:03 PM Encryped:  /srv/in/file " + std::to_string(line) +
+                              ".pdf - Sucessful: ");
+    }
+    window.appendActivity("11/16/2026 08:41:04 PM  Moving orginal file " + deep + deep);
+    window.setActivityShown(true);
+}
+
+void save(QWidget& widget, const QString& path) {
+    wait(150);
+    if (!widget.grab().save(path)) qFatal("cannot write a picture");
+}
+
+void drawAll(const QDir& folder, const QString& theme) {
+    frmMain window;
+    showEmpty(window);
+    window.setNormalSize();
+    window.showWindow();
+    save(window, folder.filePath(QStringLiteral("empty-") + theme));
+    showAtWork(window);
+    save(window, folder.filePath(QStringLiteral("at-work-") + theme));
+    showLongTexts(window);
+    save(window, folder.filePath(QStringLiteral("long-") + theme));
+
+    auto* menu = window.findChild<QMenu*>(QStringLiteral("mnview"));
+    menu->popup(window.mapToGlobal(QPoint(0, 20)));
+    save(*menu, folder.filePath(QStringLiteral("menu-") + theme));
+    menu->close();
+
+    vantrell::RunQueue queue([] {});
+    vantrell::QtMessageBoxes boxes(queue, &window);
+    const vantrell::Pending question = boxes.ask(
+        {"File Overwrite Options",
+         " Are you sure you want to overwrite existing files?\r\n\r\nIf a previous encrypted file exists in the folder "
+         "/srv/out\r\nit will be overwritten",
+         vantrell::Buttons::yesNo, false});
+    save(*window.findChild<QMessageBox*>(), folder.filePath(QStringLiteral("question-") + theme));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (argc < 2) qFatal("usage: pictures FOLDER [FONT SCALE]");
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (argc > 2) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(font.pointSizeF() * QByteArray(argv[2]).toDouble());
+        QApplication::setFont(font);
+    }
+    const QDir folder(QString::fromLocal8Bit(argv[1]));
+    if (!folder.mkpath(QStringLiteral("."))) qFatal("cannot make the folder");
+    drawAll(folder, QStringLiteral("light.png"));
+    QApplication::setPalette(darkPalette());
+    drawAll(folder, QStringLiteral("dark.png"));
+    return 0;
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <string>
+#include <vector>
+
+#include "core/frmMain.h"
+
+namespace vantrell::test {
+
+/// Writes down what the window forwards, in order.
+class RecordedEvents final : public MainWindowEvents {
+public:
+    void startPressed() override { seen.emplace_back("start"); }
+    void stopPressed() override { seen.emplace_back("stop"); }
+    void exitPressed() override { seen.emplace_back("exit"); }
+    bool folderPressed(FolderKind kind) override {
+        seen.push_back("folder " + std::to_string(static_cast<int>(kind)));
+        return mayChooseFolder;
+    }
+    void folderChosen(FolderKind kind, const Path& folder) override {
+        seen.push_back("chosen " + std::to_string(static_cast<int>(kind)) + " " + folder);
+    }
+    void includeSubfoldersClicked(bool checked) override { seen.emplace_back(checked ? "include" : "leave out"); }
+    void intervalSpun(bool up, const std::string& text) override { seen.push_back((up ? "up " : "down ") + text); }
+    void intervalEdited(const std::string& text) override { seen.push_back("edited " + text); }
+    void closeBoxPressed() override { seen.emplace_back("close box"); }
+    void minimized() override { seen.emplace_back("minimized"); }
+    void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
+    void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
+
+    std::vector<std::string> seen;
+    bool mayChooseFolder = false;
+};
+
+using Seen = std::vector<std::string>;
+
+/// A window on the (offscreen) screen, with the controls under their names.
+class MainWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        window.setEvents(&events);
+        window.showWindow();
+        window.bringToFront();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    void TearDown() override { window.setEvents(nullptr); }
+
+    template <class Widget>
+    Widget* find(const char* name) {
+        auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
+        if (found == nullptr) ADD_FAILURE() << "no control " << name;
+        return found;
+    }
+    void click(const char* name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
+    std::string textOf(const char* name) { return find<QLabel>(name)->text().toStdString(); }
+    bool showsText(const char* name, const std::string& text) {
+        return QTest::qWaitFor([&] { return textOf(name) == text; });
+    }
+
+    RecordedEvents events;
+    frmMain window;
+};
+
+}  // namespace vantrell::test
