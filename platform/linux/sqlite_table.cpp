@@ -2,6 +2,7 @@
 #include "platform/linux/sqlite_table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace vantrell {
@@ -24,8 +25,9 @@ bool isNameLetter(char letter) {
 
 std::vector<Column> columnsOf(const SqliteResult& result) {
     std::vector<Column> columns;
-    columns.reserve(result.rows.size());
-    for (const auto& row : result.rows) columns.push_back({textOf(row.at(0)), std::get<std::int64_t>(row.at(1))});
+    std::transform(result.rows.begin(), result.rows.end(), std::back_inserter(columns), [](const auto& row) {
+        return Column{textOf(row.at(0)), std::get<std::int64_t>(row.at(1))};
+    });
     return columns;
 }
 
@@ -42,6 +44,7 @@ std::vector<std::string> primaryKeyOf(std::vector<Column> columns) {
     std::sort(columns.begin(), columns.end(),
               [](const Column& one, const Column& other) { return one.keyPosition < other.keyPosition; });
     std::vector<std::string> keys;
+    keys.reserve(columns.size());
     for (const Column& column : columns) keys.push_back(quotedName(column.name));
     return keys;
 }
