@@ -247,7 +247,9 @@ void frmMain::setActivityShown(bool shown) {
 
 void frmMain::showWindow() { show(); }
 
-void frmMain::hideWindow() {
+void frmMain::hideWindow() { hide(); }
+
+void frmMain::minimizeWindow() {
     if (!isMinimized()) showMinimized();
 }
 

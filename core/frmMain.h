@@ -59,8 +59,8 @@ public:
     void setActivityShown(bool shown) override;
 
     void showWindow() override;
-    /// There is no notification area to live in yet: the window is minimized, so that it can always be reached.
     void hideWindow() override;
+    void minimizeWindow() override;
     void closeWindow() override;
     void setNormalState() override;
     [[nodiscard]] bool isMinimized() const override;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/program_state.h"
+#include "platform/startup_entry.h"
 
 namespace vantrell {
 
@@ -48,6 +49,9 @@ public:
     /// The check box and the check marks of the menus.
     virtual void showSettings(const SettingsRecord& settings) = 0;
 
+    /// What the menu says about the entry that starts the program with the session.
+    virtual void setStartupEntry(StartupEntry::State state) = 0;
+
     // The activity box
     virtual void appendActivity(const std::string& line) = 0;
     [[nodiscard]] virtual bool isActivityShown() const = 0;
@@ -56,7 +60,9 @@ public:
 
     // The window itself
     virtual void showWindow() = 0;
+    /// Out of sight altogether; only where something is left to bring it back.
     virtual void hideWindow() = 0;
+    virtual void minimizeWindow() = 0;
     virtual void closeWindow() = 0;
     /// Out of the minimized state.
     virtual void setNormalState() = 0;

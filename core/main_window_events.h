@@ -30,9 +30,21 @@ public:
     virtual void closeBoxPressed() = 0;
     virtual void minimized() = 0;
 
-    // View menu
+    // Menu "Start Up Options"
+    virtual void addToStartupChosen() = 0;
+    virtual void removeFromStartupChosen() = 0;
+    virtual void startOnLoadChosen() = 0;
+    virtual void runNormalChosen() = 0;
+
+    // Menu "Passwords and Files"
+    virtual void overwriteChosen() = 0;
+
+    // Menu "View"
     virtual void viewCurrentLogChosen() = 0;
+    virtual void viewCurrentPasswordChosen() = 0;
     virtual void turnOffLoggingChosen() = 0;
+
+    virtual void aboutChosen() = 0;
 };
 
 }  // namespace vantrell

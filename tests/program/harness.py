@@ -98,13 +98,18 @@ class Profile:
             account = pwd.getpwnam(user)
             subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
             popen |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}
-        process = subprocess.Popen([PROGRAM], env=environment, **popen)
+        with open(os.path.join(self.root, "stderr"), "ab") as errors:
+            process = subprocess.Popen([PROGRAM], env=environment, stderr=errors, **popen)
         self.running.append(process)
         return process
 
     def end(self, process, number=signal.SIGTERM, seconds=60):
+        """The exit code; what the program said to its standard error stream is shown when it is not 0."""
         process.send_signal(number)
-        return process.wait(seconds)
+        code = process.wait(seconds)
+        if code != 0:
+            print(read(os.path.join(self.root, "stderr")).decode(errors="replace"))
+        return code
 
     def clean(self):
         for process in self.running:

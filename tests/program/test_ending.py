@@ -115,6 +115,8 @@ class Killed(ProgramTest):
                 self.assertEqual(decrypted(path), files[name[:-4]], name)
             if not os.listdir(profile.source):
                 break
+        files["last"] = b"carried by the last start"
+        profile.drop("last", files["last"])
         process = profile.start()
         profile.wait_for_empty_source()
         self.assertEqual(profile.end(process), 0)

@@ -8,7 +8,10 @@
 #include "core/main_window.h"
 #include "platform/clock.h"
 #include "platform/host.h"
+#include "platform/notifier.h"
+#include "platform/startup_entry.h"
 #include "platform/timers.h"
+#include "platform/tray.h"
 
 namespace vantrell::test {
 
@@ -35,14 +38,16 @@ public:
     void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
     void setMinutes(const std::string& text) override { minutes = text; }
     void showSettings(const SettingsRecord& settings) override { shown = settings; }
+    void setStartupEntry(StartupEntry::State state) override { entry = state; }
     void appendActivity(const std::string& line) override { lines.push_back(line); }
     [[nodiscard]] bool isActivityShown() const override { return activityShown; }
     void setActivityShown(bool value) override { activityShown = value; }
     void showWindow() override { visible = true; }
     void hideWindow() override { visible = false; }
+    void minimizeWindow() override { minimizedState = true; }
     void closeWindow() override { closed = true; }
-    void setNormalState() override {}
-    [[nodiscard]] bool isMinimized() const override { return false; }
+    void setNormalState() override { minimizedState = false; }
+    [[nodiscard]] bool isMinimized() const override { return minimizedState; }
     void setNormalSize() override {}
     void bringToFront() override {}
 
@@ -50,8 +55,9 @@ public:
     std::vector<std::string> panel1, lines;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
+    StartupEntry::State entry = StartupEntry::State::none;
     bool startEnabled = false, stopEnabled = false, waitPointer = false;
-    bool activityShown = false, visible = false, closed = false;
+    bool activityShown = false, visible = false, minimizedState = false, closed = false;
     std::uint64_t totalFiles = 0, fileBytesDone = 0;
     std::int32_t processed = 0;
 };
@@ -85,6 +91,37 @@ public:
     }
     Path profile;
     std::vector<Path> started;
+};
+
+class FakeTray final : public Tray {
+public:
+    [[nodiscard]] bool isAvailable() const override { return available; }
+    void add(const std::string& text) override { tip = text; }
+    void remove() override { removed = true; }
+    bool available = true, removed = false;
+    std::string tip;
+};
+
+class FakeStartupEntry final : public StartupEntry {
+public:
+    [[nodiscard]] State state() const override { return present; }
+    bool add() override {
+        present = State::works;
+        return true;
+    }
+    bool remove() override {
+        present = State::none;
+        return true;
+    }
+    State present = State::none;
+};
+
+class RecordingNotifier final : public Notifier {
+public:
+    void show(const std::string& title, const std::string& text) override { shown.push_back(title + ": " + text); }
+    void withdraw() override { ++withdrawn; }
+    std::vector<std::string> shown;
+    int withdrawn = 0;
 };
 
 class FakeInstanceLock final : public InstanceLock {

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/main_window.h"
+#include "core/program_state.h"
+#include "core/settings_file.h"
+#include "core/window_place.h"
+#include "platform/message_boxes.h"
+#include "platform/startup_entry.h"
+#include "task/task_group.h"
+
+namespace vantrell {
+
+/// The entries with check marks that mirror settings, the two that start the program with the session, and the rule
+/// that ties two of them together: a program that starts hidden must also process by itself.
+///
+/// While one of their questions is open, further clicks on these entries do nothing.
+class OptionMenus {
+public:
+    OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes, WindowPlace& place,
+                StartupEntry& entry, RunQueue& queue);
+
+    void mnuStartOnLoad();
+    void mnmax();
+    void mnOW();
+    void mnAddtoStartup();
+    void mnuRemoveFromStartup();
+
+    /// Withdraws an open question.
+    void abort() { questions_.abort(); }
+
+private:
+    [[nodiscard]] bool isQuiet();
+    Task<Answer> ask(std::string title, std::string text);
+    void inform(std::string title, std::string text);
+    bool passIsActive();
+    void setRunContinually(bool on);
+    void checkRunNormal();
+    void saved();
+    Task<void> uncheckStartOnLoad();
+    Task<void> uncheckRunNormal();
+    Task<void> checkOverwrite();
+
+    ProgramState& state_;
+    MainWindow& window_;
+    SettingsFile& settings_;
+    MessageBoxes& boxes_;
+    WindowPlace& place_;
+    StartupEntry& entry_;
+    TaskGroup questions_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/main_window.h"
+#include "platform/tray.h"
+
+namespace vantrell {
+
+/// Where the main window is: shown, minimized, or hidden with the tray icon left to bring it back.
+class WindowPlace {
+public:
+    WindowPlace(MainWindow& window, const Tray& tray) : window_(window), tray_(tray) {}
+
+    /// Out of sight. Without a notification area nothing could bring the window back, so it is minimized instead.
+    void hide() {
+        isHidden_ = tray_.isAvailable();
+        window_.minimizeWindow();
+        if (isHidden_) window_.hideWindow();
+    }
+    /// In its normal state and in front.
+    void show() {
+        isHidden_ = false;
+        window_.setNormalState();
+        window_.showWindow();
+        window_.bringToFront();
+    }
+    /// As `show`, in its normal size.
+    void restoreWindow() {
+        show();
+        if (!window_.isMinimized()) window_.setNormalSize();
+    }
+    /// A window that lives in an area that goes away comes back.
+    void trayAvailabilityChanged(bool available) {
+        if (!available && isHidden_) show();
+    }
+    [[nodiscard]] bool isHidden() const { return isHidden_; }
+
+private:
+    MainWindow& window_;
+    const Tray& tray_;
+    bool isHidden_ = false;
+};
+
+}  // namespace vantrell
