@@ -4,6 +4,7 @@
 #include <liburing.h>
 #include <linux/aio_abi.h>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -16,7 +17,16 @@ namespace vantrell {
 
 namespace {
 
-int blockingFlush(int descriptor) { return ::fdatasync(descriptor) == 0 ? 0 : errno; }
+// A folder's names are not its data on every file system, so that for folders everything is flushed.
+bool isFolder(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+int blockingFlush(int descriptor) {
+    const int answer = isFolder(descriptor) ? ::fsync(descriptor) : ::fdatasync(descriptor);
+    return answer == 0 ? 0 : errno;
+}
 
 class BlockingFlush final : public FlushService {
 public:
@@ -44,7 +54,8 @@ public:
     void start(RunQueue& queue, RunQueue::Id id, NativeFile file) override {
         io_uring_sqe* entry = io_uring_get_sqe(&ring_);
         if (entry == nullptr) return queue.wake(id, blockingFlush(static_cast<int>(file)));
-        io_uring_prep_fsync(entry, static_cast<int>(file), IORING_FSYNC_DATASYNC);
+        const int descriptor = static_cast<int>(file);
+        io_uring_prep_fsync(entry, descriptor, isFolder(descriptor) ? 0 : IORING_FSYNC_DATASYNC);
         // Without this flag the flush may be tried within the submission, which would hold up the event loop.
         io_uring_sqe_set_flags(entry, IOSQE_ASYNC);
         io_uring_sqe_set_data64(entry, id);
@@ -76,7 +87,7 @@ public:
     void start(RunQueue& queue, RunQueue::Id id, NativeFile file) override {
         iocb request{};
         request.aio_fildes = static_cast<__u32>(file);
-        request.aio_lio_opcode = IOCB_CMD_FDSYNC;
+        request.aio_lio_opcode = isFolder(static_cast<int>(file)) ? IOCB_CMD_FSYNC : IOCB_CMD_FDSYNC;
         request.aio_data = id;
         request.aio_flags = IOCB_FLAG_RESFD;
         request.aio_resfd = static_cast<__u32>(completed_.get());

@@ -24,6 +24,7 @@ public:
     void reset() {
         if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
     }
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
     [[nodiscard]] int get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
 

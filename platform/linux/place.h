@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+
+#include "platform/file_fault.h"
+#include "platform/linux/unique_fd.h"
+#include "platform/path.h"
+
+namespace vantrell {
+
+/// A name in a folder that is held open, so that several steps concern the same folder whatever happens to its path.
+struct Place {
+    UniqueFd folder;
+    std::string name;
+
+    /// What stands there, links not followed. 0 or the host's error number.
+    [[nodiscard]] int status(struct stat& into) const;
+};
+
+/// Opens the folder of a path. Fault `notThere` when it does not exist.
+FileFault openPlace(const Path& path, Place& into);
+/// Everything before the last separator; "." where there is none.
+Path folderOf(const Path& path);
+/// Everything behind the last separator.
+std::string nameOf(const Path& path);
+
+// These serve paths of any length, also beyond what the host takes in one call. Each sets errno when it fails.
+UniqueFd openFolder(const Path& path);
+/// For reading; never follows a link, never waits for a writer, never becomes the controlling terminal.
+UniqueFd openForReading(const Path& path);
+/// Links are not followed. 0 or the host's error number.
+int statusOf(const Path& path, struct stat& into);
+
+}  // namespace vantrell

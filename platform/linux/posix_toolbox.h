@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/file_toolbox.h"
+#include "platform/linux/disposer.h"
+#include "platform/linux/file_mover.h"
+#include "platform/linux/output_file.h"
+#include "platform/linux/quiet_time.h"
+#include "platform/linux/use_probe.h"
+
+namespace vantrell {
+
+/// The file operations on Linux. Outlives its tasks and the files it gave out; what is left of large dropped files is
+/// dropped at once when it is destroyed, so it is destroyed last.
+class PosixToolbox final : public FileToolbox {
+public:
+    struct Options {
+        /// False: new files bear a temporary name from the beginning, as on file systems without nameless ones.
+        bool namelessFiles = true;
+        QuietTime::SteadyNow steadyNow = QuietTime::SteadyClock::now;
+    };
+    PosixToolbox(EventLoop& loop, const Clock& clock);
+    PosixToolbox(EventLoop& loop, const Clock& clock, Options options);
+
+    [[nodiscard]] EntryKind kindOf(const Path& path) const override;
+    [[nodiscard]] bool isFolder(const Path& path) const override;
+    [[nodiscard]] bool isSameFolder(const Path& one, const Path& other) const override;
+    bool makeFolder(const Path& path) override;
+    void clearReadOnly(const Path& path) override;
+    Task<std::vector<Path>> search(SearchOrder order) override;
+    HoldResult hold(const Path& path) override;
+    OutputResult createOutput(const Path& folder) override;
+    Task<FileFault> rename(Path source, Path target) override;
+    Task<FileFault> move(MoveOrder order) override;
+    Task<FileFault> copy(Path source, Path target, unsigned permissions) override;
+    [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override;
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
+
+private:
+    EventLoop& loop_;
+    const Clock& clock_;
+    QuietTime quietTime_;
+    UseProbe probe_;
+    Disposer disposer_;
+    OutputParts parts_;
+    FileMover mover_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/posix_toolbox.h"
+#include "support/hand_cranked_loop.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+
+/// A wall clock and a steady one that stand where a test puts them; they begin at the real time.
+class SettableClock final : public Clock {
+public:
+    [[nodiscard]] TimePoint now() const override { return wall; }
+    void advance(std::chrono::nanoseconds time) {
+        wall += std::chrono::duration_cast<TimePoint::duration>(time);
+        steady += time;
+    }
+    TimePoint wall = std::chrono::system_clock::now();
+    std::chrono::steady_clock::time_point steady = std::chrono::steady_clock::now();
+};
+
+/// While it lives, the process has an ordinary user's rights (only where it is root's).
+class OrdinaryUser {
+public:
+    OrdinaryUser() : changed_(::geteuid() == 0 && ::seteuid(kNobody) == 0) {}
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() {
+        if (changed_ && ::seteuid(0) != 0) std::abort();
+    }
+
+private:
+    static constexpr uid_t kNobody = 65534;
+    bool changed_;
+};
+
+inline std::vector<std::string> namesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+inline struct stat statusAt(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+using Names = std::vector<std::string>;
+
+/// A real toolbox on real folders.
+class WithToolbox : public testing::Test {
+public:
+    void write(OutputFile& file, const std::string& bytes) {
+        EXPECT_FALSE(loop.valueOf(file.write(std::as_bytes(std::span(bytes)))));
+    }
+    /// Runs the task for so many turns, waiting for flushes; then aborts it. True when it came to its end before.
+    template <class T>
+    bool abortAfter(int turns, Task<T> task) {
+        TaskGroup group(loop.queue());
+        group.start(forget(std::move(task)));
+        int count = 0;
+        return loop.turnUntil([&] { return group.isIdle() || count++ == turns; }) && group.isIdle();
+    }
+
+    TemporaryFolder folder;
+    HandCrankedLoop loop;
+    SettableClock clock;
+    PosixToolbox toolbox{loop, clock, {true, [this] { return clock.steady; }}};
+
+private:
+    template <class T>
+    static Task<void> forget(Task<T> task) {
+        static_cast<void>(co_await std::move(task));
+    }
+};
+
+/// A second folder, on another file system where this machine has one at hand.
+class OtherFileSystem {
+public:
+    OtherFileSystem() {
+        if (std::filesystem::exists("/dev/shm")) folder_ = std::make_unique<TemporaryFolder>("/dev/shm");
+    }
+    [[nodiscard]] bool isOtherThan(const TemporaryFolder& folder) const {
+        return folder_ && statusAt(folder_->path()).st_dev != statusAt(folder.path()).st_dev;
+    }
+    const TemporaryFolder& operator*() const { return *folder_; }
+    const TemporaryFolder* operator->() const { return folder_.get(); }
+
+private:
+    std::unique_ptr<TemporaryFolder> folder_;
+};
+
+}  // namespace vantrell::test

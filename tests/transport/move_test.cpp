@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/xattr.h>
+
+#include "platform/linux/safe_rename.h"
+#include "support/toolbox_fixture.h"
+
+namespace vantrell::test {
+namespace {
+
+/// The same promises within one file system and across two.
+class Move : public WithToolbox, public testing::WithParamInterface<bool> {
+public:
+    void SetUp() override {
+        if (GetParam() && !other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
+        source = folder.makeFolder("source") + "/file";
+        done = GetParam() ? other->makeFolder("done") : folder.makeFolder("done");
+        target = done + "/file";
+        writeFile(source, "contents");
+    }
+    FaultKind move(Replace replace = Replace::never, HeldFile* expected = nullptr) {
+        return loop.valueOf(toolbox.move({source, target, replace, expected})).kind;
+    }
+    void expectUntouched(const std::string& contents = "contents") {
+        EXPECT_EQ(readFile(source), contents);
+        EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
+    }
+    void expectMoved() {
+        EXPECT_TRUE(namesIn(folder / "source").empty());
+        EXPECT_EQ(readFile(target), "contents");
+        EXPECT_EQ(namesIn(done), Names{target.substr(done.size() + 1)});
+    }
+
+    OtherFileSystem other;
+    std::string source;
+    std::string done;
+    std::string target;
+};
+INSTANTIATE_TEST_SUITE_P(Reach, Move, testing::Values(false, true),
+                         [](const auto& reach) { return reach.param ? "AcrossFileSystems" : "Within"; });
+
+TEST_P(Move, CarriesTheFileWithTimesAndPermissionsAndRenewsItsDate) {
+    const timespec times[2] = {{1000, 5}, {2000, 7}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, source.c_str(), times, 0), 0);
+    ASSERT_EQ(::chmod(source.c_str(), 0750), 0);
+    const bool hasAttribute = ::setxattr(source.c_str(), "user.origin", "here", 4, 0) == 0;
+    const auto before = timeOf(statusAt(source).st_ctim);
+    EXPECT_EQ(move(), FaultKind::none);
+    expectMoved();
+    const auto after = statusAt(target);
+    EXPECT_EQ(timeOf(after.st_mtim), (FileTime{2000, 7}));
+    EXPECT_EQ(after.st_mode & 07777U, 0750U);
+    EXPECT_GE(timeOf(after.st_ctim), before);
+    char value[8];
+    if (hasAttribute && ::getxattr(target.c_str(), "user.origin", value, sizeof value) >= 0) {
+        EXPECT_EQ(std::string(value, 4), "here");
+    }
+}
+
+TEST_P(Move, CarriesNamesOfAllKinds) {
+    for (const std::string& name : {std::string("\xff\xfe"), std::string("a\nb\r"), std::string(255, 'n')}) {
+        target = done + "/" + name;
+        EXPECT_EQ(move(), FaultKind::none);
+        expectMoved();
+        ASSERT_EQ(::rename(GetParam() ? "/dev/null/none" : target.c_str(), source.c_str()), GetParam() ? -1 : 0);
+        std::filesystem::remove(target);
+        writeFile(source, "contents");
+    }
+}
+
+TEST_P(Move, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
+    writeFile(target, "old");
+    EXPECT_EQ(move(), FaultKind::nameTaken);
+    EXPECT_EQ(readFile(target), "old");
+    expectUntouched();
+    EXPECT_EQ(move(Replace::allowed), FaultKind::none);
+    expectMoved();
+    writeFile(source, "contents");
+    std::filesystem::remove(target);
+    std::filesystem::create_symlink("nowhere", target);
+    EXPECT_EQ(move(Replace::allowed), FaultKind::nameTaken);
+    EXPECT_TRUE(std::filesystem::is_symlink(target));
+    target = done;
+    EXPECT_EQ(move(Replace::allowed), FaultKind::nameTaken);
+    expectUntouched();
+}
+
+TEST_P(Move, AMissingFolderOrFileIsNotThere) {
+    target = done + "/none/file";
+    EXPECT_EQ(move(), FaultKind::notThere);
+    expectUntouched();
+    source = folder / "source/none";
+    EXPECT_EQ(move(), FaultKind::notThere);
+}
+
+TEST_P(Move, AFileThatWasSwappedOrIsBeingWrittenStays) {
+    auto held = toolbox.hold(source);
+    ASSERT_TRUE(held.file);
+    {
+        const UniqueFd writer(::open(source.c_str(), O_WRONLY | O_CLOEXEC));
+        EXPECT_EQ(move(Replace::never, held.file.get()), FaultKind::inUse);
+        expectUntouched();
+    }
+    writeFile(source + ".new", "another");
+    std::filesystem::rename(source + ".new", source);
+    EXPECT_EQ(move(Replace::allowed, held.file.get()), FaultKind::inUse);
+    expectUntouched("another");
+    EXPECT_TRUE(namesIn(done).empty());
+    held = toolbox.hold(source);
+    EXPECT_EQ(move(Replace::never, held.file.get()), FaultKind::none);
+    EXPECT_EQ(readFile(target), "another");
+}
+
+// Swaps the file behind the back of the last look before the move.
+class SwapsAfterVerifying final : public HeldFile {
+public:
+    explicit SwapsAfterVerifying(std::function<void()> swap) : swap_(std::move(swap)) {}
+    [[nodiscard]] std::uint64_t size() const override { return 0; }
+    FileFault read(std::span<std::byte>, std::size_t&) override { return {}; }
+    FileFault verify() override {
+        swap_();
+        return {};
+    }
+
+private:
+    std::function<void()> swap_;
+};
+
+TEST_P(Move, AFileThatIsSwappedInTheLastMomentIsPutBack) {
+    int count = 0;
+    SwapsAfterVerifying held([this, &count] {
+        writeFile(source + ".new", "another " + std::to_string(++count));
+        std::filesystem::rename(source + ".new", source);
+    });
+    EXPECT_EQ(move(Replace::never, &held), FaultKind::inUse);
+    expectUntouched("another " + std::to_string(count));
+    EXPECT_TRUE(namesIn(done).empty());
+}
+
+TEST_P(Move, ASourceThatCannotBeRemovedLeavesNothingBehind) {
+    if (::geteuid() != 0) GTEST_SKIP() << "another owner's folder needs root's rights";
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    if (GetParam()) ASSERT_EQ(::chmod(other->path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(done.c_str(), 0777), 0);
+    clock.advance(std::chrono::seconds(60));
+    for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
+        ASSERT_EQ(::chmod((folder / "source").c_str(), mode), 0);
+        const OrdinaryUser user;
+        EXPECT_EQ(move(), FaultKind::other) << std::oct << mode;
+        EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
+        EXPECT_TRUE(namesIn(done).empty());
+    }
+}
+
+TEST_P(Move, AbortAtAnyTurnKeepsTheFileWhole) {
+    const std::string contents((std::size_t{33} << 20U) + 1, 'c');
+    bool isDone = false;
+    for (int turns = 1; !isDone; ++turns) {
+        ASSERT_LT(turns, 1000);
+        writeFile(source, contents);
+        isDone = abortAfter(turns, toolbox.move({source, target}));
+        const bool isMoved = namesIn(folder / "source").empty();
+        EXPECT_TRUE(isMoved || !isDone);
+        EXPECT_EQ(namesIn(folder / "source"), isMoved ? Names{} : Names{"file"});
+        EXPECT_EQ(namesIn(done), isMoved ? Names{"file"} : Names{});
+        EXPECT_EQ(readFile(isMoved ? target : source), contents);
+        std::filesystem::remove(target);
+    }
+}
+
+using OneFile = WithToolbox;
+
+TEST_F(OneFile, OfTwoNamesTheSourceNameGoes) {
+    writeFile(folder / "a", "contents");
+    std::filesystem::create_hard_link(folder / "a", folder / "b");
+    EXPECT_FALSE(loop.valueOf(toolbox.move({folder / "a", folder / "b"})));
+    EXPECT_EQ(namesIn(folder.path()), Names{"b"});
+    std::filesystem::create_hard_link(folder / "b", folder / "a");
+    EXPECT_FALSE(loop.valueOf(toolbox.move({folder / "a", folder / "b", Replace::allowed})));
+    EXPECT_EQ(namesIn(folder.path()), Names{"b"});
+    EXPECT_EQ(readFile(folder / "b"), "contents");
+}
+
+TEST_F(OneFile, UnderOneAndTheSamePathStays) {
+    const std::string sub = folder.makeFolder("sub");
+    writeFile(sub + "/a", "contents");
+    std::filesystem::create_symlink("sub", folder / "link");
+    EXPECT_FALSE(loop.valueOf(toolbox.move({sub + "/a", sub + "/a", Replace::allowed})));
+    EXPECT_FALSE(loop.valueOf(toolbox.move({sub + "/a", folder / "link/a", Replace::allowed})));
+    EXPECT_FALSE(loop.valueOf(toolbox.rename(sub + "/a", folder / "sub/./a")));
+    EXPECT_EQ(readFile(sub + "/a"), "contents");
+}
+
+TEST_F(OneFile, RenameStaysWithinOneFileSystem) {
+    const OtherFileSystem other;
+    if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
+    writeFile(folder / "a", "contents");
+    EXPECT_TRUE(loop.valueOf(toolbox.rename(folder / "a", *other / "a")));
+    EXPECT_EQ(readFile(folder / "a"), "contents");
+    EXPECT_FALSE(loop.valueOf(toolbox.rename(folder / "a", folder / "b")));
+    writeFile(folder / "a", "new");
+    EXPECT_EQ(loop.valueOf(toolbox.rename(folder / "a", folder / "b")).kind, FaultKind::nameTaken);
+    EXPECT_EQ(readFile(folder / "b"), "contents");
+}
+
+// A copy is removed only while the original still has a name: a fresh one may be all that is left of it.
+TEST_F(OneFile, KeepsTheCopyWhenTheOriginalIsGone) {
+    const OtherFileSystem other;
+    if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
+    writeFile(folder / "a", "contents");
+    TaskGroup group(loop.queue());
+    group.start([](FileToolbox& box, Path from, Path to) -> Task<void> {
+        static_cast<void>(co_await box.move({from, to}));
+    }(toolbox, folder / "a", *other / "a"));
+    ASSERT_TRUE(loop.turnUntil([&] { return std::filesystem::exists(*other / "a") || group.isIdle(); }));
+    ASSERT_FALSE(group.isIdle());
+    std::filesystem::remove(folder / "a");
+    ASSERT_TRUE(loop.turnUntil([&] { return group.isIdle(); }));
+    EXPECT_EQ(readFile(*other / "a"), "contents");
+    EXPECT_TRUE(namesIn(folder.path()).empty());
+}
+
+}  // namespace
+}  // namespace vantrell::test

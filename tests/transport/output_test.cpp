@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/resource.h>
+
+#include <csignal>
+
+#include "support/toolbox_fixture.h"
+
+namespace vantrell::test {
+namespace {
+
+/// While it lives, a file that grows beyond the limit fails like one on a full disk.
+class SmallFiles {
+public:
+    explicit SmallFiles(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &old_);
+        const rlimit small{bytes, old_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+    ~SmallFiles() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    void (*handler_)(int);
+    rlimit old_{};
+};
+
+/// Both ways to publish: files without a name, and files under a temporary one.
+class Output : public WithToolbox, public testing::WithParamInterface<bool> {
+public:
+    std::unique_ptr<OutputFile> begin() {
+        auto result = box.createOutput(folder.path());
+        EXPECT_TRUE(result.file) << result.fault.text;
+        return std::move(result.file);
+    }
+    FileFault publish(const std::string& bytes, const std::string& name, Replace replace = Replace::never) {
+        const auto file = begin();
+        write(*file, bytes);
+        EXPECT_FALSE(loop.valueOf(file->flush()));
+        return loop.valueOf(file->publish(folder / name, replace));
+    }
+    PosixToolbox box{loop, clock, {GetParam(), std::chrono::steady_clock::now}};
+};
+INSTANTIATE_TEST_SUITE_P(Ways, Output, testing::Values(true, false),
+                         [](const auto& way) { return way.param ? "Nameless" : "Named"; });
+
+TEST_P(Output, HasNoNameOfItsOwnBeforeItIsPublished) {
+    const mode_t old = ::umask(027);
+    {
+        const auto file = begin();
+        write(*file, "abc");
+        write(*file, "def");
+        for (const auto& name : namesIn(folder.path())) EXPECT_EQ(name.rfind(".zep-", 0), 0U);
+        EXPECT_EQ(namesIn(folder.path()).empty(), GetParam());
+        EXPECT_FALSE(loop.valueOf(file->publish(folder / std::string(255, 'n'), Replace::never)));
+    }
+    ::umask(old);
+    EXPECT_EQ(namesIn(folder.path()), Names{std::string(255, 'n')});
+    EXPECT_EQ(readFile(folder / std::string(255, 'n')), "abcdef");
+    EXPECT_EQ(statusAt(folder / std::string(255, 'n')).st_mode & 0777U, 0640U);
+}
+
+TEST_P(Output, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
+    writeFile(folder / "taken", "old");
+    EXPECT_EQ(publish("new", "taken").kind, FaultKind::nameTaken);
+    EXPECT_EQ(readFile(folder / "taken"), "old");
+    EXPECT_FALSE(publish("new", "taken", Replace::allowed));
+    EXPECT_EQ(readFile(folder / "taken"), "new");
+    EXPECT_FALSE(publish("free", "\xff\n", Replace::allowed));
+    folder.makeFolder("sub");
+    std::filesystem::create_symlink("taken", folder / "link");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    const auto before = namesIn(folder.path());
+    for (const char* name : {"sub", "link", "fifo"})
+        EXPECT_EQ(publish("new", name, Replace::allowed).kind, FaultKind::nameTaken) << name;
+    EXPECT_EQ(namesIn(folder.path()), before);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+}
+
+TEST_P(Output, LeavesNothingWhenItIsDropped) {
+    {
+        const auto file = begin();
+        write(*file, "abc");
+    }
+    const auto file = begin();
+    write(*file, "abc");
+    ASSERT_TRUE(loop.run(file->discard()));
+    EXPECT_TRUE(namesIn(folder.path()).empty());
+    EXPECT_TRUE(loop.valueOf(file->publish(folder / "late", Replace::never)));
+    EXPECT_TRUE(namesIn(folder.path()).empty());
+    EXPECT_EQ(box.createOutput(folder / "none").fault.kind, FaultKind::notThere);
+}
+
+TEST_P(Output, AbortAtAnyTurnLeavesTheWholeFileOrNone) {
+    const std::string bytes((std::size_t{40} << 20U) + 7, 'b');
+    const auto all = [](FileToolbox& toolbox_, Path where, const std::string& what) -> Task<FileFault> {
+        auto made = toolbox_.createOutput(where);
+        if (FileFault fault = co_await made.file->write(std::as_bytes(std::span(what)))) co_return fault;
+        co_return co_await made.file->publish(where + "/name", Replace::never);
+    };
+    bool isDone = false;
+    for (int turns = 1; !isDone; turns += 2) {
+        ASSERT_LT(turns, 1000);
+        isDone = abortAfter(turns, all(box, folder.path(), bytes));
+        const auto names = namesIn(folder.path());
+        if (!names.empty()) {
+            EXPECT_EQ(names, Names{"name"});
+            EXPECT_EQ(std::filesystem::file_size(folder / "name"), bytes.size());
+            std::filesystem::remove(folder / "name");
+        } else {
+            EXPECT_FALSE(isDone);
+        }
+    }
+}
+
+TEST_P(Output, ALargeFileIsWrittenInPiecesThatDoNotHoldUpTheLoop) {
+    const std::string bytes(std::size_t{200} << 20U, 'b');
+    const auto file = begin();
+    TaskGroup group(loop.queue());
+    const auto all = [](OutputFile& to, std::span<const std::byte> what, FileFault& fault) -> Task<void> {
+        fault = co_await to.write(what);
+    };
+    FileFault fault;
+    group.start(all(*file, std::as_bytes(std::span(bytes)), fault));
+    int turns = 0;
+    ASSERT_TRUE(loop.turnUntil([&] { return ++turns > 100000 || group.isIdle(); }));
+    EXPECT_FALSE(fault) << fault.text;
+    EXPECT_GT(turns, 6) << "at each 32 MiB it waits for the flush before the last one";
+    EXPECT_FALSE(loop.valueOf(file->publish(folder / "large", Replace::never)));
+    EXPECT_EQ(readFile(folder / "large"), bytes);
+}
+
+TEST_P(Output, AFailedWriteStaysFailed) {
+    const auto file = begin();
+    const std::string bytes(4096, 'x');
+    {
+        const SmallFiles limit(1024);
+        EXPECT_TRUE(loop.valueOf(file->write(std::as_bytes(std::span(bytes)))));
+    }
+    EXPECT_TRUE(loop.valueOf(file->write({})));
+    EXPECT_TRUE(loop.valueOf(file->flush()));
+    EXPECT_TRUE(loop.valueOf(file->publish(folder / "short", Replace::allowed)));
+    EXPECT_EQ(box.kindOf(folder / "short"), EntryKind::missing);
+}
+
+}  // namespace
+}  // namespace vantrell::test

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/socket.h>
+
+#include "support/toolbox_fixture.h"
+
+namespace vantrell::test {
+namespace {
+
+class Search : public WithToolbox {
+public:
+    std::vector<Path> find(bool recurse, std::vector<Path> notEntered = {}) {
+        auto found = loop.valueOf(toolbox.search({folder.path(), recurse, std::move(notEntered), {}}));
+        for (Path& path : found) path.erase(0, folder.path().size() + 1);
+        return found;
+    }
+};
+
+TEST_F(Search, FindsRegularFilesAscendingByTheBytesOfTheWholePath) {
+    const std::string notText = "\xff\xfe\n\x01";
+    for (const char* name : {"a", "a.b", "a-b"}) folder.makeFolder(name);
+    for (const auto& name : {std::string("b"), std::string(".hidden"), std::string("a/z"), std::string("a.b/1"),
+                             std::string("a-b/2"), std::string("aa"), notText, std::string(255, 'x')})
+        writeFile(folder / name, "x");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    std::filesystem::create_symlink("a", folder / "linkToFolder");
+    std::filesystem::create_symlink("b", folder / "linkToFile");
+    std::vector<Path> all = {".hidden", "a-b/2", "a.b/1", "a/z", "aa", "b", std::string(255, 'x'), notText};
+    EXPECT_EQ(find(true), all);
+    std::erase_if(all, [](const Path& path) { return path.find('/') != Path::npos; });
+    EXPECT_EQ(find(false), all);
+}
+
+TEST_F(Search, PassesOverOurTemporaryNamesAndNothingThatLooksAlike) {
+    folder.makeFolder(".zep-0123456789abcdef");
+    for (const char* name : {".zep-0123456789abcdef/inside", ".zep-00112233445566ff", ".zep-00112233445566FF",
+                             ".zep-00112233445566f", ".zep-00112233445566fff"})
+        writeFile(folder / name, "x");
+    EXPECT_EQ(find(true), (Names{".zep-00112233445566FF", ".zep-00112233445566f", ".zep-00112233445566fff"}));
+}
+
+TEST_F(Search, DoesNotEnterFoldersThatAreNamedByAnyOfTheirPaths) {
+    folder.makeFolder("done/deep");
+    folder.makeFolder("other/done");
+    writeFile(folder / "done/deep/file", "x");
+    writeFile(folder / "other/done/file", "x");
+    std::filesystem::create_symlink("done", folder / "link");
+    EXPECT_EQ(find(true, {folder / "link", folder / "none"}), (Names{"other/done/file"}));
+}
+
+TEST_F(Search, PassesOverWhatCannotBeRead) {
+    folder.makeFolder("closed");
+    writeFile(folder / "closed/file", "x");
+    writeFile(folder / "open", "x");
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((folder / "closed").c_str(), 0), 0);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(find(true), (Names{"open"}));
+    }
+    EXPECT_EQ(::chmod((folder / "closed").c_str(), 0755), 0);
+    EXPECT_TRUE(loop.valueOf(toolbox.search({folder / "none", true, {}, {}})).empty());
+}
+
+TEST_F(Search, ReachesFilesBelowTheLongestPathOfOneCall) {
+    const std::string name(200, 'd');
+    Path deep = folder.path();
+    UniqueFd level(::open(deep.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (int i = 0; i < 150; ++i) {
+        ASSERT_EQ(::mkdirat(level.get(), name.c_str(), 0700), 0);
+        level = UniqueFd(::openat(level.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        deep += "/" + name;
+    }
+    ASSERT_TRUE(UniqueFd(::openat(level.get(), "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0600)));
+    writeFile(folder / "z", "x");
+    const auto found = loop.valueOf(toolbox.search({folder.path(), true, {}, {}}));
+    EXPECT_EQ(found, (std::vector<Path>{deep + "/file", folder / "z"}));
+    EXPECT_TRUE(toolbox.hold(found.front()).file);
+    EXPECT_FALSE(loop.valueOf(toolbox.move({found.front(), folder / "moved"})));
+    EXPECT_EQ(namesIn(folder.path()), (Names{name, "moved", "z"}));
+}
+
+TEST_F(Search, AHugeFolderDoesNotHoldUpTheLoopAndCanBeStopped) {
+    constexpr int kCount = 30000;
+    const std::string big = folder.makeFolder("big");
+    writeFile(folder / "file", "x");
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_EQ(::link((folder / "file").c_str(), (big + "/a rather long name " + std::to_string(i * 7919)).c_str()),
+                  0);
+    std::vector<Path> found;
+    auto longest = std::chrono::nanoseconds(0);
+    TaskGroup group(loop.queue());
+    const auto search = [](FileToolbox& box, Path top, std::vector<Path>& into) -> Task<void> {
+        into = co_await box.search({top, true, {}, {}});
+    };
+    group.start(search(toolbox, big, found));
+    while (!group.isIdle()) {
+        const auto begin = std::chrono::steady_clock::now();
+        ASSERT_TRUE(loop.turn());
+        longest = std::max<std::chrono::nanoseconds>(longest, std::chrono::steady_clock::now() - begin);
+    }
+    EXPECT_EQ(found.size(), static_cast<std::size_t>(kCount));
+    EXPECT_TRUE(std::is_sorted(found.begin(), found.end()));
+    EXPECT_LT(longest, std::chrono::milliseconds(200)) << "20 ms by itself; a busy machine needs room";
+    int asked = 0;
+    const auto early = loop.valueOf(toolbox.search({big, true, {}, [&asked] { return ++asked > 3; }}));
+    EXPECT_LT(early.size(), found.size());
+}
+
+}  // namespace
+}  // namespace vantrell::test

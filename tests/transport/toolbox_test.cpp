@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <cstring>
+
+#include "support/toolbox_fixture.h"
+
+namespace vantrell::test {
+namespace {
+
+using Toolbox = WithToolbox;
+
+void makeSocket(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    std::memcpy(address.sun_path, path.c_str(), path.size());
+    const UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+}
+
+TEST_F(Toolbox, OnlyRegularFilesAreFiles) {
+    writeFile(folder / "file", "x");
+    folder.makeFolder("sub");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    makeSocket(folder / "socket");
+    std::filesystem::create_symlink("file", folder / "link");
+    std::filesystem::create_symlink("sub", folder / "subLink");
+    EXPECT_EQ(toolbox.kindOf(folder / "file"), EntryKind::regularFile);
+    EXPECT_EQ(toolbox.kindOf(folder / "sub"), EntryKind::folder);
+    EXPECT_EQ(toolbox.kindOf(folder / "none"), EntryKind::missing);
+    EXPECT_EQ(toolbox.hold(folder / "none").fault.kind, FaultKind::notThere);
+    for (const char* name : {"fifo", "socket", "link", "sub"}) {
+        EXPECT_EQ(toolbox.kindOf(folder / name), name == std::string("sub") ? EntryKind::folder : EntryKind::other);
+        EXPECT_EQ(toolbox.hold(folder / name).fault.kind, FaultKind::other) << name;
+        EXPECT_EQ(loop.valueOf(toolbox.move({folder / name, folder / "new"})).kind, FaultKind::other) << name;
+        EXPECT_EQ(loop.valueOf(toolbox.copy(folder / name, folder / "new", 0600)).kind, FaultKind::other) << name;
+    }
+    EXPECT_EQ(toolbox.kindOf(folder / "new"), EntryKind::missing);
+    EXPECT_TRUE(toolbox.isFolder(folder / "subLink"));
+    EXPECT_TRUE(toolbox.isSameFolder(folder / "sub", folder / "subLink"));
+    EXPECT_FALSE(toolbox.isSameFolder(folder / "sub", folder.path()));
+    EXPECT_FALSE(toolbox.isFolder(folder / "link"));
+    EXPECT_FALSE(toolbox.isSameFolder(folder / "none", folder / "none"));
+}
+
+TEST_F(Toolbox, AFolderIsMadeOneLevelDeep) {
+    EXPECT_TRUE(toolbox.makeFolder(folder / "new"));
+    EXPECT_FALSE(toolbox.makeFolder(folder / "new"));
+    EXPECT_FALSE(toolbox.makeFolder(folder / "a/b"));
+}
+
+TEST_F(Toolbox, ReadOnlyIsTakenOffFilesAndNeverThroughLinks) {
+    writeFile(folder / ".hidden", "x");
+    ASSERT_EQ(::chmod((folder / ".hidden").c_str(), 0440), 0);
+    std::filesystem::create_symlink(".hidden", folder / "link");
+    toolbox.clearReadOnly(folder / "link");
+    EXPECT_EQ(statusAt(folder / ".hidden").st_mode & 0777U, 0440U);
+    toolbox.clearReadOnly(folder / ".hidden");
+    EXPECT_EQ(statusAt(folder / ".hidden").st_mode & 0777U, 0640U);
+}
+
+TEST_F(Toolbox, TheFileDateIsTheArrivalAndNotTheModificationTime) {
+    writeFile(folder / "old", "x");
+    const timespec old[2] = {{1000, 0}, {1000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder / "old").c_str(), old, 0), 0);
+    const auto age = std::chrono::system_clock::now() - toolbox.fileDate(folder / "old");
+    EXPECT_LT(age, std::chrono::minutes(1));
+    EXPECT_EQ(toolbox.fileDate(folder / "none"), std::chrono::system_clock::time_point());
+}
+
+TEST_F(Toolbox, ACopyReplacesItsTargetAndGetsThePermissions) {
+    writeFile(folder / "one", "new words");
+    writeFile(folder / "other", "old");
+    const UniqueFd reader(::open((folder / "other").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_FALSE(loop.valueOf(toolbox.copy(folder / "one", folder / "other", 0600)));
+    EXPECT_EQ(readFile(folder / "other"), "new words");
+    EXPECT_EQ(readFile(folder / "one"), "new words");
+    EXPECT_EQ(statusAt(folder / "other").st_mode & 07777U, 0600U);
+    char old[8] = {};
+    EXPECT_EQ(::read(reader.get(), old, sizeof old), 3) << "whoever reads the old file keeps it whole";
+    EXPECT_EQ(loop.valueOf(toolbox.copy(folder / "none", folder / "other", 0600)).kind, FaultKind::notThere);
+    EXPECT_EQ(readFile(folder / "other"), "new words");
+}
+
+}  // namespace
+}  // namespace vantrell::test
