@@ -22,6 +22,8 @@ Program::Program()
     : flush_(makeKernelFlush()),
       loop_(*flush_),
       toolbox_(loop_, clock_),
+      entry_(host_.programFolder()),
+      place_(window_, tray_),
       boxes_(loop_.queue(), &window_),
       database_(loop_),
       passwords_(loop_.queue(), database_, boxes_, state_,
@@ -35,8 +37,8 @@ Program::Program()
       timCurTime_(timers_.create("timCurTime", [this] { controller_.timCurTime_Timer(); })),
       mode_(state_, window_, *timRun_),
       pass_(
-          passParts(), [this] { return std::make_unique<OpensslComponent>(loop_, toolbox_); },
-          [this] { return lookUpActivePassword(passwords_, state_); }),
+          passParts(), [this] { return std::make_unique<OpensslComponent>(loop_, toolbox_); }, passwordLookup()),
+      menus_(state_, window_, settings_, boxes_, place_, entry_, loop_.queue()),
       controller_(controllerParts(), [] { QCoreApplication::exit(0); }),
       startup_(controllerParts(), startupParts()),
       cleanUp_(loop_.queue()) {
@@ -44,9 +46,13 @@ Program::Program()
     tmchkTimer_->setInterval(kModeMs);
     timCurTime_->setInterval(kClockMs);
     window_.setEvents(&controller_);
+    tray_.setEvents(&controller_);
 }
 
-Program::~Program() { window_.setEvents(nullptr); }
+Program::~Program() {
+    tray_.setEvents(nullptr);
+    window_.setEvents(nullptr);
+}
 
 bool Program::start() {
     if (!startup_.load()) return false;
@@ -72,7 +78,12 @@ PassParts Program::passParts() {
 }
 
 ControllerParts Program::controllerParts() {
-    return {state_, window_, report_, log_, settings_, boxes_, loop_, clock_, host_, *timRun_, mode_, pass_};
+    return {state_, window_, report_,          log_,   settings_, boxes_, loop_, clock_, host_, *timRun_,
+            mode_,  pass_,   passwordLookup(), place_, tray_,     entry_, menus_};
+}
+
+ActivePasswordLookup Program::passwordLookup() {
+    return [this] { return lookUpActivePassword(passwords_, state_); };
 }
 
 StartupParts Program::startupParts() { return {files_, instance_, controller_, *timMax_, suppliedPasswordFile()}; }

@@ -20,9 +20,11 @@
 #include "platform/linux/signal_source.h"
 #include "platform/linux/sqlite_database.h"
 #include "platform/linux/system_clock.h"
+#include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_timers.h"
+#include "platform/qt/qt_tray.h"
 #include "task/task_group.h"
 #include "transport/scan_pass.h"
 
@@ -46,6 +48,7 @@ public:
 private:
     PassParts passParts();
     ControllerParts controllerParts();
+    ActivePasswordLookup passwordLookup();
     StartupParts startupParts();
 
     // The order is that of dependence: what stands further down uses what stands further up.
@@ -58,7 +61,10 @@ private:
     PosixInstanceLock instance_;
     PosixDataFiles files_;
     PosixToolbox toolbox_;
+    XdgStartupEntry entry_;
     frmMain window_;
+    QtTray tray_;
+    WindowPlace place_;
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
     PasswordStore passwords_;
@@ -71,6 +77,7 @@ private:
     std::unique_ptr<Timer> timCurTime_;
     ModeDisplay mode_;
     ScanPass pass_;
+    OptionMenus menus_;
     MainWindowController controller_;
     Startup startup_;
     TaskGroup cleanUp_;

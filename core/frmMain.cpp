@@ -230,6 +230,8 @@ void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFold
 
 void frmMain::setMinutes(const std::string& text) { ctNEdit1_->showText(shownText(text)); }
 
+void frmMain::setStartupEntry(StartupEntry::State) {}
+
 void frmMain::showSettings(const SettingsRecord& settings) {
     loggingIsOff_ = settings.LoggingTurnedOff;
     mnLogOffOn_->setChecked(loggingIsOff_);
@@ -278,6 +280,8 @@ void frmMain::bringToFront() {
     raise();
     activateWindow();
 }
+
+void frmMain::showAbout() {}
 
 void frmMain::closeEvent(QCloseEvent* event) {
     const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();

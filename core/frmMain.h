@@ -53,6 +53,7 @@ public:
     void setFolder(FolderKind kind, const Path& folder) override;
     void setMinutes(const std::string& text) override;
     void showSettings(const SettingsRecord& settings) override;
+    void setStartupEntry(StartupEntry::State state) override;
 
     void appendActivity(const std::string& line) override;
     [[nodiscard]] bool isActivityShown() const override;
@@ -66,6 +67,7 @@ public:
     [[nodiscard]] bool isMinimized() const override;
     void setNormalSize() override;
     void bringToFront() override;
+    void showAbout() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -70,6 +70,7 @@ public:
     /// 6780 by 11655 twips, or what the texts need.
     virtual void setNormalSize() = 0;
     virtual void bringToFront() = 0;
+    virtual void showAbout() = 0;
 };
 
 }  // namespace vantrell

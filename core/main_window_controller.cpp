@@ -27,7 +27,8 @@ MainWindowController::MainWindowController(ControllerParts parts, std::function<
       quit_(std::move(quit)),
       passes_(parts.loop.queue()),
       startQuestion_(parts.loop.queue()),
-      loggingQuestion_(parts.loop.queue()) {}
+      loggingQuestion_(parts.loop.queue()),
+      passwordLookup_(parts.loop.queue()) {}
 
 void MainWindowController::startPressed() {
     if (p_.state.anyFolderIsEmpty()) return p_.window.setLabel2(kFolderIsEmpty);
@@ -149,12 +150,25 @@ void MainWindowController::switchLogging(bool turnedOff, const char* event) {
     p_.settings.saveSettings();
 }
 
-void MainWindowController::minimized() { p_.window.hideWindow(); }
+void MainWindowController::viewCurrentPasswordChosen() {
+    if (passwordLookup_.isIdle()) passwordLookup_.start(viewCurrentPassword());
+}
+
+Task<void> MainWindowController::viewCurrentPassword() {
+    p_.state.ActivePassword.clear();
+    co_await p_.lookUpActivePassword();
+    if (!p_.state.ActivePassword.empty()) co_return p_.boxes.inform({kApplicationTitle, p_.state.ActivePassword});
+    p_.mode.TurnOffTimRun();
+    p_.window.setLabel2(std::string(kNoActivePassword) + ".");
+    p_.boxes.inform({kApplicationTitle, kNoActivePassword});
+}
+
+void MainWindowController::minimized() { p_.place.hide(); }
 
 void MainWindowController::closeBoxPressed() {
     p_.settings.saveSettings();
     p_.log.saveWhenOn();
-    if (p_.mode.mode() != Mode::stopped) return p_.window.hideWindow();
+    if (p_.mode.mode() != Mode::stopped) return p_.place.hide();
     p_.boxes.inform({kApplicationTitle,
                      "You have slected to minimize but the program is not scanning for file. "
                      "Program will not minimize."});
@@ -166,10 +180,13 @@ void MainWindowController::closeForGood() {
     if (std::exchange(p_.state.ClosingForGood, true)) return;
     startQuestion_.abort();
     loggingQuestion_.abort();
+    passwordLookup_.abort();
+    p_.menus.abort();
     passes_.abort();
     p_.settings.saveSettings();
     p_.log.saveForGood();
     p_.timRun.setEnabled(false);
+    p_.tray.remove();
     p_.window.closeWindow();
     (void)p_.host.startProgram(p_.host.programFolder() + kPathSeparator + "KillZEP");
     quit_();

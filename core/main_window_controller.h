@@ -8,14 +8,17 @@
 #include "core/main_window.h"
 #include "core/main_window_events.h"
 #include "core/mode_display.h"
+#include "core/option_menus.h"
 #include "core/program_state.h"
 #include "core/settings_file.h"
 #include "core/status_report.h"
+#include "core/window_place.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/host.h"
 #include "platform/message_boxes.h"
 #include "platform/timers.h"
+#include "platform/tray.h"
 #include "task/task_group.h"
 #include "transport/scan_pass.h"
 
@@ -35,10 +38,15 @@ struct ControllerParts {
     Timer& timRun;
     ModeDisplay& mode;
     ScanPass& pass;
+    ActivePasswordLookup lookUpActivePassword;
+    WindowPlace& place;
+    Tray& tray;
+    StartupEntry& entry;
+    OptionMenus& menus;
 };
 
 /// Decides what the main window's buttons, fields and timers do, and how the program closes.
-class MainWindowController final : public MainWindowEvents {
+class MainWindowController final : public MainWindowEvents, public TrayEvents {
 public:
     /// `quit` ends the event loop.
     MainWindowController(ControllerParts parts, std::function<void()> quit);
@@ -53,8 +61,20 @@ public:
     void intervalEdited(const std::string& text) override;
     void closeBoxPressed() override;
     void minimized() override;
+    void addToStartupChosen() override { p_.menus.mnAddtoStartup(); }
+    void removeFromStartupChosen() override { p_.menus.mnuRemoveFromStartup(); }
+    void startOnLoadChosen() override { p_.menus.mnuStartOnLoad(); }
+    void runNormalChosen() override { p_.menus.mnmax(); }
+    void overwriteChosen() override { p_.menus.mnOW(); }
     void viewCurrentLogChosen() override;
+    void viewCurrentPasswordChosen() override;
     void turnOffLoggingChosen() override;
+    void aboutChosen() override { p_.window.showAbout(); }
+
+    void trayClicked() override { p_.place.show(); }
+    void editPreferencesChosen() override { p_.place.restoreWindow(); }
+    void trayExitChosen() override { closeForGood(); }
+    void trayAvailabilityChanged(bool available) override { p_.place.trayAvailabilityChanged(available); }
 
     /// Runs a scan pass, unless one is under way.
     void timRun_Timer();
@@ -66,6 +86,7 @@ public:
 private:
     Task<void> start();
     Task<void> turnOffLogging();
+    Task<void> viewCurrentPassword();
     void switchLogging(bool turnedOff, const char* event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
@@ -75,6 +96,7 @@ private:
     TaskGroup passes_;
     TaskGroup startQuestion_;
     TaskGroup loggingQuestion_;
+    TaskGroup passwordLookup_;
 };
 
 }  // namespace vantrell

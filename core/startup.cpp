@@ -5,6 +5,14 @@
 
 namespace vantrell {
 
+namespace {
+
+// The tip has always been cut to 64 characters, the final NUL included.
+constexpr char kTrayTip[] = " Quillon Inc - ZEP \r\n Double Click or Click Right Mouse Button ";
+static_assert(sizeof kTrayTip <= 64);
+
+}  // namespace
+
 bool Startup::load() {
     p_.state.UiLoading = true;
     p_.state.StartupPassMarker = true;
@@ -17,6 +25,7 @@ bool Startup::load() {
     p_.timRun.setEnabled(threeFoldersAreSet() && p_.state.settings.RunContinuallyAtStartup);
     p_.window.showWindow();
     p_.window.repaint();
+    p_.tray.add(kTrayTip);
     showFolders();
     p_.window.setCaption("Quillon Inc - Vantrell(ZEP)");
     reportMissingFolders();
@@ -95,11 +104,13 @@ void Startup::reportMissingFolders() {
     p_.report.showInLabel2("One or all of the folder  parameters are missing. Please check below.");
     p_.window.setNormalState();
     p_.window.showWindow();
+    (void)p_.entry.remove();
 }
 
 void Startup::showSettings() {
     p_.window.setMinutes(minutesText(p_.state.settings.ScanIntervalMs));
     p_.window.showSettings(p_.state.settings);
+    p_.window.setStartupEntry(p_.entry.state());
 }
 
 void Startup::showNormal() {
@@ -118,12 +129,9 @@ void Startup::timMax_Timer() {
     // Hidden and idle would be a program that nobody sees and that does nothing.
     const bool worksByItself = settings.RunContinuallyAtStartup && !p_.state.anyFolderIsEmpty();
     if (!settings.RunNormalAtStartup && worksByItself) {
-        p_.window.hideWindow();
+        p_.place.hide();
     } else if (settings.RunNormalAtStartup) {
-        p_.window.setNormalState();
-        p_.window.bringToFront();
-        if (!p_.window.isMinimized()) p_.window.setNormalSize();
-        p_.window.showWindow();
+        p_.place.restoreWindow();
     }
     if (threeFoldersAreSet())
         more_.controller.timRun_Timer();

@@ -12,9 +12,9 @@ namespace vantrell {
 namespace {
 
 constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
-constexpr char kNoPassword[] = "There is no active password.  Encryption has stopped.";
 constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
 constexpr int kMostMachineFaults = 3;
+constexpr std::chrono::milliseconds kLookupPoll{20};
 
 bool isEncrypted(const Path& path) {
     std::string extension = ExtensionOf(path);
@@ -75,8 +75,8 @@ Task<bool> ScanPass::hasActivePassword() {
 // Nobody waits for the answer: a box that stays open for weeks must not keep the state of the program in between.
 void ScanPass::reportNoPassword() {
     p_.mode.TurnOffTimRun();
-    p_.report.showInLabel2(std::string(kNoPassword) + ".");
-    p_.boxes.inform({kApplicationTitle, kNoPassword});
+    p_.report.showInLabel2(std::string(kNoActivePassword) + ".");
+    p_.boxes.inform({kApplicationTitle, kNoActivePassword});
 }
 
 Task<void> ScanPass::searchAndCarry() {
@@ -160,9 +160,10 @@ Task<void> ScanPass::carryFiles() {
         if (stopIsTaken()) break;
         Path path = std::move(p_.state.FileList[i]);
         if (isEncrypted(path)) continue;
+        // Emptied for a lookup that is still under way, or for good.
+        while (p_.state.ActivePassword.empty() && p_.state.UiLoading) co_await p_.loop.after(kLookupPoll);
         if (p_.state.ActivePassword.empty()) {
             reportNoPassword();
-            p_.state.StopRequested = false;
             co_return finishEnding();
         }
         const Next next = co_await carryOne(std::move(path));

@@ -21,6 +21,8 @@ namespace vantrell {
 /// Puts the active password into `ActivePassword`, which stays empty when there is none.
 using ActivePasswordLookup = std::function<Task<void>()>;
 
+inline constexpr char kNoActivePassword[] = "There is no active password.  Encryption has stopped.";
+
 /// What a pass works with; everything outlives it.
 struct PassParts {
     ProgramState& state;

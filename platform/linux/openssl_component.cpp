@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/linux/aes_ecb_encryptor.h"
-#include "platform/linux/posix_path.h"
+#include "platform/linux/place.h"
 
 namespace vantrell {
 

@@ -11,9 +11,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/linux/place.h"
 #include "platform/linux/posix_fault.h"
 #include "platform/linux/posix_io.h"
-#include "platform/linux/posix_path.h"
+#include "platform/linux/temporary_name.h"
 #include "platform/linux/unique_fd.h"
 
 namespace vantrell {
@@ -132,7 +133,7 @@ DataFiles::ReadResult PosixDataFiles::read(const Path& path, std::size_t limit) 
 FileFault PosixDataFiles::writeAtomically(const Path& path, std::string_view bytes) {
     if (FileFault fault = mayBeReplaced(path)) return fault;
     const Path folder = folderOf(path);
-    const Path temporary = folder + kPathSeparator + temporaryName();
+    const Path temporary = folder + kPathSeparator + makeTemporaryName();
     const UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kPrivateFile));
     if (!file) return faultFromErrno(errno, temporary);
     if (FileFault fault = fillNewFile(file.get(), bytes, temporary)) return removeAfter(std::move(fault), temporary);

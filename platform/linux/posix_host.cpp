@@ -14,7 +14,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "platform/linux/posix_path.h"
+#include "platform/linux/place.h"
 
 namespace vantrell {
 

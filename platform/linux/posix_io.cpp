@@ -2,13 +2,9 @@
 #include "platform/linux/posix_io.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdint>
-#include <random>
 
 #include "platform/linux/posix_fault.h"
 #include "platform/linux/unique_fd.h"
@@ -46,17 +42,6 @@ FileFault flushFolder(const Path& folder) {
     const UniqueFd descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor || ::fsync(descriptor.get()) != 0) return faultFromErrno(errno, folder);
     return {};
-}
-
-Path temporaryName() {
-    std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, 0) != sizeof number) {
-        std::random_device device;  // the call above does not fail for so few bytes once the system is up
-        number = (std::uint64_t{device()} << 32) | device();
-    }
-    Path name = ".zep-";
-    for (int shift = 60; shift >= 0; shift -= 4) name += "0123456789abcdef"[(number >> shift) & 15];
-    return name;
 }
 
 }  // namespace vantrell

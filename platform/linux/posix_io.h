@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <span>
-#include <string>
 #include <string_view>
 
 #include "platform/file_fault.h"
@@ -19,7 +18,5 @@ FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what
 FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::size_t& got, std::string_view what);
 /// Brings the entries of a folder to stable storage.
 FileFault flushFolder(const Path& folder);
-/// ".zep-" and 16 hexadecimal digits from the kernel's random source: the pattern of everything that can be made again.
-[[nodiscard]] Path temporaryName();
 
 }  // namespace vantrell

@@ -164,11 +164,7 @@ protected:
         bench.state = {};
         bench.host.profile = bench.root.makeFolder("profile");
     }
-    Startup startup() {
-        return Startup({bench.state, bench.window, bench.report, bench.log, bench.settings, bench.boxes, bench.loop,
-                        bench.clock, bench.host, bench.timRun, bench.mode, bench.pass},
-                       {bench.files, lock, bench.controller, timMax, "supplied"});
-    }
+    Startup startup() { return Startup(bench.parts(), {bench.files, lock, bench.controller, timMax, "supplied"}); }
     std::string data(const std::string& name) const {
         return bench.host.profile + "/Quillon, Inc/Vantrell/Bin/" + name;
     }

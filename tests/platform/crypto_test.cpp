@@ -10,7 +10,7 @@
 #include "support/hand_cranked_loop.h"
 #include "support/hex.h"
 #include "support/memory_files.h"
-#include "support/temporary_folder.h"
+#include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
@@ -201,6 +201,36 @@ TEST_F(Crypto, ATakenNameIsReplacedOnlyWhenAllowed) {
     MemoryHeldFile source("text");
     expectFailure(*componentFor("secret"), source, FaultKind::nameTaken);
     EXPECT_EQ(encrypted("secret", "text").size(), kBlock);
+}
+
+class CryptoOnDisk : public WithToolbox {
+protected:
+    int encrypt(HeldFile& source) {
+        OpensslComponent component(loop, toolbox);
+        component.setAlgorithm("aes");
+        component.setCipherMode("ecb");
+        component.setKeyLength(256);
+        component.setSecretKey("secret", "ascii");
+        return loop.valueOf(component.encryptFile(source, folder / "a.enc", Replace::never));
+    }
+};
+
+TEST_F(CryptoOnDisk, ARealFileIsWholeWhenItHasItsName) {
+    writeFile(folder / "a", std::string(1000000, 'x'));
+    const HoldResult held = toolbox.hold(folder / "a");
+    ASSERT_TRUE(held.file) << held.fault.text;
+    EXPECT_EQ(encrypt(*held.file), CryptoComponent::kSuccess);
+    EXPECT_EQ(std::filesystem::file_size(folder / "a.enc"), 1000000 / kBlock * kBlock + kBlock);
+    EXPECT_EQ(namesIn(folder.path()), (Names{"a", "a.enc"}));
+}
+
+TEST_F(CryptoOnDisk, AFileThatIsWrittenToMeanwhileIsNotPublished) {
+    writeFile(folder / "a", "text");
+    const HoldResult held = toolbox.hold(folder / "a");
+    ASSERT_TRUE(held.file) << held.fault.text;
+    std::ofstream(folder / "a", std::ios::app) << "more";
+    EXPECT_EQ(encrypt(*held.file), 0);
+    EXPECT_EQ(namesIn(folder.path()), Names{"a"});
 }
 
 struct Example {

@@ -7,7 +7,7 @@
 #include <csignal>
 
 #include "platform/linux/posix_data_files.h"
-#include "support/temporary_folder.h"
+#include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
@@ -39,25 +39,8 @@ private:
     void (*handler_)(int);
 };
 
-/// Root, to whom nothing is forbidden, is nobody for a while; everyone else stays who he is.
-class OrdinaryUser {
-public:
-    OrdinaryUser() {
-        if (::geteuid() == 0 && ::seteuid(65534) != 0) throw std::runtime_error("root cannot be laid down");
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    ~OrdinaryUser() {
-        if (::getuid() == 0) EXPECT_EQ(::seteuid(0), 0);
-    }
-};
-
 class DataFilesTest : public testing::Test {
 protected:
-    [[nodiscard]] std::size_t entries() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
-    }
-
     TemporaryFolder folder;
     std::string file = folder / "f";
     PosixDataFiles files;
@@ -83,7 +66,7 @@ TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
     EXPECT_EQ(readFile(file), "new");
     EXPECT_EQ(modeOf(file), 0600U);
     EXPECT_EQ(modeOf(folder / "other"), 0600U);
-    EXPECT_EQ(entries(), 2U);
+    EXPECT_EQ(namesIn(folder.path()).size(), 2U);
 }
 
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
@@ -91,7 +74,7 @@ TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     const SizeLimit limit(1000);
     EXPECT_TRUE(files.writeAtomically(file, std::string(2000, 'x')));
     EXPECT_EQ(readFile(file), "old");
-    EXPECT_EQ(entries(), 1U);
+    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
 TEST_F(DataFilesTest, WhatIsNoRegularFileIsNotReplaced) {
@@ -104,7 +87,7 @@ TEST_F(DataFilesTest, WhatIsNoRegularFileIsNotReplaced) {
     }
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(readFile(file), "old");
-    EXPECT_EQ(entries(), 3U);
+    EXPECT_EQ(namesIn(folder.path()).size(), 3U);
 }
 
 TEST_F(DataFilesTest, AFileThatMayNotBeWrittenStays) {
@@ -117,7 +100,7 @@ TEST_F(DataFilesTest, AFileThatMayNotBeWrittenStays) {
         EXPECT_TRUE(files.appendLines(file, "new\r\n", false));
     }
     EXPECT_EQ(readFile(file), "old");
-    EXPECT_EQ(entries(), 1U);
+    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
 TEST_F(DataFilesTest, SettingAsideNeverReplaces) {

@@ -50,6 +50,7 @@ public:
     [[nodiscard]] bool isMinimized() const override { return minimizedState; }
     void setNormalSize() override {}
     void bringToFront() override {}
+    void showAbout() override {}
 
     std::string caption, label2, mode, clock, currentFile, lastFile, minutes;
     std::vector<std::string> panel1, lines;

@@ -80,10 +80,32 @@ public:
                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); },
                   [this] { return lookUp(this); }};
     FakeHost host;
+    FakeTray tray;
+    FakeStartupEntry entry;
+    WindowPlace place{window, tray};
+    OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
     bool hasQuit = false;
-    MainWindowController controller{
-        {state, window, report, log, settings, boxes, loop, clock, host, timRun, mode, pass},
-        [this] { hasQuit = true; }};
+    MainWindowController controller{parts(), [this] { hasQuit = true; }};
+
+    ControllerParts parts() {
+        return {state,
+                window,
+                report,
+                log,
+                settings,
+                boxes,
+                loop,
+                clock,
+                host,
+                timRun,
+                mode,
+                pass,
+                [this] { return lookUp(this); },
+                place,
+                tray,
+                entry,
+                menus};
+    }
 
 private:
     static Task<void> lookUp(PassBench* bench) {
