@@ -203,21 +203,60 @@ TEST_F(OneFile, RenameStaysWithinOneFileSystem) {
     EXPECT_EQ(readFile(folder / "b"), "contents");
 }
 
-// A copy is removed only while the original still has a name: a fresh one may be all that is left of it.
-TEST_F(OneFile, KeepsTheCopyWhenTheOriginalIsGone) {
-    const OtherFileSystem other;
-    if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
-    writeFile(folder / "a", "contents");
-    TaskGroup group(loop.queue());
-    group.start([](FileToolbox& box, Path from, Path to) -> Task<void> {
-        static_cast<void>(co_await box.move({from, to}));
-    }(toolbox, folder / "a", *other / "a"));
-    ASSERT_TRUE(loop.turnUntil([&] { return std::filesystem::exists(*other / "a") || group.isIdle(); }));
-    ASSERT_FALSE(group.isIdle());
-    std::filesystem::remove(folder / "a");
-    ASSERT_TRUE(loop.turnUntil([&] { return group.isIdle(); }));
-    EXPECT_EQ(readFile(*other / "a"), "contents");
-    EXPECT_TRUE(namesIn(folder.path()).empty());
+/// A move across file systems in which something happens after the copy got its name, before the source goes.
+class AfterPublishing : public WithToolbox {
+public:
+    void SetUp() override {
+        if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
+        writeFile(source, "contents");
+    }
+    /// False when nothing can happen in between, because flushes block here.
+    bool moveAnd(const std::function<void()>& change) {
+        TaskGroup group(loop.queue());
+        group.start(move(toolbox, source, target, fault));
+        loop.turnUntil([&] { return std::filesystem::exists(target) || group.isIdle(); });
+        if (group.isIdle()) return false;
+        change();
+        return loop.turnUntil([&] { return group.isIdle(); });
+    }
+
+    OtherFileSystem other;
+    std::string source = folder.makeFolder("source") + "/file";
+    std::string target = *other / "file";
+    FileFault fault;
+
+private:
+    static Task<void> move(FileToolbox& box, Path from, Path to, FileFault& result) {
+        result = co_await box.move({std::move(from), std::move(to)});
+    }
+};
+
+TEST_F(AfterPublishing, TheCopyStaysWhenItIsTheLast) {
+    if (!moveAnd([this] { std::filesystem::remove(source); })) GTEST_SKIP() << "flushes block here";
+    EXPECT_EQ(readFile(target), "contents");
+    EXPECT_TRUE(namesIn(folder / "source").empty());
+}
+
+TEST_F(AfterPublishing, AnotherFileUnderTheSourceNameStaysThere) {
+    const auto swap = [this] {
+        std::filesystem::rename(source, folder / "away");
+        writeFile(source, "another!");
+    };
+    if (!moveAnd(swap)) GTEST_SKIP() << "flushes block here";
+    EXPECT_EQ(fault.kind, FaultKind::inUse);
+    EXPECT_EQ(readFile(source), "another!");
+    EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
+    EXPECT_FALSE(std::filesystem::exists(target));
+}
+
+TEST_F(AfterPublishing, AWriterKeepsItsFile) {
+    UniqueFd writer;
+    const auto open = [&] { writer = UniqueFd(::open(source.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)); };
+    if (!moveAnd(open)) GTEST_SKIP() << "flushes block here";
+    EXPECT_EQ(fault.kind, FaultKind::inUse);
+    EXPECT_EQ(::write(writer.get(), " and more", 9), 9);
+    EXPECT_EQ(readFile(source), "contents and more");
+    EXPECT_FALSE(std::filesystem::exists(target));
 }
 
 }  // namespace
