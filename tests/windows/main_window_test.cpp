@@ -124,7 +124,7 @@ TEST_F(MainWindowTest, LeavesTheCloseBoxToOthers) {
 }
 
 TEST_F(MainWindowTest, MinimizesInsteadOfVanishing) {
-    window.hideWindow();
+    window.minimizeWindow();
     EXPECT_TRUE(QTest::qWaitFor([&] { return events.seen == Seen{"minimized"}; }));
     EXPECT_TRUE(window.isMinimized());
     EXPECT_TRUE(window.isVisible()) << "nobody could bring it back";

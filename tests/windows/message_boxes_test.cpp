@@ -113,7 +113,7 @@ TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
 }
 
 TEST_F(MessageBoxesTest, BringsAMinimizedWindowBack) {
-    window.hideWindow();
+    window.minimizeWindow();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.isMinimized(); }));
     ask(question);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isMinimized() && window.isVisible(); }));

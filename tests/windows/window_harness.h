@@ -29,6 +29,13 @@ public:
     void intervalEdited(const std::string& text) override { seen.push_back("edited " + text); }
     void closeBoxPressed() override { seen.emplace_back("close box"); }
     void minimized() override { seen.emplace_back("minimized"); }
+    void addToStartupChosen() override { seen.emplace_back("add"); }
+    void removeFromStartupChosen() override { seen.emplace_back("remove"); }
+    void startOnLoadChosen() override { seen.emplace_back("start on load"); }
+    void runNormalChosen() override { seen.emplace_back("run normal"); }
+    void overwriteChosen() override { seen.emplace_back("overwrite"); }
+    void viewCurrentPasswordChosen() override { seen.emplace_back("password"); }
+    void aboutChosen() override { seen.emplace_back("about"); }
     void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
     void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
 
