@@ -62,8 +62,9 @@ double secondsOfCp(const Folders& folders, const std::string& after) {
 
 double secondsOfScript(const Folders& folders, const fs::path& sample) {
     const std::string out = quoted(folders.root / "script");
-    const double seconds = secondsOf("mkdir " + out + "; for f in " + quoted(sample) + "/*; do openssl enc -aes-256-ecb -K " +
-                                     kKey + " -in \"$f\" -out " + out + "/\"${f##*/}\".enc; done");
+    const double seconds =
+        secondsOf("mkdir " + out + "; for f in " + quoted(sample) + "/*; do openssl enc -aes-256-ecb -K " + kKey +
+                  " -in \"$f\" -out " + out + "/\"${f##*/}\".enc; done");
     (void)secondsOf("rm -rf " + out + "; sync");
     return seconds;
 }
@@ -72,8 +73,9 @@ void writeProfile(const Folders& folders) {
     for (const auto& folder : {folders.in(), folders.out(), folders.done(), folders.rejected(), folders.data()})
         fs::create_directories(folder);
     std::ofstream(folders.data() / "ZEP.cfg")
-        << '"' << folders.in().string() << "\",#FALSE#,\"" << folders.out().string() << "\",\"" << folders.done().string()
-        << "\",#TRUE#,65535,0,7,0,\"PM\",7,#TRUE#,\"" << folders.rejected().string() << "\",#FALSE#,#FALSE#\r\n";
+        << '"' << folders.in().string() << "\",#FALSE#,\"" << folders.out().string() << "\",\""
+        << folders.done().string() << "\",#TRUE#,65535,0,7,0,\"PM\",7,#TRUE#,\"" << folders.rejected().string()
+        << "\",#FALSE#,#FALSE#\r\n";
     (void)secondsOf("sqlite3 " + quoted(folders.data() / "EDPasswords.mdb") +
                     " \"CREATE TABLE EncDecPasswords (Password text, Active boolean);"
                     " INSERT INTO EncDecPasswords VALUES ('secret', 1)\"");
@@ -112,7 +114,8 @@ Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
         const std::uint64_t count = processed->text().toULongLong();
         clockTexts.insert(clock->text());
         if (settled == 0 && count >= settleAfter) settled = residentKiB();
-        if (settled != 0) figures.grownKiB = std::max(figures.grownKiB, residentKiB() - std::min(settled, residentKiB()));
+        if (settled != 0)
+            figures.grownKiB = std::max(figures.grownKiB, residentKiB() - std::min(settled, residentKiB()));
         if (!program.state().PassInProgress && count >= files) QCoreApplication::exit(0);
     });
     heart.start(1);
