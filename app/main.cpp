@@ -7,6 +7,9 @@
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
     const QApplication application(argc, argv);
+    // By these the desktop finds the entry, and with it the icon, that belong to the windows.
+    QApplication::setApplicationName(QStringLiteral("Vantrell"));
+    QApplication::setDesktopFileName(QStringLiteral("vantrell-zep"));
     QApplication::setQuitOnLastWindowClosed(false);
     vantrell::Program program;
     program.endWhenAsked(endRequests);
