@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QSessionManager>
 
 #include "app/program.h"
 #include "platform/linux/signal_source.h"
@@ -11,6 +12,10 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Vantrell"));
     QApplication::setDesktopFileName(QStringLiteral("vantrell-zep"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Whether the program starts with the session is the start-up entry's business; started by both it would start
+    // twice.
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
+                     [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     vantrell::Program program;
     program.endWhenAsked(endRequests);
     if (!program.start()) return 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QSessionManager>
 
 #include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
@@ -9,6 +10,9 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrell"));
     QApplication::setDesktopFileName(QStringLiteral("vantrell-zep"));
+    // What it tells is of no use in the next session.
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
+                     [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     vantrell::OpenedMsgWindow window(vantrell::appFolderBelow(vantrell::PosixHost().profileFolder()));
     window.start();
     return QApplication::exec();

@@ -18,8 +18,9 @@ def connection(profile):
     folder = os.open(profile.data, os.O_PATH)
     try:
         caller = socket.socket(socket.AF_UNIX)
-        caller.settimeout(60)
+        # Without a timeout yet: with one, Python reports a full queue instead of waiting in it.
         caller.connect(f"/proc/self/fd/{folder}/show.sock")
+        caller.settimeout(60)
         return caller
     finally:
         os.close(folder)
