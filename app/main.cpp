@@ -7,10 +7,11 @@
 
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
+    // One name for desktop entry, icon, window class and notifications.
+    const QString id = QStringLiteral("vantrell-zep");
+    QApplication::setApplicationName(id);
+    QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
-    // By these the desktop finds the entry, and with it the icon, that belong to the windows.
-    QApplication::setApplicationName(QStringLiteral("Vantrell"));
-    QApplication::setDesktopFileName(QStringLiteral("vantrell-zep"));
     QApplication::setQuitOnLastWindowClosed(false);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start
     // twice.

@@ -7,9 +7,11 @@
 #include "platform/linux/posix_host.h"
 
 int main(int argc, char** argv) {
+    // The name of the program's own windows: one entry and one icon for both.
+    const QString id = QStringLiteral("vantrell-zep");
+    QApplication::setApplicationName(id);
+    QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Vantrell"));
-    QApplication::setDesktopFileName(QStringLiteral("vantrell-zep"));
     // What it tells is of no use in the next session.
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
