@@ -13,12 +13,12 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    vantrell::Program program;
+    program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start
     // twice.
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
-    vantrell::Program program;
-    program.endWhenAsked(endRequests);
     if (!program.start()) return 0;
     return QApplication::exec();
 }
