@@ -55,6 +55,7 @@ void MainWindowController::timRun_Timer() {
 }
 
 void MainWindowController::stopPressed() {
+    p_.notices.operatorActed();
     if (p_.state.PassInProgress) return p_.pass.requestStop();
     // A pass that has not begun to search yet has nothing to finish.
     if (!passes_.isIdle()) {
@@ -120,7 +121,10 @@ void MainWindowController::takeInterval(std::int32_t milliseconds) {
     p_.settings.saveSettings();
 }
 
-void MainWindowController::timCurTime_Timer() { p_.window.setClock(timeText(p_.clock.now())); }
+void MainWindowController::timCurTime_Timer() {
+    p_.window.setClock(timeText(p_.clock.now()));
+    p_.notices.tick();
+}
 
 void MainWindowController::viewCurrentLogChosen() { p_.window.setActivityShown(!p_.window.isActivityShown()); }
 
@@ -187,6 +191,7 @@ void MainWindowController::closeForGood() {
     p_.log.saveForGood();
     p_.timRun.setEnabled(false);
     p_.tray.remove();
+    p_.notices.operatorActed();
     p_.window.closeWindow();
     (void)p_.host.startProgram(p_.host.programFolder() + kPathSeparator + "KillZEP");
     quit_();

@@ -43,6 +43,7 @@ struct ControllerParts {
     Tray& tray;
     StartupEntry& entry;
     OptionMenus& menus;
+    Notices& notices;
 };
 
 /// Decides what the main window's buttons, fields and timers do, and how the program closes.
