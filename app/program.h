@@ -23,6 +23,8 @@
 #include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_notifier.h"
+#include "platform/qt/qt_session_end.h"
 #include "platform/qt/qt_timers.h"
 #include "platform/qt/qt_tray.h"
 #include "task/task_group.h"
@@ -46,6 +48,7 @@ public:
     [[nodiscard]] const ProgramState& state() const { return state_; }
 
 private:
+    void closeForGood();
     PassParts passParts();
     ControllerParts controllerParts();
     ActivePasswordLookup passwordLookup();
@@ -64,6 +67,7 @@ private:
     XdgStartupEntry entry_;
     frmMain window_;
     QtTray tray_;
+    QtNotifier notifier_;
     WindowPlace place_;
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
@@ -81,6 +85,7 @@ private:
     MainWindowController controller_;
     Startup startup_;
     TaskGroup cleanUp_;
+    QtSessionEnd sessionEnd_;
     std::unique_ptr<QSocketNotifier> endRequested_;
 };
 
