@@ -3,6 +3,7 @@
 #include <QSessionManager>
 
 #include "app/program.h"
+#include "core/frmIcon.h"
 #include "platform/linux/signal_source.h"
 
 int main(int argc, char** argv) {
@@ -13,6 +14,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(vantrell::programIcon());
     vantrell::Program program;
     program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start

@@ -41,7 +41,8 @@ Program::Program()
       menus_(state_, window_, settings_, boxes_, place_, entry_, loop_.queue()),
       controller_(controllerParts(), [] { QCoreApplication::exit(0); }),
       startup_(controllerParts(), startupParts()),
-      cleanUp_(loop_.queue()) {
+      cleanUp_(loop_.queue()),
+      sessionEnd_([this] { controller_.saveAll(); }, [this] { closeForGood(); }) {
     timMax_->setInterval(kStartupStepMs);
     tmchkTimer_->setInterval(kModeMs);
     timCurTime_->setInterval(kClockMs);
@@ -61,6 +62,7 @@ bool Program::start() {
     cleanUp_.start(toolbox_.cleanUpAfterCrash({settings.DestinationFolder, settings.DoneFolder, settings.RejectFolder},
                                               settings.SourceFolder));
     for (Timer* timer : {timMax_.get(), tmchkTimer_.get(), timCurTime_.get()}) timer->setEnabled(true);
+    sessionEnd_.start();
     return true;
 }
 
@@ -76,10 +78,13 @@ void Program::endWhenAsked(SignalSource& requests) {
     if (requests.descriptor() < 0) return;
     endRequested_ = std::make_unique<QSocketNotifier>(requests.descriptor(), QSocketNotifier::Read);
     QObject::connect(endRequested_.get(), &QSocketNotifier::activated, endRequested_.get(), [this, &requests] {
-        if (!requests.takeRequest()) return;
-        cleanUp_.abort();
-        controller_.closeForGood();
+        if (requests.takeRequest()) closeForGood();
     });
+}
+
+void Program::closeForGood() {
+    cleanUp_.abort();
+    controller_.closeForGood();
 }
 
 PassParts Program::passParts() {

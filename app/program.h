@@ -24,6 +24,8 @@
 #include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_notifier.h"
+#include "platform/qt/qt_session_end.h"
 #include "platform/qt/qt_timers.h"
 #include "platform/qt/qt_tray.h"
 #include "task/task_group.h"
@@ -47,6 +49,7 @@ public:
     [[nodiscard]] const ProgramState& state() const { return state_; }
 
 private:
+    void closeForGood();
     PassParts passParts();
     ControllerParts controllerParts();
     ActivePasswordLookup passwordLookup();
@@ -66,6 +69,7 @@ private:
     XdgStartupEntry entry_;
     frmMain window_;
     QtTray tray_;
+    QtNotifier notifier_;
     WindowPlace place_;
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
@@ -83,6 +87,7 @@ private:
     MainWindowController controller_;
     Startup startup_;
     TaskGroup cleanUp_;
+    QtSessionEnd sessionEnd_;
     std::unique_ptr<QSocketNotifier> endRequested_;
     UnixShowListener showRequests_;
     std::unique_ptr<QSocketNotifier> showRequested_;

@@ -169,9 +169,13 @@ Task<void> MainWindowController::viewCurrentPassword() {
 
 void MainWindowController::minimized() { p_.place.hide(); }
 
-void MainWindowController::closeBoxPressed() {
+void MainWindowController::saveAll() {
     p_.settings.saveSettings();
     p_.log.saveWhenOn();
+}
+
+void MainWindowController::closeBoxPressed() {
+    saveAll();
     if (p_.mode.mode() != Mode::stopped) return p_.place.hide();
     p_.boxes.inform({kApplicationTitle,
                      "You have slected to minimize but the program is not scanning for file. "

@@ -81,6 +81,8 @@ public:
     void timRun_Timer();
     void timCurTime_Timer();
 
+    /// Writes down settings and log, and nothing else: the session may be about to end, or not after all.
+    void saveAll();
     /// The full closing, for every reason but the close box: tasks first, then settings and log, then the window.
     void closeForGood();
 
