@@ -24,6 +24,7 @@ Program::Program()
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
       place_(window_, tray_),
+      notices_(notifier_, clock_, window_, place_),
       boxes_(loop_.queue(), &window_),
       database_(loop_),
       passwords_(loop_.queue(), database_, boxes_, state_,
@@ -88,12 +89,12 @@ void Program::closeForGood() {
 }
 
 PassParts Program::passParts() {
-    return {state_, window_, report_, log_, settings_, toolbox_, boxes_, loop_, clock_, *timRun_, mode_};
+    return {state_, window_, report_, log_, settings_, toolbox_, boxes_, loop_, clock_, *timRun_, mode_, notices_};
 }
 
 ControllerParts Program::controllerParts() {
-    return {state_, window_, report_,          log_,   settings_, boxes_, loop_, clock_, host_, *timRun_,
-            mode_,  pass_,   passwordLookup(), place_, tray_,     entry_, menus_};
+    return {state_, window_, report_,          log_,   settings_, boxes_, loop_,  clock_,  host_, *timRun_,
+            mode_,  pass_,   passwordLookup(), place_, tray_,     entry_, menus_, notices_};
 }
 
 ActivePasswordLookup Program::passwordLookup() {

@@ -8,6 +8,7 @@
 #include "core/frmMain.h"
 #include "core/main_window_controller.h"
 #include "core/mode_display.h"
+#include "core/notices.h"
 #include "core/program_state.h"
 #include "core/settings_file.h"
 #include "core/startup.h"
@@ -71,6 +72,7 @@ private:
     QtTray tray_;
     QtNotifier notifier_;
     WindowPlace place_;
+    Notices notices_;
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
     PasswordStore passwords_;
