@@ -23,6 +23,8 @@ Program::Program()
       loop_(*flush_),
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
+      lines_(state_.AppFolder),
+      window_(lines_),
       place_(window_, tray_),
       boxes_(loop_.queue(), &window_),
       database_(loop_),

@@ -27,6 +27,7 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
     row.button = new QPushButton(tr("Change Path"), this);
     row.button->setObjectName(QStringLiteral("cmdSelectSource%1").arg(static_cast<int>(kind)));
     row.button->setAccessibleName(tr("Change %1").arg(spokenName));
+    row.button->setAccessibleDescription(tr("Stops processing and lets you choose another folder"));
     row.button->setAutoDefault(true);
     connect(row.button, &QPushButton::clicked, this, [this, kind] { Q_EMIT changePressed(kind); });
 
@@ -41,6 +42,7 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
 void frmFolders::addCheckBox(QGridLayout& grid) {
     chkActivateSF_ = new QCheckBox(tr("&Include Sub Directories"), this);
     chkActivateSF_->setObjectName(QStringLiteral("chkActivateSF"));
+    chkActivateSF_->setAccessibleDescription(tr("Whether files in folders below the Source folder are processed too"));
     connect(chkActivateSF_, &QCheckBox::clicked, this, &frmFolders::includeSubfoldersClicked);
     grid.addWidget(chkActivateSF_, grid.rowCount(), 1);
 }

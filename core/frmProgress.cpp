@@ -47,7 +47,7 @@ void showOnBar(QProgressBar& bar, int value, const QString& text) {
 
 QLabel* makeNumber(const QString& name, const QString& description, QWidget* parent) {
     auto* label = new frmSteadyLabel(parent);
-    label->reserve(QString::number(std::numeric_limits<std::int32_t>::max()));
+    label->reserve({QString::number(std::numeric_limits<std::int32_t>::max())});
     label->setText(QStringLiteral("0"));
     label->setObjectName(name);
     label->setAccessibleDescription(description);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QStringList>
 
 namespace vantrell {
 
@@ -13,14 +14,14 @@ class frmSteadyLabel final : public QLabel {
 public:
     explicit frmSteadyLabel(QWidget* parent = nullptr);
 
-    /// Keeps room for this text from the beginning.
-    void reserve(const QString& text);
+    /// Keeps room for each of these texts from the beginning.
+    void reserve(const QStringList& texts);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 private:
-    QString reserved_;
+    QStringList reserved_;
     mutable QFont measuredFont_;
     mutable int widest_ = 0;
 };

@@ -145,7 +145,7 @@ TEST_F(MainWindowTest, GrowsWithItsFont) {
     QFont twice = usual;
     twice.setPointSizeF(2 * usual.pointSizeF());
     QApplication::setFont(twice);
-    frmMain large;
+    frmMain large(lines);
     QApplication::setFont(usual);
     large.show();
     EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));
