@@ -18,6 +18,9 @@ namespace vantrell {
 
 namespace {
 
+/// How much of the data folder is seen at least.
+constexpr int kFolderCharacters = 36;
+
 QPushButton* makeButton(const QString& name, const QString& caption, const QString& description, QWidget* parent) {
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(name);
@@ -78,6 +81,7 @@ QLayout* frmAbout::makeDataFolderRow(const Path& folder) {
     auto* label = new frmElidedLabel(Qt::ElideMiddle, this);
     label->setObjectName(QStringLiteral("lblDataFolder"));
     label->setAccessibleDescription(tr("Data folder"));
+    label->setMinimumWidth(kFolderCharacters * fontMetrics().averageCharWidth());
     label->showBytes(folder);
     QPushButton* open = makeButton(QStringLiteral("cmdOpenDataFolder"), tr("&Open Folder"),
                                    tr("Shows the data folder in the file manager"), this);

@@ -29,7 +29,16 @@ void frmElidedLabel::showBytes(const std::string& bytes) {
     show_.request();
 }
 
-QSize frmElidedLabel::sizeHint() const { return roomFor(20); }
+void frmElidedLabel::prefer(const QString& text) {
+    preferred_ = text;
+    updateGeometry();
+}
+
+QSize frmElidedLabel::sizeHint() const {
+    const QSize usual = roomFor(20);
+    const int preferred = fontMetrics().horizontalAdvance(preferred_) + fontMetrics().averageCharWidth();
+    return preferred_.isEmpty() ? usual : QSize(preferred, usual.height());
+}
 
 QSize frmElidedLabel::minimumSizeHint() const { return roomFor(8); }
 

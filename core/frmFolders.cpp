@@ -7,6 +7,7 @@ namespace vantrell {
 
 frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
     setFrameShape(StyledPanel);
+    setAccessibleName(tr("Folders"));
     auto* grid = new QGridLayout(this);
     grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
     grid->setColumnStretch(1, 1);
@@ -21,6 +22,7 @@ frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
 void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& caption, const QString& labelName,
                         const QString& spokenName) {
     Row& row = this->row(kind);
+    auto* name = new QLabel(caption, this);  // first, since this is the order in which they are read out
     row.label = new frmElidedLabel(Qt::ElideMiddle, this);
     row.label->setObjectName(labelName);
     row.label->setAccessibleDescription(spokenName);
@@ -31,7 +33,6 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
     row.button->setAutoDefault(true);
     connect(row.button, &QPushButton::clicked, this, [this, kind] { Q_EMIT changePressed(kind); });
 
-    auto* name = new QLabel(caption, this);
     name->setBuddy(row.button);
     const int line = grid.rowCount();
     grid.addWidget(name, line, 0);

@@ -7,8 +7,11 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "core/frmText.h"
@@ -58,6 +61,7 @@ void frmMain::makeControls(LineStore& lines) {
     lblMode_->setAccessibleDescription(tr("Mode"));
     lblMode_->reserve({QStringLiteral("Mode: Stopped"), QString::fromLatin1(kRunning), QString::fromLatin1(kScanning)});
     lbSched_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
+    lbSched_->prefer(QStringLiteral("Scheduled: Wednesday 12:59 PM  File Create Date > 14"));
     lbSched_->setAccessibleDescription(tr("Schedule of the weekly delete"));
     lblcurTime_ = named(new frmSteadyLabel(this), QStringLiteral("lblcurTime"));
     lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -67,6 +71,7 @@ void frmMain::makeControls(LineStore& lines) {
     ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
     ctNEdit1_->setAccessibleDescription(tr("How often the Source folder is looked through"));
     Label2_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
+    Label2_->prefer(QStringLiteral("One or all of the folder  parameters are missing. Please check below."));
     Label2_->setAccessibleDescription(tr("Status"));
     progress_ = named(new frmProgress(this), QStringLiteral("progress"));
     makeButtons();
@@ -108,8 +113,9 @@ void frmMain::arrange() {
     setCentralWidget(centre);
 
     auto* formStatusBar = named(new QStatusBar(this), QStringLiteral("formStatusBar"));
+    formStatusBar->setAccessibleName(tr("Status bar"));
     panel1_ = named(new frmElidedLabel(Qt::ElideMiddle, this), QStringLiteral("panel1"));
-    panel1_->setAccessibleDescription(tr("Status bar"));
+    panel1_->setAccessibleDescription(tr("Last event of importance"));
     panel1_->setContentsMargins(column->contentsMargins().left() - 2, 0, 0, 0);  // in line with what stands above
     formStatusBar->addWidget(panel1_, 1);
     setStatusBar(formStatusBar);
@@ -287,7 +293,8 @@ void frmMain::resizeAtLeast(QSize size) {
     if (isMaximized() || isFullScreen()) return;
     centralWidget()->layout()->activate();
     layout()->activate();
-    resize(size.expandedTo(minimumSizeHint()));
+    const int usual = std::min(sizeHint().width(), screen()->availableGeometry().width());
+    resize(size.expandedTo(minimumSizeHint()).expandedTo({usual, 0}));
 }
 
 void frmMain::bringToFront() {

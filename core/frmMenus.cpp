@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/frmMenus.h"
 
+#include <QGuiApplication>
+#include <QPalette>
+
 namespace vantrell {
 
 namespace {
@@ -16,6 +19,19 @@ QString startupStateText(StartupEntry::State state) {
             break;
     }
     return {};
+}
+
+/// A disabled entry here has something to say, and is to be read as easily as the others.
+void keepDisabledReadable(QMenu& menu) {
+    QPalette palette = QGuiApplication::palette();
+    const QColor text = palette.color(QPalette::Active, QPalette::Text);
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const auto between = [](int here, int there) { return (7 * here + 3 * there) / 10; };
+    const QColor readable(between(text.red(), base.red()), between(text.green(), base.green()),
+                          between(text.blue(), base.blue()));
+    palette.setColor(QPalette::Disabled, QPalette::Text, readable);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, readable);
+    menu.setPalette(palette);
 }
 
 void mark(QAction& entry, bool checked) {
@@ -37,6 +53,7 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
     startupState_->setObjectName(QStringLiteral("startupState"));
     startupState_->setEnabled(false);
     startupState_->setVisible(false);
+    connect(&startup, &QMenu::aboutToShow, &startup, [&startup] { keepDisabledReadable(startup); });
     startup.addSeparator();
     mnuStartOnLoad_ =
         addCheckMark(startup, QStringLiteral("mnuStartOnLoad"), tr("&Start and Run Continually at program Start Up?"),
@@ -67,6 +84,7 @@ QMenu* frmMenus::addMenu(const QString& name, const QString& caption, const QStr
     QMenu* menu = bar_.addMenu(caption);
     menu->setObjectName(name);
     menu->menuAction()->setObjectName(name);
+    menu->setAccessibleName(QString(caption).remove(QLatin1Char('&')));
     menu->setAccessibleDescription(description);
     return menu;
 }

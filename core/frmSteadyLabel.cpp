@@ -9,7 +9,7 @@ frmSteadyLabel::frmSteadyLabel(QWidget* parent) : QLabel(parent) { setTextFormat
 
 void frmSteadyLabel::reserve(const QStringList& texts) {
     reserved_ = texts;
-    measuredFont_ = {};
+    measuredFont_.reset();
     updateGeometry();
 }
 

@@ -3,6 +3,7 @@
 
 #include <QLabel>
 #include <QStringList>
+#include <optional>
 
 namespace vantrell {
 
@@ -22,7 +23,7 @@ public:
 
 private:
     QStringList reserved_;
-    mutable QFont measuredFont_;
+    mutable std::optional<QFont> measuredFont_;
     mutable int widest_ = 0;
 };
 
