@@ -62,7 +62,7 @@ bool frmElidedLabel::event(QEvent* event) {
 }
 
 void frmElidedLabel::paintEvent(QPaintEvent* event) {
-    QFrame::paintEvent(event);
+    QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): QLabel would draw the whole text
     QPainter painter(this);
     const Qt::Alignment where = QStyle::visualAlignment(layoutDirection(), alignment());
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(where), palette(), isEnabled(), elided(),

@@ -48,6 +48,7 @@ public:
 
     bool spawn(std::vector<std::string> words, bool searched, pid_t& process) {
         std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
         for (std::string& word : words) arguments.push_back(word.data());
         arguments.push_back(nullptr);
         const auto spawner = searched ? ::posix_spawnp : ::posix_spawn;
