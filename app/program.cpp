@@ -23,6 +23,8 @@ Program::Program()
       loop_(*flush_),
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
+      lines_(state_.AppFolder),
+      window_(lines_),
       place_(window_, tray_),
       notices_(notifier_, clock_, window_, place_),
       boxes_(loop_.queue(), &window_),

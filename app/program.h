@@ -19,6 +19,7 @@
 #include "platform/linux/posix_host.h"
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/spilled_lines.h"
 #include "platform/linux/sqlite_database.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
@@ -68,6 +69,7 @@ private:
     PosixDataFiles files_;
     PosixToolbox toolbox_;
     XdgStartupEntry entry_;
+    SpilledLines lines_;
     frmMain window_;
     QtTray tray_;
     QtNotifier notifier_;

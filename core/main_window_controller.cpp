@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "core/date_text.h"
+#include "core/diagnostics.h"
 #include "core/scan_interval.h"
+#include "core/system_information.h"
 
 namespace vantrell {
 
@@ -165,6 +167,24 @@ Task<void> MainWindowController::viewCurrentPassword() {
     p_.mode.TurnOffTimRun();
     p_.window.setLabel2(std::string(kNoActivePassword) + ".");
     p_.boxes.inform({kApplicationTitle, kNoActivePassword});
+}
+
+AboutFacts MainWindowController::aboutFacts() const {
+    return {kApplicationTitle, programVersion(), libraryVersions(), p_.state.AppFolder};
+}
+
+void MainWindowController::systemInfoPressed() {
+    if (!startSystemInformation(p_.host))
+        p_.boxes.inform({kApplicationTitle, "System Information Is Unavailable At This Time"});
+}
+
+std::string MainWindowController::diagnosticsWanted(const std::string& toolkit) {
+    return diagnosticsText({aboutFacts(),
+                            {{"Toolkit", toolkit},
+                             {"Desktop", p_.host.environment("XDG_CURRENT_DESKTOP")},
+                             {"Session", p_.host.environment("XDG_SESSION_TYPE")}},
+                            p_.state.settings,
+                            p_.log.lastEvents()});
 }
 
 void MainWindowController::minimized() { p_.place.hide(); }

@@ -70,7 +70,9 @@ public:
     void viewCurrentLogChosen() override;
     void viewCurrentPasswordChosen() override;
     void turnOffLoggingChosen() override;
-    void aboutChosen() override { p_.window.showAbout(); }
+    void aboutChosen() override { p_.window.showAbout(aboutFacts()); }
+    void systemInfoPressed() override;
+    [[nodiscard]] std::string diagnosticsWanted(const std::string& toolkit) override;
 
     void trayClicked() override { p_.place.show(); }
     void editPreferencesChosen() override { p_.place.restoreWindow(); }
@@ -93,6 +95,7 @@ private:
     void switchLogging(bool turnedOff, const char* event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
+    [[nodiscard]] AboutFacts aboutFacts() const;
 
     ControllerParts p_;
     std::function<void()> quit_;
