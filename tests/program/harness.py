@@ -91,9 +91,12 @@ class Profile:
 
     # The program
 
-    def start(self, user=None, **popen):
+    def start(self, user=None, environment=None, **popen):
+        """Without a display and a bus, unless the environment given names some."""
+        no_bus = "unix:path=" + os.path.join(self.root, "no-bus")
         environment = {**os.environ, "ALLUSERSPROFILE": os.path.join(self.root, "profile"),
-                       "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root}
+                       "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root,
+                       "DBUS_SESSION_BUS_ADDRESS": no_bus, "DBUS_SYSTEM_BUS_ADDRESS": no_bus, **(environment or {})}
         if user:
             account = pwd.getpwnam(user)
             subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
