@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
+#include <QTimer>
 
 #include "core/frmActivityBox.h"
 #include "core/frmElidedLabel.h"
@@ -89,6 +90,7 @@ private:
     MainWindowEvents* events_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
+    QTimer minimizedReport_;
 
     QAction* mnviewCL_ = nullptr;
     QAction* mnLogOffOn_ = nullptr;
