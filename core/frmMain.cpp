@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "core/frmText.h"
+#include "platform/qt/x11_window.h"
 
 namespace vantrell {
 
@@ -24,6 +25,9 @@ namespace {
 constexpr int kNormalWidth = 777;
 constexpr int kNormalHeight = 452;
 constexpr int kHeightWithActivity = 640;
+// Window managers report late. A window that was minimized, then hidden and brought back may hear of the first when it
+// is shown again, and must not be hidden for it.
+constexpr std::chrono::milliseconds kReportStandsAfter{100};
 
 constexpr char kScanning[] = "SCANNING";
 constexpr char kRunning[] = "Mode: Running";
@@ -47,6 +51,11 @@ frmMain::frmMain(LineStore& lines) {
     connectControls();
     cmdStartDir_->setFocus();
     setNormalSize();
+    minimizedReport_.setSingleShot(true);
+    minimizedReport_.setInterval(kReportStandsAfter);
+    connect(&minimizedReport_, &QTimer::timeout, this, [this] {
+        if (isMinimized() && isVisible() && events_) events_->minimized();
+    });
 }
 
 frmMain::~frmMain() { frmMain::setWaitPointer(false); }
@@ -266,7 +275,10 @@ void frmMain::setActivityShown(bool shown) {
     resizeAtLeast({width(), shown ? kHeightWithActivity : kNormalHeight});
 }
 
-void frmMain::showWindow() { show(); }
+void frmMain::showWindow() {
+    if (!isMinimized()) appearInNormalState(*this);
+    show();
+}
 
 void frmMain::hideWindow() { hide(); }
 
@@ -327,7 +339,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && isMinimized() && events_) events_->minimized();
+    if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
 }
 
 void frmMain::chooseFolder(FolderKind kind) {

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
+#include <QTimer>
 
 #include "core/frmAbout.h"
 #include "core/frmActivityBox.h"
@@ -92,6 +93,7 @@ private:
     MainWindowEvents* events_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
+    QTimer minimizedReport_;
 
     frmMenus* menus_ = nullptr;
     QDeadlineTimer scanningIsShown_;
