@@ -11,11 +11,14 @@ namespace {
 /// Works on the same files as they were at first, again and again, killed at a later call each time.
 class BackupCrashTest : public BackupFixture {
 protected:
+    void SetUp() override {
+        if (killedAtCall(1, [] {}) == ChildEnd::notTraceable) GTEST_SKIP() << "child processes cannot be traced here";
+        keepFiles();
+    }
     void killEverywhere(const std::function<void()>& work, const std::function<void()>& look) {
         for (int call = 1;; ++call, ++kills) {
             putBack();
             const ChildEnd end = killedAtCall(call, work);
-            if (end == ChildEnd::notTraceable) GTEST_SKIP() << "child processes may not be traced here";
             ASSERT_NE(end, ChildEnd::failed);
             ASSERT_NO_FATAL_FAILURE(look()) << "killed at call " << call;
             if (end == ChildEnd::finished) break;
@@ -75,7 +78,6 @@ protected:
 const std::set<Strings> kBackedUp{{"hand"}, {"live"}};
 
 TEST_F(BackupCrashTest, EachCopyOfABackupIsTheOlderOrTheNewOne) {
-    keepFiles();
     killEverywhere([this] { textsOf(backup.backupConfig()); },
                    [this] {
                        seen.insert(activeInCopyOf(hand + mdb));
@@ -89,7 +91,6 @@ TEST_F(BackupCrashTest, EachCopyOfABackupIsTheOlderOrTheNewOne) {
 }
 
 TEST_F(BackupCrashTest, TheBackupOnClosingToo) {
-    keepFiles();
     killEverywhere([this] { backup.onCloseConfigBackup(); },
                    [this] {
                        seen.insert(activeInCopyOf(unload + mdb));
@@ -100,7 +101,6 @@ TEST_F(BackupCrashTest, TheBackupOnClosingToo) {
 }
 
 TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {
-    keepFiles();
     killEverywhere(
         [this] {
             backup.restoreNormalConfig();
@@ -117,7 +117,6 @@ TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {
 }
 
 TEST_F(BackupCrashTest, ARestoreHoldsTheBackupsRowsWhereverASaveDiedBefore) {
-    keepFiles();
     killEverywhere([this] { save("saved"); },
                    [this] {
                        EXPECT_EQ(textsOf(backup.restoreNormalPassword()),
@@ -129,7 +128,6 @@ TEST_F(BackupCrashTest, ARestoreHoldsTheBackupsRowsWhereverASaveDiedBefore) {
 }
 
 TEST_F(BackupCrashTest, ARestoreMayDieAfterASaveDied) {
-    keepFiles();
     ASSERT_NO_FATAL_FAILURE(keepHalfSavedFiles());
     killEverywhere([this] { textsOf(backup.restoreNormalPassword()); }, [this] { seen.insert(activeIn(app + mdb)); });
     EXPECT_EQ(seen, kBackedUp);
@@ -137,7 +135,6 @@ TEST_F(BackupCrashTest, ARestoreMayDieAfterASaveDied) {
 }
 
 TEST_F(BackupCrashTest, ABackupAfterASaveDiedHoldsWhatWasThereBefore) {
-    keepFiles();
     ASSERT_NO_FATAL_FAILURE(keepHalfSavedFiles());
     textsOf(backup.backupConfig());
     EXPECT_EQ(activeInCopyOf(hand + mdb), Strings{"live"});
@@ -145,7 +142,6 @@ TEST_F(BackupCrashTest, ABackupAfterASaveDiedHoldsWhatWasThereBefore) {
 
 TEST_F(BackupCrashTest, PlainCopiesWouldNotHaveHeld) {
     // Shows that the half-saved state is one that does harm.
-    keepFiles();
     ASSERT_NO_FATAL_FAILURE(keepHalfSavedFiles());
     const TemporaryFolder elsewhere;
     writeFile(elsewhere / "copy", readFile(app + mdb));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +26,7 @@ ChildEnd killedAtCall(int number, Work work) {
         } catch (const std::exception&) {
             ::_exit(1);
         }
-        ::_exit(0);
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
     }
     int status = 0;
     ::waitpid(child, &status, 0);
