@@ -11,155 +11,106 @@ namespace {
 constexpr char kIncomplete[] = "\"/part\",#FALSE#";
 constexpr char kNoDatabase[] = "no database, but long enough to be taken for one by its length alone";
 
-enum class Operation { backUp, closeConfig, handConfig, closePassword, handPassword };
+enum Operation { kBackUp, kCloseConfig, kHandConfig, kClosePassword, kHandPassword };
+using Operations = std::vector<Operation>;
+const Operations kConfigs{kCloseConfig, kHandConfig};
+const Operations kPasswords{kClosePassword, kHandPassword};
+const Operations kRestores{kCloseConfig, kHandConfig, kClosePassword, kHandPassword};
 
-struct Situation {
-    const char* name;
-    std::vector<Operation> operations;
-    std::function<void(const std::string& app, const std::string& backup, TroubledFiles& files)> arrange;
-    Strings texts;
-    bool changesNothing = false;
+const Strings kSaved{"Current config file is backed up.", "Password file is backed up."};
+const Strings kNotThere{"Current Config File is NOT backed up.", "Password File is NOT backed up."};
+const Strings kNotSaved{"Configruation file has NOT been saveed to the backup folder.",
+                        "Password file has NOT been saveed to the backup folder."};
+const Strings kConfigRestored{"Configruation file has been restored from backup."};
+const Strings kConfigNot{"Configruation file has NOT been restored from backup."};
+const Strings kHandConfigNot{"Configuration file has NOT been restored from backup."};
+const Strings kConfigError{"7  Out of memory   Configruation file has NOT been restored from backup."};
+const Strings kRestored{"Password file has been restored from backup."};
+const Strings kNotRestored{"Password file has NOT been restored from backup."};
+const Strings kCloseError{"7  Out of memory   Password file has NOT been restored from backup."};
+const Strings kHandError{"7  Out of memory  Password file has NOT been restored from backup."};
+
+/// What an arrangement works on: the data folder, the backup folder of the operation that follows, and the files.
+struct Scene {
+    std::string app;
+    std::string backup;
+    TroubledFiles& files;
 };
 
-void PrintTo(const Situation& situation, std::ostream* out) { *out << situation.name; }
-
-using Fs = const std::string&;
-void removeBoth(Fs folder) {
-    std::filesystem::remove(folder + "/ZEP.cfg");
-    std::filesystem::remove(folder + "/EDPasswords.mdb");
+void removeBoth(const std::string& folder) {
+    for (const char* name : {"/ZEP.cfg", "/EDPasswords.mdb"}) std::filesystem::remove(folder + name);
 }
-void spoilBoth(Fs folder) {
+void spoilBoth(const std::string& folder) {
     writeFile(folder + "/ZEP.cfg", kIncomplete);
     writeFile(folder + "/EDPasswords.mdb", kNoDatabase);
 }
-void nothing(Fs, Fs, TroubledFiles&) {}
-void spoilBackup(Fs, Fs backup, TroubledFiles&) { spoilBoth(backup); }
-void vanish(Fs app, Fs, TroubledFiles& files) {
-    removeBoth(app);
-    files.writtenFilesVanish = true;
+void nothing(const Scene&) {}
+void emptyBackup(const Scene& s) { removeBoth(s.backup); }
+void emptyLive(const Scene& s) { removeBoth(s.app); }
+void spoilBackup(const Scene& s) { spoilBoth(s.backup); }
+void spoilLive(const Scene& s) { spoilBoth(s.app); }
+void noFolder(const Scene& s) { std::filesystem::remove_all(s.backup); }
+void noMemory(const Scene& s) { s.files.outOfMemory = true; }
+void emptyAll(const Scene& s) {
+    removeBoth(s.app);
+    removeBoth(s.backup);
 }
-void noMemory(Fs, Fs, TroubledFiles& files) { files.outOfMemory = true; }
-void dropTable(Fs, Fs backup, TroubledFiles&) {
-    OtherProgram(backup + "/EDPasswords.mdb").run("ALTER TABLE EncDecPasswords RENAME COLUMN Active TO Aktiv");
+void fileForFolder(const Scene& s) {
+    noFolder(s);
+    writeFile(s.backup, "a file");
 }
-void cutShort(Fs, Fs backup, TroubledFiles&) {
-    const std::string file = backup + "/EDPasswords.mdb";
+void vanish(const Scene& s) {
+    removeBoth(s.app);
+    s.files.writtenFilesVanish = true;
+}
+void renameColumn(const Scene& s) {
+    OtherProgram(s.backup + "/EDPasswords.mdb").run("ALTER TABLE EncDecPasswords RENAME COLUMN Active TO Aktiv");
+}
+void cutShort(const Scene& s) {
+    const std::string file = s.backup + "/EDPasswords.mdb";
     std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
 }
 
+struct Situation {
+    const char* name;
+    Operations operations;
+    void (*arrange)(const Scene&);
+    Strings texts;
+    bool changesNothing = false;
+};
+void PrintTo(const Situation& situation, std::ostream* out) { *out << situation.name; }
+
 const Situation kSituations[] = {
-    {"both are there",
-     {Operation::backUp},
-     nothing,
-     {"Current config file is backed up.", "Password file is backed up."}},
-    {"nothing is there",
-     {Operation::backUp},
-     [](Fs app, Fs backup, TroubledFiles&) { removeBoth(app), removeBoth(backup); },
-     {"Current Config File is NOT backed up.", "Password File is NOT backed up."}},
-    {"only older copies are there",
-     {Operation::backUp},
-     [](Fs app, Fs, TroubledFiles&) { removeBoth(app); },
-     {"Current config file is backed up.", "Password file is backed up."},
-     true},
-    {"the live files are not what they should be",
-     {Operation::backUp},
-     [](Fs app, Fs, TroubledFiles&) { spoilBoth(app); },
-     {"Configruation file has NOT been saveed to the backup folder.",
-      "Password file has NOT been saveed to the backup folder."},
-     true},
-    {"a file stands in the folder's place",
-     {Operation::backUp},
-     [](Fs, Fs backup, TroubledFiles&) { std::filesystem::remove_all(backup), writeFile(backup, "a file"); },
-     {"Configruation file has NOT been saveed to the backup folder.",
-      "Password file has NOT been saveed to the backup folder."}},
-    {"memory runs out in a backup", {Operation::backUp}, noMemory, {"7  Out of memory"}, true},
-
-    {"there is no backup folder",
-     {Operation::closeConfig, Operation::handConfig, Operation::closePassword, Operation::handPassword},
-     [](Fs, Fs backup, TroubledFiles&) { std::filesystem::remove_all(backup); },
-     {},
-     true},
-    {"there is no backup in the folder",
-     {Operation::closeConfig, Operation::handConfig, Operation::closePassword, Operation::handPassword},
-     [](Fs, Fs backup, TroubledFiles&) { removeBoth(backup); },
-     {},
-     true},
-
-    {"settings are restored",
-     {Operation::closeConfig, Operation::handConfig},
-     nothing,
-     {"Configruation file has been restored from backup."}},
-    {"the unload backup holds too few settings",
-     {Operation::closeConfig},
-     spoilBackup,
-     {"Configruation file has NOT been restored from backup."},
-     true},
-    {"the manual backup holds too few settings",
-     {Operation::handConfig},
-     spoilBackup,
-     {"Configuration file has NOT been restored from backup."},
-     true},
-    {"restored settings are gone at once",
-     {Operation::closeConfig, Operation::handConfig},
-     vanish,
-     {"Configruation file has NOT been restored from backup."}},
-    {"memory runs out when settings are restored",
-     {Operation::closeConfig, Operation::handConfig},
-     noMemory,
-     {"7  Out of memory   Configruation file has NOT been restored from backup."},
-     true},
-
-    {"passwords are restored",
-     {Operation::closePassword, Operation::handPassword},
-     nothing,
-     {"Password file has been restored from backup."}},
-    {"the backup is no database",
-     {Operation::closePassword, Operation::handPassword},
-     spoilBackup,
-     {"Password file has NOT been restored from backup."},
-     true},
-    {"the backup lacks a column",
-     {Operation::closePassword, Operation::handPassword},
-     dropTable,
-     {"Password file has NOT been restored from backup."},
-     true},
-    {"the backup is cut short",
-     {Operation::closePassword, Operation::handPassword},
-     cutShort,
-     {"Password file has NOT been restored from backup."},
-     true},
-    {"restored passwords are gone at once",
-     {Operation::closePassword, Operation::handPassword},
-     vanish,
-     {"Password file has NOT been restored from backup."}},
-    {"memory runs out when the unload passwords are restored",
-     {Operation::closePassword},
-     noMemory,
-     {"7  Out of memory   Password file has NOT been restored from backup."},
-     true},
-    {"memory runs out when the manual passwords are restored",
-     {Operation::handPassword},
-     noMemory,
-     {"7  Out of memory  Password file has NOT been restored from backup."},
-     true},
+    {"both are there", {kBackUp}, nothing, kSaved},
+    {"nothing is there", {kBackUp}, emptyAll, kNotThere, true},
+    {"only older copies are there", {kBackUp}, emptyLive, kSaved, true},
+    {"the live files are not what they should be", {kBackUp}, spoilLive, kNotSaved, true},
+    {"a file stands in the folder's place", {kBackUp}, fileForFolder, kNotSaved, true},
+    {"memory runs out in a backup", {kBackUp}, noMemory, {"7  Out of memory"}, true},
+    {"there is no backup folder", kRestores, noFolder, {}, true},
+    {"there is no backup in the folder", kRestores, emptyBackup, {}, true},
+    {"settings are restored", kConfigs, nothing, kConfigRestored},
+    {"the unload backup holds too few settings", {kCloseConfig}, spoilBackup, kConfigNot, true},
+    {"the manual backup holds too few settings", {kHandConfig}, spoilBackup, kHandConfigNot, true},
+    {"restored settings are gone at once", kConfigs, vanish, kConfigNot},
+    {"memory runs out when settings are restored", kConfigs, noMemory, kConfigError, true},
+    {"passwords are restored", kPasswords, nothing, kRestored},
+    {"the backup is no database", kPasswords, spoilBackup, kNotRestored, true},
+    {"the backup lacks a column", kPasswords, renameColumn, kNotRestored, true},
+    {"the backup is cut short", kPasswords, cutShort, kNotRestored, true},
+    {"restored passwords are gone at once", kPasswords, vanish, kNotRestored},
+    {"memory runs out in a restore from the unload backup", {kClosePassword}, noMemory, kCloseError, true},
+    {"memory runs out in a restore from the manual backup", {kHandPassword}, noMemory, kHandError, true},
 };
 
 class BackupMessages : public BackupFixture, public testing::WithParamInterface<Situation> {
 protected:
     Strings perform(Operation operation) {
-        switch (operation) {
-            case Operation::backUp:
-                return textsOf(backup.backupConfig());
-            case Operation::closeConfig:
-                return backup.restoreOnCloseConfig(), takeTexts();
-            case Operation::handConfig:
-                return backup.restoreNormalConfig(), takeTexts();
-            case Operation::closePassword:
-                return textsOf(backup.restoreOnClosePassword());
-            case Operation::handPassword:
-                return textsOf(backup.restoreNormalPassword());
-        }
-        return {};
+        if (operation == kBackUp) return textsOf(backup.backupConfig());
+        if (operation == kClosePassword) return textsOf(backup.restoreOnClosePassword());
+        if (operation == kHandPassword) return textsOf(backup.restoreNormalPassword());
+        operation == kCloseConfig ? backup.restoreOnCloseConfig() : backup.restoreNormalConfig();
+        return takeTexts();
     }
     std::map<std::string, std::string> contents() const {
         std::map<std::string, std::string> all;
@@ -173,12 +124,10 @@ TEST_P(BackupMessages, AreThoseOfTheSituation) {
     const Situation& situation = GetParam();
     const auto atFirst = contents();
     for (const Operation operation : situation.operations) {
-        for (const auto& [file, bytes] : atFirst) {
-            std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-            writeFile(file, bytes);
-        }
-        const bool onClose = operation == Operation::closeConfig || operation == Operation::closePassword;
-        situation.arrange(app, onClose ? unload : hand, files);
+        for (const std::string& folder : {hand, unload}) std::filesystem::create_directories(folder);
+        for (const auto& [file, bytes] : atFirst) writeFile(file, bytes);
+        const bool onClose = operation == kCloseConfig || operation == kClosePassword;
+        situation.arrange({app, onClose ? unload : hand, files});
         const auto before = contents();
         EXPECT_EQ(perform(operation), situation.texts);
         if (situation.changesNothing) EXPECT_EQ(contents(), before);
@@ -211,8 +160,6 @@ protected:
             bench.loop.advance(std::chrono::milliseconds(10));
         }
     }
-    const Strings restored{"Password file has been restored from backup."};
-    const Strings notRestored{"Password file has NOT been restored from backup."};
     TaskGroup tasks{bench.loop.queue()};
 };
 
@@ -301,7 +248,7 @@ TEST_F(BackupTest, ARestoreWaitsForALockAndGivesUpAfterFiveSeconds) {
     start(backup.restoreNormalPassword());
     const auto waited = waitForEnd();
     EXPECT_TRUE(waited >= std::chrono::seconds(5) && waited < std::chrono::seconds(6));
-    EXPECT_EQ(takeTexts(), notRestored);
+    EXPECT_EQ(takeTexts(), kNotRestored);
     EXPECT_EQ(readFile(app + mdb), before);
 
     start(backup.restoreNormalPassword());
@@ -309,45 +256,45 @@ TEST_F(BackupTest, ARestoreWaitsForALockAndGivesUpAfterFiveSeconds) {
     }
     other.run("COMMIT");
     EXPECT_LE(waitForEnd(), std::chrono::milliseconds(50));
-    EXPECT_EQ(takeTexts(), restored);
+    EXPECT_EQ(takeTexts(), kRestored);
     EXPECT_EQ(other.column("SELECT Password FROM EncDecPasswords WHERE Active"), Strings{"hand"});
 }
 
 TEST_F(BackupTest, TheEditorDoesNotStandInTheWayOfARestore) {
     FakeEditor editor(store);
     ASSERT_TRUE(bench.loop.valueOf(store.openPasswordStore()));
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), restored);
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     ASSERT_TRUE(bench.loop.valueOf(store.initializeRecordset()));
     EXPECT_EQ(editor.rows, (Strings{"other=False", "hand=True"}));
 }
 
 TEST_F(BackupTest, ALiveFileThatIsNoDatabaseIsKeptUnderADatedName) {
     writeFile(app + mdb, kNoDatabase);
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), restored);
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     EXPECT_EQ(activeIn(app + mdb), Strings{"hand"});
     EXPECT_EQ(modeOf(app + mdb), 0600U);
     EXPECT_EQ(readFile(app + mdb + ".20261116 140000"), kNoDatabase);
 
     // The name is taken now: nothing is replaced, and all goes back.
     writeFile(app + mdb, kNoDatabase);
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), notRestored);
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kNotRestored);
     EXPECT_EQ(readFile(app + mdb), kNoDatabase);
 }
 
 TEST_F(BackupTest, AMissingOrEmptyLiveFileIsPutBack) {
     std::filesystem::rename(app + mdb, app + mdb + "-journal");
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), restored);
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     EXPECT_EQ(allIn(app)[1], allIn(hand)[1]);
     EXPECT_TRUE(std::filesystem::exists(app + mdb + ".20261116 140000-journal")) << "what stood alone is kept";
     writeFile(app + mdb, "");
-    EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), restored);
+    EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), kRestored);
     EXPECT_EQ(allIn(app)[1], allIn(unload)[1]);
 }
 
 TEST_F(BackupTest, NothingButARegularFileIsReplaced) {
     std::filesystem::rename(app + mdb, app + "/elsewhere");
     std::filesystem::create_symlink("elsewhere", app + mdb);
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), notRestored);
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kNotRestored);
     EXPECT_EQ(activeIn(app + "/elsewhere"), Strings{"live"});
 }
 
@@ -361,7 +308,7 @@ TEST_F(BackupTest, FilesOfAnotherShapeAreTakenAsTheyAre) {
     EXPECT_EQ(activeIn(hand + mdb), Strings{"logged"});
     EXPECT_FALSE(std::filesystem::exists(hand + mdb + "-wal"));
     other.run("PRAGMA journal_mode = DELETE");
-    EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), restored);
+    EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), kRestored);
     EXPECT_EQ(allIn(app)[1], allIn(unload)[1]);
 }
 
