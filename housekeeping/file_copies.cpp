@@ -27,20 +27,19 @@ public:
     SetAside& operator=(const SetAside&) = delete;
     ~SetAside() {
         // A name that has been taken meanwhile stays taken; the file is still there under the other one.
-        for (auto pair = moved_.rbegin(); pair != moved_.rend(); ++pair)
-            (void)files_.setAside(pair->second, pair->first);
+        for (const auto& [from, to] : moved_) (void)files_.setAside(to, from);
     }
 
     [[nodiscard]] bool move(const Path& from, const Path& to) {
         if (files_.setAside(from, to)) return false;
-        moved_.emplace_back(from, to);
+        moved_.emplace(moved_.begin(), from, to);
         return true;
     }
     void keep() { moved_.clear(); }
 
 private:
     DataFiles& files_;
-    std::vector<std::pair<Path, Path>> moved_;
+    std::vector<std::pair<Path, Path>> moved_;  // the last one first
 };
 
 }  // namespace
