@@ -24,6 +24,7 @@ SettingsFile::Loaded SettingsFile::loadSettings() {
         loaded_ = Loaded::unreadable;
     else
         loaded_ = parseSettings(file.bytes, state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+    foundIncomplete_ = foundIncomplete_ || loaded_ == Loaded::incomplete;
     return loaded_;
 }
 

@@ -23,6 +23,9 @@ public:
     Loaded loadSettings();
     /// Writes all fields. Errors are ignored: the file then stays as it was.
     void saveSettings();
+    /// Whether a load since the start of the program found an incomplete file: what is saved since is only a part of
+    /// what had been set.
+    [[nodiscard]] bool wasFoundIncomplete() const { return foundIncomplete_; }
 
 private:
     [[nodiscard]] bool keepIncompleteFile();
@@ -31,6 +34,7 @@ private:
     DataFiles& files_;
     const Clock& clock_;
     Loaded loaded_ = Loaded::missing;
+    bool foundIncomplete_ = false;
 };
 
 }  // namespace vantrell

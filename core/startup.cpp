@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/startup.h"
 
+#include <utility>
+
 #include "core/data_folder.h"
 #include "core/scan_interval.h"
 
@@ -27,10 +29,7 @@ bool Startup::load() {
     p_.window.showWindow();
     p_.window.repaint();
     p_.tray.add(kTrayTip);
-    showFolders();
-    p_.window.setCaption("Quillon Inc - Vantrell(ZEP)");
-    reportMissingFolders();
-    p_.window.setPanel1("ZEP Folder = " + p_.state.settings.SourceFolder);
+    showLoadedSettings();
     p_.state.WindowLoading = false;
     p_.log.logEvent("Loaded");
     p_.settings.saveSettings();
@@ -78,6 +77,22 @@ void Startup::readSettings() {
         default:
             break;
     }
+}
+
+void Startup::showLoadedSettings() {
+    showFolders();
+    p_.window.setCaption("Quillon Inc - Vantrell(ZEP)");
+    reportMissingFolders();
+    p_.window.setPanel1("ZEP Folder = " + p_.state.settings.SourceFolder);
+}
+
+// The controls may not take what they are shown for a change by the operator.
+void Startup::reloadSettings() {
+    const bool wasLoading = std::exchange(p_.state.UiLoading, true);
+    readSettings();
+    showLoadedSettings();
+    showSettings();
+    p_.state.UiLoading = wasLoading;
 }
 
 void Startup::showFolders() {

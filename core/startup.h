@@ -26,11 +26,14 @@ public:
     bool load();
     /// The one tick, about 100 ms later, that shows or hides the window and runs the first pass.
     void timMax_Timer();
+    /// Reads the settings file again and shows what it holds, as at start-up.
+    void reloadSettings();
 
 private:
     bool takeDataFolder();
     void supplyPasswordFile();
     void readSettings();
+    void showLoadedSettings();
     void showFolders();
     void reportMissingFolders();
     void showSettings();

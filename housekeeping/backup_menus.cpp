@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/backup_menus.h"
+
+namespace vantrell {
+
+void BackupMenus::mnBackup() {
+    if (backups_.isIdle()) backups_.start(p_.backup.backupConfig());
+}
+
+// The settings are read at once: whatever saves them in between would undo the restore.
+void BackupMenus::mnONLBackup() {
+    p_.backup.restoreOnCloseConfig();
+    p_.reloadSettings();
+}
+
+void BackupMenus::mnuNBU() {
+    p_.backup.restoreNormalConfig();
+    p_.reloadSettings();
+}
+
+void BackupMenus::restorePassword(Restore restore) {
+    if (restores_.isIdle()) restores_.start(restoreAndLookUp(restore));
+}
+
+Task<void> BackupMenus::restoreAndLookUp(Restore restore) {
+    co_await (p_.backup.*restore)();
+    p_.state.ActivePassword.clear();
+    co_await p_.lookUpActivePassword();
+    if (!p_.state.ActivePassword.empty()) co_return;
+    p_.mode.TurnOffTimRun();
+    p_.window.setLabel2(std::string(kNoActivePassword) + ".");
+    p_.boxes.inform({kApplicationTitle, kNoActivePassword});
+}
+
+void BackupMenus::abort() {
+    backups_.abort();
+    restores_.abort();
+}
+
+}  // namespace vantrell

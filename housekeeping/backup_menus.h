@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+#include "core/main_window.h"
+#include "core/mode_display.h"
+#include "housekeeping/config_backup.h"
+#include "task/task_group.h"
+#include "transport/scan_pass.h"
+
+namespace vantrell {
+
+/// What the menu entries work with; everything outlives them.
+struct BackupMenuParts {
+    ProgramState& state;
+    MainWindow& window;
+    MessageBoxes& boxes;
+    EventLoop& loop;
+    ModeDisplay& mode;
+    ConfigBackup& backup;
+    ActivePasswordLookup lookUpActivePassword;
+    /// Reads the settings file again and shows what it holds.
+    std::function<void()> reloadSettings;
+};
+
+/// The menu entries for backing up and restoring, and what follows a restore. One that is chosen
+/// again while it is still at work, or shows its box, does nothing.
+class BackupMenus {
+public:
+    explicit BackupMenus(BackupMenuParts parts)
+        : p_(std::move(parts)), backups_(p_.loop.queue()), restores_(p_.loop.queue()) {}
+
+    /// "Backup Current Configuration Files"
+    void mnBackup();
+    /// "Restore Configuration File Using the Unload Backup (Most Current)"
+    void mnONLBackup();
+    /// "Restore Configuration File Using  the Normal Backup (Manul Backup)"
+    void mnuNBU();
+    /// "Restore Password File Using the Unload Backup (Most Current)"
+    void mnuRPassOn() { restorePassword(&ConfigBackup::restoreOnClosePassword); }
+    /// "Restore Password  File Using  the Normal Backup (Manul Backup)"
+    void mnuPassNormal() { restorePassword(&ConfigBackup::restoreNormalPassword); }
+
+    /// When the program ends. What is copied by then is whole, the rest is as it was.
+    void abort();
+
+private:
+    using Restore = Task<void> (ConfigBackup::*)();
+
+    void restorePassword(Restore restore);
+    Task<void> restoreAndLookUp(Restore restore);
+
+    BackupMenuParts p_;
+    TaskGroup backups_;
+    TaskGroup restores_;
+};
+
+}  // namespace vantrell

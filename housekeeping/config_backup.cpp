@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/config_backup.h"
+
+#include <new>
+#include <utility>
+
+#include "transport/file_helpers.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr char kSettings[] = "ZEP.cfg";
+constexpr char kPasswords[] = "EDPasswords.mdb";
+constexpr char kByHand[] = "Config Backup";
+constexpr char kOnClose[] = "Last Config Backup";
+
+constexpr char kSettingsRestored[] = "Configruation file has been restored from backup.";
+constexpr char kSettingsNotRestored[] = "Configruation file has NOT been restored from backup.";
+constexpr char kPasswordsRestored[] = "Password file has been restored from backup.";
+constexpr char kPasswordsNotRestored[] = "Password file has NOT been restored from backup.";
+
+constexpr std::chrono::milliseconds kRetryInterval(50);
+constexpr std::chrono::milliseconds kPatience(5000);
+
+// Numbers and words are those that the program has always given for them.
+constexpr char kOutOfMemory[] = "7  Out of memory";
+constexpr char kInternalError[] = "51  Internal error";
+
+Box boxOf(std::string text) { return {kApplicationTitle, std::move(text)}; }
+
+/// Number and words of the exception that is being handled.
+std::string unexpectedError() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        return kOutOfMemory;
+    } catch (...) {
+        return kInternalError;
+    }
+}
+
+}  // namespace
+
+// By hand
+
+Task<void> ConfigBackup::backupConfig() {
+    std::vector<std::string> texts;
+    try {
+        const Path folder = makeBackupFolder(kByHand);
+        texts.push_back(settingsBackedUp(folder));
+        // Before the first box is answered, however long that takes.
+        texts.push_back(co_await passwordsBackedUp(folder));
+    } catch (...) {
+        texts.push_back(unexpectedError());
+    }
+    for (std::string& text : texts) {
+        const Box box = boxOf(std::move(text));
+        co_await p_.boxes.ask(box);
+    }
+}
+
+Path ConfigBackup::makeBackupFolder(const char* name) {
+    Path folder = joinPath(p_.state.AppFolder, name);
+    // Private to the user; a folder that cannot be made is told by the copies.
+    if (!FolderExists(p_.toolbox, folder)) (void)p_.files.makePrivateFolders(folder);
+    return folder;
+}
+
+std::string ConfigBackup::settingsBackedUp(const Path& folder) {
+    const Path backup = joinPath(folder, kSettings);
+    if (exists(live(kSettings)) && copySettings(live(kSettings), backup) != CopyResult::copied)
+        return "Configruation file has NOT been saveed to the backup folder.";
+    return exists(backup) ? "Current config file is backed up." : "Current Config File is NOT backed up.";
+}
+
+Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
+    const Path backup = joinPath(folder, kPasswords);
+    if (exists(live(kPasswords))) {
+        const bool copied = co_await copyOnceUnlocked(&FileCopies::backUpPasswords, live(kPasswords), backup);
+        if (!copied) co_return "Password file has NOT been saveed to the backup folder.";
+    }
+    co_return exists(backup) ? "Password file is backed up." : "Password File is NOT backed up.";
+}
+
+// When the program ends
+
+void ConfigBackup::onCloseConfigBackup() noexcept try {
+    const Path folder = makeBackupFolder(kOnClose);
+    const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
+    const auto copy = [&](const char* name, Copy method) {
+        if (!exists(live(name))) return;
+        remember(live(name), joinPath(folder, name));
+        // Nobody is left to be told; the older copy stays.
+        (void)(copies_.*method)(live(name), joinPath(folder, name), Unchanged::leftAlone);
+    };
+    if (!settingsArePart) copy(kSettings, &FileCopies::copySettings);
+    copy(kPasswords, &FileCopies::backUpPasswords);
+} catch (...) {
+    // Ends in silence, as the program does.
+    return;
+}
+
+// Restoring
+
+void ConfigBackup::restoreOnCloseConfig() {
+    restoreConfig(kOnClose, {kSettingsNotRestored, kSettingsRestored, kSettingsNotRestored,
+                             "   Configruation file has NOT been restored from backup."});
+}
+
+void ConfigBackup::restoreNormalConfig() {
+    restoreConfig(kByHand, {"Configuration file has NOT been restored from backup.", kSettingsRestored,
+                            kSettingsNotRestored, "   Configruation file has NOT been restored from backup."});
+}
+
+// Nobody waits for the box: until the settings are read, whatever saves them would undo the restore.
+void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try {
+    const Path backup = existingBackup(folderName, kSettings);
+    if (backup.empty()) return;
+    if (copySettings(backup, live(kSettings)) != CopyResult::copied) return p_.boxes.inform(boxOf(texts.failed));
+    settingsWereRestored_ = true;
+    p_.boxes.inform(boxOf(exists(live(kSettings)) ? texts.restored : texts.missing));
+} catch (...) {
+    p_.boxes.inform(boxOf(unexpectedError() + texts.afterError));
+}
+
+Task<void> ConfigBackup::restoreOnClosePassword() {
+    return restorePassword(kOnClose, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
+                                      "   Password file has NOT been restored from backup."});
+}
+
+Task<void> ConfigBackup::restoreNormalPassword() {
+    return restorePassword(kByHand, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
+                                     "  Password file has NOT been restored from backup."});
+}
+
+Task<void> ConfigBackup::restorePassword(const char* folderName, RestoreTexts texts) {
+    std::string text;
+    try {
+        p_.closeStoreObjects();
+        const Path backup = existingBackup(folderName, kPasswords);
+        if (!backup.empty()) text = co_await passwordsRestored(backup, texts);
+    } catch (...) {
+        text = unexpectedError() + texts.afterError;
+    }
+    if (!text.empty()) p_.boxes.inform(boxOf(std::move(text)));
+}
+
+Task<std::string> ConfigBackup::passwordsRestored(Path backup, RestoreTexts texts) {
+    const bool copied = co_await copyOnceUnlocked(&FileCopies::restorePasswords, std::move(backup), live(kPasswords));
+    if (!copied) co_return texts.failed;
+    co_return exists(live(kPasswords)) ? texts.restored : texts.missing;
+}
+
+// Copying
+
+CopyResult ConfigBackup::copySettings(const Path& source, const Path& target) {
+    remember(source, target);
+    return copies_.copySettings(source, target, Unchanged::written);
+}
+
+// Tries are counted, not the time: a busy event loop makes us more patient, never less.
+Task<bool> ConfigBackup::copyOnceUnlocked(Copy copy, Path source, Path target) {
+    remember(source, target);
+    for (auto waited = std::chrono::milliseconds::zero();; waited += kRetryInterval) {
+        const CopyResult result = (copies_.*copy)(source, target, Unchanged::written);
+        if (result != CopyResult::locked || waited >= kPatience) co_return result == CopyResult::copied;
+        co_await p_.loop.after(kRetryInterval);
+    }
+}
+
+void ConfigBackup::remember(const Path& source, const Path& target) {
+    p_.state.FileOpSource = source;
+    p_.state.FileOpTarget = target;
+}
+
+bool ConfigBackup::exists(const Path& file) const { return FileExists(p_.toolbox, file); }
+
+Path ConfigBackup::existingBackup(const char* folderName, const char* fileName) const {
+    const Path folder = joinPath(p_.state.AppFolder, folderName);
+    if (!FolderExists(p_.toolbox, folder)) return {};
+    Path file = joinPath(folder, fileName);
+    return exists(file) ? file : Path();
+}
+
+Path ConfigBackup::live(const char* fileName) const { return joinPath(p_.state.AppFolder, fileName); }
+
+}  // namespace vantrell

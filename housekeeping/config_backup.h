@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/program_state.h"
+#include "core/settings_file.h"
+#include "housekeeping/file_copies.h"
+#include "platform/event_loop.h"
+#include "platform/message_boxes.h"
+
+namespace vantrell {
+
+/// What the backups work with; everything outlives them.
+struct BackupParts {
+    ProgramState& state;
+    SettingsFile& settings;
+    FileToolbox& toolbox;
+    DataFiles& files;
+    DatabaseCopier& databases;
+    MessageBoxes& boxes;
+    EventLoop& loop;
+    const Clock& clock;
+    /// Releases the password file.
+    std::function<void()> closeStoreObjects;
+};
+
+/// Two copies of ZEP.cfg and EDPasswords.mdb below `AppFolder`: "Config Backup", made by hand, and "Last Config
+/// Backup", made when the program ends. A file is copied whole or not at all; a failed copy leaves its target as it
+/// was. What is no whole settings file or no password file is neither backed up nor restored.
+class ConfigBackup {
+public:
+    explicit ConfigBackup(BackupParts parts) : p_(std::move(parts)) {}
+
+    /// Makes the copies by hand, then shows a box for each of the two, one after the other. A password file that is
+    /// locked is tried again for 5 s.
+    Task<void> backupConfig();
+    /// When the program ends: says nothing and waits for nobody. A locked password file keeps its older copy, and so
+    /// do settings of which only a part was found at start-up, unless they have been restored since.
+    void onCloseConfigBackup() noexcept;
+
+    /// Put ZEP.cfg back and say so. The caller reads it before anything else can save the settings. Without a backup
+    /// they do and say nothing.
+    void restoreOnCloseConfig();
+    void restoreNormalConfig();
+    /// Put EDPasswords.mdb back and say so. The store's objects are closed first, and what they were writing is undone.
+    /// A live file that is locked is tried again for 5 s.
+    Task<void> restoreOnClosePassword();
+    Task<void> restoreNormalPassword();
+
+private:
+    using Copy = CopyResult (FileCopies::*)(const Path& source, const Path& target, Unchanged unchanged);
+    struct RestoreTexts {
+        const char* failed;
+        const char* restored;
+        const char* missing;
+        const char* afterError;
+    };
+
+    [[nodiscard]] Path makeBackupFolder(const char* name);
+    [[nodiscard]] std::string settingsBackedUp(const Path& folder);
+    Task<std::string> passwordsBackedUp(Path folder);
+    void restoreConfig(const char* folderName, RestoreTexts texts);
+    Task<void> restorePassword(const char* folderName, RestoreTexts texts);
+    Task<std::string> passwordsRestored(Path backup, RestoreTexts texts);
+
+    [[nodiscard]] CopyResult copySettings(const Path& source, const Path& target);
+    Task<bool> copyOnceUnlocked(Copy copy, Path source, Path target);
+    void remember(const Path& source, const Path& target);
+    [[nodiscard]] bool exists(const Path& file) const;
+    /// Empty unless there is such a backup.
+    [[nodiscard]] Path existingBackup(const char* folderName, const char* fileName) const;
+    [[nodiscard]] Path live(const char* fileName) const;
+
+    BackupParts p_;
+    FileCopies copies_{p_.toolbox, p_.files, p_.databases, p_.clock};
+    bool settingsWereRestored_ = false;
+};
+
+}  // namespace vantrell

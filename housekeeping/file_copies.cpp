@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/file_copies.h"
+
+#include <utility>
+
+#include "core/date_text.h"
+#include "core/settings_format.h"
+
+namespace vantrell {
+
+namespace {
+
+// Far more than fifteen items can need, and little enough to read at once.
+constexpr std::size_t kMostSettingsBytes = std::size_t{1} << 20;
+constexpr char kTable[] = "EncDecPasswords";
+
+CopyResult resultOf(DatabaseFault fault) {
+    if (fault == DatabaseFault::none) return CopyResult::copied;
+    return fault == DatabaseFault::inUse ? CopyResult::locked : CopyResult::failed;
+}
+
+/// Files that were given other names get their names back unless `keep` is called.
+class SetAside {
+public:
+    explicit SetAside(DataFiles& files) : files_(files) {}
+    SetAside(const SetAside&) = delete;
+    SetAside& operator=(const SetAside&) = delete;
+    ~SetAside() {
+        // A name that has been taken meanwhile stays taken; the file is still there under the other one.
+        for (const auto& [from, to] : moved_) (void)files_.setAside(to, from);
+    }
+
+    [[nodiscard]] bool move(const Path& from, const Path& to) {
+        if (files_.setAside(from, to)) return false;
+        moved_.emplace(moved_.begin(), from, to);
+        return true;
+    }
+    void keep() { moved_.clear(); }
+
+private:
+    DataFiles& files_;
+    std::vector<std::pair<Path, Path>> moved_;  // the last one first
+};
+
+}  // namespace
+
+CopyResult FileCopies::copySettings(const Path& source, const Path& target, Unchanged unchanged) {
+    const DataFiles::ReadResult file = files_.read(source, kMostSettingsBytes + 1);
+    if (file.fault || file.bytes.size() > kMostSettingsBytes) return CopyResult::failed;
+    SettingsRecord record;
+    if (parseSettings(file.bytes, record) != kSettingsItems) return CopyResult::failed;
+    return write(target, file.bytes, unchanged);
+}
+
+CopyResult FileCopies::backUpPasswords(const Path& live, const Path& backup, Unchanged unchanged) {
+    const DatabaseCopier::Contents contents = readPasswords(live);
+    if (contents.fault != DatabaseFault::none) return resultOf(contents.fault);
+    const CopyResult settled = settleCompanions(backup);
+    return settled == CopyResult::copied ? write(backup, contents.bytes, unchanged) : settled;
+}
+
+CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Unchanged) {
+    const DatabaseCopier::Contents contents = readPasswords(backup);
+    if (contents.fault != DatabaseFault::none) return resultOf(contents.fault);
+    if (!stands(live)) return putInPlaceOf(live, contents.bytes);
+    const DatabaseFault fault = databases_.replace(live, contents.bytes);
+    return fault == DatabaseFault::notADatabase ? putInPlaceOf(live, contents.bytes) : resultOf(fault);
+}
+
+DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {
+    DatabaseCopier::Contents contents = databases_.read(file);
+    const bool isSound =
+        contents.fault == DatabaseFault::none && databases_.holdsTable(contents.bytes, kTable, {"Password", "Active"});
+    if (contents.fault == DatabaseFault::none && !isSound) contents.fault = DatabaseFault::notADatabase;
+    return contents;
+}
+
+CopyResult FileCopies::write(const Path& target, const std::string& bytes, Unchanged unchanged) {
+    if (unchanged == Unchanged::leftAlone) {
+        const DataFiles::ReadResult present = files_.read(target, bytes.size() + 1);
+        if (!present.fault && present.bytes == bytes) return CopyResult::copied;
+    }
+    return files_.writeAtomically(target, bytes) ? CopyResult::failed : CopyResult::copied;
+}
+
+// A journal that was left beside the older backup would be rolled into the new one.
+CopyResult FileCopies::settleCompanions(const Path& backup) {
+    if (companionsOf(backup).empty()) return CopyResult::copied;
+    if (databases_.read(backup).fault == DatabaseFault::inUse) return CopyResult::locked;
+    SetAside moved(files_);
+    const Path dated = datedName(backup);
+    for (const Path& companion : companionsOf(backup))
+        if (!moved.move(companion, dated + companion.substr(backup.size()))) return CopyResult::failed;
+    moved.keep();
+    return CopyResult::copied;
+}
+
+CopyResult FileCopies::putInPlaceOf(const Path& live, const std::string& bytes) {
+    const EntryKind kind = toolbox_.kindOf(live);
+    if (kind != EntryKind::missing && kind != EntryKind::regularFile) return CopyResult::failed;
+    SetAside moved(files_);
+    const Path dated = datedName(live);
+    if (kind == EntryKind::regularFile && !moved.move(live, dated)) return CopyResult::failed;
+    // Under the name that makes it belong to the dated file, so that the two can still be brought together.
+    for (const Path& companion : companionsOf(live))
+        if (!moved.move(companion, dated + companion.substr(live.size()))) return CopyResult::failed;
+    if (files_.writeAtomically(live, bytes)) return CopyResult::failed;
+    moved.keep();
+    return CopyResult::copied;
+}
+
+std::vector<Path> FileCopies::companionsOf(const Path& file) const {
+    std::vector<Path> companions;
+    for (const std::string& ending : databases_.companionEndings())
+        if (stands(file + ending)) companions.push_back(file + ending);
+    return companions;
+}
+
+Path FileCopies::datedName(const Path& file) const { return file + "." + secondStamp(clock_.now()); }
+
+}  // namespace vantrell

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <new>
+
+#include "core/settings_format.h"
+#include "housekeeping/backup_menus.h"
+#include "passwords/password_fixture.h"
+#include "platform/linux/sqlite_copier.h"
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+
+/// The real data files, with troubles that cannot be provoked.
+class TroubledFiles final : public DataFiles {
+public:
+    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override {
+        if (outOfMemory) throw std::bad_alloc();
+        return real_.read(path, limit);
+    }
+    FileFault writeAtomically(const Path& path, std::string_view bytes) override {
+        FileFault fault = real_.writeAtomically(path, bytes);
+        if (writtenFilesVanish) std::filesystem::remove(path);
+        return fault;
+    }
+    FileFault setAside(const Path& path, const Path& name) override { return real_.setAside(path, name); }
+    FileFault appendLines(const Path&, std::string_view, bool) override { return {FaultKind::other, "not offered"}; }
+    FileFault flush(const Path& path) override { return real_.flush(path); }
+    FileFault makePrivateFolders(const Path& path) override {
+        if (outOfMemory) throw std::bad_alloc();
+        return real_.makePrivateFolders(path);
+    }
+
+    bool outOfMemory = false;
+    bool writtenFilesVanish = false;
+
+private:
+    PosixDataFiles real_;
+};
+
+/// Live files and both backups in a data folder: "live" is the Source folder and the active password of the live ones,
+/// "hand" and "close" those of the two backups.
+class BackupFixture : public testing::Test {
+protected:
+    BackupFixture() {
+        for (const auto& [folder, word] : {std::pair{app, "live"}, {hand, "hand"}, {unload, "close"}}) {
+            std::filesystem::create_directories(folder);
+            writeFile(folder + "/ZEP.cfg", settingsOf(word));
+            makePasswords(folder + "/EDPasswords.mdb", word);
+        }
+    }
+
+    std::string settingsOf(const std::string& word) const {
+        SettingsRecord record = atFirst;
+        record.SourceFolder = "/" + word;
+        return formatSettings(record);
+    }
+    static void makePasswords(const std::string& file, const std::string& active) {
+        writeFile(file, std::string(suppliedPasswordFile()));
+        OtherProgram(file).run("INSERT INTO EncDecPasswords VALUES ('other', 0), ('" + active + "', 1)");
+    }
+    static Strings activeIn(const std::string& file) {
+        OtherProgram reader(file);
+        EXPECT_EQ(reader.column("PRAGMA integrity_check"), Strings{"ok"});
+        return reader.column("SELECT Password FROM EncDecPasswords WHERE Active");
+    }
+    /// All boxes that the operation shows, answered with OK.
+    Strings textsOf(Task<void> operation) {
+        bench.boxes.answerNext(Answer::ok);
+        bench.boxes.answerNext(Answer::ok);
+        EXPECT_TRUE(bench.loop.run(std::move(operation)));
+        return takeTexts();
+    }
+    Strings takeTexts() {
+        Strings texts;
+        for (const auto* shown : {&bench.boxes.asked, &bench.boxes.informed}) {
+            for (const Box& box : *shown) {
+                EXPECT_TRUE(box.title == "Vantrell" && box.buttons == Buttons::ok);
+                texts.push_back(box.text);
+            }
+        }
+        bench.boxes.asked.clear();
+        bench.boxes.informed.clear();
+        return texts;
+    }
+
+    PassBench bench;
+    const SettingsRecord atFirst = bench.state.settings;
+    const std::string app = bench.state.AppFolder;
+    const std::string hand = app + "/Config Backup";
+    const std::string unload = app + "/Last Config Backup";
+    const std::string cfg = "/ZEP.cfg";
+    const std::string mdb = "/EDPasswords.mdb";
+    TroubledFiles files;
+    SqliteCopier copier;
+    SqliteDatabase database{bench.loop};
+    PasswordStore store{bench.loop.queue(), database, bench.boxes, bench.state,
+                        [](const Path& path) { return std::filesystem::is_regular_file(path); }};
+    ConfigBackup backup{{bench.state, bench.settings, bench.toolbox, files, copier, bench.boxes, bench.loop,
+                         bench.clock, [this] { closeStore(); }}};
+
+private:
+    void closeStore() {
+        if (files.outOfMemory) throw std::bad_alloc();
+        store.closeStoreObjects();
+    }
+};
+
+}  // namespace vantrell::test

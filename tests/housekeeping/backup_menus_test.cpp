@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "core/startup.h"
+#include "housekeeping/backup_fixture.h"
+#include "passwords/password_lookup.h"
+
+namespace vantrell::test {
+namespace {
+
+class BackupMenusTest : public BackupFixture {
+protected:
+    BackupMenusTest() {
+        bench.state.settings.SourceFolder = "/live";
+        bench.timRun.setEnabled(true);
+        bench.entry.present = StartupEntry::State::works;
+    }
+    void settle() {
+        while (bench.loop.turn()) {
+        }
+    }
+
+    ManualTimer timMax;
+    FakeInstanceLock instance;
+    Startup startup{bench.parts(), {bench.files, instance, bench.controller, timMax, {}}};
+    BackupMenus menus{{bench.state, bench.window, bench.boxes, bench.loop, bench.mode, backup,
+                       [this] { return lookUpActivePassword(store, bench.state); },
+                       [this] { startup.reloadSettings(); }}};
+};
+
+TEST_F(BackupMenusTest, RestoredSettingsAreShownAndNotSavedOver) {
+    menus.mnuNBU();
+    // Whatever saves next: a pass that ends, a menu.
+    bench.settings.saveSettings();
+    EXPECT_EQ(readFile(app + cfg), settingsOf("hand"));
+    EXPECT_EQ(bench.window.folders[FolderKind::source], "/hand");
+    EXPECT_EQ(bench.window.panel1, Strings{"ZEP Folder = /hand"});
+    EXPECT_EQ(bench.window.caption, "Quillon Inc - Vantrell(ZEP)");
+    EXPECT_EQ(bench.window.shown.SourceFolder, "/hand");
+    EXPECT_EQ(bench.timRun.interval(), 65535);
+    EXPECT_TRUE(bench.timRun.isEnabled());
+    EXPECT_FALSE(bench.state.UiLoading);
+    menus.mnONLBackup();
+    EXPECT_EQ(bench.window.folders[FolderKind::source], "/close");
+}
+
+TEST_F(BackupMenusTest, RestoredSettingsWithoutAFolderStopTheTimer) {
+    SettingsRecord record = bench.state.settings;
+    record.DoneFolder.clear();
+    writeFile(hand + cfg, formatSettings(record));
+    menus.mnuNBU();
+    EXPECT_FALSE(bench.timRun.isEnabled());
+    EXPECT_EQ(bench.entry.present, StartupEntry::State::none);
+    EXPECT_EQ(bench.messages(), (Strings{"One or all of the folders are missing. Please check below.",
+                                         "One or all of the folder  parameters are missing. Please check below."}));
+}
+
+TEST_F(BackupMenusTest, ARestoredPasswordIsTheActiveOne) {
+    bench.state.ActivePassword = "live";
+    menus.mnuRPassOn();
+    settle();
+    EXPECT_EQ(bench.state.ActivePassword, "close");
+    menus.mnuPassNormal();
+    settle();
+    EXPECT_EQ(bench.state.ActivePassword, "hand");
+    EXPECT_TRUE(bench.timRun.isEnabled());
+}
+
+TEST_F(BackupMenusTest, ARestoredFileWithoutAnActivePasswordStopsEncryption) {
+    OtherProgram(hand + mdb).run("UPDATE EncDecPasswords SET Active = 0");
+    bench.state.ActivePassword = "live";
+    menus.mnuPassNormal();
+    settle();
+    EXPECT_EQ(bench.state.ActivePassword, "");
+    EXPECT_EQ(takeTexts(), (Strings{"Password file has been restored from backup.",
+                                    "There is no active password.  Encryption has stopped."}));
+    EXPECT_EQ(bench.window.label2, "There is no active password.  Encryption has stopped..");
+    EXPECT_FALSE(bench.timRun.isEnabled());
+}
+
+TEST_F(BackupMenusTest, TheCopiesAreMadeBeforeABoxIsAnswered) {
+    menus.mnBackup();
+    menus.mnBackup();
+    settle();
+    EXPECT_EQ(takeTexts(), Strings{"Current config file is backed up."});
+    EXPECT_EQ(activeIn(hand + mdb), Strings{"live"});
+    menus.abort();
+    EXPECT_TRUE(bench.boxes.openIds.empty());
+}
+
+}  // namespace
+}  // namespace vantrell::test
