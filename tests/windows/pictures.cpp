@@ -13,6 +13,7 @@
 #include "core/frmMain.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "task/run_queue.h"
+#include "windows/passwords_picture.h"
 
 namespace {
 
@@ -116,6 +117,10 @@ void drawAll(const QDir& folder, const QString& theme) {
          "/srv/out\r\nit will be overwritten",
          vantrell::Buttons::yesNo, false});
     save(*window.findChild<QMessageBox*>(), folder.filePath(QStringLiteral("question-") + theme));
+
+    vantrell::test::drawPasswords([&](QWidget& passwords, const QString& name) {
+        save(passwords, folder.filePath(name + QLatin1Char('-') + theme));
+    });
 }
 
 }  // namespace
