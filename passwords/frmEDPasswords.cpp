@@ -84,7 +84,8 @@ void frmEDPasswords::arrange() {
     grid->addWidget(lblSelect_, 1, 0);
     grid->addWidget(ListView1_, 2, 0);
     grid->addLayout(makeEntryColumn(), 1, 1, 2, 1);
-    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(0, 5);
+    grid->setColumnStretch(1, 4);
     grid->setRowStretch(2, 1);
 }
 
@@ -98,6 +99,7 @@ QLayout* frmEDPasswords::makeEntryColumn() {
     lblNote_->setMinimumHeight(2 * fontMetrics().lineSpacing());
     lblNote_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     column->insertWidget(3, lblNote_);
+    column->addSpacing(fontMetrics().lineSpacing());
     column->addStretch(1);
     column->addWidget(ExitButton_);
     return column;

@@ -164,14 +164,24 @@ void PasswordEditorController::setText(const std::string& text) {
 void PasswordEditorController::passwordEdited() {
     if (!isLoaded_) return;
     window_.setNote(noteOn(window_.enteredPassword()));
-    unsettled_ = {true, false, std::nullopt};
+    unsettled_ = Unsettled{.find = true};
     startSettling();
+}
+
+// A click that comes while the table is still being read counts as one that comes right after.
+void PasswordEditorController::activeClicked() {
+    if (unsettled_.find || unsettled_.click) {
+        unsettled_.ticked = window_.isActiveSet();
+    } else {
+        buttons_.activeChanged();
+    }
 }
 
 void PasswordEditorController::listClicked() {
     if (!isLoaded_) return;
     unsettled_.click = true;
     unsettled_.active.reset();
+    unsettled_.ticked.reset();
     if (const auto row = window_.selectedRow(); row && *row < shown_.size()) {
         const PasswordRow& selected = shown_[*row];
         unsettled_.find = unsettled_.find || window_.enteredPassword() != selected.password;
@@ -192,10 +202,11 @@ Task<void> PasswordEditorController::settleLater() {
 }
 
 Task<bool> PasswordEditorController::settle() {
-    const Unsettled asked = unsettled_;
-    const bool isKnown = !asked.find || co_await findRecord();
-    if (asked.click) applyClick(asked.active);
-    if (isKnown) unsettled_ = {};
+    const bool isKnown = !unsettled_.find || co_await findRecord();
+    if (unsettled_.click) applyClick(unsettled_.active);
+    if (unsettled_.ticked) buttons_.operatorSetsActive(*unsettled_.ticked);
+    unsettled_ = {};
+    unsettled_.find = !isKnown;
     co_return isKnown;
 }
 
@@ -222,7 +233,7 @@ Task<bool> PasswordEditorController::findRecord() {
 Task<void> PasswordEditorController::emptyText() {
     if (window_.enteredPassword().empty()) co_return;
     setText({});
-    unsettled_ = {true, false, std::nullopt};
+    unsettled_ = Unsettled{.find = true};
     static_cast<void>(co_await settle());
 }
 

@@ -42,7 +42,7 @@ public:
     void unload() override;
 
     void passwordEdited() override;
-    void activeClicked() override { buttons_.activeChanged(); }
+    void activeClicked() override;
     void listClicked() override;
     void addPressed() override { startAction(onEntry(add())); }
     void editPressed() override { startAction(onEntry(edit())); }
@@ -62,7 +62,8 @@ private:
     struct Unsettled {
         bool find = false;
         bool click = false;
-        std::optional<bool> active;
+        std::optional<bool> active;  // of the row that was clicked
+        std::optional<bool> ticked;  // the operator's own click on the Active box
     };
 
     void startAction(Task<Outcome> action);

@@ -47,6 +47,10 @@ void PasswordEditorState::findIn(const PasswordRecord& record, const std::string
 // A box that is set to what it says already reports no change, and the next change is the one that is ignored.
 void PasswordEditorState::setActiveBox(bool set) {
     ignoreActiveClick();
+    operatorSetsActive(set);
+}
+
+void PasswordEditorState::operatorSetsActive(bool set) {
     if (window_.isActiveSet() == set) return;
     window_.setActiveSet(set);
     activeChanged();

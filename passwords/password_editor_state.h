@@ -35,6 +35,8 @@ public:
     void setActiveBox(bool set);
     /// The next change of the Active box does not count as the operator's choice.
     void ignoreActiveClick() { IgnoreActiveClick_ = true; }
+    /// A change that the operator made, made again after the program has changed the box.
+    void operatorSetsActive(bool set);
     /// The Active box has changed.
     void activeChanged();
 
