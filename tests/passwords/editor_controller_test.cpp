@@ -6,16 +6,15 @@ namespace {
 
 using EditorTest = EditorFixture;
 
-// Opening and the state for a text
+// The state for a text
 
-TEST_F(EditorTest, OpensForANewPasswordWhenTheTableIsEmpty) {
+TEST_F(EditorTest, StaysReadyForANewPasswordWhileTheTableIsEmpty) {
     open();
+    for (const char* text : {"", "x", ""}) {
+        type(text);
+        EXPECT_EQ(window.shown, kNewPassword);
+    }
     EXPECT_TRUE(window.isOpen);
-    EXPECT_EQ(window.shown, kNewPassword);
-    type("x");
-    EXPECT_EQ(window.shown, kNewPassword);
-    type("");
-    EXPECT_EQ(window.shown, kNewPassword);
     EXPECT_TRUE(boxes.informed.empty());
 }
 
@@ -23,24 +22,20 @@ TEST_F(EditorTest, ShowsTheStateThatTheLastRowLeaves) {
     openWithThree();
     EXPECT_EQ(window.rows, kThreeListed);
     EXPECT_EQ(window.shown, kNothing);
+    fill("UPDATE EncDecPasswords SET Active = 1 WHERE Password = 'last'");
     const struct {
         const char* text;
         const char* shown;
         bool active;
-    } steps[] = {{"l", kNewPassword, false},       {"last", kStoredPassword, false},
-                 {"lasts", kNewPassword, false},   {"LAST", kNewPassword, false},
-                 {"one", kNewPassword, false},     {"Two", kNewPassword, false},
-                 {"last", kStoredPassword, false}, {"", kNothing, false}};
+    } steps[] = {{"l", kNewPassword, false},      {"last", kStoredPassword, true},
+                 {"last ", kNewPassword, false},  {"LAST", kNewPassword, false},
+                 {"one", kNewPassword, false},    {"Two", kNewPassword, false},
+                 {"last", kStoredPassword, true}, {"", kNothing, false}};
     for (const auto& step : steps) {
         type(step.text);
         EXPECT_EQ(window.shown, step.shown) << step.text;
         EXPECT_EQ(window.active, step.active) << step.text;
     }
-    fill("UPDATE EncDecPasswords SET Active = 1 WHERE Password = 'last'");
-    type("last");
-    EXPECT_TRUE(window.active);
-    type("last ");
-    EXPECT_FALSE(window.active) << "the operator's own choice comes back";
 }
 
 TEST_F(EditorTest, FirstClickAfterAChangeThatWasNoneIsNotRemembered) {
@@ -56,33 +51,34 @@ TEST_F(EditorTest, FirstClickAfterAChangeThatWasNoneIsNotRemembered) {
 
 TEST_F(EditorTest, ClickInTheListTakesAnyRow) {
     openWithThree();
-    for (const auto& [row, text, active] :
-         {std::tuple(0u, "one", false), std::tuple(1u, "Two", true), std::tuple(2u, "last", false)}) {
+    for (const auto& [row, text, active] : {std::tuple(1u, "Two", true), std::tuple(0u, "one", false)}) {
         choose(row);
         EXPECT_EQ(window.text, text);
         EXPECT_EQ(window.active, active);
         EXPECT_EQ(window.shown, kStoredPassword);
     }
     type("");
-    window.selected.reset();
-    controller.listClicked();
-    turn();
+    choose(std::nullopt);
     EXPECT_EQ(window.shown, kStoredPassword) << "also beside the rows";
     EXPECT_EQ(window.text, "");
 }
 
-TEST_F(EditorTest, SaysWhatIsWrongWithALongPasswordAndARefusedOne) {
+TEST_F(EditorTest, RefusesWhatCannotBeUsedAndNotesWhatIsNot) {
     open();
+    press(kAdd);
+    EXPECT_EQ(theBox().text, "A password must be entered!");
+    EXPECT_EQ(theBox().title, "Vantrell");
+    EXPECT_EQ(window.focus, "txtpassword");
     type(std::string(32, 'x'));
     EXPECT_EQ(window.note, "");
     type(std::string(33, 'x'));
     EXPECT_NE(window.note.find("first 32"), std::string::npos);
     type("gr\xC3\xBCn");
     EXPECT_NE(window.note.find("ASCII"), std::string::npos);
-    tick(true);
     press(kAdd);
-    EXPECT_NE(theBox().text.find("ASCII"), std::string::npos);
+    EXPECT_NE(boxes.informed.back().text.find("ASCII"), std::string::npos);
     EXPECT_EQ(window.text, "gr\xC3\xBCn");
+    EXPECT_TRUE(boxes.asked.empty());
     EXPECT_TRUE(stored().empty());
 }
 
@@ -96,12 +92,9 @@ TEST_F(EditorTest, AddsAnActivePasswordAtOnce) {
     EXPECT_EQ(stored(), (Strings{"one=0", "Two=0", "last=0", "new=1"}));
     EXPECT_EQ(window.rows, (Strings{"one=False", "Two=False", "last=False", "new=True"}));
     EXPECT_EQ(state.ActivePassword, "new");
-    EXPECT_EQ(window.text, "");
+    expectEmptied();
     EXPECT_FALSE(window.active);
-    EXPECT_EQ(window.shown, kNothing);
-    EXPECT_EQ(window.focus, "txtpassword");
     EXPECT_TRUE(boxes.asked.empty());
-    EXPECT_TRUE(boxes.informed.empty());
 }
 
 TEST_F(EditorTest, AsksBeforeAnInactivePasswordIsAdded) {
@@ -109,65 +102,22 @@ TEST_F(EditorTest, AsksBeforeAnInactivePasswordIsAdded) {
     type("new");
     boxes.answerNext(Answer::no);
     press(kAdd);
-    ASSERT_EQ(boxes.asked.size(), 1u);
-    EXPECT_EQ(boxes.asked[0].text, "This password is not the active password is this OK?");
-    EXPECT_EQ(boxes.asked[0].title, "Active Password");
-    EXPECT_EQ(boxes.asked[0].buttons, Buttons::yesNo);
+    expectQuestion("This password is not the active password is this OK?");
     EXPECT_EQ(window.focus, "chkActive");
     EXPECT_EQ(window.text, "new");
     EXPECT_EQ(stored(), kThree);
-    boxes.answerNext(Answer::yes);
     press(kAdd);
-    EXPECT_EQ(stored(), (Strings{"one=0", "Two=1", "last=0", "new=0"}));
-    EXPECT_EQ(state.ActivePassword, "Two");
-}
-
-TEST_F(EditorTest, SavesWhatWasAskedAboutWhateverIsTypedMeanwhile) {
-    openWithThree();
-    type("new");
-    press(kAdd);
-    type("n\xC3\xA9w");
+    type("n\xC3\xA9w");  // belongs to the next save
     tick(true);
     boxes.answerOpen(Answer::yes);
     turn();
     EXPECT_EQ(stored(), (Strings{"one=0", "Two=1", "last=0", "new=0"}));
-    EXPECT_EQ(window.text, "n\xC3\xA9w") << "what was typed meanwhile stays";
+    EXPECT_EQ(state.ActivePassword, "Two");
+    EXPECT_EQ(window.text, "n\xC3\xA9w");
     EXPECT_EQ(window.shown, kNewPassword);
 }
 
-TEST_F(EditorTest, AddWithoutATextIsRefused) {
-    open();
-    press(kAdd);
-    EXPECT_EQ(theBox().text, "A password must be entered!");
-    EXPECT_EQ(theBox().title, "Vantrell");
-    EXPECT_EQ(window.focus, "txtpassword");
-    EXPECT_TRUE(boxes.asked.empty());
-}
-
 TEST_F(EditorTest, EditChangesTheFlagAlone) {
-    openWithThree();
-    choose(0);
-    tick(true);
-    press(kEdit);
-    EXPECT_EQ(stored(), (Strings{"one=1", "Two=0", "last=0"}));
-    EXPECT_EQ(window.rows, (Strings{"one=True", "Two=False", "last=False"}));
-    EXPECT_EQ(state.ActivePassword, "one");
-    EXPECT_EQ(window.shown, kNothing);
-    EXPECT_EQ(window.text, "");
-}
-
-TEST_F(EditorTest, EditOfAChangedTextStoresAFurtherPassword) {
-    openWithThree();
-    choose(1);
-    window.text = "Two!";  // the key and the button in one turn
-    controller.passwordEdited();
-    press(kEdit);
-    boxes.answerOpen(Answer::yes);
-    turn();
-    EXPECT_EQ(stored(), (Strings{"one=0", "Two=1", "last=0", "Two!=0"}));
-}
-
-TEST_F(EditorTest, EditThatIsNotConfirmedSavesNothing) {
     openWithThree();
     choose(1);
     tick(false);
@@ -175,8 +125,25 @@ TEST_F(EditorTest, EditThatIsNotConfirmedSavesNothing) {
     press(kEdit);
     EXPECT_EQ(stored(), kThree);
     EXPECT_EQ(window.rows, kThreeListed);
-    EXPECT_EQ(window.text, "");
-    EXPECT_EQ(window.shown, kNothing);
+    expectEmptied();
+    choose(0);
+    tick(true);
+    press(kEdit);
+    EXPECT_EQ(stored(), (Strings{"one=1", "Two=0", "last=0"}));
+    EXPECT_EQ(window.rows, (Strings{"one=True", "Two=False", "last=False"}));
+    EXPECT_EQ(state.ActivePassword, "one");
+    expectEmptied();
+}
+
+TEST_F(EditorTest, EditOfAChangedTextStoresAFurtherPassword) {
+    openWithThree();
+    choose(1);
+    window.text = "Two!";  // key, box and button before the table is read
+    controller.passwordEdited();
+    tick(false);
+    tick(true);
+    press(kEdit);
+    EXPECT_EQ(stored(), (Strings{"one=0", "Two=0", "last=0", "Two!=1"}));
 }
 
 TEST_F(EditorTest, AsksBeforeTheActivePasswordIsDeleted) {
@@ -185,17 +152,14 @@ TEST_F(EditorTest, AsksBeforeTheActivePasswordIsDeleted) {
     choose(1);
     boxes.answerNext(Answer::no);
     press(kDelete);
-    ASSERT_EQ(boxes.asked.size(), 1u);
-    EXPECT_EQ(boxes.asked[0].text,
-              "This password is the active password  are you sure you want to delete this password?");
-    EXPECT_EQ(boxes.asked[0].title, "Active Password");
+    expectQuestion("This password is the active password  are you sure you want to delete this password?");
     EXPECT_EQ(window.focus, "txtpassword");
     EXPECT_EQ(stored(), kThree);
     boxes.answerNext(Answer::yes);
     press(kDelete);
     EXPECT_EQ(stored(), (Strings{"one=0", "last=0"}));
     EXPECT_EQ(window.rows, (Strings{"one=False", "last=False"}));
-    EXPECT_EQ(window.shown, kNothing);
+    expectEmptied();
     EXPECT_EQ(state.ActivePassword, "Two") << "until the next lookup";
     press(kExit);
     EXPECT_EQ(state.ActivePassword, "");
@@ -208,7 +172,6 @@ TEST_F(EditorTest, DeletingTheLastPasswordLeavesTheNewPasswordState) {
     choose(0);
     press(kDelete);
     EXPECT_EQ(theBox().text, "There is not any passwords defined.");
-    EXPECT_TRUE(stored().empty());
     EXPECT_TRUE(window.rows.empty());
     EXPECT_EQ(window.text, "");
     EXPECT_EQ(window.shown, kNewPassword);
@@ -224,48 +187,29 @@ TEST_F(EditorTest, CloseBoxLeavesTheActivePasswordAndNothingSurvives) {
     EXPECT_EQ(state.ActivePassword, "");
     EXPECT_EQ(store.editor(), nullptr);
     open();
-    EXPECT_TRUE(window.isOpen);
     EXPECT_EQ(window.text, "");
     EXPECT_FALSE(window.active);
     EXPECT_EQ(window.shown, kNothing);
     EXPECT_EQ(window.rows, kThreeListed);
 }
 
-TEST_F(EditorTest, LeavingTakesAnOpenQuestionBack) {
-    for (const auto way : {kExit, kCloseBox}) {
+TEST_F(EditorTest, EveryWayOutTakesAnOpenQuestionBack) {
+    fill("INSERT INTO EncDecPasswords VALUES ('Two', 1)");
+    const std::function<void()> ways[] = {[this] { press(kExit); }, [this] { press(kCloseBox); },
+                                          [this] { EXPECT_EQ(lookUp(), "Two"); }, [this] { controller.closeNow(); }};
+    for (const auto& leave : ways) {
         open();
-        type("new");
-        press(kAdd);
+        choose(0);
+        press(kDelete);
         ASSERT_EQ(boxes.openIds.size(), 1u);
-        press(way);
+        leave();
+        turn();
         EXPECT_TRUE(boxes.openIds.empty());
         EXPECT_FALSE(window.isOpen);
-        EXPECT_TRUE(stored().empty());
+        EXPECT_FALSE(store.isBusy());
+        EXPECT_EQ(store.editor(), nullptr);
+        EXPECT_EQ(stored(), Strings{"Two=1"});
     }
-}
-
-TEST_F(EditorTest, LookUpClosesTheWindowAndItsQuestion) {
-    openWithThree();
-    choose(1);
-    press(kDelete);
-    EXPECT_EQ(lookUp(), "Two");
-    turn();
-    EXPECT_FALSE(window.isOpen);
-    EXPECT_TRUE(boxes.openIds.empty());
-    EXPECT_EQ(stored(), kThree);
-    open();
-    EXPECT_TRUE(window.isOpen);
-}
-
-TEST_F(EditorTest, EndOfTheProgramDropsAllWork) {
-    openWithThree();
-    type("new");
-    press(kAdd);
-    controller.closeNow();
-    EXPECT_TRUE(boxes.openIds.empty());
-    EXPECT_FALSE(window.isOpen);
-    EXPECT_FALSE(store.isBusy());
-    EXPECT_EQ(store.editor(), nullptr);
 }
 
 }  // namespace

@@ -76,7 +76,7 @@ protected:
         window.active = set;
         controller.activeClicked();
     }
-    void choose(std::size_t row) {
+    void choose(std::optional<std::size_t> row) {
         window.selected = row;
         controller.listClicked();
         turn();
@@ -84,6 +84,17 @@ protected:
     void press(void (PasswordEditorController::*button)()) {
         (controller.*button)();
         turn();
+    }
+
+    void expectQuestion(const std::string& text) {
+        ASSERT_EQ(boxes.asked.size(), 1u);
+        EXPECT_EQ(boxes.asked[0].text, text);
+        EXPECT_EQ(boxes.asked[0].title, "Active Password");
+        EXPECT_EQ(boxes.asked[0].buttons, Buttons::yesNo);
+    }
+    void expectEmptied() {
+        EXPECT_EQ(window.text, "");
+        EXPECT_EQ(window.shown, kNothing);
     }
 
     FakeWindow window;
