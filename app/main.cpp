@@ -1,15 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QSessionManager>
 
 #include "app/program.h"
+#include "core/frmIcon.h"
 #include "platform/linux/signal_source.h"
 
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
+    // One name for desktop entry, icon, window class and notifications.
+    const QString id = QStringLiteral("vantrell-zep");
+    QApplication::setApplicationName(id);
+    QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(vantrell::programIcon());
     vantrell::Program program;
     program.endWhenAsked(endRequests);
+    // Whether the program starts with the session is the start-up entry's business; started by both it would start
+    // twice.
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
+                     [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     if (!program.start()) return 0;
     return QApplication::exec();
 }

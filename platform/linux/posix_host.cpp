@@ -2,7 +2,6 @@
 #include "platform/linux/posix_host.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
@@ -13,23 +12,14 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <utility>
 
 #include "platform/linux/place.h"
+#include "platform/linux/user_folders.h"
 
 namespace vantrell {
 
 namespace {
-
-Path environmentPath(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? Path() : Path(value);
-}
-
-Path homeFolder() {
-    if (Path home = environmentPath("HOME"); home.starts_with(kPathSeparator)) return home;
-    const passwd* user = ::getpwuid(::getuid());
-    return user == nullptr ? Path(1, kPathSeparator) : Path(user->pw_dir);
-}
 
 /// How a started program begins.
 class SpawnSettings {
@@ -45,11 +35,14 @@ public:
         ::posix_spawn_file_actions_destroy(&actions_);
     }
 
-    bool spawn(const Path& file, pid_t& process) {
-        Path name = file;
-        std::array<char*, 2> arguments{name.data(), nullptr};
+    bool spawn(std::vector<std::string> words, bool searched, pid_t& process) {
+        std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
+        for (std::string& word : words) arguments.push_back(word.data());
+        arguments.push_back(nullptr);
+        const auto spawner = searched ? ::posix_spawnp : ::posix_spawn;
         return ready_ &&
-               ::posix_spawn(&process, file.c_str(), &actions_, &attributes_, arguments.data(), ::environ) == 0;
+               spawner(&process, words.front().c_str(), &actions_, &attributes_, arguments.data(), ::environ) == 0;
     }
 
 private:
@@ -82,9 +75,8 @@ private:
 PosixHost::~PosixHost() { collectEnded(); }
 
 Path PosixHost::profileFolder() const {
-    if (Path profile = environmentPath("ALLUSERSPROFILE"); !profile.empty()) return profile;
-    if (Path data = environmentPath("XDG_DATA_HOME"); data.starts_with(kPathSeparator)) return data;
-    return homeFolder() + "/.local/share";
+    Path profile = environment("ALLUSERSPROFILE");
+    return profile.empty() ? userDataFolder() : profile;
 }
 
 Path PosixHost::programFolder() const {
@@ -100,10 +92,23 @@ void PosixHost::collectEnded() {
     });
 }
 
-bool PosixHost::startProgram(const Path& file) {
+bool PosixHost::startProgram(const Path& file) { return start(file, {}, false); }
+
+bool PosixHost::startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) {
+    return start(name, arguments, true);
+}
+
+std::string PosixHost::environment(const std::string& name) const {
+    const char* value = std::getenv(name.c_str());
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+bool PosixHost::start(const Path& file, const std::vector<std::string>& arguments, bool searched) {
     collectEnded();
+    std::vector<std::string> words{file};
+    words.insert(words.end(), arguments.begin(), arguments.end());
     pid_t process = 0;
-    if (!SpawnSettings().spawn(file, process)) return false;
+    if (!SpawnSettings().spawn(std::move(words), searched, process)) return false;
     started_.push_back(process);
     return true;
 }

@@ -4,38 +4,14 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <optional>
 #include <thread>
 
 #include "platform/linux/posix_host.h"
+#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {
-
-/// An environment variable for the time of a test; null takes it away.
-class Environment {
-public:
-    Environment(const char* name, const char* value) : name_(name) {
-        if (const char* before = std::getenv(name)) before_ = before;
-        set(value);
-    }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-    ~Environment() { set(before_ ? before_->c_str() : nullptr); }
-
-private:
-    void set(const char* value) const {
-        if (value != nullptr)
-            ::setenv(name_, value, 1);
-        else
-            ::unsetenv(name_);
-    }
-
-    const char* name_;
-    std::optional<std::string> before_;
-};
 
 TEST(PosixHost, TheProfileFolderComesFromTheEnvironment) {
     const PosixHost host;
@@ -105,6 +81,17 @@ TEST(PosixHost, WhatCannotBeStartedIsReported) {
     EXPECT_FALSE(host.startProgram(folder / "missing"));
     EXPECT_FALSE(host.startProgram(folder / "text"));
     EXPECT_FALSE(host.startProgram(folder.path()));
+    EXPECT_FALSE(host.startFromSearchPath("vantrell-no-such-program", {}));
+}
+
+TEST(PosixHost, StartsWhatTheSearchPathHolds) {
+    const TemporaryFolder folder;
+    PosixHost host;
+    ASSERT_TRUE(host.startFromSearchPath("touch", {folder / "a b", folder / "c"}));
+    for (const char* name : {"a b", "c"})
+        for (int i = 0; i < 5000 && !std::filesystem::exists(folder / name); ++i) ::usleep(1000);
+    EXPECT_TRUE(std::filesystem::exists(folder / "a b"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "c"));
 }
 
 TEST(PosixInstanceLock, OneHolderForEachFolder) {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "core/frmMain.h"
+#include "platform/linux/spilled_lines.h"
+#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 
@@ -36,6 +38,10 @@ public:
     void overwriteChosen() override { seen.emplace_back("overwrite"); }
     void viewCurrentPasswordChosen() override { seen.emplace_back("password"); }
     void aboutChosen() override { seen.emplace_back("about"); }
+    void systemInfoPressed() override { seen.emplace_back("system info"); }
+    [[nodiscard]] std::string diagnosticsWanted(const std::string& toolkit) override {
+        return "diagnostics of " + toolkit;
+    }
     void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
     void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
 
@@ -69,7 +75,10 @@ protected:
     }
 
     RecordedEvents events;
-    frmMain window;
+    TemporaryFolder folder;
+    Path folderOfLines = folder.path();
+    SpilledLines lines{folderOfLines};
+    frmMain window{lines};
 };
 
 }  // namespace vantrell::test
