@@ -47,6 +47,14 @@ void addOk(QMessageBox& box) {
     box.setEscapeButton(QMessageBox::Ok);
 }
 
+/// Whether a window is kept above all others, and with that above a box.
+bool isWindowKeptAbove() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && window->windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+    });
+}
+
 }  // namespace
 
 QtMessageBoxes::QtMessageBoxes(RunQueue& queue, QWidget* parent) : MessageBoxes(queue), parent_(parent) {}
@@ -60,6 +68,7 @@ QMessageBox* QtMessageBoxes::make(const Box& box) {
     auto* made = new QMessageBox(parent_);
     made->setAttribute(Qt::WA_DeleteOnClose);
     made->setModal(false);
+    made->setWindowFlag(Qt::WindowStaysOnTopHint, isWindowKeptAbove());
     made->setTextFormat(Qt::PlainText);
     made->setTextInteractionFlags(Qt::TextSelectableByMouse);
     made->setWindowTitle(shownLine(box.title.empty() ? kApplicationTitle : box.title));

@@ -17,6 +17,7 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_tray.h"
 #include "task/run_queue.h"
+#include "windows/passwords_picture.h"
 
 namespace {
 
@@ -174,6 +175,10 @@ void drawAll(const QDir& folder, const QString& theme) {
     save(*window.findChild<QMessageBox*>(), folder.filePath(QStringLiteral("question-") + theme));
     boxes.inform({"", "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect."});
     save(*window.findChildren<QMessageBox*>().back(), folder.filePath(QStringLiteral("box-") + theme));
+
+    vantrell::test::drawPasswords([&](QWidget& passwords, const QString& name) {
+        save(passwords, folder.filePath(name + QLatin1Char('-') + theme));
+    });
 }
 
 }  // namespace

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "passwords/frmEDPasswords.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include "core/frmText.h"
+
+namespace vantrell {
+
+namespace {
+
+// 7185 by 4635 twips, at 15 twips a pixel.
+constexpr int kNormalWidth = 479;
+constexpr int kNormalHeight = 309;
+
+template <class Widget>
+Widget* named(Widget* widget, const QString& name) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+/// Line breaks and the like come with what is pasted, and nobody would see them in the box.
+QString withoutControlCharacters(QString text) {
+    text.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+    return text;
+}
+
+/// Its place stays while it is hidden, so that nothing moves.
+void keepPlace(QWidget& control) {
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+}
+
+}  // namespace
+
+frmEDPasswords::frmEDPasswords() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint) {
+    setObjectName(QStringLiteral("frmEDPasswords"));
+    setWindowTitle(tr("Add/Edit Passwords"));
+    makeControls();
+    arrange();
+    connectControls();
+    frmEDPasswords::showControls({});
+}
+
+// In the order of the Tab key.
+void frmEDPasswords::makeControls() {
+    lblHeading_ = named(new QLabel(tr("    Encryption/Decryption Passwords"), this), QStringLiteral("lblHeading"));
+    QFont bold = lblHeading_->font();
+    bold.setBold(true);
+    lblHeading_->setFont(bold);
+    ListView1_ = named(new frmPasswordList(this), QStringLiteral("ListView1"));
+    ListView1_->setAccessibleName(tr("Passwords"));
+    lblSelect_ = new QLabel(tr("&Select Below to Edit"), this);
+    lblSelect_->setBuddy(ListView1_);
+    txtpassword_ = named(new QLineEdit(this), QStringLiteral("txtpassword"));
+    txtpassword_->setAccessibleName(tr("Password"));
+    lblEnter_ = new QLabel(tr("Enter &password here"), this);
+    lblEnter_->setBuddy(txtpassword_);
+    lblCase_ = new QLabel(tr("Note: Case Sensitive"), this);
+    lblNote_ = named(new QLabel(this), QStringLiteral("lblNote"));
+    lblNote_->setTextFormat(Qt::PlainText);
+    lblNote_->setWordWrap(true);
+    chkActive_ = named(new QCheckBox(tr("Ac&tive"), this), QStringLiteral("chkActive"));
+    cmdAdd_ = named(new QPushButton(tr("&Add >>"), this), QStringLiteral("cmdAdd"));
+    cmdEdit_ = named(new QPushButton(tr("&Edit >>"), this), QStringLiteral("cmdEdit"));
+    cmdDelete_ = named(new QPushButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
+    cmdDelete_->setToolTip(tr("Names deleted from this list will have to be manually reentered"));
+    ExitButton_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("ExitButton"));
+    cmdAdd_->setAccessibleName(tr("Add"));
+    cmdEdit_->setAccessibleName(tr("Edit"));
+    cmdDelete_->setAccessibleName(tr("Delete from List"));
+    for (QPushButton* button : {cmdAdd_, cmdEdit_, cmdDelete_, ExitButton_}) button->setAutoDefault(true);
+}
+
+void frmEDPasswords::arrange() {
+    auto* grid = new QGridLayout(this);
+    grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
+    grid->addWidget(lblHeading_, 0, 0, 1, 2);
+    grid->addWidget(lblSelect_, 1, 0);
+    grid->addWidget(ListView1_, 2, 0);
+    grid->addLayout(makeEntryColumn(), 1, 1, 2, 1);
+    grid->setColumnStretch(0, 5);
+    grid->setColumnStretch(1, 4);
+    grid->setRowStretch(2, 1);
+}
+
+QLayout* frmEDPasswords::makeEntryColumn() {
+    auto* column = new QVBoxLayout;
+    for (QWidget* control : std::initializer_list<QWidget*>{lblEnter_, txtpassword_, lblCase_, chkActive_, cmdAdd_,
+                                                            cmdEdit_, cmdDelete_}) {
+        keepPlace(*control);
+        column->addWidget(control);
+    }
+    lblNote_->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    lblNote_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    column->insertWidget(3, lblNote_);
+    column->addSpacing(fontMetrics().lineSpacing());
+    column->addStretch(1);
+    column->addWidget(ExitButton_);
+    return column;
+}
+
+void frmEDPasswords::connectControls() {
+    const auto forward = [this](auto* sender, auto signal, void (PasswordWindowEvents::*event)()) {
+        connect(sender, signal, this, [this, event] {
+            if (events_) (events_->*event)();
+        });
+    };
+    connect(txtpassword_, &QLineEdit::textChanged, this, &frmEDPasswords::takeTypedText);
+    forward(chkActive_, &QCheckBox::toggled, &PasswordWindowEvents::activeClicked);
+    forward(ListView1_, &frmPasswordList::chosen, &PasswordWindowEvents::listClicked);
+    forward(cmdAdd_, &QPushButton::clicked, &PasswordWindowEvents::addPressed);
+    forward(cmdEdit_, &QPushButton::clicked, &PasswordWindowEvents::editPressed);
+    forward(cmdDelete_, &QPushButton::clicked, &PasswordWindowEvents::deletePressed);
+    forward(ExitButton_, &QPushButton::clicked, &PasswordWindowEvents::exitPressed);
+}
+
+void frmEDPasswords::takeTypedText() {
+    const QString text = txtpassword_->text();
+    const QString visible = withoutControlCharacters(text);
+    if (visible != text) {
+        const QSignalBlocker quiet(txtpassword_);
+        txtpassword_->setText(visible);
+    }
+    if (events_) events_->passwordEdited();
+}
+
+std::string frmEDPasswords::enteredPassword() const { return txtpassword_->text().toStdString(); }
+
+void frmEDPasswords::setEnteredPassword(const std::string& password) {
+    const QSignalBlocker quiet(txtpassword_);
+    txtpassword_->setText(QString::fromStdString(password));
+}
+
+bool frmEDPasswords::isActiveSet() const { return chkActive_->isChecked(); }
+
+void frmEDPasswords::setActiveSet(bool set) {
+    const QSignalBlocker quiet(chkActive_);
+    chkActive_->setChecked(set);
+}
+
+void frmEDPasswords::showRows(const std::vector<PasswordRow>& rows) { ListView1_->showRows(rows); }
+
+std::optional<std::size_t> frmEDPasswords::selectedRow() const { return ListView1_->selectedRow(); }
+
+void frmEDPasswords::showControls(const PasswordControls& controls) {
+    show(*cmdAdd_, controls.add);
+    show(*cmdEdit_, controls.edit);
+    show(*cmdDelete_, controls.erase);
+    show(*chkActive_, controls.active);
+}
+
+// Qt hands the focus of a control that is hidden to the next one, which would put Delete or Exit under Enter.
+void frmEDPasswords::show(QWidget& control, bool shown) {
+    if (control.isHidden() == !shown && control.isEnabled() == shown) return;
+    if (!shown && focusWidget() == &control) txtpassword_->setFocus();
+    control.setEnabled(shown);
+    control.setVisible(shown);
+}
+
+void frmEDPasswords::setNote(const std::string& text) {
+    lblNote_->setText(shownText(text));
+    txtpassword_->setAccessibleDescription(lblNote_->text());
+}
+
+void frmEDPasswords::focusPassword() { txtpassword_->setFocus(); }
+
+void frmEDPasswords::focusActive() { chkActive_->setFocus(); }
+
+void frmEDPasswords::showWindow() {
+    if (!isVisible()) {
+        layout()->activate();
+        resize(QSize(kNormalWidth, kNormalHeight).expandedTo(minimumSizeHint()));
+    }
+    closesForGood_ = false;
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    QWidget::show();
+    raise();
+    activateWindow();
+}
+
+void frmEDPasswords::closeWindow() {
+    closesForGood_ = true;
+    close();
+}
+
+void frmEDPasswords::closeEvent(QCloseEvent* event) {
+    const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();
+    event->setAccepted(!isCloseBox);
+    if (isCloseBox && events_) events_->closeBoxPressed();
+}
+
+}  // namespace vantrell

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "passwords/password_editor_controller.h"
+#include "passwords/password_fixture.h"
+
+namespace vantrell::test {
+
+/// The window's part, without a window.
+class FakeWindow final : public PasswordWindow {
+public:
+    [[nodiscard]] std::string enteredPassword() const override { return text; }
+    void setEnteredPassword(const std::string& password) override { text = password; }
+    [[nodiscard]] bool isActiveSet() const override { return active; }
+    void setActiveSet(bool set) override { active = set; }
+    void showRows(const std::vector<PasswordRow>& list) override {
+        rows.clear();
+        for (const PasswordRow& row : list) rows.push_back(row.password + "=" + row.activeText);
+        selected.reset();
+    }
+    [[nodiscard]] std::optional<std::size_t> selectedRow() const override { return selected; }
+    void showControls(const PasswordControls& controls) override {
+        shown.clear();
+        if (controls.add) shown += "Add ";
+        if (controls.edit) shown += "Edit ";
+        if (controls.erase) shown += "Delete ";
+        if (controls.active) shown += "Active ";
+    }
+    void setNote(const std::string& sentence) override { note = sentence; }
+    void focusPassword() override { focus = "txtpassword"; }
+    void focusActive() override { focus = "chkActive"; }
+    void showWindow() override { isOpen = true; }
+    void closeWindow() override { isOpen = false; }
+
+    std::string text, note, focus, shown;
+    bool active = false, isOpen = false;
+    Strings rows;
+    std::optional<std::size_t> selected;
+};
+
+inline constexpr char kNothing[] = "";
+inline constexpr char kNewPassword[] = "Add Active ";
+inline constexpr char kStoredPassword[] = "Edit Delete Active ";
+inline const Strings kThree{"one=0", "Two=1", "last=0"};
+inline const Strings kThreeListed{"one=False", "Two=True", "last=False"};
+
+/// The editor on a real file.
+class EditorFixture : public PasswordFixture {
+protected:
+    void openWithThree() {
+        fill("INSERT INTO EncDecPasswords VALUES ('one', 0), ('Two', 1), ('last', 0)");
+        open();
+    }
+    void open() {
+        controller.open();
+        turn();
+    }
+    void turn() {
+        while (loop.turn()) {
+        }
+    }
+    /// Longer than a locked file is tried for.
+    void waitLong() {
+        for (int step = 0; step < 700; ++step) {
+            loop.advance(std::chrono::milliseconds(10));
+            turn();
+        }
+    }
+    void type(const std::string& text) {
+        window.text = text;
+        controller.passwordEdited();
+        turn();
+    }
+    void tick(bool set) {
+        if (window.active == set) return;
+        window.active = set;
+        controller.activeClicked();
+    }
+    void choose(std::optional<std::size_t> row) {
+        window.selected = row;
+        controller.listClicked();
+        turn();
+    }
+    void press(void (PasswordEditorController::*button)()) {
+        (controller.*button)();
+        turn();
+    }
+
+    void expectQuestion(const std::string& text) {
+        ASSERT_EQ(boxes.asked.size(), 1u);
+        EXPECT_EQ(boxes.asked[0].text, text);
+        EXPECT_EQ(boxes.asked[0].title, "Active Password");
+        EXPECT_EQ(boxes.asked[0].buttons, Buttons::yesNo);
+    }
+    void expectEmptied() {
+        EXPECT_EQ(window.text, "");
+        EXPECT_EQ(window.shown, kNothing);
+    }
+
+    FakeWindow window;
+    PasswordEditorController controller{store, window, boxes, state, loop.queue()};
+    static constexpr auto kAdd = &PasswordEditorController::addPressed;
+    static constexpr auto kEdit = &PasswordEditorController::editPressed;
+    static constexpr auto kDelete = &PasswordEditorController::deletePressed;
+    static constexpr auto kExit = &PasswordEditorController::exitPressed;
+    static constexpr auto kCloseBox = &PasswordEditorController::closeBoxPressed;
+};
+
+}  // namespace vantrell::test

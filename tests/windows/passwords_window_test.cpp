@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QLayout>
+#include <QMessageBox>
+#include <QTest>
+#include <algorithm>
+
+#include "passwords/frmEDPasswords.h"
+#include "passwords/password_editor_controller.h"
+#include "passwords/supplied_password_file.h"
+#include "platform/linux/kernel_flush.h"
+#include "platform/linux/sqlite_database.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+namespace {
+
+/// The editor as the program has it: window, store and file, on Qt's event loop.
+class PasswordsWindowTest : public testing::Test {
+protected:
+    void SetUp() override {
+        state.AppFolder = folder.path();
+        writeFile(folder / "EDPasswords.mdb", std::string(suppliedPasswordFile()));
+        window.setEvents(&controller);
+        controller.open();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        ASSERT_TRUE(becomesVisible("cmdAdd"));
+    }
+    void TearDown() override { window.setEvents(nullptr); }
+
+    template <class Widget>
+    Widget* find(const char* name) {
+        auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
+        if (found == nullptr) ADD_FAILURE() << "no control " << name;
+        return found;
+    }
+    bool becomesVisible(const char* name) {
+        return QTest::qWaitFor([&] { return find<QWidget>(name)->isVisible(); });
+    }
+    void alt(Qt::Key key) { QTest::keyClick(&window, key, Qt::AltModifier); }
+    /// By keyboard alone; the box is set.
+    void add(const char* password) {
+        alt(Qt::Key_P);
+        QTest::keyClicks(window.focusWidget(), QString::fromLatin1(password));
+        ASSERT_TRUE(becomesVisible("cmdAdd"));
+        const int before = list()->topLevelItemCount();
+        // The operator's own choice comes back with each new text.
+        if (!find<QCheckBox>("chkActive")->isChecked()) alt(Qt::Key_T);
+        alt(Qt::Key_A);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return list()->topLevelItemCount() == before + 1 && text().isEmpty(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return state.ActivePassword == password; }));
+    }
+    frmPasswordList* list() { return find<frmPasswordList>("ListView1"); }
+    QString text() { return find<QLineEdit>("txtpassword")->text(); }
+    std::vector<std::string> tabOrder() {
+        std::vector<std::string> names;
+        const QWidget* first = window.focusWidget();
+        do {
+            names.push_back(window.focusWidget()->objectName().toStdString());
+            QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        } while (window.focusWidget() != first && names.size() < 20);
+        return names;
+    }
+
+    TemporaryFolder folder;
+    ProgramState state;
+    std::unique_ptr<FlushService> flush = makeKernelFlush();
+    QtEventLoop loop{*flush};
+    frmEDPasswords window;
+    QtMessageBoxes boxes{loop.queue(), nullptr};
+    SqliteDatabase database{loop};
+    PasswordStore store{loop.queue(), database, boxes, state, [](const Path&) { return true; }};
+    PasswordEditorController controller{store, window, boxes, state, loop.queue()};
+};
+
+TEST_F(PasswordsWindowTest, AddsChoosesAndDeletesByKeyboardAndMouse) {
+    add("first");
+    EXPECT_EQ(window.focusWidget(), find<QWidget>("txtpassword"));
+    EXPECT_EQ(list()->topLevelItem(0)->text(1), QStringLiteral("True"));
+    add("second");
+    const QRect row = list()->visualItemRect(list()->topLevelItem(1));
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, row.center());
+    EXPECT_EQ(text(), QStringLiteral("second"));
+    ASSERT_TRUE(becomesVisible("cmdDelete"));
+    EXPECT_TRUE(find<QCheckBox>("chkActive")->isChecked());
+    alt(Qt::Key_S);
+    EXPECT_EQ(window.focusWidget(), list());
+    QTest::keyClick(list(), Qt::Key_Up);
+    EXPECT_EQ(text(), QStringLiteral("first"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !find<QCheckBox>("chkActive")->isChecked(); }));
+    alt(Qt::Key_D);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list()->topLevelItemCount() == 1 && text().isEmpty(); }));
+    EXPECT_EQ(list()->topLevelItem(0)->text(0), QStringLiteral("second"));
+}
+
+TEST_F(PasswordsWindowTest, AsksAboveItself) {
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    QTest::keyClicks(window.focusWidget(), QStringLiteral("new"));
+    alt(Qt::Key_A);
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        for (QWidget* one : QApplication::topLevelWidgets()) {
+            if (one->isVisible()) box = box ? box : qobject_cast<QMessageBox*>(one);
+        }
+        return box != nullptr;
+    }));
+    EXPECT_TRUE(box->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(box->isModal());
+    QTest::keyClick(box, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.focusWidget() == find<QWidget>("chkActive"); }));
+    EXPECT_EQ(text(), QStringLiteral("new"));
+    window.showWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    alt(Qt::Key_X);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+}
+
+TEST_F(PasswordsWindowTest, TabGoesThroughWhatIsShown) {
+    EXPECT_EQ(tabOrder(), (std::vector<std::string>{"txtpassword", "chkActive", "cmdAdd", "ExitButton", "ListView1"}));
+    window.showControls({false, true, true, true});
+    EXPECT_EQ(tabOrder(), (std::vector<std::string>{"txtpassword", "chkActive", "cmdEdit", "cmdDelete", "ExitButton",
+                                                    "ListView1"}));
+}
+
+TEST_F(PasswordsWindowTest, SpeaksTheWordsThatAreSeen) {
+    for (const auto& [name, spoken] :
+         {std::pair("ListView1", "Passwords"), std::pair("txtpassword", "Password"), std::pair("chkActive", "Active"),
+          std::pair("cmdAdd", "Add"), std::pair("cmdEdit", "Edit"), std::pair("cmdDelete", "Delete from List"),
+          std::pair("ExitButton", "Exit")}) {
+        const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(find<QWidget>(name));
+        EXPECT_EQ(control->text(QAccessible::Name), QString::fromLatin1(spoken));
+    }
+    window.setNote("a sentence");
+    EXPECT_EQ(find<QWidget>("txtpassword")->accessibleDescription(), QStringLiteral("a sentence"));
+}
+
+TEST_F(PasswordsWindowTest, NothingMovesAndNothingIsCut) {
+    const QRect exit = find<QWidget>("ExitButton")->geometry();
+    window.setNote("Characters outside ASCII cannot be used.");
+    for (const PasswordControls& controls : {PasswordControls{}, PasswordControls{true, true, true, true}}) {
+        window.showControls(controls);
+        window.layout()->activate();
+        EXPECT_EQ(find<QWidget>("ExitButton")->geometry(), exit);
+    }
+    for (const QWidget* control : window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        EXPECT_GE(control->width(), control->minimumSizeHint().width()) << control->objectName().toStdString();
+        EXPECT_GE(control->height(), control->minimumSizeHint().height()) << control->objectName().toStdString();
+    }
+}
+
+TEST_F(PasswordsWindowTest, PastedLineBreaksDoNotBecomePartOfAPassword) {
+    QApplication::clipboard()->setText(QStringLiteral("se\tcret\r\n"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(window.enteredPassword(), "secret");
+}
+
+}  // namespace
+}  // namespace vantrell::test
