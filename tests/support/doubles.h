@@ -23,7 +23,7 @@ public:
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
     void setModeLabel(const std::string& text) override { mode = text; }
     void setClock(const std::string& text) override { clock = text; }
-    void setSchedule(const std::string&) override {}
+    void setSchedule(const std::string& text) override { schedule = text; }
     void setStartEnabled(bool enabled) override { startEnabled = enabled; }
     void setStopEnabled(bool enabled) override { stopEnabled = enabled; }
     void setWaitPointer(bool waiting) override { waitPointer = waiting; }
@@ -52,7 +52,7 @@ public:
     void bringToFront() override {}
     void showAbout() override {}
 
-    std::string caption, label2, mode, clock, currentFile, lastFile, minutes;
+    std::string caption, label2, mode, clock, schedule, currentFile, lastFile, minutes;
     std::vector<std::string> panel1, lines;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
@@ -66,6 +66,13 @@ public:
 class SettableClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override { return time; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return boot; }
+    /// Time passes; setting `time` alone is somebody setting the clock.
+    void advance(std::chrono::seconds passed) {
+        time += passed;
+        boot += passed;
+    }
+    std::chrono::nanoseconds boot = std::chrono::hours(1);
     TimePoint time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + std::chrono::hours(14);
 };
 
