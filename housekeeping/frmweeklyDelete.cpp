@@ -33,8 +33,8 @@ frmweeklyDelete::frmweeklyDelete(QWidget* parent) : QDialog(parent) {
     lstDay_ = makeList("lstDay", tr("Day of week"));
     lstHour_ = makeList("lstHour", tr("Hour"));
     lstMinute_ = makeList("lstMinute", tr("Minute"));
-    optAM_ = makeHalf("optAM", tr("&AM"), tr("AM, before noon"));
-    optPM_ = makeHalf("optPM", tr("&PM"), tr("PM, after noon"));
+    optAM_ = makeHalf("optAM", tr("&AM"));
+    optPM_ = makeHalf("optPM", tr("&PM"));
     lstDaysOld_ = makeList("lstDaysOld", tr("Days old greater than"));
 
     auto* day = new QGridLayout;
@@ -63,10 +63,9 @@ QComboBox* frmweeklyDelete::makeList(const char* name, const QString& spokenName
     return list;
 }
 
-QRadioButton* frmweeklyDelete::makeHalf(const char* name, const QString& caption, const QString& spokenName) {
+QRadioButton* frmweeklyDelete::makeHalf(const char* name, const QString& caption) {
     auto* half = new QRadioButton(caption, this);
     half->setObjectName(QString::fromLatin1(name));
-    half->setAccessibleName(spokenName);
     return half;
 }
 
@@ -81,10 +80,9 @@ QLayout* frmweeklyDelete::makeClockRow() {
     lblClock_->setObjectName(QStringLiteral("lblClock"));
     lblClock_->setTextFormat(Qt::PlainText);
     lblClock_->setAccessibleDescription(tr("The computer's date and time"));
-    auto* row = new QVBoxLayout;
-    row->setSpacing(0);
+    auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("Current Date and Time provided by your PC's clock is:"), this));
-    row->addWidget(lblClock_);
+    row->addWidget(lblClock_, 1);
     return row;
 }
 

@@ -35,7 +35,7 @@ public:
 
 private:
     [[nodiscard]] QComboBox* makeList(const char* name, const QString& spokenName);
-    [[nodiscard]] QRadioButton* makeHalf(const char* name, const QString& caption, const QString& spokenName);
+    [[nodiscard]] QRadioButton* makeHalf(const char* name, const QString& caption);
     [[nodiscard]] QLayout* makeClockRow();
     [[nodiscard]] QLayout* makeTimeRow();
     [[nodiscard]] QWidget* makeButtons();

@@ -30,13 +30,15 @@ void WeeklyDelete::clockTick() {
 }
 
 void WeeklyDelete::mnDeleteDone() {
-    if (!tasks_.isIdle()) return;
+    if (!mayBegin()) return;
     if (daysOldAreSet(p_.state.settings)) watch_.accept();
     timDelete_Timer();
 }
 
+bool WeeklyDelete::mayBegin() { return tasks_.isIdle() && !p_.state.ClosingForGood; }
+
 void WeeklyDelete::timDelete_Timer() {
-    if (!tasks_.isIdle()) return;
+    if (!mayBegin()) return;
     p_.mode.TurnOffTimRun();
     p_.timDelete.setEnabled(false);
     tasks_.start(deleteOnce());

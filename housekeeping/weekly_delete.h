@@ -51,6 +51,7 @@ public:
     void abort();
 
 private:
+    [[nodiscard]] bool mayBegin();
     Task<void> deleteOnce();
     Task<void> deleteFile(Path path, FileDate date);
     [[nodiscard]] std::string reasonNotTo(const Path& folder) const;

@@ -216,6 +216,23 @@ TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
     EXPECT_FALSE(weekly.bench.timRun.isEnabled());
 }
 
+TEST_F(TroubledDeleteTest, NothingBeginsOnceTheProgramEnds) {
+    weekly.bench.state.ClosingForGood = true;
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left().size(), 300U);
+}
+
+TEST_F(TroubledDeleteTest, ATickDuringADeletionWaitsForItsTurn) {
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    weekly.timDelete.setEnabled(true);
+    weekly.weekly->timDelete_Timer();
+    EXPECT_TRUE(weekly.timDelete.isEnabled());
+    ASSERT_TRUE(weekly.finish());
+    weekly.weekly->timDelete_Timer();
+    EXPECT_FALSE(weekly.timDelete.isEnabled());
+}
+
 TEST_F(TroubledDeleteTest, AStopMeanwhileStands) {
     weekly.weekly->mnDeleteDone();
     weekly.bench.loop.turn();
