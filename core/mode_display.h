@@ -27,6 +27,9 @@ public:
         window_.setStopEnabled(now != Mode::stopped);
     }
 
+    /// How often processing has been switched on or off, by whomever.
+    [[nodiscard]] unsigned switches() const { return switches_; }
+
     void TurnOffTimRun() { setTimRun(false); }
     void TurnOnTimRun() { setTimRun(true); }
 
@@ -43,6 +46,7 @@ private:
         return "Mode: Stopped";
     }
     void setTimRun(bool enabled) {
+        ++switches_;
         timRun_.setEnabled(enabled);
         tmchkTimer_Timer();
     }
@@ -50,6 +54,7 @@ private:
     const ProgramState& state_;
     MainWindow& window_;
     Timer& timRun_;
+    unsigned switches_ = 0;
 };
 
 }  // namespace vantrell

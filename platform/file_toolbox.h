@@ -15,6 +15,8 @@
 
 namespace vantrell {
 
+using FileDate = std::chrono::system_clock::time_point;
+
 enum class EntryKind { missing, regularFile, folder, other };
 
 /// Whether an existing file under the target name may be replaced. Replacing is one rename over the old file, so old
@@ -112,6 +114,10 @@ public:
     /// names (".zep-" and 16 hexadecimal digits) are passed over. What cannot be read is passed over.
     virtual Task<std::vector<Path>> search(SearchOrder order) = 0;
 
+    /// Names of the regular files at the top level of the folder, without the hidden ones (POSIX: names that begin with
+    /// a dot), ascending by their bytes. None when the folder cannot be read.
+    virtual Task<std::vector<Path>> listFiles(Path folder) = 0;
+
     /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing.
     virtual HoldResult hold(const Path& path) = 0;
     /// Begins a new file that will get its name in the given folder.
@@ -127,7 +133,10 @@ public:
     virtual Task<FileFault> copy(Path source, Path target, unsigned permissions) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
-    [[nodiscard]] virtual std::chrono::system_clock::time_point fileDate(const Path& path) const = 0;
+    [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;
+    /// Removes a regular file for good, provided that it is still the one whose `fileDate` was `date`; otherwise fault
+    /// `inUse`, and nothing is removed. A large file's space is given back in steps that do not hold up the event loop.
+    virtual Task<FileFault> removeFile(Path path, FileDate date) = 0;
 
     /// After a crash: removes our left-over temporary files from `outputFolders`, and moves files that were being
     /// removed from `sourceFolder` (and below it) back to their place.

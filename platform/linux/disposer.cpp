@@ -12,8 +12,6 @@ namespace vantrell {
 
 namespace {
 
-constexpr off_t kStep = off_t{64} << 20U;
-
 Task<void> shrinkAndClose(EventLoop& loop, UniqueFd file, std::optional<Pending> flush) {
     if (flush) co_await *flush;
     co_await shrink(loop, file.get());
@@ -30,7 +28,7 @@ Task<void> shrinkWhenUnused(EventLoop& loop, UniqueFd file) {
 
 bool isLarge(const UniqueFd& file) {
     struct stat status {};
-    return ::fstat(file.get(), &status) == 0 && status.st_size > kStep;
+    return ::fstat(file.get(), &status) == 0 && status.st_size > kDropStep;
 }
 
 }  // namespace
@@ -38,8 +36,8 @@ bool isLarge(const UniqueFd& file) {
 Task<void> shrink(EventLoop& loop, int file) {
     struct stat status {};
     if (::fstat(file, &status) != 0 || status.st_nlink != 0) co_return;
-    for (off_t size = status.st_size; size > kStep;) {
-        size -= kStep;
+    for (off_t size = status.st_size; size > kDropStep;) {
+        size -= kDropStep;
         // What cannot be shrunk is dropped as a whole when it is closed.
         if (::ftruncate(file, size) != 0) co_return;
         co_await NextTurn(loop.queue());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <sys/types.h>
+
 #include <optional>
 
 #include "platform/event_loop.h"
@@ -8,6 +10,9 @@
 #include "task/task_group.h"
 
 namespace vantrell {
+
+/// A file that is larger takes long to drop all at once.
+inline constexpr off_t kDropStep = off_t{64} << 20U;
 
 /// Shrinks an open file that has no name any more, in steps that do not hold up the event loop. A file that still has
 /// a name is left alone.

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/posix_toolbox.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/linux/crash_cleanup.h"
 #include "platform/linux/file_attributes.h"
 #include "platform/linux/file_copier.h"
+#include "platform/linux/file_remover.h"
+#include "platform/linux/folder_listing.h"
 #include "platform/linux/folder_search.h"
 #include "platform/linux/held_file.h"
 #include "platform/linux/place.h"
@@ -22,15 +22,6 @@ constexpr mode_t kFolderMode = 0777;
 
 bool isFolderStatus(const Path& path, struct stat& status) {
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-std::chrono::system_clock::time_point timePointOf(const statx_timestamp& time) {
-    // Dates beyond what the clock's type can hold (the year 2262) are as good as its end.
-    constexpr std::int64_t kFarthest = 9'000'000'000;
-    const std::int64_t seconds = std::clamp<std::int64_t>(time.tv_sec, -kFarthest, kFarthest);
-    return std::chrono::system_clock::time_point(
-        std::chrono::duration_cast<std::chrono::system_clock::duration>(std::chrono::seconds(seconds)) +
-        std::chrono::nanoseconds(time.tv_nsec));
 }
 
 }  // namespace
@@ -70,6 +61,8 @@ void PosixToolbox::clearReadOnly(const Path& path) { allowOwnerToWrite(path.c_st
 
 Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) { return searchFolder(loop_, std::move(order)); }
 
+Task<std::vector<Path>> PosixToolbox::listFiles(Path folder) { return listFolder(loop_, std::move(folder)); }
+
 HoldResult PosixToolbox::hold(const Path& path) {
     auto [file, fault] = PosixHeldFile::open(probe_, path);
     if (!fault) fault = file->checkUse();
@@ -94,11 +87,8 @@ Task<FileFault> PosixToolbox::copy(Path source, Path target, unsigned permission
     return copyFile(parts_, probe_, std::move(source), std::move(target), permissions);
 }
 
-std::chrono::system_clock::time_point PosixToolbox::fileDate(const Path& path) const {
-    struct statx status {};
-    if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_BTIME | STATX_CTIME, &status) != 0) return {};
-    const auto changed = timePointOf(status.stx_ctime);
-    return (status.stx_mask & STATX_BTIME) == 0 ? changed : std::max(changed, timePointOf(status.stx_btime));
+Task<FileFault> PosixToolbox::removeFile(Path path, FileDate date) {
+    return removeDatedFile(loop_, disposer_, std::move(path), date);
 }
 
 Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) {

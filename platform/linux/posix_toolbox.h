@@ -5,6 +5,7 @@
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
 #include "platform/linux/disposer.h"
+#include "platform/linux/file_date.h"
 #include "platform/linux/file_mover.h"
 #include "platform/linux/output_file.h"
 #include "platform/linux/quiet_time.h"
@@ -30,13 +31,15 @@ public:
     bool makeFolder(const Path& path) override;
     void clearReadOnly(const Path& path) override;
     Task<std::vector<Path>> search(SearchOrder order) override;
+    Task<std::vector<Path>> listFiles(Path folder) override;
     HoldResult hold(const Path& path) override;
     OutputResult createOutput(const Path& folder) override;
     Task<FileFault> rename(Path source, Path target) override;
     Task<FileFault> move(MoveOrder order) override;
     Task<FileFault> flushMoves() override { return mover_.flushMoves(); }
     Task<FileFault> copy(Path source, Path target, unsigned permissions) override;
-    [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override;
+    [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(path); }
+    Task<FileFault> removeFile(Path path, FileDate date) override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
 
 private:

@@ -24,7 +24,7 @@ public:
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
     void setModeLabel(const std::string& text) override { mode = text; }
     void setClock(const std::string& text) override { clock = text; }
-    void setSchedule(const std::string&) override {}
+    void setSchedule(const std::string& text) override { schedule = text; }
     void setStartEnabled(bool enabled) override { startEnabled = enabled; }
     void setStopEnabled(bool enabled) override { stopEnabled = enabled; }
     void setWaitPointer(bool waiting) override { waitPointer = waiting; }
@@ -53,7 +53,7 @@ public:
     void bringToFront() override {}
     void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
 
-    std::string caption, label2, mode, clock, currentFile, lastFile, minutes;
+    std::string caption, label2, mode, clock, schedule, currentFile, lastFile, minutes;
     std::vector<std::string> panel1, lines;
     std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;
@@ -68,6 +68,13 @@ public:
 class SettableClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override { return time; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return boot; }
+    /// Time passes; setting `time` alone is somebody setting the clock.
+    void advance(std::chrono::seconds passed) {
+        time += passed;
+        boot += passed;
+    }
+    std::chrono::nanoseconds boot = std::chrono::hours(1);
     TimePoint time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + std::chrono::hours(14);
 };
 

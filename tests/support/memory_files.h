@@ -100,14 +100,14 @@ public:
     bool makeFolder(const Path&) override { return notOffered<bool>(); }
     void clearReadOnly(const Path&) override { notOffered<bool>(); }
     Task<std::vector<Path>> search(SearchOrder) override { return notOffered<Task<std::vector<Path>>>(); }
+    Task<std::vector<Path>> listFiles(Path) override { return notOffered<Task<std::vector<Path>>>(); }
     HoldResult hold(const Path&) override { return notOffered<HoldResult>(); }
     Task<FileFault> rename(Path, Path) override { return notOffered<Task<FileFault>>(); }
     Task<FileFault> move(MoveOrder) override { return notOffered<Task<FileFault>>(); }
     Task<FileFault> flushMoves() override { return notOffered<Task<FileFault>>(); }
     Task<FileFault> copy(Path, Path, unsigned) override { return notOffered<Task<FileFault>>(); }
-    [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path&) const override {
-        return notOffered<std::chrono::system_clock::time_point>();
-    }
+    [[nodiscard]] FileDate fileDate(const Path&) const override { return notOffered<FileDate>(); }
+    Task<FileFault> removeFile(Path, FileDate) override { return notOffered<Task<FileFault>>(); }
     Task<void> cleanUpAfterCrash(std::vector<Path>, Path) override { return notOffered<Task<void>>(); }
 
     FileFault createFault;

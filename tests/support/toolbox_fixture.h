@@ -21,6 +21,7 @@ namespace vantrell::test {
 class SettableClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override { return wall; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return steady.time_since_epoch(); }
     void advance(std::chrono::nanoseconds time) {
         wall += std::chrono::duration_cast<TimePoint::duration>(time);
         steady += time;

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "platform/linux/unique_fd.h"
+#include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -294,30 +295,12 @@ TEST_F(ScanPassTest, LeavesWhatIsNoFileWhereItIs) {
 }
 
 /// A toolbox whose outputs fail like those of a machine that is full or broken.
-class FailingOutputs final : public FileToolbox {
+class FailingOutputs final : public ForwardingToolbox {
 public:
-    FailingOutputs(FileToolbox& real, FaultKind kind) : real_(real), kind_(kind) {}
-    [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
-    [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
-    [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
-    bool makeFolder(const Path& path) override { return real_.makeFolder(path); }
-    void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
-    Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
-    HoldResult hold(const Path& path) override { return real_.hold(path); }
+    FailingOutputs(FileToolbox& real, FaultKind kind) : ForwardingToolbox(real), kind_(kind) {}
     OutputResult createOutput(const Path&) override { return {nullptr, {kind_, "the machine cannot write"}}; }
-    Task<FileFault> rename(Path source, Path target) override { return real_.rename(source, target); }
-    Task<FileFault> move(MoveOrder order) override { return real_.move(std::move(order)); }
-    Task<FileFault> flushMoves() override { return real_.flushMoves(); }
-    Task<FileFault> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
-    [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override {
-        return real_.fileDate(path);
-    }
-    Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source) override {
-        return real_.cleanUpAfterCrash(std::move(outputs), std::move(source));
-    }
 
 private:
-    FileToolbox& real_;
     FaultKind kind_;
 };
 

@@ -71,6 +71,78 @@ TEST_F(Toolbox, TheFileDateIsTheArrivalAndNotTheModificationTime) {
     EXPECT_EQ(toolbox.fileDate(folder / "none"), std::chrono::system_clock::time_point());
 }
 
+TEST_F(Toolbox, ListsTheFilesThatAPersonSees) {
+    folder.makeFolder("sub");
+    for (const char* name : {"b", "a.txt", ".hidden", "B", "sub/deep", "\xFF"}) writeFile(folder / name, "x");
+    std::filesystem::create_symlink("b", folder / "link");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(loop.valueOf(toolbox.listFiles(folder.path() + "/")), (Names{"B", "a.txt", "b", "\xFF"}));
+    EXPECT_EQ(loop.valueOf(toolbox.listFiles(folder / "none")), Names{});
+}
+
+TEST_F(Toolbox, RemovesTheFileOfThatDateAlone) {
+    writeFile(folder / "old", "x");
+    const FileDate date = toolbox.fileDate(folder / "old");
+    const auto removed = [&](const char* name, FileDate expected) {
+        return loop.valueOf(toolbox.removeFile(folder / name, expected)).kind;
+    };
+    EXPECT_EQ(removed("old", date - std::chrono::nanoseconds(1)), FaultKind::inUse);
+    EXPECT_EQ(removed("old", FileDate()), FaultKind::inUse);
+    EXPECT_EQ(removed("none", date), FaultKind::notThere);
+    std::filesystem::create_symlink("old", folder / "link");
+    EXPECT_EQ(removed("link", toolbox.fileDate(folder / "link")), FaultKind::other);
+    EXPECT_EQ(removed("link", date), FaultKind::other);
+    folder.makeFolder("sub");
+    EXPECT_EQ(removed("sub", toolbox.fileDate(folder / "sub")), FaultKind::other);
+    EXPECT_EQ(namesIn(folder.path()), (Names{"link", "old", "sub"}));
+
+    writeFile(folder / "new", "y");
+    std::filesystem::rename(folder / "new", folder / "old");
+    EXPECT_EQ(removed("old", date), FaultKind::inUse) << "another file has taken the name";
+    EXPECT_EQ(readFile(folder / "old"), "y");
+    EXPECT_EQ(removed("old", toolbox.fileDate(folder / "old")), FaultKind::none);
+    EXPECT_EQ(namesIn(folder.path()), (Names{"link", "sub"}));
+}
+
+TEST_F(Toolbox, RemovesALargeFileInStepsAndKeepsItForItsOtherName) {
+    writeFile(folder / "large", "begin");
+    ASSERT_EQ(::truncate((folder / "large").c_str(), off_t{400} << 20U), 0);
+    std::filesystem::create_hard_link(folder / "large", folder / "other");
+    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "large", toolbox.fileDate(folder / "large"))));
+    EXPECT_EQ(statusAt(folder / "other").st_size, off_t{400} << 20U);
+
+    const UniqueFd watcher(::open((folder / "other").c_str(), O_PATH | O_CLOEXEC));  // not one that reads
+    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "other", toolbox.fileDate(folder / "other"))));
+    struct stat status {};
+    ASSERT_EQ(::fstat(watcher.get(), &status), 0);
+    EXPECT_LE(status.st_size, off_t{64} << 20U);
+    EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(Toolbox, ALargeRemovedFileStaysWholeForItsReader) {
+    writeFile(folder / "large", "begin");
+    ASSERT_EQ(::truncate((folder / "large").c_str(), off_t{100} << 20U), 0);
+    const UniqueFd reader(::open((folder / "large").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "large", toolbox.fileDate(folder / "large"))));
+    struct stat status {};
+    ASSERT_EQ(::fstat(reader.get(), &status), 0);
+    EXPECT_EQ(status.st_size, off_t{100} << 20U);
+}
+
+TEST_F(Toolbox, WhatMayNotBeRemovedStays) {
+    const std::string closed = folder.makeFolder("closed");
+    writeFile(closed + "/a", "x");
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(closed.c_str(), 0555), 0);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(loop.valueOf(toolbox.removeFile(closed + "/a", toolbox.fileDate(closed + "/a"))).kind,
+                  FaultKind::other);
+    }
+    EXPECT_EQ(namesIn(closed), Names{"a"});
+    ASSERT_EQ(::chmod(closed.c_str(), 0755), 0);
+}
+
 TEST_F(Toolbox, ACopyReplacesItsTargetAndGetsThePermissions) {
     writeFile(folder / "one", "new words");
     writeFile(folder / "other", "old");

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/weekly_delete.h"
+
+#include <utility>
+
+namespace vantrell {
+
+namespace {
+
+constexpr std::int32_t kArmedMs = 10;
+
+constexpr char kDaysAreNotSet[] = "Weekly Delete: the days old are not set (7 to 14). Nothing is deleted.";
+constexpr char kClockHasJumped[] =
+    "Weekly Delete is held back: the computer's clock has been set by more than a day. Please check the date, then "
+    "choose \"Manually Delete Done Files\" or start the program again.";
+
+}  // namespace
+
+WeeklyDelete::WeeklyDelete(WeeklyDeleteParts parts) : p_(parts), watch_(parts.clock), tasks_(parts.loop.queue()) {}
+
+void WeeklyDelete::clockTick() {
+    watch_.look();
+    const SettingsRecord& settings = p_.state.settings;
+    p_.window.setSchedule(scheduleText(settings));
+    if (!schedule_.takeDue(settings, p_.clock.now())) return;
+    if (!daysOldAreSet(settings)) return p_.report.showInPanel1(kDaysAreNotSet);
+    if (watch_.hasJumped()) return p_.report.showInPanel1(kClockHasJumped);
+    p_.timDelete.setInterval(kArmedMs);
+    p_.timDelete.setEnabled(true);
+}
+
+void WeeklyDelete::mnDeleteDone() {
+    if (!mayBegin()) return;
+    if (daysOldAreSet(p_.state.settings)) watch_.accept();
+    timDelete_Timer();
+}
+
+bool WeeklyDelete::mayBegin() { return tasks_.isIdle() && !p_.state.ClosingForGood; }
+
+void WeeklyDelete::timDelete_Timer() {
+    if (!mayBegin()) return;
+    p_.mode.TurnOffTimRun();
+    p_.timDelete.setEnabled(false);
+    tasks_.start(deleteOnce());
+}
+
+void WeeklyDelete::abort() {
+    p_.timDelete.setEnabled(false);
+    tasks_.abort();
+}
+
+Task<void> WeeklyDelete::deleteOnce() {
+    const bool passDecides = p_.state.PassInProgress;
+    const unsigned switches = p_.mode.switches();
+    co_await scandirDel(p_.state.settings.DoneFolder + kPathSeparator);
+    if (!passDecides) resumeProcessing(switches);
+}
+
+// What the operator or a pass has decided meanwhile stands.
+void WeeklyDelete::resumeProcessing(unsigned switches) {
+    if (p_.state.PassInProgress || p_.mode.switches() != switches || (pauses_ && pauses_())) return;
+    p_.mode.TurnOnTimRun();
+}
+
+Task<void> WeeklyDelete::scandirDel(Path folder) {
+    if (folder == Path(1, kPathSeparator)) co_return;
+    if (const std::string reason = reasonNotTo(folder); !reason.empty()) co_return p_.report.showInPanel1(reason);
+    const auto today = localDay(p_.clock.now());
+    const auto cutOff = today - std::chrono::days(p_.state.settings.WeeklyDeleteDaysOld);
+    const std::vector<Path> names = co_await p_.toolbox.listFiles(folder);
+    for (const Path& name : names) {
+        const FileDate date = p_.toolbox.fileDate(folder + name);
+        if (date == FileDate()) co_return;
+        if (localDay(date) < cutOff) co_await deleteFile(folder + name, date);
+        co_await p_.loop.breathe();
+    }
+}
+
+// In every other folder the files are the only ones of their kind: not encrypted yet, or the encrypted ones.
+std::string WeeklyDelete::reasonNotTo(const Path& folder) const {
+    const SettingsRecord& settings = p_.state.settings;
+    if (!daysOldAreSet(settings)) return kDaysAreNotSet;
+    const std::pair<const char*, const Path&> others[] = {{"Source", settings.SourceFolder},
+                                                          {"Destination", settings.DestinationFolder},
+                                                          {"Reject", settings.RejectFolder}};
+    for (const auto& [name, other] : others) {
+        if (!p_.toolbox.isSameFolder(folder, other)) continue;
+        return "Done Folder " + settings.DoneFolder + " is the " + name + " Folder too. Weekly Delete deletes nothing.";
+    }
+    return {};
+}
+
+// Said beforehand: an abort after the removal must not leave it unsaid.
+Task<void> WeeklyDelete::deleteFile(Path path, FileDate date) {
+    p_.report.showInPanel1("Executing Weekly Delete ...Deleting File: " + path);
+    const FileFault fault = co_await p_.toolbox.removeFile(path, date);
+    if (!fault || fault.kind == FaultKind::notThere) co_return;
+    p_.report.showInPanel1("Weekly Delete could not delete File: " + path + " - FAILED: " + fault.text);
+}
+
+}  // namespace vantrell

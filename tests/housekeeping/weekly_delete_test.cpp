@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/weekly_delete.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/forwarding_toolbox.h"
+#include "support/weekly_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Texts = std::vector<std::string>;
+
+const char kHeldBack[] =
+    "Weekly Delete is held back: the computer's clock has been set by more than a day. Please check the date, then "
+    "choose \"Manually Delete Done Files\" or start the program again.";
+const char kNotSet[] = "Weekly Delete: the days old are not set (7 to 14). Nothing is deleted.";
+
+class WeeklyDeleteTest : public ::testing::Test {
+protected:
+    std::string done(const std::string& name) { return weekly.bench.done(name); }
+    Texts left() { return PassBench::names(weekly.settings().DoneFolder); }
+    static std::string deleting(const std::string& path) { return "Executing Weekly Delete ...Deleting File: " + path; }
+    /// The clock shows a day so many days after that on which the file came.
+    void showDaysAfter(const std::string& path, int days) {
+        weekly.bench.clock.time = weekly.bench.toolbox.fileDate(path) + std::chrono::days(days);
+    }
+    /// The clock shows the scheduled minute, at least 8 days after now.
+    void showScheduledMinute() {
+        const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+        weekly.bench.clock.time = today + 9 * 24h + 19h + 5min;
+        const unsigned day = std::chrono::weekday(today + std::chrono::days(9)).iso_encoding();
+        weekly.settings().WeeklyDeleteDay = static_cast<std::int16_t>(day);
+    }
+    WeeklyBench weekly;
+};
+
+TEST_F(WeeklyDeleteTest, TakesOldRegularFilesOfTheTopLevelAlone) {
+    writeFile(weekly.bench.root / "outside", "kept");
+    weekly.bench.root.makeFolder("done/sub");
+    for (const char* name : {"b.txt", "a", ".hidden", "sub/deep.txt", "read-only", "bad\xFF\nname"})
+        writeFile(done(name), name);
+    ASSERT_EQ(::chmod(done("read-only").c_str(), 0444), 0);
+    std::filesystem::create_symlink(weekly.bench.root / "outside", done("link"));
+    std::filesystem::create_symlink(done("sub"), done("subLink"));
+    ASSERT_EQ(::mkfifo(done("fifo").c_str(), 0600), 0);
+
+    showDaysAfter(done("b.txt"), 7);
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(weekly.bench.messages(), Texts{});
+    showDaysAfter(done("b.txt"), 8);
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left(), (Texts{".hidden", "fifo", "link", "sub", "subLink"}));
+    EXPECT_TRUE(PassBench::exists(done("sub/deep.txt")));
+    EXPECT_EQ(readFile(weekly.bench.root / "outside"), "kept");
+    const Texts said{deleting(done("a")), deleting(done("b.txt")), deleting(done("bad\\xFF\\x0Aname")),
+                     deleting(done("read-only"))};
+    EXPECT_EQ(weekly.bench.messages(), said);
+    EXPECT_EQ(weekly.bench.window.panel1[3], said[3]);
+    EXPECT_EQ(weekly.bench.state.StatusText, "");
+}
+
+TEST_F(WeeklyDeleteTest, AFolderReachedThroughALinkIsTheDoneFolder) {
+    writeFile(done("a"), "a");
+    std::filesystem::create_symlink(weekly.settings().DoneFolder, weekly.bench.root / "link");
+    weekly.settings().DoneFolder = weekly.bench.root / "link";
+    showDaysAfter(done("a"), 8);
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left(), Texts{});
+}
+
+TEST_F(WeeklyDeleteTest, WithoutADoneFolderThereIsNothingToDo) {
+    weekly.settings().DoneFolder.clear();
+    EXPECT_TRUE(weekly.deleteByHand());
+    weekly.settings().DoneFolder = "/none/there";
+    EXPECT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(weekly.bench.messages(), Texts{});
+}
+
+TEST_F(WeeklyDeleteTest, TakesNothingFromAFolderThatIsAnotherOneToo) {
+    writeFile(done("only copy"), "x");
+    showDaysAfter(done("only copy"), 20);
+    SettingsRecord& settings = weekly.settings();
+    for (Path* other : {&settings.SourceFolder, &settings.DestinationFolder, &settings.RejectFolder}) {
+        const Path usual = std::exchange(*other, settings.DoneFolder + "/.");
+        ASSERT_TRUE(weekly.deleteByHand());
+        *other = usual;
+        EXPECT_EQ(left(), Texts{"only copy"});
+        EXPECT_NE(weekly.bench.messages().at(0).find(" Folder too. Weekly Delete deletes nothing."), std::string::npos);
+    }
+}
+
+TEST_F(WeeklyDeleteTest, DaysThatAreNotSetDeleteNothingAndAreTold) {
+    writeFile(done("a"), "a");
+    for (const int days : {0, 6, 15, -8}) {
+        weekly.settings().WeeklyDeleteDaysOld = static_cast<std::int16_t>(days);
+        showDaysAfter(done("a"), 400);
+        ASSERT_TRUE(weekly.deleteByHand());
+        EXPECT_EQ(weekly.bench.messages(), Texts{kNotSet});
+        showScheduledMinute();
+        weekly.bench.clock.time += days * 168h;
+        EXPECT_FALSE(weekly.tick());
+        EXPECT_FALSE(weekly.tick());
+        EXPECT_EQ(weekly.bench.messages(), Texts{kNotSet});
+    }
+    EXPECT_EQ(left(), Texts{"a"});
+}
+
+TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
+    writeFile(done("a"), "a");
+    weekly.weekly->clockTick();
+    showScheduledMinute();
+    EXPECT_FALSE(weekly.tick());
+    EXPECT_FALSE(weekly.tick());
+    EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack});
+    weekly.bench.clock.advance(168h);
+    EXPECT_FALSE(weekly.tick()) << "nobody has looked at it yet";
+    EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack});
+    EXPECT_EQ(left(), Texts{"a"});
+
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left(), Texts{});
+    weekly.bench.clock.advance(168h);
+    EXPECT_TRUE(weekly.tick());
+}
+
+TEST_F(WeeklyDeleteTest, AClockThatWasWrongForAWhileIsRemembered) {
+    showScheduledMinute();
+    weekly.startAnew(weekly.bench.toolbox);
+    weekly.bench.clock.time -= 25h;
+    weekly.weekly->clockTick();
+    weekly.bench.clock.time += 25h;
+    weekly.weekly->clockTick();
+    EXPECT_FALSE(weekly.timDelete.isEnabled());
+    EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack});
+}
+
+TEST_F(WeeklyDeleteTest, SummerTimeSleepAndSmallStepsAreNoJump) {
+    weekly.bench.clock.time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + 12h;
+    weekly.startAnew(weekly.bench.toolbox);
+    weekly.bench.clock.advance(30 * 168h);
+    weekly.bench.clock.time += 7h + 5min;
+    weekly.weekly->clockTick();
+    EXPECT_TRUE(weekly.timDelete.isEnabled());
+    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Monday 7:5 PM  File Create Date > 7");
+}
+
+TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
+    bool isOpen = false;
+    weekly.weekly->setPauses([&isOpen] { return isOpen; });
+    ModeDisplay& mode = weekly.bench.mode;
+    weekly.weekly->mnDeleteDone();
+    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
+    ASSERT_TRUE(weekly.finish());
+    EXPECT_EQ(mode.mode(), Mode::automatic) << "whatever it was before";
+
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    isOpen = true;
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(mode.mode(), Mode::stopped) << "the settings window is open";
+    isOpen = false;
+
+    weekly.bench.state.PassInProgress = true;
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(mode.mode(), Mode::running) << "the pass decides";
+}
+
+/// Asks the real toolbox, slowly, and fails to remove when told.
+class TroubledFolder final : public ForwardingToolbox {
+public:
+    using ForwardingToolbox::ForwardingToolbox;
+    [[nodiscard]] FileDate fileDate(const Path& path) const override {
+        const auto begin = std::chrono::steady_clock::now();
+        while (std::chrono::steady_clock::now() - begin < 1ms) {
+        }
+        return path.ends_with(unreadable) ? FileDate() : ForwardingToolbox::fileDate(path);
+    }
+    Task<FileFault> removeFile(Path path, FileDate date) override {
+        if (fault) co_return fault;
+        co_return co_await ForwardingToolbox::removeFile(path, date);
+    }
+    std::string unreadable = "unreadable";
+    FileFault fault;
+};
+
+class TroubledDeleteTest : public WeeklyDeleteTest {
+protected:
+    TroubledDeleteTest() {
+        for (int i = 100; i < 400; ++i) writeFile(done(std::to_string(i)), "x");
+        showDaysAfter(done("399"), 8);
+        weekly.startAnew(folder);
+    }
+    TroubledFolder folder{weekly.bench.toolbox};
+};
+
+TEST_F(TroubledDeleteTest, LeavesTheWindowItsTurns) {
+    weekly.weekly->mnDeleteDone();
+    int turns = 0;
+    while (weekly.bench.loop.turn()) ++turns;
+    EXPECT_GT(turns, 5) << "300 ms of work at 20 ms a turn";
+    EXPECT_EQ(left().size(), 0U);
+}
+
+TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    weekly.weekly->abort();
+    while (weekly.bench.loop.turn()) continue;
+    EXPECT_GT(left().size(), 0U);
+    EXPECT_EQ(weekly.bench.messages().size(), 300 - left().size()) << "each file that went was told, and told once";
+    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
+}
+
+TEST_F(TroubledDeleteTest, NothingBeginsOnceTheProgramEnds) {
+    weekly.bench.state.ClosingForGood = true;
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left().size(), 300U);
+}
+
+TEST_F(TroubledDeleteTest, ATickDuringADeletionWaitsForItsTurn) {
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    weekly.timDelete.setEnabled(true);
+    weekly.weekly->timDelete_Timer();
+    EXPECT_TRUE(weekly.timDelete.isEnabled());
+    ASSERT_TRUE(weekly.finish());
+    weekly.weekly->timDelete_Timer();
+    EXPECT_FALSE(weekly.timDelete.isEnabled());
+}
+
+TEST_F(TroubledDeleteTest, AStopMeanwhileStands) {
+    weekly.weekly->mnDeleteDone();
+    weekly.bench.loop.turn();
+    weekly.bench.mode.TurnOffTimRun();
+    ASSERT_TRUE(weekly.finish());
+    EXPECT_EQ(left().size(), 0U);
+    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
+}
+
+TEST_F(TroubledDeleteTest, EndsAtAFileWithoutADate) {
+    folder.unreadable = "/103";
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left().size(), 297U);
+    EXPECT_EQ(weekly.bench.messages().size(), 3U);
+    EXPECT_TRUE(weekly.bench.timRun.isEnabled());
+}
+
+TEST_F(TroubledDeleteTest, TellsWhatCouldNotBeDeleted) {
+    folder.fault = {FaultKind::other, "Operation not permitted"};
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left().size(), 300U);
+    const Texts said = weekly.bench.messages();
+    ASSERT_EQ(said.size(), 600U);
+    EXPECT_EQ(said[0], deleting(done("100")));
+    EXPECT_EQ(said[1], "Weekly Delete could not delete File: " + done("100") + " - FAILED: Operation not permitted");
+}
+
+}  // namespace
+}  // namespace vantrell::test

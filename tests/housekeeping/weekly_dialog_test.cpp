@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "housekeeping/weekly_delete_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include "support/weekly_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+class RecordingWeeklyWindow final : public WeeklyDeleteWindow {
+public:
+    void fillLists(const WeeklyLists& entries) override { lists = entries; }
+    void select(const WeeklyChoice& selected) override { choice = selected; }
+    void setClock(const std::string& text) override { clock = text; }
+    void showCentred() override { isShown = true; }
+    void bringToFront() override { ++broughtToFront; }
+    void closeWindow() override { isShown = false; }
+
+    WeeklyLists lists;
+    WeeklyChoice choice;
+    std::string clock;
+    bool isShown = false;
+    int broughtToFront = 0;
+};
+
+class WeeklyDialogTest : public ::testing::Test {
+protected:
+    [[nodiscard]] SettingsRecord saved() {
+        ProgramState state;
+        state.SettingsFilePath = weekly.bench.state.SettingsFilePath;
+        SettingsFile file(state, weekly.bench.files, weekly.bench.clock);
+        EXPECT_EQ(file.loadSettings(), SettingsFile::Loaded::whole);
+        return state.settings;
+    }
+    WeeklyBench weekly;
+    RecordingWeeklyWindow window;
+    ManualTimer timClock;
+    WeeklyDeleteDialog dialog{
+        {weekly.bench.state, window, weekly.bench.settings, weekly.bench.mode, weekly.bench.clock, timClock},
+        [this] { weekly.weekly->clockTick(); }};
+};
+
+TEST_F(WeeklyDialogTest, OpensPausedWithWhatIsStored) {
+    weekly.settings().WeeklyDeleteAmPm.clear();
+    weekly.bench.mode.TurnOnTimRun();
+    dialog.cmdSched();
+    EXPECT_TRUE(window.isShown && dialog.isOpen());
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(saved().WeeklyDeleteAmPm, "PM");
+    EXPECT_EQ(window.choice, (WeeklyChoice{1, 6, 5, 0, false}));
+    EXPECT_EQ(window.clock, generalDateText(weekly.bench.clock.time));
+    EXPECT_TRUE(timClock.isEnabled());
+    EXPECT_EQ(timClock.interval(), 100);
+    dialog.cmdSched();
+    EXPECT_EQ(window.broughtToFront, 1);
+}
+
+TEST_F(WeeklyDialogTest, FillsTheLists) {
+    dialog.cmdSched();
+    EXPECT_EQ(window.lists.days, (std::vector<std::string>{"-None-", "Monday", "Tuesday", "Wednesday", "Thursday",
+                                                           "Friday", "Saturday", "Sunday"}));
+    EXPECT_EQ(window.lists.daysOld, (std::vector<std::string>{"7", "8", "9", "10", "11", "12", "13", "14"}));
+    ASSERT_EQ(window.lists.hours.size(), 12U);
+    EXPECT_EQ(window.lists.hours.front() + window.lists.hours.back(), "112");
+    ASSERT_EQ(window.lists.minutes.size(), 60U);
+    EXPECT_EQ(window.lists.minutes[0] + window.lists.minutes[9] + window.lists.minutes[59], "000959");
+}
+
+TEST_F(WeeklyDialogTest, OkTakesSavesShowsAndResumes) {
+    dialog.cmdSched();
+    dialog.okPressed({7, 11, 0, 7, true});
+    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Sunday 12:0 AM  File Create Date > 14");
+    EXPECT_EQ(saved(), weekly.settings());
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::automatic) << "even when it was stopped before";
+    EXPECT_FALSE(window.isShown || dialog.isOpen() || timClock.isEnabled());
+    dialog.cmdSched();
+    EXPECT_EQ(window.choice, (WeeklyChoice{7, 11, 0, 7, true}));
+    dialog.okPressed({0, 0, 0, 0, false});
+    EXPECT_EQ(weekly.bench.window.schedule, "");
+}
+
+TEST_F(WeeklyDialogTest, CancelKeepsTheFieldsAndResumes) {
+    const SettingsRecord before = weekly.settings();
+    dialog.cmdSched();
+    dialog.cancelPressed();
+    EXPECT_EQ(weekly.settings(), before);
+    EXPECT_EQ(saved(), before);
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::automatic);
+    EXPECT_FALSE(window.isShown || timClock.isEnabled());
+    weekly.bench.mode.TurnOffTimRun();
+    dialog.cancelPressed();
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::stopped) << "it is not open";
+}
+
+TEST_F(WeeklyDialogTest, WhatIsNotInAListSelectsNothingAndStays) {
+    for (const int days : {6, 15, 0}) {
+        weekly.settings().WeeklyDeleteDaysOld = static_cast<std::int16_t>(days);
+        weekly.settings().WeeklyDeleteHour = 0;
+        dialog.cmdSched();
+        EXPECT_EQ(window.choice, (WeeklyChoice{1, -1, 5, -1, false}));
+        dialog.okPressed(window.choice);
+        EXPECT_EQ(weekly.settings().WeeklyDeleteDaysOld, days);
+        EXPECT_EQ(weekly.settings().WeeklyDeleteHour, 0);
+    }
+}
+
+TEST_F(WeeklyDialogTest, AnAbortResumesNothing) {
+    dialog.cmdSched();
+    dialog.abort();
+    EXPECT_FALSE(window.isShown || timClock.isEnabled());
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::stopped);
+}
+
+}  // namespace
+}  // namespace vantrell::test

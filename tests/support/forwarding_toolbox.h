@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "platform/file_toolbox.h"
+
+namespace vantrell::test {
+
+/// Hands everything on to another toolbox; a test's own one overrides what is to be different.
+class ForwardingToolbox : public FileToolbox {
+public:
+    explicit ForwardingToolbox(FileToolbox& real) : real_(real) {}
+
+    [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
+    [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
+    [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
+    bool makeFolder(const Path& path) override { return real_.makeFolder(path); }
+    void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
+    Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
+    Task<std::vector<Path>> listFiles(Path folder) override { return real_.listFiles(std::move(folder)); }
+    HoldResult hold(const Path& path) override { return real_.hold(path); }
+    OutputResult createOutput(const Path& folder) override { return real_.createOutput(folder); }
+    Task<FileFault> rename(Path source, Path target) override { return real_.rename(source, target); }
+    Task<FileFault> move(MoveOrder order) override { return real_.move(std::move(order)); }
+    Task<FileFault> flushMoves() override { return real_.flushMoves(); }
+    Task<FileFault> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
+    [[nodiscard]] FileDate fileDate(const Path& path) const override { return real_.fileDate(path); }
+    Task<FileFault> removeFile(Path path, FileDate date) override { return real_.removeFile(std::move(path), date); }
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source) override {
+        return real_.cleanUpAfterCrash(std::move(outputs), std::move(source));
+    }
+
+private:
+    FileToolbox& real_;
+};
+
+}  // namespace vantrell::test

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "housekeeping/weekly_delete.h"
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+
+/// A weekly delete over the engine's bench, on Monday at 7:05 PM and after 7 days unless a test says otherwise.
+class WeeklyBench {
+public:
+    WeeklyBench() {
+        startAnew(bench.toolbox);
+        settings().WeeklyDeleteDay = 1;
+        settings().WeeklyDeleteHour = 7;
+        settings().WeeklyDeleteMinute = 5;
+        settings().WeeklyDeleteAmPm = "PM";
+        settings().WeeklyDeleteDaysOld = 7;
+    }
+
+    /// As when the program is started again, on the given toolbox.
+    void startAnew(FileToolbox& toolbox) {
+        weekly.emplace(WeeklyDeleteParts{bench.state, bench.window, bench.report, toolbox, bench.loop, bench.clock,
+                                         bench.mode, timDelete});
+    }
+    SettingsRecord& settings() { return bench.state.settings; }
+    /// One tick of the clock timer, and of the deletion timer when it is armed; True when a deletion ran to its end.
+    bool tick() {
+        weekly->clockTick();
+        if (!timDelete.isEnabled()) return false;
+        weekly->timDelete_Timer();
+        return finish();
+    }
+    bool deleteByHand() {
+        weekly->mnDeleteDone();
+        return finish();
+    }
+    bool finish() {
+        return bench.loop.turnUntil([this] { return weekly->isIdle(); });
+    }
+
+    PassBench bench;
+    ManualTimer timDelete;
+    std::optional<WeeklyDelete> weekly;
+};
+
+}  // namespace vantrell::test
