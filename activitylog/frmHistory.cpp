@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "activitylog/frmMark.h"
 #include "core/frmText.h"
 
 namespace vantrell {
@@ -99,13 +100,13 @@ void frmHistory::sizeGrid() {
     GridDetails_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     GridDetails_->verticalHeader()->setMinimumSectionSize(rowHeight);
     GridDetails_->verticalHeader()->setDefaultSectionSize(rowHeight);
+    GridDetails_->setItemDelegateForColumn(frmHistoryRows::markColumn, new frmMark(this));
     QHeaderView* columns = GridDetails_->horizontalHeader();
-    const int mark =
-        style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin);
+    const int mark = frmMark::sideFor(fontMetrics()) + fontMetrics().height() / 2;
     columns->setMinimumSectionSize(kMarkWidth);
     columns->setSectionResizeMode(frmHistoryRows::nameColumn, QHeaderView::Stretch);
     columns->setSectionResizeMode(frmHistoryRows::markColumn, QHeaderView::Fixed);
-    columns->resizeSection(frmHistoryRows::markColumn, std::max(kMarkWidth, mark + 4));
+    columns->resizeSection(frmHistoryRows::markColumn, std::max(kMarkWidth, mark));
     GridDetails_->setMinimumSize(kNameWidth / 2, rowHeight * 4);
 }
 

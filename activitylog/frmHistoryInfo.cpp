@@ -63,6 +63,7 @@ void frmHistoryInfo::makeFindControls() {
     txtFind_->setAccessibleName(tr("Find"));
     txtFind_->setPlaceholderText(tr("Find (Ctrl+F)"));
     txtFind_->setClearButtonEnabled(true);
+    txtFind_->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
     cmdPrevious_ = new QPushButton(tr("&Previous"), this);
     cmdPrevious_->setObjectName(QStringLiteral("cmdPrevious"));
     cmdNext_ = new QPushButton(tr("&Next"), this);
@@ -79,7 +80,7 @@ void frmHistoryInfo::makeFindControls() {
 
 void frmHistoryInfo::arrange() {
     auto* row = new QHBoxLayout;
-    row->addWidget(txtFind_, 1);
+    row->addWidget(txtFind_, 3);
     row->addWidget(cmdPrevious_);
     row->addWidget(cmdNext_);
     row->addWidget(lblFound_);

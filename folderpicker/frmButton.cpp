@@ -5,8 +5,12 @@
 #include <QFile>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QScreen>
+#include <QSplitter>
+#include <QTreeView>
 #include <QVBoxLayout>
 #include <initializer_list>
 #include <vector>
@@ -59,6 +63,7 @@ frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
     makeExtras(order);
     makePrompt();
     arrange(order);
+    sizeToFont();
     connectControls();
     setDirectory(namedFolder(order.folder));
     selectionChanged();
@@ -133,6 +138,24 @@ void frmButton::arrange(const Order& order) {
     }
 }
 
+// Qt's first sizes are in pixels; of the columns only two say something about a folder.
+void frmButton::sizeToFont() {
+    if (auto* split = findChild<QSplitter*>(QStringLiteral("splitter"))) {
+        const int places = fontMetrics().averageCharWidth() * 20;
+        split->widget(0)->setMinimumWidth(places);
+        split->setSizes({places, places * 4});
+        split->setStretchFactor(1, 1);
+    }
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        QHeaderView* columns = details->header();
+        for (int column = 1; column + 1 < columns->count(); ++column) columns->hideSection(column);
+        columns->setSectionResizeMode(0, QHeaderView::Stretch);
+        columns->setSectionResizeMode(columns->count() - 1, QHeaderView::ResizeToContents);
+    }
+    const int line = fontMetrics().height();
+    resize(QSize(line * 40, line * 28).expandedTo(size()).boundedTo(screen()->availableSize() * 0.9));
+}
+
 void frmButton::connectControls() {
     connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
             &frmButton::selectionChanged);
@@ -156,6 +179,7 @@ void frmButton::selectionChanged() {
 
 void frmButton::openPrompt(bool open) {
     prompt_->setVisible(open);
+    buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
     txtName_->clear();
     selectionChanged();
     open ? txtName_->setFocus() : Command1_->setFocus();
@@ -170,7 +194,7 @@ void frmButton::createFolderAsTyped() {
     openPrompt(false);
     setDirectory(namedFolder(made.path));
     selectionChanged();
-    buttons_->setFocus();
+    buttons_->button(QDialogButtonBox::Open)->setFocus();
 }
 
 void frmButton::refuse(const std::string& words) {

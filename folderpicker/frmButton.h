@@ -47,6 +47,7 @@ private:
     void arrange(const Order& order);
     void makeExtras(const Order& order);
     void makePrompt();
+    void sizeToFont();
     void connectControls();
 
     void selectionChanged();

@@ -278,11 +278,13 @@ TEST_F(HistoryReaderTest, GivesTheWindowItsTurnsInALargeLog) {
     for (int line = 0; line < kLines; ++line) text += std::to_string(line) + filler + "\r\n";
     write("a", text);
     std::chrono::steady_clock::duration longest{};
+    int count = 0;
     const auto turns = [&] {
         for (bool more = true; more;) {
             const auto began = std::chrono::steady_clock::now();
             more = loop.turn();
             longest = std::max(longest, std::chrono::steady_clock::now() - began);
+            ++count;
         }
     };
     reader.readtheHistoryfile("a");
@@ -297,7 +299,8 @@ TEST_F(HistoryReaderTest, GivesTheWindowItsTurnsInALargeLog) {
     reader.copy({{0, kLines - 1}});
     turns();
     EXPECT_EQ(view.copied.value_or("").size(), text.size() - kLines);
-    EXPECT_LT(longest, std::chrono::milliseconds(400)) << "meant to be 20; the machine may be busy";
+    EXPECT_GT(count, 8) << "each of the three takes several turns on any machine";
+    EXPECT_LT(longest, std::chrono::milliseconds(1000)) << "meant to be 20; the machine may be busy";
 }
 
 namespace {
