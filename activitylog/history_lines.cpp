@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "activitylog/history_lines.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/display_text.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{256} * 1024;
+constexpr char kCannotBeRead[] = "(this line cannot be read again)";
+
+/// The length of the line that `rest` begins with, its line end included; 0 when its end is not in sight.
+std::size_t lengthOfLine(std::string_view rest, bool isAll) {
+    const std::string_view longest = rest.substr(0, HistoryLines::kLongestLine);
+    const std::size_t lineFeed = longest.find('\n');
+    if (lineFeed != std::string_view::npos) return lineFeed + 1;
+    return isAll || longest.size() < rest.size() ? longest.size() : 0;
+}
+
+std::string shownLine(std::string_view bytes) {
+    if (bytes.ends_with('\n')) {
+        bytes.remove_suffix(1);
+        if (bytes.ends_with('\r')) bytes.remove_suffix(1);
+    }
+    return displayText(bytes);
+}
+
+}  // namespace
+
+void HistoryLines::addFile(std::unique_ptr<ReadableFile> file) {
+    Section section;
+    section.file = std::move(file);
+    section.firstLine = size();
+    sections_.push_back(std::move(section));
+}
+
+// Each piece begins with the line that the one before it did not hold whole.
+bool HistoryLines::takePiece(FileFault& fault) {
+    Section& section = sections_.back();
+    piece_.resize(kPiece);
+    std::size_t got = 0;
+    fault = section.file->readAt(section.end, piece_, got);
+    const bool isAll = !fault && got < piece_.size();
+    std::string_view rest(piece_.data(), fault ? 0 : got);
+    while (!rest.empty()) {
+        const std::size_t length = lengthOfLine(rest, isAll);
+        if (length == 0) break;
+        addLine(section, rest.substr(0, length));
+        rest.remove_prefix(length);
+    }
+    return !fault && !isAll;
+}
+
+void HistoryLines::addLine(Section& section, std::string_view bytes) {
+    std::uint64_t width = 0;
+    for (const char byte : bytes) width += widths_[static_cast<unsigned char>(byte)];
+    if (width > widest_) {
+        widest_ = width;
+        widestLine_ = section.firstLine + section.lines;
+    }
+    if (section.lines % kBlock == 0) section.blockBegins.push_back(section.end);
+    section.end += bytes.size();
+    ++section.lines;
+    if (lastBlockFirstLine_ != SIZE_MAX && lastBlock_.size() < kBlock) lastBlockFirstLine_ = SIZE_MAX;
+}
+
+void HistoryLines::clear() {
+    sections_.clear();
+    piece_ = {};
+    widest_ = 0;
+    widestLine_ = 0;
+    lastBlockFirstLine_ = SIZE_MAX;
+}
+
+std::size_t HistoryLines::size() const {
+    return sections_.empty() ? 0 : sections_.back().firstLine + sections_.back().lines;
+}
+
+const HistoryLines::Section& HistoryLines::sectionOf(std::size_t index) const {
+    // A file without lines begins where the next one does, and is passed over.
+    const auto behind = std::upper_bound(sections_.begin(), sections_.end(), index,
+                                         [](std::size_t line, const Section& one) { return line < one.firstLine; });
+    return *std::prev(behind);
+}
+
+std::string HistoryLines::line(std::size_t index) const {
+    if (index < lastBlockFirstLine_ || index - lastBlockFirstLine_ >= lastBlock_.size()) {
+        const Section& section = sectionOf(index);
+        const std::size_t block = (index - section.firstLine) / kBlock;
+        lastBlock_ = readBlock(section, block);
+        lastBlockFirstLine_ = section.firstLine + block * kBlock;
+    }
+    return lastBlock_[index - lastBlockFirstLine_];
+}
+
+std::vector<std::string> HistoryLines::linesFrom(std::size_t index) const {
+    const Section& section = sectionOf(index);
+    const std::size_t within = index - section.firstLine;
+    std::vector<std::string> lines = readBlock(section, within / kBlock);
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(within % kBlock));
+    return lines;
+}
+
+std::vector<std::string> HistoryLines::readBlock(const Section& section, std::size_t block) const {
+    const bool isLast = block + 1 == section.blockBegins.size();
+    const std::uint64_t begin = section.blockBegins[block];
+    std::string bytes((isLast ? section.end : section.blockBegins[block + 1]) - begin, '\0');
+    std::size_t got = 0;
+    if (section.file->readAt(begin, bytes, got)) got = 0;
+    std::string_view rest = std::string_view(bytes).substr(0, got);
+    const std::size_t count = isLast ? section.lines - block * kBlock : kBlock;
+    std::vector<std::string> lines;
+    while (!rest.empty() && lines.size() < count) {
+        const std::size_t length = lengthOfLine(rest, true);
+        lines.push_back(shownLine(rest.substr(0, length)));
+        rest.remove_prefix(length);
+    }
+    lines.resize(count, kCannotBeRead);  // somebody has cut the file meanwhile
+    return lines;
+}
+
+}  // namespace vantrell

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "core/program_state.h"
+#include "platform/file_toolbox.h"
+#include "platform/path.h"
+
+namespace vantrell {
+
+/// What stands above the chooser when its caller gave no title.
+inline constexpr char kDefaultPickTitle[] = "Select a Folder";
+/// The title of the chooser's own message boxes.
+inline constexpr char kPickerTitle[] = "Tessaly Folder Browser";
+
+/// The folder on which the chooser opens: the wanted one, or where that has gone the nearest one above it that still
+/// exists; `home` when nothing is wanted or nothing is left.
+[[nodiscard]] Path startFolder(const Path& wanted, const Path& home, const FileToolbox& toolbox);
+
+/// The name that was typed, without the blanks around it.
+[[nodiscard]] std::string trimmedName(const std::string& typed);
+
+struct NewFolder {
+    Path path;            ///< empty when no folder was created
+    std::string refusal;  ///< then: words for people (UTF-8, CR LF between lines)
+};
+/// Creates one folder inside another. Whatever already bears the name, a folder or not, is left as it is.
+[[nodiscard]] NewFolder createFolder(const Path& inside, const std::string& name, FileToolbox& toolbox);
+
+/// Plain sentences (UTF-8) on what the four folders and the options together lead to that the operator may not expect,
+/// one blank between them; empty when there is nothing to say. The folders are compared as texts.
+[[nodiscard]] std::string folderWarning(const SettingsRecord& settings);
+
+}  // namespace vantrell

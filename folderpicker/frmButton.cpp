@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+#include "folderpicker/frmButton.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QScreen>
+#include <QSplitter>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <initializer_list>
+#include <vector>
+
+#include "core/frmText.h"
+#include "folderpicker/folder_choice.h"
+
+namespace vantrell {
+
+namespace {
+
+/// Makes room for whole rows above what the layout holds.
+void moveDown(QGridLayout& grid, int rows) {
+    struct Place {
+        QLayoutItem* item;
+        int row, column, rowSpan, columnSpan;
+    };
+    std::vector<Place> places;
+    while (grid.count() > 0) {
+        Place place{};
+        grid.getItemPosition(0, &place.row, &place.column, &place.rowSpan, &place.columnSpan);
+        place.item = grid.takeAt(0);
+        places.push_back(place);
+    }
+    for (const Place& place : places)
+        grid.addItem(place.item, place.row + rows, place.column, place.rowSpan, place.columnSpan);
+}
+
+/// The folder for Qt's dialog, which cannot name one whose bytes are not UTF-8: then the nearest above it that it can.
+QString namedFolder(Path folder) {
+    for (; folder.find(kPathSeparator) != Path::npos; folder = folderOfPath(folder)) {
+        const QByteArray bytes = QByteArray::fromStdString(folder);
+        if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return QFile::decodeName(bytes);
+    }
+    return QDir::rootPath();
+}
+
+}  // namespace
+
+frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
+    : QFileDialog(parent), toolbox_(toolbox) {
+    setObjectName(QStringLiteral("frmButton"));
+    setWindowTitle(order.title);
+    setAttribute(Qt::WA_DeleteOnClose);
+    // Read-only: Qt's own ways to create, rename and delete ask in boxes that hold up the event loop.
+    setOptions(DontUseNativeDialog | ShowDirsOnly | ReadOnly);
+    setFileMode(Directory);
+    setLabelText(Accept, tr("OK"));
+    setLabelText(FileName, tr("&Folder:"));
+    makeExtras(order);
+    makePrompt();
+    arrange(order);
+    sizeToFont();
+    connectControls();
+    setDirectory(namedFolder(order.folder));
+    selectionChanged();
+}
+
+void frmButton::makeExtras(const Order& order) {
+    lblStatus_ = new frmElidedLabel(Qt::ElideMiddle, this);
+    lblStatus_->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus_->setAccessibleDescription(tr("Selected folder"));
+    extras_ = new QWidget(this);
+    Command1_ = new QPushButton(tr("&Create"), extras_);
+    Command1_->setObjectName(QStringLiteral("Command1"));
+    Command1_->setVisible(order.showsCreate);
+    Check1_ = new QCheckBox(QStringLiteral("    INCLUDE SUBFOLDERS"), extras_);
+    Check1_->setObjectName(QStringLiteral("Check1"));
+    Check1_->setAccessibleName(tr("Include subfolders"));
+    QFont small = Check1_->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    Check1_->setFont(small);
+    Check1_->setVisible(order.showsRecurse);
+    auto* row = new QHBoxLayout(extras_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(Command1_);
+    row->addWidget(Check1_);
+    row->addStretch(1);
+}
+
+void frmButton::makePrompt() {
+    prompt_ = new QGroupBox(tr("Create Folder"), this);
+    prompt_->setObjectName(QStringLiteral("prompt"));
+    txtName_ = new QLineEdit(prompt_);
+    txtName_->setObjectName(QStringLiteral("txtName"));
+    cmdNameOk_ = new QPushButton(tr("OK"), prompt_);
+    cmdNameOk_->setObjectName(QStringLiteral("cmdNameOk"));
+    cmdNameOk_->setAccessibleName(tr("Create this folder"));
+    cmdNameCancel_ = new QPushButton(tr("Cancel"), prompt_);
+    cmdNameCancel_->setObjectName(QStringLiteral("cmdNameCancel"));
+    cmdNameCancel_->setAccessibleName(tr("Create no folder"));
+    auto* words = new QLabel(tr("Enter a name for your new folder"), prompt_);
+    words->setBuddy(txtName_);
+    txtName_->setAccessibleName(words->text());
+    auto* column = new QVBoxLayout(prompt_);
+    column->addWidget(words);
+    auto* row = new QHBoxLayout;
+    column->addLayout(row);
+    row->addWidget(txtName_, 1);
+    row->addWidget(cmdNameOk_);
+    row->addWidget(cmdNameCancel_);
+    prompt_->hide();
+}
+
+void frmButton::arrange(const Order& order) {
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    buttons_ = findChild<QDialogButtonBox*>();
+    for (const char* name : {"newFolderButton", "fileTypeLabel", "fileTypeCombo"})
+        if (auto* unused = findChild<QWidget*>(QString::fromLatin1(name))) unused->hide();
+    if (grid == nullptr || buttons_ == nullptr) return;
+    moveDown(*grid, 2);
+    const int columns = grid->columnCount();
+    auto* title = new QLabel(order.title, this);
+    title->setObjectName(QStringLiteral("lblTitle"));
+    title->setTextFormat(Qt::PlainText);
+    title->setWordWrap(true);
+    grid->addWidget(title, 0, 0, 1, columns);
+    grid->addWidget(lblStatus_, 1, 0, 1, columns);
+    grid->addWidget(extras_, grid->rowCount() - 1, 0, 1, columns - 1);  // level with the lower of OK and Cancel
+    grid->addWidget(prompt_, grid->rowCount(), 0, 1, columns);
+    QWidget* before = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    for (QWidget* next : std::initializer_list<QWidget*>{Command1_, Check1_, txtName_, cmdNameOk_, cmdNameCancel_}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+}
+
+// Qt's first sizes are in pixels; of the columns only two say something about a folder.
+void frmButton::sizeToFont() {
+    if (auto* split = findChild<QSplitter*>(QStringLiteral("splitter"))) {
+        const int places = fontMetrics().averageCharWidth() * 20;
+        split->widget(0)->setMinimumWidth(places);
+        split->setSizes({places, places * 4});
+        split->setStretchFactor(1, 1);
+    }
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        QHeaderView* columns = details->header();
+        for (int column = 1; column + 1 < columns->count(); ++column) columns->hideSection(column);
+        columns->setSectionResizeMode(0, QHeaderView::Stretch);
+        columns->setSectionResizeMode(columns->count() - 1, QHeaderView::ResizeToContents);
+    }
+    const int line = fontMetrics().height();
+    resize(QSize(line * 40, line * 28).expandedTo(size()).boundedTo(screen()->availableSize() * 0.9));
+}
+
+void frmButton::connectControls() {
+    connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
+            &frmButton::selectionChanged);
+    connect(this, &QFileDialog::directoryEntered, this, &frmButton::selectionChanged);
+    connect(this, &QFileDialog::currentChanged, this, &frmButton::selectionChanged);
+    connect(Command1_, &QPushButton::clicked, this, [this] { openPrompt(true); });
+    connect(cmdNameOk_, &QPushButton::clicked, this, &frmButton::createFolderAsTyped);
+    connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
+}
+
+Path frmButton::selection() const {
+    const QString selected = selectedFiles().value(0, directory().absolutePath());
+    return QFile::encodeName(QDir::cleanPath(selected)).toStdString();
+}
+
+void frmButton::selectionChanged() {
+    const Path selected = selection();
+    lblStatus_->showBytes(selected);
+    Command1_->setEnabled(prompt_->isHidden() && toolbox_.isFolder(selected));
+}
+
+void frmButton::openPrompt(bool open) {
+    prompt_->setVisible(open);
+    buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
+    txtName_->clear();
+    selectionChanged();
+    open ? txtName_->setFocus() : Command1_->setFocus();
+}
+
+void frmButton::createFolderAsTyped() {
+    const std::string name = trimmedName(QFile::encodeName(txtName_->text()).toStdString());
+    if (name.empty()) return openPrompt(false);
+    createAsked();
+    const NewFolder made = createFolder(selection(), name, toolbox_);
+    if (made.path.empty()) return refuse(made.refusal);
+    openPrompt(false);
+    setDirectory(namedFolder(made.path));
+    selectionChanged();
+    buttons_->button(QDialogButtonBox::Open)->setFocus();
+}
+
+void frmButton::refuse(const std::string& words) {
+    const QString text = QString::fromStdString(words).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    auto* box = new QMessageBox(QMessageBox::Warning, QString::fromLatin1(kPickerTitle), text, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    connect(box, &QDialog::finished, txtName_, [this] {
+        if (!txtName_->isVisible()) return;
+        txtName_->setFocus();
+        txtName_->selectAll();
+    });
+    box->open();
+}
+
+// Qt's own way asks in a box that holds up the event loop when the folder that was typed does not exist.
+void frmButton::accept() {
+    if (prompt_->isVisible() && !txtName_->text().isEmpty()) return createFolderAsTyped();
+    if (!toolbox_.isFolder(selection())) return refuse("There is no folder\r\n" + shownText(selection()).toStdString());
+    QDialog::accept();
+}
+
+void frmButton::keyPressEvent(QKeyEvent* event) {
+    const bool isInPrompt = prompt_->isVisible() && prompt_->isAncestorOf(focusWidget());
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isInPrompt && isEnter) return createFolderAsTyped();
+    if (isInPrompt && event->key() == Qt::Key_Escape) return openPrompt(false);
+    QFileDialog::keyPressEvent(event);
+}
+
+}  // namespace vantrell

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "core/frmElidedLabel.h"
+#include "platform/file_toolbox.h"
+
+namespace vantrell {
+
+/// The chooser for one pick: Qt's own folder dialog, with a title line above it and, below, the full path of the
+/// selection and, when asked for, the button that creates a folder or the check box for sub-folders.
+///
+/// The name of a new folder is asked for inside the dialog. After a Create the dialog stands where it stood, with the
+/// new folder selected.
+class frmButton final : public QFileDialog {
+    Q_OBJECT
+
+public:
+    struct Order {
+        QString title;
+        Path folder;  ///< an existing one
+        bool showsCreate = false;
+        bool showsRecurse = false;
+    };
+    /// The toolbox must outlive the dialog.
+    frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent);
+
+    /// The selected folder, without a separator at its end (the root is "/"); it may not exist while it is being typed.
+    [[nodiscard]] Path selection() const;
+    [[nodiscard]] bool isRecurseTicked() const { return Check1_->isChecked(); }
+
+Q_SIGNALS:
+    /// The operator has entered a name for a new folder: the dialog's place is to be remembered.
+    void createAsked();
+
+protected:
+    void accept() override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void arrange(const Order& order);
+    void makeExtras(const Order& order);
+    void makePrompt();
+    void sizeToFont();
+    void connectControls();
+
+    void selectionChanged();
+    void openPrompt(bool open);
+    void createFolderAsTyped();
+    void refuse(const std::string& words);
+
+    FileToolbox& toolbox_;
+    QDialogButtonBox* buttons_ = nullptr;
+    frmElidedLabel* lblStatus_ = nullptr;
+    QWidget* extras_ = nullptr;
+    QPushButton* Command1_ = nullptr;
+    QCheckBox* Check1_ = nullptr;
+    QGroupBox* prompt_ = nullptr;
+    QLineEdit* txtName_ = nullptr;
+    QPushButton* cmdNameOk_ = nullptr;
+    QPushButton* cmdNameCancel_ = nullptr;
+};
+
+}  // namespace vantrell

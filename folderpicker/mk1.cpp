@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "folderpicker/mk1.h"
+
+#include <QDir>
+#include <QFile>
+#include <utility>
+
+#include "core/frmText.h"
+#include "folderpicker/folder_choice.h"
+
+namespace vantrell {
+
+namespace {
+
+// 315 by 285 twips, at 15 twips a pixel.
+constexpr QSize kOwnSize{21, 19};
+
+}  // namespace
+
+MK1::MK1(FileToolbox& toolbox, QWidget* parent) : QWidget(parent), toolbox_(toolbox) {
+    setObjectName(QStringLiteral("MK11"));
+    setFixedSize(kOwnSize);
+    hide();
+}
+
+MK1::~MK1() { withdraw(); }
+
+bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
+    if (dialog_) {
+        dialog_->raise();
+        dialog_->activateWindow();
+        return false;
+    }
+    const Path home = QFile::encodeName(QDir::homePath()).toStdString();
+    const QString title = shownText(Title_.empty() ? kDefaultPickTitle : Title_);
+    dialog_ =
+        new frmButton({title, startFolder(InitDir_, home, toolbox_), showsCreate, showsRecurse}, toolbox_, ParentForm_);
+    connect(dialog_, &frmButton::createAsked, this, &MK1::rememberPlace);
+    connect(dialog_, &QDialog::finished, this, [this, outcome = std::move(outcome)](int result) {
+        frmButton* dialog = std::exchange(dialog_, nullptr);
+        RecurseChosen_ = dialog->isRecurseTicked();
+        outcome(result == QDialog::Accepted ? dialog->selection() : Path());
+    });
+    if (KeepDlgRect_) dialog_->setGeometry(DlgRect_);
+    dialog_->open();
+    return true;
+}
+
+// From the first Create on, every chooser opens where the one stood in which a folder was created last.
+void MK1::rememberPlace() {
+    DlgRect_ = dialog_->geometry();
+    KeepDlgRect_ = true;
+}
+
+void MK1::withdraw() {
+    if (frmButton* dialog = std::exchange(dialog_, nullptr)) delete dialog;
+}
+
+}  // namespace vantrell

@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <algorithm>
+
+#include "activitylog/frmHistory.h"
+#include "activitylog/frmHistoryInfo.h"
+#include "platform/linux/kernel_flush.h"
+#include "platform/linux/posix_file_reading.h"
+#include "platform/linux/posix_toolbox.h"
+#include "platform/linux/system_clock.h"
+#include "platform/qt/qt_event_loop.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+
+class HistoryWindowsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        state.AppFolder = folder.path();
+        logs = folder.makeFolder("Daily Activity Logs");
+        mainWindow.setGeometry(90, 70, 300, 200);
+        mainWindow.show();
+    }
+    void write(const std::string& name, const std::string& text) const { writeFile(logs + "/" + name, text); }
+    void openList() {
+        list.open();
+        load = list.findChild<QPushButton*>(QStringLiteral("LoadHistory"));
+        grid = list.findChild<QTableView*>(QStringLiteral("GridDetails"));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return load->isVisible(); }));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&list));
+    }
+    void read(const std::string& name, int lines) {
+        reading.openHistory(name);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() == lines; }));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&reading));
+    }
+    void clickRow(int row, int column) const {
+        const QRect cell = grid->visualRect(grid->model()->index(row - 1, column));
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    }
+    [[nodiscard]] std::vector<int> checkedRows() const {
+        std::vector<int> rows;
+        for (int row = 0; row < grid->model()->rowCount(); ++row)
+            if (grid->model()->index(row, 1).data(Qt::CheckStateRole) == Qt::Checked) rows.push_back(row + 1);
+        return rows;
+    }
+    [[nodiscard]] frmLineView* shown() const { return reading.findChild<frmLineView*>(); }
+    [[nodiscard]] std::string line(int row) const {
+        return shown()->model()->index(row, 0).data().toString().toStdString();
+    }
+    [[nodiscard]] std::string textOf(const char* name) const {
+        return reading.findChild<QLabel*>(QString::fromLatin1(name))->text().toStdString();
+    }
+    [[nodiscard]] QLineEdit* findField() const { return reading.findChild<QLineEdit*>(); }
+    bool showsRead(const std::string& text) {
+        return QTest::qWaitFor([&] { return textOf("lblRead") == text; });
+    }
+    bool showsFound(const std::string& text) {
+        return QTest::qWaitFor([&] { return textOf("lblFound") == text; });
+    }
+
+    TemporaryFolder folder;
+    std::string logs;
+    ProgramState state;
+    std::unique_ptr<FlushService> flush = makeKernelFlush();
+    QtEventLoop loop{*flush};
+    SystemClock clock;
+    PosixToolbox toolbox{loop, clock};
+    PosixFileReading files;
+    QWidget mainWindow;
+    frmHistoryInfo reading{state, files, loop, mainWindow};
+    frmHistory list{state, toolbox, loop, reading, mainWindow};
+    QTableView* grid = nullptr;
+    QPushButton* load = nullptr;
+};
+
+TEST_F(HistoryWindowsTest, ListsChecksAndOpens) {
+    write("20261116 Activity.Log", "first\r\n");
+    write("20261117 Activity.Log", "second\r\n");
+    write("20261118 Activity.Log", "third\r\n");
+    openList();
+    EXPECT_EQ(list.windowTitle(), QStringLiteral("History"));
+    EXPECT_EQ(load->text().remove(u'&'), QStringLiteral("Load Selected History"));
+    EXPECT_TRUE(list.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(list.frameGeometry().topLeft(), mainWindow.frameGeometry().topLeft());
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+    EXPECT_TRUE(checkedRows().empty());
+    clickRow(3, 1);
+    clickRow(1, 0);
+    EXPECT_EQ(checkedRows(), std::vector<int>{1});
+    clickRow(2, 1);
+    EXPECT_EQ(checkedRows(), std::vector<int>{2});
+
+    QTest::mouseClick(load, Qt::LeftButton);
+    EXPECT_FALSE(list.isVisible());
+    EXPECT_EQ(grid->model()->rowCount(), 0);
+    EXPECT_EQ(reading.windowTitle(), QStringLiteral("History Log"));
+    EXPECT_TRUE(reading.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(reading.frameGeometry().topLeft(), mainWindow.frameGeometry().topLeft());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() == 1; }));
+    EXPECT_EQ(line(0), "second");
+    EXPECT_TRUE(showsRead("20261117 Activity.Log: 1 line"));
+}
+
+TEST_F(HistoryWindowsTest, ChoosesWithTheKeyboard) {
+    for (const char* name : {"a", "b", "c"}) write(name, std::string(name) + "\r\n");
+    openList();
+    QTest::keyClick(grid, Qt::Key_Space);
+    EXPECT_EQ(checkedRows(), std::vector<int>{3});
+    QTest::keyClick(grid, Qt::Key_Up);
+    EXPECT_EQ(checkedRows(), std::vector<int>{2}) << "the mark goes with what will be opened";
+    QTest::keyClick(grid, Qt::Key_Return);
+    EXPECT_FALSE(list.isVisible());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() == 1; }));
+    EXPECT_EQ(line(0), "b");
+}
+
+TEST_F(HistoryWindowsTest, StaysWhenTheFileHasVanished) {
+    write("a", "one\r\n");
+    openList();
+    std::filesystem::remove(logs + "/a");
+    QTest::mouseClick(load, Qt::LeftButton);
+    EXPECT_TRUE(list.isVisible());
+    EXPECT_FALSE(reading.isVisible());
+    write("b", "two\r\n");
+    list.open();
+    EXPECT_EQ(grid->model()->rowCount(), 1) << "what came later is listed when the window opens again";
+    QTest::mouseClick(list.findChild<QPushButton*>(QStringLiteral("cmdExit")), Qt::LeftButton);
+    EXPECT_FALSE(list.isVisible());
+    openList();
+    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), QStringLiteral("b"));
+}
+
+TEST_F(HistoryWindowsTest, AppendsASecondFileUntilItIsClosed) {
+    write("a", "one\r\ntwo\r\n");
+    write("b", "three\r\n");
+    read("a", 2);
+    read("b", 3);
+    EXPECT_EQ(line(1), "two");
+    EXPECT_EQ(line(2), "three");
+    EXPECT_TRUE(showsRead("a, b: 3 lines"));
+    QTest::mouseClick(reading.findChild<QPushButton*>(QStringLiteral("cmdExit")), Qt::LeftButton);
+    EXPECT_FALSE(reading.isVisible());
+    read("b", 1);
+    EXPECT_EQ(line(0), "three");
+}
+
+TEST_F(HistoryWindowsTest, SaysWhatCouldNotBeRead) {
+    reading.openHistory("gone");
+    EXPECT_TRUE(showsRead("gone: 0 lines, not all of it could be read"));
+    EXPECT_EQ(shown()->rows(), 0);
+}
+
+TEST_F(HistoryWindowsTest, FindsWhileTyping) {
+    write("a", "alpha\r\nbeta\r\nALPHABET\r\ngamma\r\n");
+    read("a", 4);
+    QTest::keyClick(shown(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(findField()->hasFocus());
+    QTest::keyClicks(findField(), QStringLiteral("alpha"));
+    EXPECT_TRUE(showsFound("1 of 2 lines"));
+    EXPECT_EQ(shown()->currentIndex().row(), 0);
+    QTest::keyClicks(findField(), QStringLiteral("b"));
+    EXPECT_TRUE(showsFound("1 of 1 line"));
+    EXPECT_EQ(shown()->currentIndex().row(), 2);
+    QTest::keyClick(findField(), Qt::Key_Backspace);
+    EXPECT_TRUE(showsFound("2 of 2 lines")) << "the search stays where it is";
+    QTest::keyClick(findField(), Qt::Key_Return);
+    EXPECT_EQ(shown()->currentIndex().row(), 0);
+    QTest::keyClick(findField(), Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(shown()->currentIndex().row(), 2);
+    QTest::keyClick(findField(), Qt::Key_Escape);
+    EXPECT_TRUE(shown()->hasFocus());
+    QTest::keyClick(shown(), Qt::Key_F3);
+    EXPECT_EQ(shown()->currentIndex().row(), 0);
+    findField()->setText(QStringLiteral("nothing"));
+    EXPECT_TRUE(showsFound("Not found"));
+    EXPECT_FALSE(reading.findChild<QPushButton*>(QStringLiteral("cmdNext"))->isEnabled());
+}
+
+TEST_F(HistoryWindowsTest, CopiesTheSelectedLines) {
+    write("a", "one\r\ntwo\r\nthree\r\n");
+    read("a", 3);
+    QGuiApplication::clipboard()->clear();
+    shown()->setCurrentIndex(shown()->model()->index(1, 0));
+    QTest::keyClick(shown(), Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(shown(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("two\nthree\n"); }));
+    QTest::keyClick(shown(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(shown(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(
+        QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("one\ntwo\nthree\n"); }));
+}
+
+TEST_F(HistoryWindowsTest, ReachesTheEndOfTheWidestLine) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += "short\r\n";
+    write("a", text + std::string(100, 'i') + "\r\n" + std::string(90, 'W') + "\r\n");
+    read("a", 302);
+    const int width = shown()->fontMetrics().horizontalAdvance(QString(90, u'W'));
+    EXPECT_GE(shown()->visualRect(shown()->model()->index(0, 0)).width(), width);
+}
+
+TEST_F(HistoryWindowsTest, ShowsALargeLogAtOnceAndStaysAlive) {
+    constexpr int kLines = 500'000;
+    std::string text;
+    for (int i = 0; i < kLines; ++i) text += "11/16/2026 08:41:03 PM Encryped:  /srv/in/" + std::to_string(i) + "\r\n";
+    write("large", text);
+    qint64 longest = 0;
+    QElapsedTimer since;
+    QTimer heartbeat;
+    QObject::connect(&heartbeat, &QTimer::timeout, &heartbeat, [&] { longest = std::max(longest, since.restart()); });
+    heartbeat.start(5);
+    QElapsedTimer opening;
+    opening.start();
+    since.start();
+    reading.openHistory("large");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() > 1000; }));
+    const qint64 untilFirst = opening.elapsed();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() == kLines; }, 30'000));
+    const qint64 untilLast = opening.elapsed();
+    findField()->setText(QStringLiteral("/srv/in/499999"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return textOf("lblFound") == "1 of 1 line"; }, 30'000));
+    EXPECT_EQ(shown()->currentIndex().row(), kLines - 1);
+    shown()->verticalScrollBar()->setValue(kLines / 2);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->lineInHand() > 0; }));
+    heartbeat.stop();
+    RecordProperty("FirstLinesMs", static_cast<int>(untilFirst));
+    RecordProperty("AllLinesMs", static_cast<int>(untilLast));
+    RecordProperty("LongestTurnMs", static_cast<int>(longest));
+    EXPECT_LT(untilFirst, 1500) << "meant to be 100; the machine may be busy";
+    EXPECT_LT(longest, 1500) << "meant to be 100; the machine may be busy";
+}
+
+TEST_F(HistoryWindowsTest, ClosesInTheMiddleOfReading) {
+    std::string text;
+    for (int i = 0; i < 200'000; ++i) text += "a line of no importance\r\n";
+    write("large", text);
+    reading.openHistory("large");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->rows() > 1000; }));
+    findField()->setText(QStringLiteral("importance"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->currentIndex().isValid(); }));
+    reading.close();
+    EXPECT_EQ(shown()->rows(), 0);
+    EXPECT_TRUE(findField()->text().isEmpty());
+    write("small", "one\r\n");
+    read("small", 1);
+}
+
+TEST_F(HistoryWindowsTest, TellsAssistiveTechnologyWhatEverythingIs) {
+    write("a", "one\r\n");
+    openList();
+    read("a", 1);
+    const auto nameOf = [](QWidget* widget) {
+        return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).toStdString();
+    };
+    EXPECT_EQ(nameOf(grid), "Log files");
+    EXPECT_EQ(nameOf(load), "Load Selected History");
+    EXPECT_EQ(nameOf(shown()), "Log");
+    EXPECT_EQ(nameOf(findField()), "Find");
+    EXPECT_EQ(shown()->objectName(), QStringLiteral("txtScrollingHistory"));
+}
+
+}  // namespace vantrell::test

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QDir>
+#include <QMessageBox>
+#include <QTest>
+#include <optional>
+
+#include "folderpicker/mk1.h"
+#include "platform/linux/kernel_flush.h"
+#include "platform/linux/posix_toolbox.h"
+#include "platform/linux/system_clock.h"
+#include "platform/qt/qt_event_loop.h"
+#include "support/temporary_folder.h"
+
+namespace vantrell::test {
+
+class FolderPickerTest : public testing::Test {
+protected:
+    void SetUp() override {
+        picker.setParentForm(&owner);
+        picker.setShowCreate(true);
+        picker.setTitle("Select Current Folder or Create New Folder");
+        picker.setInitDir(folder.path());
+        owner.resize(700, 500);
+        owner.show();
+    }
+    void pick() {
+        ASSERT_TRUE(picker.SaveBrowse(keep()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
+    }
+    MK1::Outcome keep() {
+        chosen.reset();
+        return [this](const Path& path) { chosen = path; };
+    }
+    [[nodiscard]] frmButton* dialog() const { return owner.findChild<frmButton*>(); }
+    template <class Widget>
+    Widget* find(const char* name) {
+        auto* found = dialog()->findChild<Widget*>(QString::fromLatin1(name));
+        if (found == nullptr) ADD_FAILURE() << "no control " << name;
+        return found;
+    }
+    QPushButton* button(QDialogButtonBox::StandardButton which) {
+        return dialog()->findChild<QDialogButtonBox*>()->button(which);
+    }
+    void pressOk() { QTest::mouseClick(button(QDialogButtonBox::Open), Qt::LeftButton); }
+    void pressCancel() { QTest::mouseClick(button(QDialogButtonBox::Cancel), Qt::LeftButton); }
+    bool isGone() {
+        return QTest::qWaitFor([this] { return dialog() == nullptr; });
+    }
+    bool showsStatus(const std::string& path) {
+        return QTest::qWaitFor([&] { return find<QLabel>("lblStatus")->text().toStdString() == path; });
+    }
+    void create(const QString& name) {
+        QTest::mouseClick(find<QPushButton>("Command1"), Qt::LeftButton);
+        ASSERT_TRUE(find<QLineEdit>("txtName")->isVisible());
+        EXPECT_TRUE(find<QLineEdit>("txtName")->text().isEmpty());
+        QTest::keyClicks(find<QLineEdit>("txtName"), name);
+        QTest::mouseClick(find<QPushButton>("cmdNameOk"), Qt::LeftButton);
+    }
+    /// The box that refuses; it is closed.
+    std::string refusal() {
+        auto* box = dialog()->findChild<QMessageBox*>();
+        if (box == nullptr) return {};
+        EXPECT_EQ(box->icon(), QMessageBox::Warning);
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("Tessaly Folder Browser"));
+        const std::string text = box->text().toStdString();
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return dialog()->findChild<QMessageBox*>() == nullptr; }));
+        return text;
+    }
+
+    TemporaryFolder folder;
+    std::unique_ptr<FlushService> flush = makeKernelFlush();
+    QtEventLoop loop{*flush};
+    SystemClock clock;
+    PosixToolbox toolbox{loop, clock};
+    QWidget owner;
+    MK1 picker{toolbox, &owner};
+    std::optional<Path> chosen;
+};
+
+TEST_F(FolderPickerTest, GivesBackTheFolderItOpensOn) {
+    pick();
+    EXPECT_EQ(find<QLabel>("lblTitle")->text(), QStringLiteral("Select Current Folder or Create New Folder"));
+    EXPECT_TRUE(showsStatus(folder.path()));
+    EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal) << "the owner is blocked, the event loop is not";
+    EXPECT_FALSE(find<QWidget>("Check1")->isVisible());
+    EXPECT_EQ(button(QDialogButtonBox::Open)->text(), QStringLiteral("OK"));
+    EXPECT_FALSE(chosen.has_value());
+    pressOk();
+    EXPECT_EQ(chosen, folder.path());
+    EXPECT_FALSE(picker.isPicking());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(FolderPickerTest, GivesBackNothingAfterCancelAndEscape) {
+    pick();
+    pressCancel();
+    EXPECT_EQ(chosen, Path());
+    ASSERT_TRUE(isGone());
+    pick();
+    QTest::keyClick(dialog(), Qt::Key_Escape);
+    EXPECT_EQ(chosen, Path());
+}
+
+TEST_F(FolderPickerTest, OpensAtHomeWithoutAFolder) {
+    picker.setInitDir("");
+    picker.setTitle("");
+    pick();
+    EXPECT_EQ(find<QLabel>("lblTitle")->text(), QStringLiteral("Select a Folder"));
+    EXPECT_TRUE(showsStatus(QDir::homePath().toStdString()));
+}
+
+TEST_F(FolderPickerTest, OpensAboveAFolderThatQtCannotName) {
+    picker.setInitDir(folder.makeFolder("M\xFCller"));
+    pick();
+    EXPECT_TRUE(showsStatus(folder.path()));
+}
+
+TEST_F(FolderPickerTest, GivesBackTheRootAsOneCharacter) {
+    picker.setInitDir("/");
+    pick();
+    pressOk();
+    EXPECT_EQ(chosen, "/");
+}
+
+TEST_F(FolderPickerTest, FollowsTheSelection) {
+    folder.makeFolder("a/inner");
+    pick();
+    auto* field = find<QLineEdit>("fileNameEdit");
+    field->setFocus();
+    QTest::keyClicks(field, QStringLiteral("a"));
+    EXPECT_TRUE(showsStatus(folder / "a"));
+    QTest::keyClicks(field, QStringLiteral("b"));
+    EXPECT_TRUE(showsStatus(folder / "ab"));
+    EXPECT_FALSE(find<QPushButton>("Command1")->isEnabled()) << "nothing can be created in what does not exist";
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(refusal(), "There is no folder\n" + (folder / "ab"));
+    EXPECT_FALSE(chosen.has_value());
+    QTest::keyClick(field, Qt::Key_Backspace);
+    EXPECT_TRUE(find<QPushButton>("Command1")->isEnabled());
+    dialog()->setDirectory(QString::fromStdString(folder / "a/inner"));
+    field->clear();
+    pressOk();
+    EXPECT_EQ(chosen, folder / "a/inner");
+}
+
+TEST_F(FolderPickerTest, CreatesAFolderAndSelectsIt) {
+    pick();
+    const QRect before = dialog()->geometry();
+    create(QStringLiteral("New"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "New"));
+    EXPECT_TRUE(showsStatus(folder / "New"));
+    EXPECT_EQ(dialog()->geometry(), before);
+    EXPECT_FALSE(find<QWidget>("prompt")->isVisible());
+    pressOk();
+    EXPECT_EQ(chosen, folder / "New");
+}
+
+TEST_F(FolderPickerTest, KeepsACreatedFolderWhenThePickIsCancelled) {
+    pick();
+    create(QStringLiteral("New"));
+    pressCancel();
+    EXPECT_EQ(chosen, Path());
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "New"));
+}
+
+TEST_F(FolderPickerTest, RefusesANameThatExists) {
+    folder.makeFolder("New");
+    pick();
+    create(QStringLiteral("New"));
+    EXPECT_EQ(refusal(), "A Folder of that name already exists.\nPlease enter a different name");
+    EXPECT_TRUE(showsStatus(folder.path()));
+    EXPECT_EQ(find<QLineEdit>("txtName")->selectedText(), QStringLiteral("New"));
+    QTest::keyClicks(find<QLineEdit>("txtName"), QStringLiteral("Newer"));
+    QTest::keyClick(find<QLineEdit>("txtName"), Qt::Key_Return);
+    EXPECT_TRUE(showsStatus(folder / "Newer"));
+    EXPECT_FALSE(chosen.has_value()) << "the chooser stays open";
+}
+
+TEST_F(FolderPickerTest, SaysThatAFolderCouldNotBeCreated) {
+    pick();
+    create(QString(300, u'n'));
+    EXPECT_NE(refusal().find("could not be created"), std::string::npos);
+    EXPECT_TRUE(dialog()->isVisible());
+    EXPECT_TRUE(showsStatus(folder.path()));
+}
+
+TEST_F(FolderPickerTest, CreatesNothingWithoutAName) {
+    pick();
+    create(QString());
+    EXPECT_FALSE(find<QWidget>("prompt")->isVisible());
+    create(QStringLiteral("  "));
+    EXPECT_FALSE(find<QWidget>("prompt")->isVisible());
+    QTest::mouseClick(find<QPushButton>("Command1"), Qt::LeftButton);
+    QTest::keyClicks(find<QLineEdit>("txtName"), QStringLiteral("pending"));
+    QTest::keyClick(find<QLineEdit>("txtName"), Qt::Key_Escape);
+    EXPECT_TRUE(dialog()->isVisible()) << "Escape closes the prompt alone";
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST_F(FolderPickerTest, DropsAPendingNameOnCancel) {
+    pick();
+    QTest::mouseClick(find<QPushButton>("Command1"), Qt::LeftButton);
+    QTest::keyClicks(find<QLineEdit>("txtName"), QStringLiteral("pending"));
+    EXPECT_FALSE(button(QDialogButtonBox::Open)->isEnabled());
+    dialog()->close();
+    EXPECT_EQ(chosen, Path());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST_F(FolderPickerTest, RemembersItsPlaceFromTheFirstCreateOn) {
+    pick();
+    const QRect ordinary = dialog()->geometry();
+    dialog()->setGeometry(ordinary.translated(40, 30).adjusted(0, 0, 60, 50));
+    pressCancel();
+    ASSERT_TRUE(isGone());
+    pick();
+    EXPECT_EQ(dialog()->geometry(), ordinary) << "nothing is remembered before the first Create";
+    const QRect chosenPlace = ordinary.translated(25, 15).adjusted(0, 0, 90, 70);
+    dialog()->setGeometry(chosenPlace);
+    create(QStringLiteral("New"));
+    dialog()->move(0, 0);
+    pressCancel();
+    ASSERT_TRUE(isGone());
+    for (int round = 0; round < 2; ++round) {
+        pick();
+        EXPECT_EQ(dialog()->geometry(), chosenPlace);
+        pressCancel();
+        ASSERT_TRUE(isGone());
+    }
+}
+
+TEST_F(FolderPickerTest, OffersSubfoldersToOtherCallers) {
+    picker.setShowRecurse(true);
+    for (const bool ticked : {true, false}) {
+        ASSERT_TRUE(picker.OpenBrowse(keep()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
+        EXPECT_FALSE(find<QWidget>("Command1")->isVisible());
+        auto* box = find<QCheckBox>("Check1");
+        EXPECT_TRUE(box->isVisible());
+        EXPECT_EQ(box->text(), QStringLiteral("    INCLUDE SUBFOLDERS"));
+        EXPECT_FALSE(box->isChecked()) << "each pick begins unticked";
+        if (ticked) QTest::keyClick(box, Qt::Key_Space);
+        pressOk();
+        EXPECT_EQ(chosen, folder.path());
+        EXPECT_EQ(picker.DoRecurse(), ticked);
+        ASSERT_TRUE(isGone());
+    }
+    picker.OpenBrowse(keep());
+    find<QCheckBox>("Check1")->setChecked(true);
+    pressCancel();
+    EXPECT_TRUE(picker.DoRecurse());
+    ASSERT_TRUE(isGone());
+    pick();
+    pressOk();
+    EXPECT_FALSE(picker.DoRecurse());
+}
+
+TEST_F(FolderPickerTest, PicksOnceAtATime) {
+    pick();
+    bool wasCalled = false;
+    EXPECT_FALSE(picker.SaveBrowse([&](const Path&) { wasCalled = true; }));
+    EXPECT_EQ(owner.findChildren<frmButton*>().size(), 1);
+    picker.withdraw();
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_FALSE(chosen.has_value());
+    EXPECT_FALSE(wasCalled);
+}
+
+TEST_F(FolderPickerTest, IsSeenByNobodyItself) {
+    EXPECT_FALSE(picker.isVisible());
+    picker.resize(100, 100);
+    EXPECT_EQ(picker.size(), QSize(21, 19));
+}
+
+TEST_F(FolderPickerTest, OffersNoWayRoundTheProgram) {
+    pick();
+    EXPECT_FALSE(find<QWidget>("newFolderButton")->isVisible());
+    EXPECT_TRUE(dialog()->testOption(QFileDialog::ReadOnly));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(find<QLineEdit>("txtName"))->text(QAccessible::Name),
+              QStringLiteral("Enter a name for your new folder"));
+}
+
+}  // namespace vantrell::test
