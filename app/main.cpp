@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QSessionManager>
 
 #include "app/program.h"
 #include "platform/linux/signal_source.h"
@@ -8,12 +9,20 @@
 
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
+    // One name for desktop entry, icon, window class and notifications.
+    const QString id = QStringLiteral("vantrell-zep");
+    QApplication::setApplicationName(id);
+    QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
     vantrell::Program program(clock, timers);
     program.endWhenAsked(endRequests);
+    // Whether the program starts with the session is the start-up entry's business; started by both it would start
+    // twice.
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
+                     [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     if (!program.start()) return 0;
     return QApplication::exec();
 }

@@ -58,11 +58,20 @@ Program::~Program() {
 
 bool Program::start() {
     if (!startup_.load()) return false;
+    hearShowRequests();
     const SettingsRecord& settings = state_.settings;
     cleanUp_.start(toolbox_.cleanUpAfterCrash({settings.DestinationFolder, settings.DoneFolder, settings.RejectFolder},
                                               settings.SourceFolder));
     for (Timer* timer : {timMax_.get(), tmchkTimer_.get(), timCurTime_.get()}) timer->setEnabled(true);
     return true;
+}
+
+// A second start of the program leads to one, by way of the helper that it starts.
+void Program::hearShowRequests() {
+    if (!showRequests_.listen(state_.AppFolder, [this] { place_.show(); })) return;
+    showRequested_ = std::make_unique<QSocketNotifier>(showRequests_.descriptor(), QSocketNotifier::Read);
+    QObject::connect(showRequested_.get(), &QSocketNotifier::activated, showRequested_.get(),
+                     [this] { showRequests_.serve(); });
 }
 
 void Program::endWhenAsked(SignalSource& requests) {

@@ -20,6 +20,7 @@
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/sqlite_database.h"
+#include "platform/linux/unix_show_listener.h"
 #include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -51,6 +52,7 @@ private:
     ControllerParts controllerParts();
     ActivePasswordLookup passwordLookup();
     StartupParts startupParts();
+    void hearShowRequests();
 
     // The order is that of dependence: what stands further down uses what stands further up.
     ProgramState state_;
@@ -83,6 +85,8 @@ private:
     Startup startup_;
     TaskGroup cleanUp_;
     std::unique_ptr<QSocketNotifier> endRequested_;
+    UnixShowListener showRequests_;
+    std::unique_ptr<QSocketNotifier> showRequested_;
 };
 
 }  // namespace vantrell

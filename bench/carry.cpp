@@ -151,7 +151,7 @@ void large(const fs::path& root, std::uint64_t gib) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -161,4 +161,7 @@ int main(int argc, char** argv) {
     large(root, argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 4);
     fs::remove_all(root);
     return 0;
+} catch (const std::exception& exception) {
+    std::fprintf(stderr, "%s\n", exception.what());
+    return 1;
 }

@@ -166,7 +166,7 @@ void print(const char* when, frmMain& window) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -194,4 +194,7 @@ int main(int argc, char** argv) {
         "%zu passes in %.1f s, %zu files carried, %zu days' logs; memory grew by %lld KiB since the first hour\n",
         passes, static_cast<double>(time.elapsed()) / 1000, carried, logs, static_cast<long long>(grown));
     return 0;
+} catch (const std::exception& exception) {
+    std::fprintf(stderr, "%s\n", exception.what());
+    return 1;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/startup.h"
 
+#include "core/data_folder.h"
 #include "core/scan_interval.h"
 
 namespace vantrell {
@@ -41,9 +42,7 @@ bool Startup::load() {
 }
 
 bool Startup::takeDataFolder() {
-    const Path levels[] = {kCompanyName, kProductName, "Bin"};
-    Path folder = p_.host.profileFolder();
-    for (const Path& level : levels) folder += kPathSeparator + level;
+    const Path folder = appFolderBelow(p_.host.profileFolder());
     p_.state.AppFolder = folder;
     p_.state.ProductTitle = kProductName;
     (void)more_.files.makePrivateFolders(folder);

@@ -75,12 +75,17 @@ struct SearchOrder {
     std::function<bool()> isStopped;
 };
 
+/// When a move within one file system is brought to stable storage. `later`: with the next `flushMoves`; until then a
+/// crash of the machine may undo it, which leaves the file under its old name.
+enum class Durable { now, later };
+
 struct MoveOrder {
     Path source;
     Path target;
     Replace replace = Replace::never;
     /// When given: the move is refused with `inUse` unless the file at `source` is still this one.
     HeldFile* expected = nullptr;
+    Durable durable = Durable::now;
 };
 
 /// The file operations of the program. Only regular files are files here: links, FIFOs, sockets and devices are never
@@ -116,6 +121,8 @@ public:
     virtual Task<FileFault> rename(Path source, Path target) = 0;
     /// Also across file systems. The file is at the target on success; nothing changed when there is a fault.
     virtual Task<FileFault> move(MoveOrder order) = 0;
+    /// Brings the moves that were to be durable later to stable storage, those of one folder together.
+    virtual Task<FileFault> flushMoves() = 0;
     /// Replaces the target atomically; the copy gets the given permission bits (POSIX mode).
     virtual Task<FileFault> copy(Path source, Path target, unsigned permissions) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot

@@ -11,4 +11,7 @@ using Path = std::string;
 /// What stands between the levels of a path (POSIX: the only character besides NUL that a name cannot hold).
 inline constexpr char kPathSeparator = '/';
 
+/// The folder of a path with at least one separator.
+inline Path folderOfPath(const Path& path) { return path.substr(0, path.rfind(kPathSeparator)); }
+
 }  // namespace vantrell

@@ -8,13 +8,15 @@
 
 namespace vantrell {
 
-// What one call of encryptFile works with.
 struct FileEncryption::Work {
     EncryptOrder order;
     std::string name;
     std::unique_ptr<CryptoComponent> component;
     std::unique_ptr<HeldFile> held;
     FileFault holdFault;
+    bool isPrepared = false;
+    FileFault prepareFault;
+    bool isAtItsTurn = false;  // its progress may be shown
 };
 
 // A file that stands under a name which is needed, and what is said about it.
@@ -34,9 +36,15 @@ FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusRe
       makeComponent_(std::move(makeComponent)),
       questions_(questions) {}
 
+void FileEncryption::DeleteWork::operator()(Work* work) const { std::default_delete<Work>()(work); }
+
 Task<EncryptResult> FileEncryption::encryptFile(EncryptOrder order) {
-    state_.EncryptFailed = false;
-    auto work = std::make_unique<Work>();
+    WorkPointer work = begin(std::move(order));
+    co_return co_await finish(std::move(work));
+}
+
+FileEncryption::WorkPointer FileEncryption::begin(EncryptOrder order) {
+    WorkPointer work(std::make_unique<Work>().release());
     work->name = FileNameOf(order.sourcePath);
     work->order = std::move(order);
     work->component = makeComponent_();
@@ -46,20 +54,36 @@ Task<EncryptResult> FileEncryption::encryptFile(EncryptOrder order) {
     work->component->setSecretKey(work->order.password, "ascii");
     work->component->setInitialisationVector(work->order.password, "ascii");
     work->component->setProgress(
-        [&window = window_](std::uint64_t done, std::uint64_t total) { window.setFileProgress(done, total); });
+        [&window = window_, &isAtItsTurn = work->isAtItsTurn](std::uint64_t done, std::uint64_t total) {
+            if (isAtItsTurn) window.setFileProgress(done, total);
+        });
 
     // Held from here to the move, so that what is moved is known to be what was read.
     HoldResult hold = toolbox_.hold(work->order.sourcePath);
     work->held = std::move(hold.file);
     work->holdFault = std::move(hold.fault);
+    return work;
+}
 
-    EncryptResult result = co_await encryptAndMove(std::move(work));
+std::uint64_t FileEncryption::sizeOf(const Work& work) { return work.held ? work.held->size() : 0; }
+EncryptOrder& FileEncryption::orderOf(Work& work) { return work.order; }
+
+Task<void> FileEncryption::prepare(Work& work) {
+    if (!work.held || work.isPrepared) co_return;
+    work.isPrepared = true;
+    const int result = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
+    if (result != CryptoComponent::kSuccess) work.prepareFault = work.component->lastError();
+}
+
+Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
+    state_.EncryptFailed = false;
+    work->isAtItsTurn = true;
+    EncryptResult result = co_await encryptAndMove(*work);
     state_.EncryptFailed = result.outcome == EncryptOutcome::failed || result.outcome == EncryptOutcome::inUse;
     co_return result;
 }
 
-Task<EncryptResult> FileEncryption::encryptAndMove(std::unique_ptr<Work> owned) {
-    Work& work = *owned;
+Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
     if (work.holdFault.kind == FaultKind::inUse) co_return failedBy(work, work.holdFault);
 
     const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
@@ -89,7 +113,9 @@ Task<EncryptResult> FileEncryption::encryptAndMove(std::unique_ptr<Work> owned) 
 Task<FileFault> FileEncryption::writeOutput(Work& work, Replace replace) {
     if (!work.held) co_return work.holdFault;
     const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
-    const int result = co_await work.component->encryptFile(*work.held, output, replace);
+    co_await prepare(work);
+    if (work.prepareFault) co_return work.prepareFault;
+    const int result = co_await work.component->publishFile(*work.held, output, replace);
     if (result == CryptoComponent::kSuccess) co_return FileFault{};
     co_return work.component->lastError();
 }
@@ -110,7 +136,8 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
         replace = Replace::allowed;
     }
 
-    const FileFault fault = co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get()});
+    const FileFault fault =
+        co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get(), Durable::later});
     if (fault.kind == FaultKind::inUse) co_return failedBy(work, fault);
     if (fault) report_.showInPanel1("File " + work.order.sourcePath + " did move to " + work.order.doneFolder + "!");
     co_return resultOf(work, EncryptOutcome::carried, fault);
@@ -119,7 +146,7 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
 Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle obstacle) {
     if (state_.settings.OverwriteExistingFiles && !work.order.nameWasCarried) co_return Permission::replace;
     report_.showInPanel1(obstacle.status);
-    logFailure(work, work.component->lastError().text);
+    logFailure(work, "");  // nothing has failed yet
     if (work.order.nameWasCarried) co_return Permission::refused;
 
     Box box{"Overwrite Files", std::move(obstacle.question), Buttons::yesNo, true};

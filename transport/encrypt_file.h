@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -47,15 +48,33 @@ public:
     FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                    FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions);
 
+    /// One file on its way: from `begin` to `finish`.
+    struct Work;
+    struct DeleteWork {
+        void operator()(Work* work) const;
+    };
+    using WorkPointer = std::unique_ptr<Work, DeleteWork>;
+
     /// Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the program state.
     Task<EncryptResult> encryptFile(EncryptOrder order);
+
+    // The same in steps, so that a file can be prepared while the one before it is finished.
+
+    /// Opens the source, which is held from here on.
+    WorkPointer begin(EncryptOrder order);
+    /// Bytes of the source; 0 when it could not be opened.
+    [[nodiscard]] static std::uint64_t sizeOf(const Work& work);
+    /// Encrypts into a file that has no name yet. Nothing of it can be seen.
+    Task<void> prepare(Work& work);
+    /// Everything else, with all that is said and asked.
+    Task<EncryptResult> finish(WorkPointer work);
+    [[nodiscard]] static EncryptOrder& orderOf(Work& work);
 
 private:
     enum class Permission { replace, refused, inUse, withdrawn };
     struct Obstacle;
-    struct Work;
 
-    Task<EncryptResult> encryptAndMove(std::unique_ptr<Work> work);
+    Task<EncryptResult> encryptAndMove(Work& work);
     Task<Permission> mayReplace(Work& work, Obstacle obstacle);
     Task<FileFault> writeOutput(Work& work, Replace replace);
     Task<EncryptResult> moveToDone(Work& work);

@@ -153,23 +153,50 @@ Task<void> ScanPass::carryFiles() {
         p_.window.setPanel1("No Records this pass!");
         p_.window.setWaitPointer(false);
     }
-    if (count == 0 && stopIsTaken()) co_return end();
-    for (std::size_t i = 1; i <= count; ++i) {
-        p_.window.setPassProgress(i - 1, count);
+    Lookahead ahead(p_.loop, encryption_);
+    Next next = Next::goOn;
+    std::size_t index = 1;
+    lookAhead(ahead, index);
+    while (next == Next::goOn && !ahead.isEmpty() && !stopIsTaken()) {
+        next = co_await carryNext(ahead);
+        if (next == Next::goOn) lookAhead(ahead, index);
         co_await p_.loop.breathe();
-        if (stopIsTaken()) break;
-        Path path = std::move(p_.state.FileList[i]);
-        if (isEncrypted(path)) continue;
-        // Emptied for a lookup that is still under way, or for good.
-        while (p_.state.ActivePassword.empty() && p_.state.UiLoading) co_await p_.loop.after(kLookupPoll);
-        if (p_.state.ActivePassword.empty()) {
-            reportNoPassword();
-            co_return finishEnding();
-        }
-        const Next next = co_await carryOne(std::move(path));
-        if (next == Next::end) co_return;
     }
-    end();
+    co_await flushMoves();
+    if (next == Next::goOn) end();
+}
+
+void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
+    for (; ahead.hasRoom() && next < p_.state.FileList.size(); ++next) {
+        const Path path = std::move(p_.state.FileList[next]);
+        if (isEncrypted(path)) continue;
+        (void)ClearFileAttributes(p_.toolbox, path);
+        ahead.add(orderFor(path), next);
+    }
+}
+
+Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
+    // Emptied for a lookup that is still under way, or for good.
+    while (p_.state.ActivePassword.empty() && p_.state.UiLoading) co_await p_.loop.after(kLookupPoll);
+    if (p_.state.ActivePassword.empty()) {
+        reportNoPassword();
+        finishEnding();
+        co_return Next::end;
+    }
+    Lookahead::Item item = co_await ahead.next();
+    p_.window.setPassProgress(item.index - 1, p_.state.FileList.size() - 1);
+    EncryptOrder& order = FileEncryption::orderOf(*item.work);
+    order.nameWasCarried = carriedNames_.contains(FileNameOf(order.sourcePath));
+    if (order.password != p_.state.ActivePassword) {
+        order.password = p_.state.ActivePassword;
+        item.work = encryption_.begin(order);
+    }
+    co_return co_await carryOne(std::move(item.work));
+}
+
+Task<void> ScanPass::flushMoves() {
+    const FileFault fault = co_await p_.toolbox.flushMoves();
+    if (fault) p_.report.showInPanel1(fault.text);
 }
 
 bool ScanPass::stopIsTaken() {
@@ -184,13 +211,13 @@ void ScanPass::stopAndReport() {
     p_.report.showInLabel2("User has Stopped Process!D");
 }
 
-Task<ScanPass::Next> ScanPass::carryOne(Path path) {
+Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
+    Path path = FileEncryption::orderOf(*work).sourcePath;
     const std::string name = FileNameOf(path);
     p_.window.setModeLabel("SCANNING");
     p_.window.setCurrentFile(name);
     p_.window.setLastFile(name);
-    (void)ClearFileAttributes(p_.toolbox, path);
-    EncryptResult result = co_await encryption_.encryptFile(orderFor(path));
+    EncryptResult result = co_await encryption_.finish(std::move(work));
     switch (result.outcome) {
         case EncryptOutcome::withdrawn:
             co_return unlessStopped();
@@ -218,7 +245,6 @@ EncryptOrder ScanPass::orderFor(const Path& path) const {
     order.destinationFolder = settings_.DestinationFolder;
     order.doneFolder = settings_.DoneFolder;
     order.rejectFolder = settings_.RejectFolder;
-    order.nameWasCarried = carriedNames_.contains(FileNameOf(path));
     order.inUseWasTold = inUseBefore_.contains(path);
     return order;
 }

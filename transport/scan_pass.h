@@ -14,6 +14,7 @@
 #include "platform/event_loop.h"
 #include "platform/timers.h"
 #include "transport/encrypt_file.h"
+#include "transport/lookahead.h"
 #include "transport/question_desk.h"
 
 namespace vantrell {
@@ -62,7 +63,10 @@ private:
     bool sourceIsReported(const Path& folder, const char* what);
     Task<void> searchFiles();
     Task<void> carryFiles();
-    Task<Next> carryOne(Path path);
+    void lookAhead(Lookahead& ahead, std::size_t& next);
+    Task<Next> carryNext(Lookahead& ahead);
+    Task<Next> carryOne(FileEncryption::WorkPointer work);
+    Task<void> flushMoves();
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
     Next afterMachineFault(const Path& path, const FileFault& fault);

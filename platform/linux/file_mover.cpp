@@ -19,6 +19,8 @@ namespace vantrell {
 
 namespace {
 
+constexpr std::size_t kMostUnflushedFolders = 64;
+
 bool areOneFolder(const UniqueFd& one, const UniqueFd& other) {
     struct stat a {};
     struct stat b {};
@@ -75,7 +77,7 @@ Task<FileFault> FileMover::move(MoveOrder order, Reach reach) {
         co_return co_await across.move(std::move(order), identityOf(route.source));
     }
     if (error != 0) co_return faultFromErrno(error, "The file cannot be moved");
-    co_return co_await confirm(route);
+    co_return co_await confirm(route, order.durable);
 }
 
 int FileMover::renameOnce(const Route& route) {
@@ -89,13 +91,14 @@ bool FileMover::putBack(const Route& route) {
     return renameNoReplace(route.to.folder.get(), route.to.name, route.from.folder.get(), route.from.name) == 0;
 }
 
-Task<FileFault> FileMover::confirm(Route& route) {
+Task<FileFault> FileMover::confirm(Route& route, Durable durable) {
     if (!standsAt(route.to, identityOf(route.source))) {
         FileFault fault = inUseFault();
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
         co_return fault;
     }
     renewChangeTime(route.to.folder.get(), route.to.name.c_str(), route.source);
+    if (durable == Durable::later) co_return co_await flushLater(route);
     FileFault fault = co_await flushFolders(route);
     if (fault && standsAt(route.to, identityOf(route.source)) && !putBack(route))
         fault.text += "; the file stands in the target folder now";
@@ -107,6 +110,26 @@ Task<FileFault> FileMover::flushFolders(Route& route) {
     if (FileFault fault = co_await flushFolder(parts_.loop, route.to.folder.get())) co_return fault;
     if (areOneFolder(route.from.folder, route.to.folder)) co_return FileFault{};
     co_return co_await flushFolder(parts_.loop, route.from.folder.get());
+}
+
+Task<FileFault> FileMover::flushLater(Route& route) {
+    for (UniqueFd* folder : {&route.to.folder, &route.from.folder}) {
+        struct stat status {};
+        if (::fstat(folder->get(), &status) != 0) co_return faultFromErrno(errno, "The folder cannot be looked at");
+        unflushed_.try_emplace(identityOf(status), std::move(*folder));
+    }
+    if (unflushed_.size() < kMostUnflushedFolders) co_return FileFault{};
+    co_return co_await flushMoves();
+}
+
+Task<FileFault> FileMover::flushMoves() {
+    FileFault fault;
+    while (!unflushed_.empty()) {
+        const auto folder = unflushed_.extract(unflushed_.begin());
+        FileFault failed = co_await flushFolder(parts_.loop, folder.mapped().get());
+        if (failed) fault = std::move(failed);
+    }
+    co_return fault;
 }
 
 Task<FileFault> FileMover::dropSourceName(Route& route) {

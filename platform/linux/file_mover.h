@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
+
 #include "platform/file_toolbox.h"
 #include "platform/linux/output_file.h"
 #include "platform/linux/place.h"
@@ -16,6 +18,7 @@ public:
 
     enum class Reach { oneFileSystem, anywhere };
     Task<FileFault> move(MoveOrder order, Reach reach);
+    Task<FileFault> flushMoves();
 
 private:
     enum class Kind { plain, replacing, samePlace, secondName };
@@ -32,12 +35,14 @@ private:
     static FileFault surveyTarget(const MoveOrder& order, Route& route);
     static int renameOnce(const Route& route);
     static bool putBack(const Route& route);
-    Task<FileFault> confirm(Route& route);
+    Task<FileFault> confirm(Route& route, Durable durable);
+    Task<FileFault> flushLater(Route& route);
     Task<FileFault> flushFolders(Route& route);
     Task<FileFault> dropSourceName(Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;
+    std::map<FileIdentity, UniqueFd> unflushed_;  // folders with moves that are to be flushed later
 };
 
 }  // namespace vantrell

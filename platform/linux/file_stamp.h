@@ -12,7 +12,7 @@ namespace vantrell {
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
-    bool operator==(const FileIdentity&) const = default;
+    auto operator<=>(const FileIdentity&) const = default;
 };
 
 /// A file's time: seconds since the epoch and nanoseconds.

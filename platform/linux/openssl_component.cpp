@@ -77,24 +77,37 @@ FileFault OpensslComponent::settingsFault() const {
     return {};
 }
 
-Task<int> OpensslComponent::encryptFile(HeldFile& source, Path target, Replace replace) {
+Task<int> OpensslComponent::prepareFile(HeldFile& source, Path folder) {
     lastError_ = settingsFault();
-    if (!lastError_) lastError_ = co_await encryptAndPublish(source, std::move(target), replace);
+    if (!lastError_) lastError_ = co_await prepare(source, std::move(folder));
     wipeKey();
     co_return lastError_ ? 0 : kSuccess;
 }
 
-Task<FileFault> OpensslComponent::encryptAndPublish(HeldFile& source, Path target, Replace replace) {
+Task<FileFault> OpensslComponent::prepare(HeldFile& source, Path folder) {
     AesEcbEncryptor encryptor(key_);
     wipeKey();
-    OutputResult output = toolbox_.createOutput(folderOf(target));
+    OutputResult output = toolbox_.createOutput(folder);
     if (!output.file) co_return std::move(output.fault);
     FileFault fault = co_await encryptor.encrypt(loop_, source, *output.file, progress_);
     if (!fault) fault = co_await output.file->flush();
-    if (!fault) fault = source.verify();
-    if (!fault) fault = co_await output.file->publish(std::move(target), replace);
-    if (fault) co_await output.file->discard();
+    if (fault)
+        co_await output.file->discard();
+    else
+        prepared_ = std::move(output.file);
     co_return fault;
+}
+
+Task<int> OpensslComponent::publishFile(HeldFile& source, Path target, Replace replace) {
+    if (!prepared_) {
+        lastError_ = {FaultKind::other, "no file is prepared"};
+        co_return 0;
+    }
+    lastError_ = source.verify();
+    if (!lastError_) lastError_ = co_await prepared_->publish(std::move(target), replace);
+    if (lastError_) co_await prepared_->discard();
+    prepared_.reset();
+    co_return lastError_ ? 0 : kSuccess;
 }
 
 }  // namespace vantrell

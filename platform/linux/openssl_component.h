@@ -24,8 +24,8 @@ public:
     void setInitialisationVector(std::string_view text, std::string_view encoding) override;
     void setProgress(Progress progress) override;
 
-    /// The steps at the end: the output is flushed, the source is looked at once more, the output gets its name.
-    Task<int> encryptFile(HeldFile& source, Path target, Replace replace) override;
+    Task<int> prepareFile(HeldFile& source, Path folder) override;
+    Task<int> publishFile(HeldFile& source, Path target, Replace replace) override;
     [[nodiscard]] const FileFault& lastError() const override { return lastError_; }
 
 private:
@@ -33,7 +33,7 @@ private:
     bool acceptsText(std::string_view text, std::string_view encoding, const std::string& what);
     [[nodiscard]] FileFault settingsFault() const;
     void wipeKey();
-    Task<FileFault> encryptAndPublish(HeldFile& source, Path target, Replace replace);
+    Task<FileFault> prepare(HeldFile& source, Path folder);
 
     EventLoop& loop_;
     FileToolbox& toolbox_;
@@ -44,6 +44,7 @@ private:
     std::string refusal_;  // the first setting that could not be accepted
     CipherKey key_{};
     Progress progress_;
+    std::unique_ptr<OutputFile> prepared_;
     FileFault lastError_;
 };
 

@@ -2,7 +2,6 @@
 #include "platform/linux/posix_host.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
@@ -15,21 +14,11 @@
 #include <cstdlib>
 
 #include "platform/linux/place.h"
+#include "platform/linux/user_folders.h"
 
 namespace vantrell {
 
 namespace {
-
-Path environmentPath(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? Path() : Path(value);
-}
-
-Path homeFolder() {
-    if (Path home = environmentPath("HOME"); home.starts_with(kPathSeparator)) return home;
-    const passwd* user = ::getpwuid(::getuid());
-    return user == nullptr ? Path(1, kPathSeparator) : Path(user->pw_dir);
-}
 
 /// How a started program begins.
 class SpawnSettings {
@@ -82,9 +71,8 @@ private:
 PosixHost::~PosixHost() { collectEnded(); }
 
 Path PosixHost::profileFolder() const {
-    if (Path profile = environmentPath("ALLUSERSPROFILE"); !profile.empty()) return profile;
-    if (Path data = environmentPath("XDG_DATA_HOME"); data.starts_with(kPathSeparator)) return data;
-    return homeFolder() + "/.local/share";
+    const char* profile = std::getenv("ALLUSERSPROFILE");
+    return profile == nullptr || *profile == '\0' ? userDataFolder() : Path(profile);
 }
 
 Path PosixHost::programFolder() const {

@@ -34,6 +34,7 @@ public:
     OutputResult createOutput(const Path& folder) override;
     Task<FileFault> rename(Path source, Path target) override;
     Task<FileFault> move(MoveOrder order) override;
+    Task<FileFault> flushMoves() override { return mover_.flushMoves(); }
     Task<FileFault> copy(Path source, Path target, unsigned permissions) override;
     [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;

@@ -43,10 +43,11 @@ def write(path, data=b""):
 
 
 class Profile:
-    def __init__(self, done_parent=None):
+    def __init__(self, done_parent=None, profile="profile"):
         self.root = tempfile.mkdtemp(prefix="vantrell-program-")
         self.done_root = tempfile.mkdtemp(prefix="vantrell-done-", dir=done_parent) if done_parent else self.root
-        self.data = os.path.join(self.root, "profile", "Quillon, Inc", "Vantrell", "Bin")
+        self.profile = os.path.join(self.root, profile)
+        self.data = os.path.join(self.profile, "Quillon, Inc", "Vantrell", "Bin")
         self.source, self.destination, self.rejected = (
             os.path.join(self.root, name) for name in ("in", "out", "rejected"))
         self.done = os.path.join(self.done_root, "done")
@@ -91,15 +92,31 @@ class Profile:
 
     # The program
 
-    def start(self, user=None, **popen):
-        environment = {**os.environ, "ALLUSERSPROFILE": os.path.join(self.root, "profile"),
+    def program_of_its_own(self):
+        """A copy of the program in a folder with stand-ins for its helpers, each of which notes that it was started."""
+        folder = os.path.join(self.root, "bin")
+        os.makedirs(folder)
+        shutil.copy2(PROGRAM, folder)
+        for helper in ("OpenedMsg", "KillZEP"):
+            path = os.path.join(folder, helper)
+            write(path, b'#!/bin/sh\necho started >> "$0.started"\n')
+            os.chmod(path, 0o755)
+        return os.path.join(folder, os.path.basename(PROGRAM))
+
+    def helper_starts(self, helper):
+        path = os.path.join(self.root, "bin", helper + ".started")
+        return read(path).count(b"\n") if os.path.exists(path) else 0
+
+    def start(self, user=None, program=PROGRAM, **popen):
+        environment = {**os.environ, "ALLUSERSPROFILE": self.profile,
+                       "XDG_CONFIG_HOME": os.path.join(self.root, "config"),
                        "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root}
         if user:
             account = pwd.getpwnam(user)
             subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
             popen |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}
         with open(os.path.join(self.root, "stderr"), "ab") as errors:
-            process = subprocess.Popen([PROGRAM], env=environment, stderr=errors, **popen)
+            process = subprocess.Popen([program], env=environment, stderr=errors, **popen)
         self.running.append(process)
         return process
 

@@ -28,23 +28,6 @@ class FreshProfile(ProgramTest):
             "One or all of the folder  parameters are missing. Please check below.", "Loaded"])
 
 
-class SecondInstance(ProgramTest):
-    def test_ends_at_once_and_leaves_the_first_alone(self):
-        profile = self.new_profile()
-        profile.settings()
-        profile.passwords()
-        first = profile.start()
-        profile.wait_for_log("ZEP Is PAUSED at")
-        self.assertEqual(profile.start().wait(20), 0)
-        self.assertIsNone(first.poll())
-        first.kill()
-        first.wait()
-        third = profile.start()
-        profile.drop("after", b"the lock went with the killed one")
-        profile.wait_for_empty_source()
-        self.assertEqual(profile.end(third), 0)
-
-
 class PasswordFiles(ProgramTest):
     def test_made_by_others_are_taken_as_they_are(self):
         quoted = f"'{PASSWORD}'"

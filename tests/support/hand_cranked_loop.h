@@ -9,6 +9,7 @@
 #include <optional>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "platform/event_loop.h"
 #include "platform/linux/kernel_flush.h"
@@ -64,7 +65,10 @@ public:
 protected:
     void requestTurn() override {}
     void startTimer(RunQueue::Id id, std::chrono::milliseconds time) override { timers_.emplace(now_ + time, id); }
-    void startFlush(RunQueue::Id id, NativeFile file) override { flush_->start(queue(), id, file); }
+    void startFlush(RunQueue::Id id, NativeFile file) override {
+        flush_->start(queue(), id, file);
+        if (!queue().isWoken(id)) underWay_.push_back(id);
+    }
 
 private:
     template <class T>
@@ -75,12 +79,15 @@ private:
     bool collectFlushes(int waitMilliseconds) {
         const int handle = static_cast<int>(flush_->completionHandle());
         pollfd readable{handle, POLLIN, 0};
-        if (handle < 0 || ::poll(&readable, 1, waitMilliseconds) <= 0) return false;
+        if (underWay_.empty()) return false;
+        if (::poll(&readable, 1, waitMilliseconds) <= 0) return false;
         flush_->collect(queue());
+        std::erase_if(underWay_, [this](RunQueue::Id id) { return queue().isWoken(id); });
         return true;
     }
 
     std::unique_ptr<FlushService> flush_ = makeKernelFlush();
+    std::vector<RunQueue::Id> underWay_;
     std::chrono::milliseconds now_{0};
     std::multimap<std::chrono::milliseconds, RunQueue::Id> timers_;
 };

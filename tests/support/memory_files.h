@@ -103,6 +103,7 @@ public:
     HoldResult hold(const Path&) override { return notOffered<HoldResult>(); }
     Task<FileFault> rename(Path, Path) override { return notOffered<Task<FileFault>>(); }
     Task<FileFault> move(MoveOrder) override { return notOffered<Task<FileFault>>(); }
+    Task<FileFault> flushMoves() override { return notOffered<Task<FileFault>>(); }
     Task<FileFault> copy(Path, Path, unsigned) override { return notOffered<Task<FileFault>>(); }
     [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path&) const override {
         return notOffered<std::chrono::system_clock::time_point>();

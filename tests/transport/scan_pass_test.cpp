@@ -307,6 +307,7 @@ public:
     OutputResult createOutput(const Path&) override { return {nullptr, {kind_, "the machine cannot write"}}; }
     Task<FileFault> rename(Path source, Path target) override { return real_.rename(source, target); }
     Task<FileFault> move(MoveOrder order) override { return real_.move(std::move(order)); }
+    Task<FileFault> flushMoves() override { return real_.flushMoves(); }
     Task<FileFault> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
     [[nodiscard]] std::chrono::system_clock::time_point fileDate(const Path& path) const override {
         return real_.fileDate(path);

@@ -12,10 +12,13 @@ namespace {
 constexpr int kSmallFiles = 3000;
 constexpr int kSettledAfter = 1000;
 constexpr std::uint64_t kLarge = 1024 * kMiB;
-constexpr qint64 kLongestGapMs = 100;
 constexpr std::int64_t kMostGrowthKiB = 32 * 1024;
 constexpr int kLimitMs = 240'000;
-constexpr int kAttempts = 3;  // another program may take the machine away for a moment
+
+// A disk with much to do for others may hold us up now and then; what blocks the loop for each file, or even each
+// hundredth, shows all the same.
+constexpr int kAttempts = 3;
+constexpr int kMostHiccups = 3;
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -23,15 +26,14 @@ constexpr int kAttempts = 3;  // another program may take the machine away for a
 #endif
 #endif
 #ifdef VANTRELL_SANITIZED
-constexpr bool kIsSanitized = true;
-constexpr qint64 kSlowness = 2;
+constexpr bool kIsSanitized = true;  // keeps what was given back
 #else
 constexpr bool kIsSanitized = false;
-constexpr qint64 kSlowness = 1;
 #endif
 
 struct Figures {
-    qint64 gapMs = 0;
+    qint64 longestGapMs = 0;
+    int noticedGaps = 0;
     std::int64_t grownKiB = 0;
     std::size_t clockTexts = 0;
 };
@@ -64,7 +66,8 @@ protected:
         });
         QTimer::singleShot(kLimitMs, &loop, [&] { loop.exit(1); });
         EXPECT_EQ(loop.exec(), 0) << "not all was carried";
-        figures.gapMs = heart.secondLongestGapMs();
+        figures.longestGapMs = heart.longestGapMs();
+        figures.noticedGaps = heart.noticedGaps();
         figures.clockTexts = clockTexts.size();
         return figures;
     }
@@ -79,11 +82,12 @@ TEST_F(Responsiveness, LastsUnderThousandsOfFilesAndALargeOne) {
         figures = carryAll(kSmallFiles + 1);
         EXPECT_GT(figures.clockTexts, 1U);
         if (!kIsSanitized) EXPECT_LE(figures.grownKiB, kMostGrowthKiB);
-        std::printf("attempt %d: longest gap but one %lld ms, memory grew by %lld KiB\n", attempt,
-                    static_cast<long long>(figures.gapMs), static_cast<long long>(figures.grownKiB));
-        if (figures.gapMs <= kSlowness * kLongestGapMs || HasFailure()) break;
+        std::printf("attempt %d: longest gap %lld ms, %d gaps of more than %lld ms, memory grew by %lld KiB\n", attempt,
+                    static_cast<long long>(figures.longestGapMs), figures.noticedGaps,
+                    static_cast<long long>(HeartBeat::kNoticedMs), static_cast<long long>(figures.grownKiB));
+        if (figures.noticedGaps <= kMostHiccups || HasFailure()) break;
     }
-    EXPECT_LE(figures.gapMs, kSlowness * kLongestGapMs);
+    EXPECT_LE(figures.noticedGaps, kMostHiccups);
     EXPECT_EQ(std::filesystem::file_size(profile.out + "/large.enc"), kLarge + 16);
     EXPECT_EQ(countIn(profile.out), kSmallFiles + 1U);
 }

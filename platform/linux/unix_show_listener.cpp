@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/unix_show_listener.h"
+
+#include <fcntl.h>
+#include <sys/epoll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "platform/linux/place.h"
+#include "platform/linux/show_socket.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr std::size_t kMostConnections = 8;
+constexpr int kMostAcceptedAtOnce = 16;
+constexpr int kBacklog = 64;
+constexpr mode_t kPrivateSocket = 0600;
+
+// One that is no socket is somebody's file, and stays.
+bool removeLeftOver(int folder) {
+    struct stat status {};
+    if (::fstatat(folder, kShowSocketName, &status, AT_SYMLINK_NOFOLLOW) != 0) return errno == ENOENT;
+    return S_ISSOCK(status.st_mode) && ::unlinkat(folder, kShowSocketName, 0) == 0;
+}
+
+UniqueFd openSpare() { return UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC)); }
+
+}  // namespace
+
+UnixShowListener::~UnixShowListener() {
+    if (!socketIsOurs()) return;
+    // One that stays is replaced by the next start.
+    if (::unlinkat(folder_.get(), kShowSocketName, 0) != 0) return;
+}
+
+bool UnixShowListener::socketIsOurs() const {
+    struct stat status {};
+    return events_ && ::fstatat(folder_.get(), kShowSocketName, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISSOCK(status.st_mode) && status.st_ino == inode_;
+}
+
+bool UnixShowListener::listen(const Path& folder, std::function<void()> show) {
+    show_ = std::move(show);
+    folder_ = openFolder(folder);
+    if (!folder_ || !removeLeftOver(folder_.get()) || !openSocket()) return false;
+    spare_ = openSpare();
+    events_ = UniqueFd(::epoll_create1(EPOLL_CLOEXEC));
+    if (events_ && watch(socket_.get())) return true;
+    events_.reset();
+    return false;
+}
+
+bool UnixShowListener::openSocket() {
+    socket_ = UniqueFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    // The name in the folder gets the mode that the socket has before.
+    if (!socket_ || ::fchmod(socket_.get(), kPrivateSocket) != 0) return false;
+    const sockaddr_un address = showSocketIn(folder_.get());
+    if (::bind(socket_.get(), asSocketAddress(address), sizeof address) != 0) return false;
+    struct stat status {};
+    if (::fstatat(folder_.get(), kShowSocketName, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    inode_ = status.st_ino;
+    return ::listen(socket_.get(), kBacklog) == 0;
+}
+
+bool UnixShowListener::watch(int descriptor) const {
+    epoll_event event{};
+    event.events = EPOLLIN;
+    return ::epoll_ctl(events_.get(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+}
+
+void UnixShowListener::serve() {
+    std::erase_if(connections_, [this](Connection& connection) { return isFinishedWith(connection); });
+    acceptSome();
+}
+
+void UnixShowListener::acceptSome() {
+    for (int count = 0; count < kMostAcceptedAtOnce; ++count) {
+        Connection connection{UniqueFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)), {}};
+        if (!connection.socket) return hangUpOnWhoCannotBeTaken(errno);
+        if (!isOwnUsers(connection.socket.get(), ::geteuid()) || isFinishedWith(connection)) continue;
+        makeRoom();
+        if (watch(connection.socket.get())) connections_.push_back(std::move(connection));
+    }
+}
+
+// While the process has no descriptor left, a caller that stays in the queue would wake the event loop for ever.
+void UnixShowListener::hangUpOnWhoCannotBeTaken(int error) {
+    if (error != EMFILE && error != ENFILE) return;
+    spare_.reset();
+    UniqueFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)).reset();
+    spare_ = openSpare();
+}
+
+// The one that has been silent longest goes, unless it has just spoken.
+void UnixShowListener::makeRoom() {
+    while (connections_.size() >= kMostConnections) {
+        static_cast<void>(isFinishedWith(connections_.front()));
+        connections_.pop_front();
+    }
+}
+
+bool UnixShowListener::isFinishedWith(Connection& connection) {
+    std::array<char, kShowRequestLine.size() + 1> piece;
+    const ssize_t got = ::recv(connection.socket.get(), piece.data(), piece.size(), 0);
+    if (got < 0 && (errno == EAGAIN || errno == EINTR)) return false;
+    if (got <= 0) return true;
+    connection.heard.append(piece.data(), static_cast<std::size_t>(got));
+    if (connection.heard != kShowRequestLine) return !kShowRequestLine.starts_with(connection.heard);
+    show_();
+    // Who does not take the answer did not wait for it.
+    static_cast<void>(
+        ::send(connection.socket.get(), kShownLine.data(), kShownLine.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
+    return true;
+}
+
+}  // namespace vantrell

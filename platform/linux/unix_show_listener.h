@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sys/types.h>
+
+#include <deque>
+#include <string>
+
+#include "platform/linux/unique_fd.h"
+#include "platform/show_request.h"
+
+namespace vantrell {
+
+/// Listens on the socket show.sock (0600) in the data folder and answers its own user's processes only. Who says
+/// anything but the request is hung up on; who says nothing has to go when others come. Nothing here ever waits.
+class UnixShowListener final : public ShowRequestListener {
+public:
+    UnixShowListener() = default;
+    /// Takes the socket away.
+    ~UnixShowListener() override;
+
+    bool listen(const Path& folder, std::function<void()> show) override;
+
+    /// Readable when `serve` has something to do; -1 while nothing is listened to.
+    [[nodiscard]] int descriptor() const { return events_.get(); }
+    /// Does what is to be done now, a bounded amount of it.
+    void serve();
+
+private:
+    struct Connection {
+        UniqueFd socket;
+        std::string heard;
+    };
+
+    bool openSocket();
+    bool watch(int descriptor) const;
+    void acceptSome();
+    void hangUpOnWhoCannotBeTaken(int error);
+    void makeRoom();
+    bool isFinishedWith(Connection& connection);
+    [[nodiscard]] bool socketIsOurs() const;
+
+    std::function<void()> show_;
+    UniqueFd folder_;
+    UniqueFd socket_;
+    UniqueFd events_;
+    UniqueFd spare_;
+    ino_t inode_ = 0;
+    std::deque<Connection> connections_;  // the oldest first
+};
+
+}  // namespace vantrell
