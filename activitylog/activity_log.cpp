@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "activitylog/activity_log.h"
 
-#include "core/date_text.h"
 #include "core/display_text.h"
 
 namespace vantrell {
@@ -19,7 +18,10 @@ void ActivityLog::appendActivityLine(const std::string& line) {
 }
 
 void ActivityLog::logEvent(const std::string& message) {
-    appendActivityLine(generalDateText(clock_.now()) + " " + message);
+    const WallTime now = clock_.now();
+    events_.push_back({now, message});
+    if (events_.size() > kEventsKept) events_.pop_front();
+    appendActivityLine(generalDateText(now) + " " + message);
 }
 
 void ActivityLog::writetofile() {

@@ -1,14 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <string>
+#include <vector>
 
+#include "core/date_text.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
 #include "platform/clock.h"
 #include "platform/data_files.h"
 
 namespace vantrell {
+
+/// An event as it was logged, before it became a line.
+struct LoggedEvent {
+    WallTime time;
+    std::string message;
+};
 
 /// Every event of the program as one line: at once in the activity box, and with the next save in the day's file.
 ///
@@ -31,6 +41,10 @@ public:
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
 
+    /// The last events, at most `kEventsKept`, the newest at the end.
+    [[nodiscard]] std::vector<LoggedEvent> lastEvents() const { return {events_.begin(), events_.end()}; }
+    static constexpr std::size_t kEventsKept = 50;
+
     /// The day's file as of the last save.
     [[nodiscard]] const Path& LogFilePath() const { return logFilePath_; }
 
@@ -43,6 +57,7 @@ private:
     DataFiles& files_;
     const Clock& clock_;
     std::string unsaved_;
+    std::deque<LoggedEvent> events_;
     Path logFilePath_;
     bool fileIsChecked_ = false;  // a torn last line can only come from an earlier run
     bool failureIsShown_ = false;

@@ -3,6 +3,7 @@
 #include <QSessionManager>
 
 #include "app/program.h"
+#include "core/frmIcon.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(vantrell::programIcon());
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
     vantrell::Program program(clock, timers);

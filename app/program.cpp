@@ -25,7 +25,10 @@ Program::Program(const Clock& clock, Timers& timers)
       clock_(clock),
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
+      lines_(state_.AppFolder),
+      window_(lines_),
       place_(window_, tray_),
+      notices_(notifier_, clock_, window_, place_),
       boxes_(loop_.queue(), &window_),
       database_(loop_),
       passwords_(loop_.queue(), database_, boxes_, state_,
@@ -43,7 +46,8 @@ Program::Program(const Clock& clock, Timers& timers)
       menus_(state_, window_, settings_, boxes_, place_, entry_, loop_.queue()),
       controller_(controllerParts(), [] { QCoreApplication::exit(0); }),
       startup_(controllerParts(), startupParts()),
-      cleanUp_(loop_.queue()) {
+      cleanUp_(loop_.queue()),
+      sessionEnd_([this] { controller_.saveAll(); }, [this] { closeForGood(); }) {
     timMax_->setInterval(kStartupStepMs);
     tmchkTimer_->setInterval(kModeMs);
     timCurTime_->setInterval(kClockMs);
@@ -63,6 +67,7 @@ bool Program::start() {
     cleanUp_.start(toolbox_.cleanUpAfterCrash({settings.DestinationFolder, settings.DoneFolder, settings.RejectFolder},
                                               settings.SourceFolder));
     for (Timer* timer : {timMax_.get(), tmchkTimer_.get(), timCurTime_.get()}) timer->setEnabled(true);
+    sessionEnd_.start();
     return true;
 }
 
@@ -78,19 +83,22 @@ void Program::endWhenAsked(SignalSource& requests) {
     if (requests.descriptor() < 0) return;
     endRequested_ = std::make_unique<QSocketNotifier>(requests.descriptor(), QSocketNotifier::Read);
     QObject::connect(endRequested_.get(), &QSocketNotifier::activated, endRequested_.get(), [this, &requests] {
-        if (!requests.takeRequest()) return;
-        cleanUp_.abort();
-        controller_.closeForGood();
+        if (requests.takeRequest()) closeForGood();
     });
 }
 
+void Program::closeForGood() {
+    cleanUp_.abort();
+    controller_.closeForGood();
+}
+
 PassParts Program::passParts() {
-    return {state_, window_, report_, log_, settings_, toolbox_, boxes_, loop_, clock_, *timRun_, mode_};
+    return {state_, window_, report_, log_, settings_, toolbox_, boxes_, loop_, clock_, *timRun_, mode_, notices_};
 }
 
 ControllerParts Program::controllerParts() {
-    return {state_, window_, report_,          log_,   settings_, boxes_, loop_, clock_, host_, *timRun_,
-            mode_,  pass_,   passwordLookup(), place_, tray_,     entry_, menus_};
+    return {state_, window_, report_,          log_,   settings_, boxes_, loop_,  clock_,  host_, *timRun_,
+            mode_,  pass_,   passwordLookup(), place_, tray_,     entry_, menus_, notices_};
 }
 
 ActivePasswordLookup Program::passwordLookup() {

@@ -8,6 +8,7 @@
 #include "core/frmMain.h"
 #include "core/main_window_controller.h"
 #include "core/mode_display.h"
+#include "core/notices.h"
 #include "core/program_state.h"
 #include "core/settings_file.h"
 #include "core/startup.h"
@@ -19,11 +20,14 @@
 #include "platform/linux/posix_host.h"
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/spilled_lines.h"
 #include "platform/linux/sqlite_database.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_notifier.h"
+#include "platform/qt/qt_session_end.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/timers.h"
 #include "task/task_group.h"
@@ -48,6 +52,7 @@ public:
     [[nodiscard]] const ProgramState& state() const { return state_; }
 
 private:
+    void closeForGood();
     PassParts passParts();
     ControllerParts controllerParts();
     ActivePasswordLookup passwordLookup();
@@ -65,9 +70,12 @@ private:
     PosixDataFiles files_;
     PosixToolbox toolbox_;
     XdgStartupEntry entry_;
+    SpilledLines lines_;
     frmMain window_;
     QtTray tray_;
+    QtNotifier notifier_;
     WindowPlace place_;
+    Notices notices_;
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
     PasswordStore passwords_;
@@ -84,6 +92,7 @@ private:
     MainWindowController controller_;
     Startup startup_;
     TaskGroup cleanUp_;
+    QtSessionEnd sessionEnd_;
     std::unique_ptr<QSocketNotifier> endRequested_;
     UnixShowListener showRequests_;
     std::unique_ptr<QSocketNotifier> showRequested_;

@@ -9,33 +9,30 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <vector>
 
 #include "core/display_text.h"
 
 namespace vantrell {
 
-void frmActivityLines::append(std::deque<std::string>& lines) {
-    if (lines.empty()) return;
-    const int first = rowCount();
-    beginInsertRows({}, first, first + static_cast<int>(lines.size()) - 1);
-    std::move(lines.begin(), lines.end(), std::back_inserter(lines_));
-    lines.clear();
+void frmActivityLines::takeNew() {
+    const int rows = static_cast<int>(lines_.size());
+    if (rows == rows_) return;
+    beginInsertRows({}, rows_, rows - 1);
+    rows_ = rows;
     endInsertRows();
 }
 
-int frmActivityLines::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(lines_.size());
-}
+int frmActivityLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 QVariant frmActivityLines::data(const QModelIndex& index, int role) const {
     if (role == Qt::SizeHintRole) return lineSize_;
     if (role != Qt::DisplayRole || !index.isValid()) return {};
-    return QString::fromStdString(lines_[static_cast<std::size_t>(index.row())]);
+    return QString::fromStdString(lines_.line(static_cast<std::size_t>(index.row())));
 }
 
-frmActivityBox::frmActivityBox(QWidget* parent) : QListView(parent), take_([this] { takeWaiting(); }) {
+frmActivityBox::frmActivityBox(LineStore& lines, QWidget* parent)
+    : QListView(parent), lines_(lines), model_(lines), take_([this] { takeWaiting(); }) {
     setUniformItemSizes(true);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
@@ -59,15 +56,15 @@ frmActivityBox::frmActivityBox(QWidget* parent) : QListView(parent), take_([this
 }
 
 void frmActivityBox::appendLine(const std::string& line) {
-    waiting_.push_back(displayText(line));
+    const std::string shown = displayText(line);
+    lines_.append(shown);
+    measureLine(shown);
     if (isVisible()) take_.request();
 }
 
 void frmActivityBox::takeWaiting() {
-    double widest = widest_;
-    for (const std::string& line : waiting_) widest = std::max(widest, widthOf(line));
-    if (widest > widest_) widenTo(widest);
-    model_.append(waiting_);
+    resizeLines();
+    model_.takeNew();
     // The view lays out all its rows whenever some join, about 40 ms for a million: then twice a second is enough.
     take_.setPause(std::max(kThrottlePause, std::chrono::milliseconds(model_.rowCount() / 2000)));
 }
@@ -81,9 +78,9 @@ void frmActivityBox::changeEvent(QEvent* event) {
     QListView::changeEvent(event);
     if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
     measureCharacters();
-    double widest = 0;
-    for (const std::string& line : model_.lines()) widest = std::max(widest, widthOf(line));
-    widenTo(widest);
+    // All lines would have to be read again; those that were the widest so far are not far from it in any font.
+    widest_ = widthOf(widestLine_);
+    resizeLines();
     scheduleDelayedItemsLayout();
 }
 
@@ -93,7 +90,14 @@ void frmActivityBox::measureCharacters() {
         characterWidths_[code] = metrics.horizontalAdvance(QChar(static_cast<char16_t>(code)));
     }
     otherWidth_ = metrics.height();  // a full-width character is about as wide as the line is high
-    widenTo(widest_);
+    resizeLines();
+}
+
+void frmActivityBox::measureLine(const std::string& line) {
+    const double width = widthOf(line);
+    if (width <= widest_) return;
+    widest_ = width;
+    widestLine_ = line;
 }
 
 // The sum of the characters' own widths, since shaping every line would cost more than all the rest.
@@ -110,10 +114,9 @@ double frmActivityBox::widthOf(const std::string& line) const {
     return width;
 }
 
-void frmActivityBox::widenTo(double width) {
-    widest_ = width;
+void frmActivityBox::resizeLines() {
     const int margins = fontMetrics().height();
-    model_.setLineSize({static_cast<int>(std::ceil(width)) + margins, fontMetrics().height() + 2});
+    model_.setLineSize({static_cast<int>(std::ceil(widest_)) + margins, fontMetrics().height() + 2});
 }
 
 QString frmActivityBox::selectedText() const {
@@ -126,7 +129,7 @@ QString frmActivityBox::selectedText() const {
     for (const auto& [top, bottom] : ranges) {
         for (int row = top; row <= bottom; ++row) {
             if (!text.empty()) text += '\n';
-            text += model_.lines()[static_cast<std::size_t>(row)];
+            text += lines_.line(static_cast<std::size_t>(row));
         }
     }
     return QString::fromStdString(text);

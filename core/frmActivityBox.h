@@ -4,10 +4,10 @@
 #include <QAbstractListModel>
 #include <QListView>
 #include <array>
-#include <deque>
 #include <string>
 
 #include "core/frmThrottle.h"
+#include "platform/line_store.h"
 
 namespace vantrell {
 
@@ -16,32 +16,33 @@ class frmActivityLines final : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    using QAbstractListModel::QAbstractListModel;
+    explicit frmActivityLines(const LineStore& lines) : lines_(lines) {}
 
-    /// `lines` are valid UTF-8 without line ends; they are taken over.
-    void append(std::deque<std::string>& lines);
+    /// Takes in what has joined the store.
+    void takeNew();
     void setLineSize(QSize size) { lineSize_ = size; }
-    [[nodiscard]] const std::deque<std::string>& lines() const { return lines_; }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    std::deque<std::string> lines_;
+    const LineStore& lines_;
+    int rows_ = 0;
     QSize lineSize_;
 };
 
 /// The activity box. It follows the end while the end is in sight, and stays where the reader has scrolled to
-/// otherwise. Made for a million lines: they are held as bytes, decoded as they come into sight, and join the view many
-/// at a time.
+/// otherwise. Made for a million lines: they are held by the store, decoded as they come into sight, and join the view
+/// many at a time.
 class frmActivityBox final : public QListView {
     Q_OBJECT
 
 public:
-    explicit frmActivityBox(QWidget* parent = nullptr);
+    /// `lines` must outlive the box.
+    explicit frmActivityBox(LineStore& lines, QWidget* parent = nullptr);
 
     void appendLine(const std::string& line);
-    [[nodiscard]] std::size_t lineCount() const { return model_.lines().size() + waiting_.size(); }
+    [[nodiscard]] std::size_t lineCount() const { return lines_.size(); }
     [[nodiscard]] QString selectedText() const;
     void copySelected() const;
 
@@ -57,10 +58,12 @@ private:
     void takeWaiting();
     void measureCharacters();
     [[nodiscard]] double widthOf(const std::string& line) const;
-    void widenTo(double width);
+    void measureLine(const std::string& line);
+    void resizeLines();
 
+    LineStore& lines_;
     frmActivityLines model_;
-    std::deque<std::string> waiting_;  // not yet in the model; all of them while the box is hidden
+    std::string widestLine_;
     std::array<double, 128> characterWidths_{};
     double otherWidth_ = 0;
     double widest_ = 0;

@@ -29,7 +29,16 @@ void frmElidedLabel::showBytes(const std::string& bytes) {
     show_.request();
 }
 
-QSize frmElidedLabel::sizeHint() const { return roomFor(20); }
+void frmElidedLabel::prefer(const QString& text) {
+    preferred_ = text;
+    updateGeometry();
+}
+
+QSize frmElidedLabel::sizeHint() const {
+    const QSize usual = roomFor(20);
+    const int preferred = fontMetrics().horizontalAdvance(preferred_) + fontMetrics().averageCharWidth();
+    return preferred_.isEmpty() ? usual : QSize(preferred, usual.height());
+}
 
 QSize frmElidedLabel::minimumSizeHint() const { return roomFor(8); }
 
@@ -53,7 +62,7 @@ bool frmElidedLabel::event(QEvent* event) {
 }
 
 void frmElidedLabel::paintEvent(QPaintEvent* event) {
-    QFrame::paintEvent(event);
+    QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): QLabel would draw the whole text
     QPainter painter(this);
     const Qt::Alignment where = QStyle::visualAlignment(layoutDirection(), alignment());
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(where), palette(), isEnabled(), elided(),

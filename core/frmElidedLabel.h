@@ -16,6 +16,8 @@ class frmElidedLabel final : public QLabel {
 public:
     explicit frmElidedLabel(Qt::TextElideMode mode, QWidget* parent = nullptr);
 
+    /// Asks for room for this text, which a wide enough window then has.
+    void prefer(const QString& text);
     /// Cheap when called often.
     void showBytes(const std::string& bytes);
 
@@ -32,6 +34,7 @@ private:
 
     Qt::TextElideMode mode_;
     std::string bytes_;
+    QString preferred_;
     frmThrottle show_;
 };
 

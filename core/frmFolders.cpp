@@ -7,6 +7,7 @@ namespace vantrell {
 
 frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
     setFrameShape(StyledPanel);
+    setAccessibleName(tr("Folders"));
     auto* grid = new QGridLayout(this);
     grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
     grid->setColumnStretch(1, 1);
@@ -21,16 +22,17 @@ frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
 void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& caption, const QString& labelName,
                         const QString& spokenName) {
     Row& row = this->row(kind);
+    auto* name = new QLabel(caption, this);  // first, since this is the order in which they are read out
     row.label = new frmElidedLabel(Qt::ElideMiddle, this);
     row.label->setObjectName(labelName);
     row.label->setAccessibleDescription(spokenName);
     row.button = new QPushButton(tr("Change Path"), this);
     row.button->setObjectName(QStringLiteral("cmdSelectSource%1").arg(static_cast<int>(kind)));
     row.button->setAccessibleName(tr("Change %1").arg(spokenName));
+    row.button->setAccessibleDescription(tr("Stops processing and lets you choose another folder"));
     row.button->setAutoDefault(true);
     connect(row.button, &QPushButton::clicked, this, [this, kind] { Q_EMIT changePressed(kind); });
 
-    auto* name = new QLabel(caption, this);
     name->setBuddy(row.button);
     const int line = grid.rowCount();
     grid.addWidget(name, line, 0);
@@ -41,6 +43,7 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
 void frmFolders::addCheckBox(QGridLayout& grid) {
     chkActivateSF_ = new QCheckBox(tr("&Include Sub Directories"), this);
     chkActivateSF_->setObjectName(QStringLiteral("chkActivateSF"));
+    chkActivateSF_->setAccessibleDescription(tr("Whether files in folders below the Source folder are processed too"));
     connect(chkActivateSF_, &QCheckBox::clicked, this, &frmFolders::includeSubfoldersClicked);
     grid.addWidget(chkActivateSF_, grid.rowCount(), 1);
 }

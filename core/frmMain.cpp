@@ -7,11 +7,15 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "core/frmText.h"
+#include "platform/qt/x11_window.h"
 
 namespace vantrell {
 
@@ -21,6 +25,15 @@ namespace {
 constexpr int kNormalWidth = 777;
 constexpr int kNormalHeight = 452;
 constexpr int kHeightWithActivity = 640;
+// Window managers report late. A window that was minimized, then hidden and brought back may hear of the first when it
+// is shown again, and must not be hidden for it.
+constexpr std::chrono::milliseconds kReportStandsAfter{100};
+
+constexpr char kScanning[] = "SCANNING";
+constexpr char kRunning[] = "Mode: Running";
+/// The pass says SCANNING at each file, and the mode is looked at twenty times a second: with small files the label
+/// would flicker between the two.
+constexpr std::chrono::milliseconds kScanningStays{1000};
 
 template <class Widget>
 Widget* named(Widget* widget, const QString& name) {
@@ -30,50 +43,63 @@ Widget* named(Widget* widget, const QString& name) {
 
 }  // namespace
 
-frmMain::frmMain() {
+frmMain::frmMain(LineStore& lines) {
     setObjectName(QStringLiteral("frmMain"));
-    makeMenus();
-    makeControls();
+    menus_ = new frmMenus(*menuBar(), this);
+    makeControls(lines);
     arrange();
     connectControls();
     cmdStartDir_->setFocus();
     setNormalSize();
+    minimizedReport_.setSingleShot(true);
+    minimizedReport_.setInterval(kReportStandsAfter);
+    connect(&minimizedReport_, &QTimer::timeout, this, [this] {
+        if (isMinimized() && isVisible() && events_) events_->minimized();
+    });
 }
 
 frmMain::~frmMain() { frmMain::setWaitPointer(false); }
 
-void frmMain::makeMenus() {
-    auto* mnview = named(menuBar()->addMenu(tr("&View")), QStringLiteral("mnview"));
-    mnview->menuAction()->setObjectName(QStringLiteral("mnview"));
-    mnviewCL_ = named(mnview->addAction(tr("View &Current Log")), QStringLiteral("mnviewCL"));
-    mnLogOffOn_ = named(mnview->addAction(tr("Turn &Off Loging")), QStringLiteral("mnLogOffOn"));
-    mnLogOffOn_->setCheckable(true);
-}
-
 // In the order of the Tab key.
-void frmMain::makeControls() {
+void frmMain::makeControls(LineStore& lines) {
     modeMark_ = named(new frmModeMark(this), QStringLiteral("modeMark"));
     lblMode_ = named(new frmSteadyLabel(this), QStringLiteral("lblMode"));
     QFont bold = lblMode_->font();
     bold.setBold(true);
     lblMode_->setFont(bold);
-    lblMode_->reserve(QStringLiteral("Mode: Stopped"));
+    lblMode_->setAccessibleDescription(tr("Mode"));
+    lblMode_->reserve({QStringLiteral("Mode: Stopped"), QString::fromLatin1(kRunning), QString::fromLatin1(kScanning)});
     lbSched_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
+    lbSched_->prefer(QStringLiteral("Scheduled: Wednesday 12:59 PM  File Create Date > 14"));
+    lbSched_->setAccessibleDescription(tr("Schedule of the weekly delete"));
     lblcurTime_ = named(new frmSteadyLabel(this), QStringLiteral("lblcurTime"));
     lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    lblcurTime_->setAccessibleDescription(tr("Time"));
     folders_ = named(new frmFolders(this), QStringLiteral("folders"));
     ctNEdit1_ = named(new frmMinutesField(this), QStringLiteral("ctNEdit1"));
     ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
+    ctNEdit1_->setAccessibleDescription(tr("How often the Source folder is looked through"));
     Label2_ = named(new frmElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
+    Label2_->prefer(QStringLiteral("One or all of the folder  parameters are missing. Please check below."));
     Label2_->setAccessibleDescription(tr("Status"));
     progress_ = named(new frmProgress(this), QStringLiteral("progress"));
-    cmdStartDir_ = named(new QPushButton(tr("&Start"), this), QStringLiteral("cmdStartDir"));
-    cmdStopDir_ = named(new QPushButton(tr("S&top"), this), QStringLiteral("cmdStopDir"));
-    cmdExit_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("cmdExit"));
-    for (QPushButton* button : {cmdStartDir_, cmdStopDir_, cmdExit_}) button->setAutoDefault(true);
-    txtDebug_ = named(new frmActivityBox(this), QStringLiteral("txtDebug"));
+    makeButtons();
+    txtDebug_ = named(new frmActivityBox(lines, this), QStringLiteral("txtDebug"));
     txtDebug_->setAccessibleName(tr("Current log"));
+    txtDebug_->setAccessibleDescription(tr("Every event since the program started, the newest at the end"));
     txtDebug_->hide();
+}
+
+void frmMain::makeButtons() {
+    const auto make = [this](const QString& name, const QString& caption, const QString& description) {
+        auto* button = named(new QPushButton(caption, this), name);
+        button->setAccessibleDescription(description);
+        button->setAutoDefault(true);
+        return button;
+    };
+    cmdStartDir_ = make(QStringLiteral("cmdStartDir"), tr("&Start"), tr("Starts processing"));
+    cmdStopDir_ = make(QStringLiteral("cmdStopDir"), tr("S&top"), tr("Stops processing before the next file"));
+    cmdExit_ = make(QStringLiteral("cmdExit"), tr("E&xit"), tr("Ends the program"));
 }
 
 void frmMain::arrange() {
@@ -96,7 +122,9 @@ void frmMain::arrange() {
     setCentralWidget(centre);
 
     auto* formStatusBar = named(new QStatusBar(this), QStringLiteral("formStatusBar"));
+    formStatusBar->setAccessibleName(tr("Status bar"));
     panel1_ = named(new frmElidedLabel(Qt::ElideMiddle, this), QStringLiteral("panel1"));
+    panel1_->setAccessibleDescription(tr("Last event of importance"));
     panel1_->setContentsMargins(column->contentsMargins().left() - 2, 0, 0, 0);  // in line with what stands above
     formStatusBar->addWidget(panel1_, 1);
     setStatusBar(formStatusBar);
@@ -141,10 +169,8 @@ void frmMain::connectControls() {
     forward(cmdStartDir_, &QPushButton::clicked, &MainWindowEvents::startPressed);
     forward(cmdStopDir_, &QPushButton::clicked, &MainWindowEvents::stopPressed);
     forward(cmdExit_, &QPushButton::clicked, &MainWindowEvents::exitPressed);
-    forward(mnviewCL_, &QAction::triggered, &MainWindowEvents::viewCurrentLogChosen);
-    connect(mnLogOffOn_, &QAction::triggered, this, [this] {
-        mnLogOffOn_->setChecked(loggingIsOff_);  // what is chosen comes into force when the settings say so
-        if (events_) events_->turnOffLoggingChosen();
+    connect(menus_, &frmMenus::chosen, this, [this](frmMenus::Event event) {
+        if (events_) (events_->*event)();
     });
     connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
     connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
@@ -165,8 +191,11 @@ void frmMain::setLabel2(const std::string& text) { Label2_->showBytes(text); }
 void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
 
 void frmMain::setModeLabel(const std::string& text) {
+    if (text == kScanning) scanningIsShown_.setRemainingTime(kScanningStays);
     const QString shown = shownText(text);
     if (lblMode_->text() == shown) return;
+    const bool wouldFlicker = text == kRunning && lblMode_->text() == QString::fromLatin1(kScanning);
+    if (wouldFlicker && !scanningIsShown_.hasExpired()) return;
     lblMode_->setText(shown);
     modeMark_->showMode(text);
 }
@@ -230,11 +259,10 @@ void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFold
 
 void frmMain::setMinutes(const std::string& text) { ctNEdit1_->showText(shownText(text)); }
 
-void frmMain::setStartupEntry(StartupEntry::State) {}
+void frmMain::setStartupEntry(StartupEntry::State state) { menus_->setStartupEntry(state); }
 
 void frmMain::showSettings(const SettingsRecord& settings) {
-    loggingIsOff_ = settings.LoggingTurnedOff;
-    mnLogOffOn_->setChecked(loggingIsOff_);
+    menus_->showSettings(settings);
     folders_->setIncludeSubfolders(settings.IncludeSubfolders);
 }
 
@@ -247,7 +275,10 @@ void frmMain::setActivityShown(bool shown) {
     resizeAtLeast({width(), shown ? kHeightWithActivity : kNormalHeight});
 }
 
-void frmMain::showWindow() { show(); }
+void frmMain::showWindow() {
+    if (!isMinimized()) appearInNormalState(*this);
+    show();
+}
 
 void frmMain::hideWindow() { hide(); }
 
@@ -258,6 +289,7 @@ void frmMain::minimizeWindow() {
 void frmMain::closeWindow() {
     closesForGood_ = true;
     delete folderDialog_;
+    delete about_;
     close();
 }
 
@@ -273,7 +305,8 @@ void frmMain::resizeAtLeast(QSize size) {
     if (isMaximized() || isFullScreen()) return;
     centralWidget()->layout()->activate();
     layout()->activate();
-    resize(size.expandedTo(minimumSizeHint()));
+    const int usual = std::min(sizeHint().width(), screen()->availableGeometry().width());
+    resize(size.expandedTo(minimumSizeHint()).expandedTo({usual, 0}));
 }
 
 void frmMain::bringToFront() {
@@ -281,7 +314,22 @@ void frmMain::bringToFront() {
     activateWindow();
 }
 
-void frmMain::showAbout() {}
+void frmMain::showAbout(const AboutFacts& facts) {
+    if (!about_) {
+        about_ = new frmAbout(facts, this);
+        connect(about_, &frmAbout::systemInfoPressed, this, [this] {
+            if (events_) events_->systemInfoPressed();
+        });
+        connect(about_, &frmAbout::copyDiagnosticsPressed, this, [this] {
+            if (events_)
+                about_->copyDiagnostics(
+                    QString::fromStdString(events_->diagnosticsWanted(toolkitText().toStdString())));
+        });
+    }
+    about_->show();
+    about_->raise();
+    about_->activateWindow();
+}
 
 void frmMain::closeEvent(QCloseEvent* event) {
     const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();
@@ -291,7 +339,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && isMinimized() && events_) events_->minimized();
+    if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
 }
 
 void frmMain::chooseFolder(FolderKind kind) {

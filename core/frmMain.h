@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QAction>
+#include <QDeadlineTimer>
 #include <QFileDialog>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
+#include <QTimer>
 
+#include "core/frmAbout.h"
 #include "core/frmActivityBox.h"
 #include "core/frmElidedLabel.h"
 #include "core/frmFolders.h"
+#include "core/frmMenus.h"
 #include "core/frmMinutesField.h"
 #include "core/frmModeMark.h"
 #include "core/frmProgress.h"
@@ -25,7 +28,8 @@ class frmMain final : public QMainWindow, public MainWindow {
     Q_OBJECT
 
 public:
-    frmMain();
+    /// `lines` keeps the lines of the activity box; must outlive the window.
+    explicit frmMain(LineStore& lines);
     ~frmMain() override;
 
     /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
@@ -67,15 +71,15 @@ public:
     [[nodiscard]] bool isMinimized() const override;
     void setNormalSize() override;
     void bringToFront() override;
-    void showAbout() override;
+    void showAbout(const AboutFacts& facts) override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    void makeMenus();
-    void makeControls();
+    void makeControls(LineStore& lines);
+    void makeButtons();
     void arrange();
     [[nodiscard]] QLayout* makeTopRow();
     [[nodiscard]] QLayout* makeIntervalRow();
@@ -89,11 +93,10 @@ private:
     MainWindowEvents* events_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
+    QTimer minimizedReport_;
 
-    QAction* mnviewCL_ = nullptr;
-    QAction* mnLogOffOn_ = nullptr;
-    bool loggingIsOff_ = false;
-
+    frmMenus* menus_ = nullptr;
+    QDeadlineTimer scanningIsShown_;
     frmModeMark* modeMark_ = nullptr;
     frmSteadyLabel* lblMode_ = nullptr;
     frmElidedLabel* lbSched_ = nullptr;
@@ -110,6 +113,7 @@ private:
     frmActivityBox* txtDebug_ = nullptr;
     frmElidedLabel* panel1_ = nullptr;
     QPointer<QFileDialog> folderDialog_;
+    QPointer<frmAbout> about_;
 };
 
 }  // namespace vantrell

@@ -2,6 +2,7 @@
 #include "core/frmProgress.h"
 
 #include <QGridLayout>
+#include <QLocale>
 #include <cmath>
 #include <limits>
 
@@ -16,6 +17,13 @@ constexpr int kBarSteps = 1000;
 int barValue(std::uint64_t done, std::uint64_t total) {
     if (done >= total) return kBarSteps;
     return static_cast<int>(static_cast<double>(done) / static_cast<double>(total) * kBarSteps);
+}
+
+QString bytesText(std::uint64_t done, std::uint64_t total) {
+    const auto sizeText = [](std::uint64_t bytes) {
+        return QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeIecFormat);
+    };
+    return QObject::tr("%1 of %2").arg(sizeText(done), sizeText(total));
 }
 
 /// Wide enough for the longest text that is usual.
@@ -47,7 +55,7 @@ void showOnBar(QProgressBar& bar, int value, const QString& text) {
 
 QLabel* makeNumber(const QString& name, const QString& description, QWidget* parent) {
     auto* label = new frmSteadyLabel(parent);
-    label->reserve(QString::number(std::numeric_limits<std::int32_t>::max()));
+    label->reserve({QString::number(std::numeric_limits<std::int32_t>::max())});
     label->setText(QStringLiteral("0"));
     label->setObjectName(name);
     label->setAccessibleDescription(description);
@@ -85,6 +93,9 @@ frmProgress::frmProgress(QWidget* parent)
     lblCurrentProcessingFile_->setAccessibleDescription(tr("Current file"));
     lblLastfileProcessed_->setObjectName(QStringLiteral("lblLastfileProcessed"));
     lblLastfileProcessed_->setAccessibleDescription(tr("Last file"));
+    setAccessibleName(tr("Progress"));
+    fileBar_->setAccessibleDescription(tr("How much of the current file is done"));
+    passBar_->setAccessibleDescription(tr("How many of the files that were found are done"));
     arrange();
 }
 
@@ -102,6 +113,8 @@ void frmProgress::arrange() {
     grid->addWidget(lblTotFileTobe_, 2, 1);
     grid->addWidget(new QLabel(tr("Processed since start"), this), 2, 2);
     grid->addWidget(lblCurNumFilesProcessed_, 2, 3, 1, 2);
+    // They are read out in the order in which they lie upon each other.
+    for (int i = 0; i < grid->count(); ++i) grid->itemAt(i)->widget()->raise();
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
     grid->setColumnStretch(4, 2);
@@ -150,6 +163,7 @@ void frmProgress::showAll() {
 }
 
 void frmProgress::showFile() {
+    fileBar_->setToolTip(file_.known ? bytesText(file_.done, file_.total) : QString());
     if (!file_.known) return showOnBar(*fileBar_, 0, {});
     const int value = barValue(file_.done, file_.total);
     QString text = tr("%1 %").arg(value * 100 / kBarSteps);
@@ -160,8 +174,11 @@ void frmProgress::showFile() {
 
 void frmProgress::showPass() {
     if (!pass_.known) return showOnBar(*passBar_, 0, {});
-    const QString text = tr("%1 of %2").arg(pass_.done).arg(pass_.total);
-    showOnBar(*passBar_, barValue(pass_.done, pass_.total), text);
+    const QString text = tr("%1 of %2 files").arg(pass_.done).arg(pass_.total);
+    const QString shorter = tr("%1 of %2").arg(pass_.done).arg(pass_.total);
+    const QFontMetrics metrics = passBar_->fontMetrics();
+    const bool fits = metrics.horizontalAdvance(text) + metrics.height() <= passBar_->width();
+    showOnBar(*passBar_, barValue(pass_.done, pass_.total), fits ? text : shorter);
 }
 
 }  // namespace vantrell

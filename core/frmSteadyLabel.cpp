@@ -7,8 +7,9 @@ namespace vantrell {
 
 frmSteadyLabel::frmSteadyLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-void frmSteadyLabel::reserve(const QString& text) {
-    reserved_ = text;
+void frmSteadyLabel::reserve(const QStringList& texts) {
+    reserved_ = texts;
+    measuredFont_.reset();
     updateGeometry();
 }
 
@@ -16,7 +17,8 @@ QSize frmSteadyLabel::sizeHint() const {
     const QSize now = QLabel::sizeHint();
     if (measuredFont_ != font()) {
         measuredFont_ = font();
-        widest_ = fontMetrics().horizontalAdvance(reserved_);
+        widest_ = 0;
+        for (const QString& text : reserved_) widest_ = std::max(widest_, fontMetrics().horizontalAdvance(text));
     }
     widest_ = std::max(widest_, now.width());
     return {widest_, now.height()};

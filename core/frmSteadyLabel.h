@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QLabel>
+#include <QStringList>
+#include <optional>
 
 namespace vantrell {
 
@@ -13,15 +15,15 @@ class frmSteadyLabel final : public QLabel {
 public:
     explicit frmSteadyLabel(QWidget* parent = nullptr);
 
-    /// Keeps room for this text from the beginning.
-    void reserve(const QString& text);
+    /// Keeps room for each of these texts from the beginning.
+    void reserve(const QStringList& texts);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 private:
-    QString reserved_;
-    mutable QFont measuredFont_;
+    QStringList reserved_;
+    mutable std::optional<QFont> measuredFont_;
     mutable int widest_ = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/about_facts.h"
 #include "core/program_state.h"
 #include "platform/startup_entry.h"
 
@@ -70,7 +71,8 @@ public:
     /// 6780 by 11655 twips, or what the texts need.
     virtual void setNormalSize() = 0;
     virtual void bringToFront() = 0;
-    virtual void showAbout() = 0;
+    /// The About window, in front; not modal.
+    virtual void showAbout(const AboutFacts& facts) = 0;
 };
 
 }  // namespace vantrell

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "core/date_text.h"
+#include "core/diagnostics.h"
 #include "core/scan_interval.h"
+#include "core/system_information.h"
 
 namespace vantrell {
 
@@ -55,6 +57,7 @@ void MainWindowController::timRun_Timer() {
 }
 
 void MainWindowController::stopPressed() {
+    p_.notices.operatorActed();
     if (p_.state.PassInProgress) return p_.pass.requestStop();
     // A pass that has not begun to search yet has nothing to finish.
     if (!passes_.isIdle()) {
@@ -120,7 +123,10 @@ void MainWindowController::takeInterval(std::int32_t milliseconds) {
     p_.settings.saveSettings();
 }
 
-void MainWindowController::timCurTime_Timer() { p_.window.setClock(timeText(p_.clock.now())); }
+void MainWindowController::timCurTime_Timer() {
+    p_.window.setClock(timeText(p_.clock.now()));
+    p_.notices.tick();
+}
 
 void MainWindowController::viewCurrentLogChosen() { p_.window.setActivityShown(!p_.window.isActivityShown()); }
 
@@ -163,11 +169,33 @@ Task<void> MainWindowController::viewCurrentPassword() {
     p_.boxes.inform({kApplicationTitle, kNoActivePassword});
 }
 
+AboutFacts MainWindowController::aboutFacts() const {
+    return {kApplicationTitle, programVersion(), libraryVersions(), p_.state.AppFolder};
+}
+
+void MainWindowController::systemInfoPressed() {
+    if (!startSystemInformation(p_.host))
+        p_.boxes.inform({kApplicationTitle, "System Information Is Unavailable At This Time"});
+}
+
+std::string MainWindowController::diagnosticsWanted(const std::string& toolkit) {
+    return diagnosticsText({aboutFacts(),
+                            {{"Toolkit", toolkit},
+                             {"Desktop", p_.host.environment("XDG_CURRENT_DESKTOP")},
+                             {"Session", p_.host.environment("XDG_SESSION_TYPE")}},
+                            p_.state.settings,
+                            p_.log.lastEvents()});
+}
+
 void MainWindowController::minimized() { p_.place.hide(); }
 
-void MainWindowController::closeBoxPressed() {
+void MainWindowController::saveAll() {
     p_.settings.saveSettings();
     p_.log.saveWhenOn();
+}
+
+void MainWindowController::closeBoxPressed() {
+    saveAll();
     if (p_.mode.mode() != Mode::stopped) return p_.place.hide();
     p_.boxes.inform({kApplicationTitle,
                      "You have slected to minimize but the program is not scanning for file. "
@@ -187,6 +215,7 @@ void MainWindowController::closeForGood() {
     p_.log.saveForGood();
     p_.timRun.setEnabled(false);
     p_.tray.remove();
+    p_.notices.operatorActed();
     p_.window.closeWindow();
     (void)p_.host.startProgram(p_.host.programFolder() + kPathSeparator + "KillZEP");
     quit_();

@@ -43,6 +43,7 @@ struct ControllerParts {
     Tray& tray;
     StartupEntry& entry;
     OptionMenus& menus;
+    Notices& notices;
 };
 
 /// Decides what the main window's buttons, fields and timers do, and how the program closes.
@@ -69,7 +70,9 @@ public:
     void viewCurrentLogChosen() override;
     void viewCurrentPasswordChosen() override;
     void turnOffLoggingChosen() override;
-    void aboutChosen() override { p_.window.showAbout(); }
+    void aboutChosen() override { p_.window.showAbout(aboutFacts()); }
+    void systemInfoPressed() override;
+    [[nodiscard]] std::string diagnosticsWanted(const std::string& toolkit) override;
 
     void trayClicked() override { p_.place.show(); }
     void editPreferencesChosen() override { p_.place.restoreWindow(); }
@@ -80,6 +83,8 @@ public:
     void timRun_Timer();
     void timCurTime_Timer();
 
+    /// Writes down settings and log, and nothing else: the session may be about to end, or not after all.
+    void saveAll();
     /// The full closing, for every reason but the close box: tasks first, then settings and log, then the window.
     void closeForGood();
 
@@ -90,6 +95,7 @@ private:
     void switchLogging(bool turnedOff, const char* event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
+    [[nodiscard]] AboutFacts aboutFacts() const;
 
     ControllerParts p_;
     std::function<void()> quit_;

@@ -45,6 +45,11 @@ public:
     virtual void turnOffLoggingChosen() = 0;
 
     virtual void aboutChosen() = 0;
+
+    // The About window
+    virtual void systemInfoPressed() = 0;
+    /// What "Copy Diagnostics" puts into the clipboard. `toolkit` says what the window is made with and shown on.
+    [[nodiscard]] virtual std::string diagnosticsWanted(const std::string& toolkit) = 0;
 };
 
 }  // namespace vantrell

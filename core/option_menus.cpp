@@ -106,12 +106,13 @@ void OptionMenus::mnOW() {
 }
 
 Task<void> OptionMenus::checkOverwrite() {
-    const Answer answer = co_await ask(
-        "File Overwrite Options",
-        " Are you sure you want to overwrite existing files?\r\n\r\nIf a previous encrypted file exists in the folder " +
-            displayText(state_.settings.DestinationFolder) +
-            "\r\nit will be overwritten\r\n\r\nand if the orginal file exists in the folder " +
-            displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
+    const Answer answer =
+        co_await ask("File Overwrite Options",
+                     " Are you sure you want to overwrite existing files?\r\n\r\nIf a previous encrypted file exists "
+                     "in the folder " +
+                         displayText(state_.settings.DestinationFolder) +
+                         "\r\nit will be overwritten\r\n\r\nand if the orginal file exists in the folder " +
+                         displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
     saved();

@@ -17,8 +17,8 @@ namespace vantrell {
 /// While one of their questions is open, further clicks on these entries do nothing.
 class OptionMenus {
 public:
-    OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes, WindowPlace& place,
-                StartupEntry& entry, RunQueue& queue);
+    OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
+                WindowPlace& place, StartupEntry& entry, RunQueue& queue);
 
     void mnuStartOnLoad();
     void mnmax();

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/path.h"
 
@@ -21,6 +23,10 @@ public:
     [[nodiscard]] virtual Path programFolder() const = 0;
     /// Starts a program without waiting for it; False when there is no such file or it cannot be started.
     virtual bool startProgram(const Path& file) = 0;
+    /// The same for a program that is known by its name and lies in one of the folders where programs lie (PATH).
+    virtual bool startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) = 0;
+    /// The value of an environment variable; empty when it is not set.
+    [[nodiscard]] virtual std::string environment(const std::string& name) const = 0;
 };
 
 /// Held by the one running program of a data folder; the system gives it back when the process ends, however it ends.

@@ -27,7 +27,7 @@ bool isEncrypted(const Path& path) {
 
 ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent, ActivePasswordLookup lookUpActivePassword)
     : p_(parts),
-      questions_(parts.boxes),
+      questions_(parts.boxes, parts.notices),
       encryption_(parts.state, parts.window, parts.report, parts.log, parts.toolbox, std::move(makeComponent),
                   questions_),
       lookUpActivePassword_(std::move(lookUpActivePassword)) {}
@@ -77,12 +77,14 @@ void ScanPass::reportNoPassword() {
     p_.mode.TurnOffTimRun();
     p_.report.showInLabel2(std::string(kNoActivePassword) + ".");
     p_.boxes.inform({kApplicationTitle, kNoActivePassword});
+    p_.notices.passEnded(Trouble::noPassword, kNoActivePassword, 0);
 }
 
 Task<void> ScanPass::searchAndCarry() {
     settings_ = p_.state.settings;
     singlePass_ = p_.state.SinglePassMode;
     machineFaults_ = 0;
+    rejected_ = 0;
     p_.timRun.setEnabled(false);
     p_.timRun.setInterval(effectiveIntervalMs(settings_.ScanIntervalMs));
 
@@ -121,15 +123,20 @@ bool ScanPass::foldersAreThere() {
 
 bool ScanPass::missingFolderIsReported(const Path& folder, const std::string& text) {
     if (p_.toolbox.isFolder(folder)) return false;
-    p_.report.showInLabel2(text);
+    reportFolderTrouble(text);
     return true;
 }
 
 // Originals that are moved to where they came from would be found again by every pass.
 bool ScanPass::sourceIsReported(const Path& folder, const char* what) {
     if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
-    p_.report.showInLabel2(what + folder + " is the Source Folder bypassing events!");
+    reportFolderTrouble(what + folder + " is the Source Folder bypassing events!");
     return true;
+}
+
+void ScanPass::reportFolderTrouble(const std::string& text) {
+    folderTrouble_ = text;
+    p_.report.showInLabel2(text);
 }
 
 Task<void> ScanPass::searchFiles() {
@@ -180,7 +187,7 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     while (p_.state.ActivePassword.empty() && p_.state.UiLoading) co_await p_.loop.after(kLookupPoll);
     if (p_.state.ActivePassword.empty()) {
         reportNoPassword();
-        finishEnding();
+        finishEnding(Trouble::noPassword, kNoActivePassword);
         co_return Next::end;
     }
     Lookahead::Item item = co_await ahead.next();
@@ -298,8 +305,8 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fa
     if (!path.empty()) reportNotEncrypted(path);
     p_.state.EncryptFailed = false;
     ++machineFaults_;
-    if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return Next::goOn;
-    end();
+    if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return unlessStopped();
+    endPaused(Trouble::diskFails, fault.text);
     return Next::end;
 }
 
@@ -319,7 +326,10 @@ Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
     p_.state.FileOpTarget = target;
     FileFault fault;
     if (!isThere) fault = co_await p_.toolbox.move({path, target, Replace::never, held});
-    if (fault) p_.report.showInPanel1("File " + path + " did not move to reject folder!");
+    if (fault)
+        p_.report.showInPanel1("File " + path + " did not move to reject folder!");
+    else
+        ++rejected_;
     co_return fault;
 }
 
@@ -350,12 +360,12 @@ void ScanPass::end() {
         endPaused();
 }
 
-void ScanPass::endPaused() {
+void ScanPass::endPaused(Trouble trouble, const std::string& words) {
     const std::string text = "ZEP Is PAUSED at " + timeText(p_.clock.now());
     p_.window.setPanel1(text);
     p_.window.setCaption(text);
     p_.report.showInLabel2(text);
-    finishEnding();
+    finishEnding(trouble, words);
     // A single pass is over when it has ended, however it did.
     p_.timRun.setEnabled(!singlePass_);
     p_.mode.tmchkTimer_Timer();
@@ -365,17 +375,17 @@ void ScanPass::endStopped() {
     p_.window.setPanel1("User Stopped Encrypting Files");
     p_.window.setCaption("Done Encrpting Files");
     p_.report.showInLabel2("User Stopped Encrypting Files");
-    finishEnding();
+    finishEnding(Trouble::none);
 }
 
 void ScanPass::endMissingFolders() {
     p_.window.setPanel1(kFoldersMissing);
     p_.window.setCaption("Problem.... ");
     p_.report.showInLabel2(kFoldersMissing);
-    finishEnding();
+    finishEnding(Trouble::folderGone, folderTrouble_);
 }
 
-void ScanPass::finishEnding() {
+void ScanPass::finishEnding(Trouble trouble, const std::string& words) {
     p_.state.StopRequested = false;
     p_.state.ScanActive = false;
     p_.state.PassInProgress = false;
@@ -387,6 +397,7 @@ void ScanPass::finishEnding() {
     p_.mode.tmchkTimer_Timer();
     p_.window.setWaitPointer(false);
     p_.window.clearProgress();
+    p_.notices.passEnded(trouble, words, std::exchange(rejected_, 0));
 }
 
 }  // namespace vantrell

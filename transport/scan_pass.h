@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "core/mode_display.h"
+#include "core/notices.h"
 #include "core/settings_file.h"
 #include "core/status_report.h"
 #include "platform/clock.h"
@@ -37,6 +38,7 @@ struct PassParts {
     const Clock& clock;
     Timer& timRun;
     ModeDisplay& mode;
+    Notices& notices;
 };
 
 /// One scan pass: searches the source folder, has every file encrypted and moved, and rejects what failed.
@@ -59,6 +61,7 @@ private:
     void reportNoPassword();
     Task<void> searchAndCarry();
     bool foldersAreThere();
+    void reportFolderTrouble(const std::string& text);
     bool missingFolderIsReported(const Path& folder, const std::string& text);
     bool sourceIsReported(const Path& folder, const char* what);
     Task<void> searchFiles();
@@ -79,10 +82,10 @@ private:
     void stopAndReport();
 
     void end();
-    void endPaused();
+    void endPaused(Trouble trouble = Trouble::none, const std::string& words = {});
     void endStopped();
     void endMissingFolders();
-    void finishEnding();
+    void finishEnding(Trouble trouble, const std::string& words = {});
 
     PassParts p_;
     QuestionDesk questions_;
@@ -92,8 +95,10 @@ private:
     SettingsRecord settings_;  // as taken at the start of the pass
     bool singlePass_ = false;
     int machineFaults_ = 0;  // in a row
+    std::uint64_t rejected_ = 0;
     std::int32_t processed_ = 0;
     std::unordered_set<std::string> carriedNames_;  // of this pass
+    std::string folderTrouble_;                     // the words about the folder that is missing
     std::set<Path> inUse_;                          // of this pass
     std::set<Path> inUseBefore_;                    // of the pass before
 };

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <utility>
 
 #include "platform/linux/place.h"
 #include "platform/linux/user_folders.h"
@@ -34,11 +35,14 @@ public:
         ::posix_spawn_file_actions_destroy(&actions_);
     }
 
-    bool spawn(const Path& file, pid_t& process) {
-        Path name = file;
-        std::array<char*, 2> arguments{name.data(), nullptr};
+    bool spawn(std::vector<std::string> words, bool searched, pid_t& process) {
+        std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
+        for (std::string& word : words) arguments.push_back(word.data());
+        arguments.push_back(nullptr);
+        const auto spawner = searched ? ::posix_spawnp : ::posix_spawn;
         return ready_ &&
-               ::posix_spawn(&process, file.c_str(), &actions_, &attributes_, arguments.data(), ::environ) == 0;
+               spawner(&process, words.front().c_str(), &actions_, &attributes_, arguments.data(), ::environ) == 0;
     }
 
 private:
@@ -88,10 +92,20 @@ void PosixHost::collectEnded() {
     });
 }
 
-bool PosixHost::startProgram(const Path& file) {
+bool PosixHost::startProgram(const Path& file) { return start(file, {}, false); }
+
+bool PosixHost::startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) {
+    return start(name, arguments, true);
+}
+
+std::string PosixHost::environment(const std::string& name) const { return environmentPath(name.c_str()); }
+
+bool PosixHost::start(const Path& file, const std::vector<std::string>& arguments, bool searched) {
     collectEnded();
+    std::vector<std::string> words{file};
+    words.insert(words.end(), arguments.begin(), arguments.end());
     pid_t process = 0;
-    if (!SpawnSettings().spawn(file, process)) return false;
+    if (!SpawnSettings().spawn(std::move(words), searched, process)) return false;
     started_.push_back(process);
     return true;
 }

@@ -22,8 +22,11 @@ public:
     /// signal mask and dispositions that programs expect. One that has ended is collected by the next start, or with
     /// the host; when we end first, the system's first process collects it.
     bool startProgram(const Path& file) override;
+    bool startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) override;
+    [[nodiscard]] std::string environment(const std::string& name) const override;
 
 private:
+    bool start(const Path& file, const std::vector<std::string>& arguments, bool searched);
     void collectEnded();
 
     std::vector<pid_t> started_;

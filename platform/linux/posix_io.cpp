@@ -11,9 +11,12 @@
 
 namespace vantrell {
 
-FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what) {
+namespace {
+
+template <class Write>
+FileFault writeRest(std::string_view bytes, std::string_view what, Write write) {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        const ssize_t written = write(bytes);
         if (written > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
         } else if (written == 0 || errno != EINTR) {
@@ -21,6 +24,19 @@ FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what
         }
     }
     return {};
+}
+
+}  // namespace
+
+FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what) {
+    return writeRest(bytes, what, [&](std::string_view rest) { return ::write(descriptor, rest.data(), rest.size()); });
+}
+
+FileFault writeAllAt(int descriptor, std::string_view bytes, std::size_t offset, std::string_view what) {
+    const std::size_t end = offset + bytes.size();
+    return writeRest(bytes, what, [&](std::string_view rest) {
+        return ::pwrite(descriptor, rest.data(), rest.size(), static_cast<off_t>(end - rest.size()));
+    });
 }
 
 FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::size_t& got, std::string_view what) {

@@ -1,60 +1,81 @@
 // SPDX-License-Identifier: MIT
 #include "platform/qt/qt_tray.h"
 
-#include <QApplication>
-#include <QStyle>
-#include <chrono>
+#include <utility>
+
+#include "core/frmIcon.h"
 
 namespace vantrell {
 
-namespace {
-
-constexpr std::chrono::milliseconds kWatch{500};
-
-}  // namespace
-
-QtTray::QtTray() {
-    watch_.setInterval(kWatch);
-    QObject::connect(&watch_, &QTimer::timeout, &watch_, [this] { watchAvailability(); });
-}
+QtTray::QtTray() : areas_([this] { areasChanged(); }) {}
 
 QtTray::~QtTray() = default;
 
-bool QtTray::isAvailable() const { return icon_ && QSystemTrayIcon::isSystemTrayAvailable(); }
+bool QtTray::isAvailable() const {
+    if (!icon_) return false;
+    return kind_ == Kind::statusNotifier ? areas_.hasStatusNotifierHost() : areas_.hasXEmbedTray();
+}
 
 void QtTray::add(const std::string& tip) {
-    mPopupSys_ = std::make_unique<QMenu>();
-    mPopupSys_->setObjectName(QStringLiteral("mPopupSys"));
-    QAction* restore = mPopupSys_->addAction(QStringLiteral("Edit &Preferences"));
-    restore->setObjectName(QStringLiteral("mpopRestore"));
-    QAction* exit = mPopupSys_->addAction(QStringLiteral("&Exit"));
-    exit->setObjectName(QStringLiteral("mPopExit"));
-    QObject::connect(restore, &QAction::triggered, &watch_, [this] {
-        if (events_) events_->editPreferencesChosen();
-    });
-    QObject::connect(exit, &QAction::triggered, &watch_, [this] {
-        if (events_) events_->trayExitChosen();
-    });
-    icon_ = std::make_unique<QSystemTrayIcon>(QApplication::style()->standardIcon(QStyle::SP_ComputerIcon));
-    icon_->setToolTip(QString::fromStdString(tip));
-    icon_->setContextMenu(mPopupSys_.get());
-    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &watch_, [this](QSystemTrayIcon::ActivationReason why) {
-        const bool isLeft = why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick;
-        if (isLeft && events_) events_->trayClicked();
-    });
-    icon_->show();
-    wasAvailable_ = isAvailable();
-    watch_.start();
+    tip_ = QString::fromStdString(tip);
+    isWanted_ = true;
+    makeMenu();
+    areas_.watch();
+    areasChanged();
 }
 
 void QtTray::remove() {
-    watch_.stop();
+    isWanted_ = false;
     icon_.reset();
 }
 
-void QtTray::watchAvailability() {
+// The entries are carried out from the event loop, since the last one takes the icon and its menu away.
+void QtTray::makeMenu() {
+    mPopupSys_ = std::make_unique<QMenu>(QStringLiteral("&SysTray"));
+    mPopupSys_->setObjectName(QStringLiteral("mPopupSys"));
+    const auto add = [this](const QString& caption, const QString& name, void (TrayEvents::*chosen)()) {
+        QAction* entry = mPopupSys_->addAction(caption);
+        entry->setObjectName(name);
+        QObject::connect(
+            entry, &QAction::triggered, &areas_,
+            [this, chosen] {
+                if (events_) (events_->*chosen)();
+            },
+            Qt::QueuedConnection);
+    };
+    add(QStringLiteral("Edit &Preferences"), QStringLiteral("mpopRestore"), &TrayEvents::editPreferencesChosen);
+    add(QStringLiteral("&Exit"), QStringLiteral("mPopExit"), &TrayEvents::trayExitChosen);
+}
+
+void QtTray::areasChanged() {
+    if (!isWanted_) return;
+    if (!icon_) makeIcon();
     const bool available = isAvailable();
     if (std::exchange(wasAvailable_, available) != available && events_) events_->trayAvailabilityChanged(available);
+}
+
+QtTray::Kind QtTray::kindOfArea() const {
+    if (!areas_.isKnown()) return Kind::none;
+    if (areas_.hasStatusNotifierHost()) return Kind::statusNotifier;
+    return areas_.hasXEmbedTray() ? Kind::xEmbed : Kind::none;
+}
+
+// Qt is asked only when there is an area: its first look is its last.
+void QtTray::makeIcon() {
+    kind_ = kindOfArea();
+    if (kind_ == Kind::none || !QSystemTrayIcon::isSystemTrayAvailable()) return;
+    icon_ = std::make_unique<QSystemTrayIcon>(programIcon());
+    icon_->setObjectName(QStringLiteral("trayIcon"));
+    icon_->setToolTip(tip_);
+    icon_->setContextMenu(mPopupSys_.get());
+    QObject::connect(
+        icon_.get(), &QSystemTrayIcon::activated, &areas_,
+        [this](QSystemTrayIcon::ActivationReason why) {
+            const bool isLeft = why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick;
+            if (isLeft && events_) events_->trayClicked();
+        },
+        Qt::QueuedConnection);
+    icon_->show();
 }
 
 }  // namespace vantrell

@@ -81,6 +81,17 @@ TEST(PosixHost, WhatCannotBeStartedIsReported) {
     EXPECT_FALSE(host.startProgram(folder / "missing"));
     EXPECT_FALSE(host.startProgram(folder / "text"));
     EXPECT_FALSE(host.startProgram(folder.path()));
+    EXPECT_FALSE(host.startFromSearchPath("vantrell-no-such-program", {}));
+}
+
+TEST(PosixHost, StartsWhatTheSearchPathHolds) {
+    const TemporaryFolder folder;
+    PosixHost host;
+    ASSERT_TRUE(host.startFromSearchPath("touch", {folder / "a b", folder / "c"}));
+    for (const char* name : {"a b", "c"})
+        for (int i = 0; i < 5000 && !std::filesystem::exists(folder / name); ++i) ::usleep(1000);
+    EXPECT_TRUE(std::filesystem::exists(folder / "a b"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "c"));
 }
 
 TEST(PosixInstanceLock, OneHolderForEachFolder) {

@@ -107,10 +107,13 @@ class Profile:
         path = os.path.join(self.root, "bin", helper + ".started")
         return read(path).count(b"\n") if os.path.exists(path) else 0
 
-    def start(self, user=None, program=PROGRAM, **popen):
+    def start(self, user=None, program=PROGRAM, environment=None, **popen):
+        """Without a display and a bus, unless the environment given names some."""
+        no_bus = "unix:path=" + os.path.join(self.root, "no-bus")
         environment = {**os.environ, "ALLUSERSPROFILE": self.profile,
                        "XDG_CONFIG_HOME": os.path.join(self.root, "config"),
-                       "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root}
+                       "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root,
+                       "DBUS_SESSION_BUS_ADDRESS": no_bus, "DBUS_SYSTEM_BUS_ADDRESS": no_bus, **(environment or {})}
         if user:
             account = pwd.getpwnam(user)
             subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)

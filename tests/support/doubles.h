@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -50,10 +51,11 @@ public:
     [[nodiscard]] bool isMinimized() const override { return minimizedState; }
     void setNormalSize() override {}
     void bringToFront() override {}
-    void showAbout() override {}
+    void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
 
     std::string caption, label2, mode, clock, currentFile, lastFile, minutes;
     std::vector<std::string> panel1, lines;
+    std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
     StartupEntry::State entry = StartupEntry::State::none;
@@ -90,8 +92,20 @@ public:
         started.push_back(file);
         return true;
     }
+    bool startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) override {
+        if (!installed.contains(name)) return false;
+        started.push_back(name);
+        for (const std::string& argument : arguments) started.back() += " " + argument;
+        return true;
+    }
+    [[nodiscard]] std::string environment(const std::string& name) const override {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::string() : found->second;
+    }
     Path profile;
     std::vector<Path> started;
+    std::set<std::string> installed;
+    std::map<std::string, std::string> variables;
 };
 
 class FakeTray final : public Tray {

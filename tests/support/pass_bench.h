@@ -76,13 +76,15 @@ public:
     StatusReport report{state, window, log};
     ModeDisplay mode{state, window, timRun};
     std::string passwordOfStore;  // what a lookup finds
-    ScanPass pass{{state, window, report, log, settings, toolbox, boxes, loop, clock, timRun, mode},
+    FakeTray tray;
+    WindowPlace place{window, tray};
+    RecordingNotifier notifier;
+    Notices notices{notifier, clock, window, place};
+    ScanPass pass{{state, window, report, log, settings, toolbox, boxes, loop, clock, timRun, mode, notices},
                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); },
                   [this] { return lookUp(this); }};
     FakeHost host;
-    FakeTray tray;
     FakeStartupEntry entry;
-    WindowPlace place{window, tray};
     OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
     bool hasQuit = false;
     MainWindowController controller{parts(), [this] { hasQuit = true; }};
@@ -104,7 +106,8 @@ public:
                 place,
                 tray,
                 entry,
-                menus};
+                menus,
+                notices};
     }
 
 private:

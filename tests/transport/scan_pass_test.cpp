@@ -329,7 +329,7 @@ TEST_P(MachineFaultTest, LeavesTheFilesInSourceAndTriesAgainLater) {
     const auto [kind, tried] = GetParam();
     FailingOutputs failing(bench.toolbox, kind);
     ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, failing, bench.boxes, bench.loop,
-                   bench.clock, bench.timRun, bench.mode},
+                   bench.clock, bench.timRun, bench.mode, bench.notices},
                   [&] { return std::make_unique<OpensslComponent>(bench.loop, failing); }, {});
     ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
     const Texts said = bench.messages();

@@ -141,7 +141,7 @@ TEST_F(MainWindowTest, GrowsWithItsFont) {
     QFont twice = usual;
     twice.setPointSizeF(2 * usual.pointSizeF());
     QApplication::setFont(twice);
-    frmMain large;
+    frmMain large(lines);
     QApplication::setFont(usual);
     large.show();
     EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));
@@ -167,8 +167,11 @@ TEST_F(MainWindowTest, LongTextsMoveNothing) {
     window.setPanel1(deep);
     window.setSchedule(deep);
     window.setCurrentFile(deep);
+    window.setTotalFiles(2147483647);
+    window.setProcessedCount(2147483647);
     window.setModeLabel("Mode: Auto");
     ASSERT_TRUE(showsText("lblSourcePath", deep));
+    ASSERT_TRUE(showsText("lblCurNumFilesProcessed", "2147483647"));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(window.minimumSizeHint(), least);
     EXPECT_EQ(window.size(), size);
@@ -198,6 +201,25 @@ TEST_F(MainWindowTest, SaysTheModeInWordsAndAsAShape) {
     }
 }
 
+TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
+    window.setModeLabel("Mode: Running");
+    const QRect schedule = find<QWidget>("lbSched")->geometry();
+    for (int file = 0; file < 20; ++file) {
+        window.setModeLabel("SCANNING");
+        window.setModeLabel("Mode: Running");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(textOf("lblMode"), "SCANNING");
+        EXPECT_EQ(find<QWidget>("lbSched")->geometry(), schedule);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        window.setModeLabel("Mode: Running");
+        return textOf("lblMode") == "Mode: Running";
+    }));
+    window.setModeLabel("SCANNING");
+    window.setModeLabel("Mode: Stopped");
+    EXPECT_EQ(textOf("lblMode"), "Mode: Stopped");
+}
+
 TEST_F(MainWindowTest, ShowsTheWorkWithoutBeingBusyWithIt) {
     QElapsedTimer time;
     time.start();
@@ -216,7 +238,8 @@ TEST_F(MainWindowTest, ShowsTheWorkWithoutBeingBusyWithIt) {
     EXPECT_TRUE(showsText("lblTotFileTobe", "10000"));
     EXPECT_TRUE(showsText("lblCurrentProcessingFile", "file 10000"));
     EXPECT_EQ(find<QProgressBar>("prgFile")->text(), QStringLiteral("50 %"));
-    EXPECT_EQ(find<QProgressBar>("prgPass")->text(), QStringLiteral("10000 of 10000"));
+    EXPECT_TRUE(find<QProgressBar>("prgFile")->toolTip().contains(QStringLiteral("KiB of 19.5 KiB")));
+    EXPECT_EQ(find<QProgressBar>("prgPass")->text(), QStringLiteral("10000 of 10000 files"));
     window.clearProgress();
     EXPECT_TRUE(QTest::qWaitFor([&] { return find<QProgressBar>("prgFile")->text().isEmpty(); }));
     EXPECT_TRUE(showsText("lblCurrentProcessingFile", ""));

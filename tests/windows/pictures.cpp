@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Draws the main window into PNG files: pictures FOLDER [FONT SCALE]. QT_SCALE_FACTOR and QT_QPA_PLATFORM hold as
+// Draws the windows into PNG files: pictures FOLDER [FONT SCALE]. QT_SCALE_FACTOR and QT_QPA_PLATFORM hold as
 // usual.
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMenu>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QStyleFactory>
 #include <memory>
 
+#include "core/about_facts.h"
 #include "core/frmMain.h"
+#include "platform/linux/spilled_lines.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_tray.h"
 #include "task/run_queue.h"
 
 namespace {
@@ -92,8 +96,62 @@ void save(QWidget& widget, const QString& path) {
     if (!widget.grab().save(path)) qFatal("cannot write a picture");
 }
 
+/// The window with the menu open over it, as it is seen.
+void saveMenu(frmMain& window, const QString& name, const QString& path) {
+    auto* menu = window.findChild<QMenu*>(name);
+    QMenuBar* bar = window.menuBar();
+    bar->setActiveAction(menu->menuAction());
+    menu->popup(bar->mapToGlobal(bar->actionGeometry(menu->menuAction()).bottomLeft()));
+    wait(150);
+    const QPixmap above = window.grab();
+    const QPixmap opened = menu->grab();
+    const QPoint at = menu->pos() - window.mapToGlobal(QPoint());
+    const QSize size = window.size().expandedTo(QSize(at.x(), at.y()) + menu->size());
+    QPixmap picture(size * above.devicePixelRatio());
+    picture.setDevicePixelRatio(above.devicePixelRatio());
+    picture.fill(Qt::gray);
+    QPainter painter(&picture);
+    painter.drawPixmap(QPoint(), above);
+    painter.drawPixmap(at, opened);
+    painter.end();
+    if (!picture.save(path)) qFatal("cannot write a picture");
+    menu->close();
+}
+
+void drawMenus(frmMain& window, const QDir& folder, const QString& theme) {
+    vantrell::SettingsRecord settings;
+    settings.RunContinuallyAtStartup = true;
+    settings.RunNormalAtStartup = true;
+    window.showSettings(settings);
+    window.setStartupEntry(vantrell::StartupEntry::State::switchedOff);
+    for (const char* name : {"mnuStartup", "mnuPasswordsAndFiles", "mnview"}) {
+        const QString menu = QString::fromLatin1(name);
+        saveMenu(window, menu, folder.filePath(menu + QLatin1Char('-') + theme));
+    }
+    vantrell::QtTray tray;
+    tray.add(" Quillon Inc - ZEP ");
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* popUp = qobject_cast<QMenu*>(widget);
+        if (popUp == nullptr || popUp->objectName() != QStringLiteral("mPopupSys")) continue;
+        popUp->popup({});
+        save(*popUp, folder.filePath(QStringLiteral("pop-up-") + theme));
+        popUp->close();
+    }
+}
+
+void drawAbout(frmMain& window, const QDir& folder, const QString& theme) {
+    window.showAbout({"Vantrell", vantrell::programVersion(), vantrell::libraryVersions(),
+                      "/home/user/.local/share/Quillon, Inc/Vantrell/Bin"});
+    auto* about = window.findChild<vantrell::frmAbout*>();
+    about->copyDiagnostics(QStringLiteral("-"));
+    save(*about, folder.filePath(QStringLiteral("about-") + theme));
+    about->close();
+}
+
 void drawAll(const QDir& folder, const QString& theme) {
-    frmMain window;
+    const vantrell::Path spillFolder = QDir::tempPath().toStdString();
+    vantrell::SpilledLines lines(spillFolder);
+    frmMain window(lines);
     showEmpty(window);
     window.setNormalSize();
     window.showWindow();
@@ -103,10 +161,8 @@ void drawAll(const QDir& folder, const QString& theme) {
     showLongTexts(window);
     save(window, folder.filePath(QStringLiteral("long-") + theme));
 
-    auto* menu = window.findChild<QMenu*>(QStringLiteral("mnview"));
-    menu->popup(window.mapToGlobal(QPoint(0, 20)));
-    save(*menu, folder.filePath(QStringLiteral("menu-") + theme));
-    menu->close();
+    drawMenus(window, folder, theme);
+    drawAbout(window, folder, theme);
 
     vantrell::RunQueue queue([] {});
     vantrell::QtMessageBoxes boxes(queue, &window);
@@ -116,6 +172,8 @@ void drawAll(const QDir& folder, const QString& theme) {
          "/srv/out\r\nit will be overwritten",
          vantrell::Buttons::yesNo, false});
     save(*window.findChild<QMessageBox*>(), folder.filePath(QStringLiteral("question-") + theme));
+    boxes.inform({"", "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect."});
+    save(*window.findChildren<QMessageBox*>().back(), folder.filePath(QStringLiteral("box-") + theme));
 }
 
 }  // namespace

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "core/frmMain.h"
+#include "platform/linux/spilled_lines.h"
 #include "support/controls.h"
+#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 
@@ -37,6 +39,10 @@ public:
     void overwriteChosen() override { seen.emplace_back("overwrite"); }
     void viewCurrentPasswordChosen() override { seen.emplace_back("password"); }
     void aboutChosen() override { seen.emplace_back("about"); }
+    void systemInfoPressed() override { seen.emplace_back("system info"); }
+    [[nodiscard]] std::string diagnosticsWanted(const std::string& toolkit) override {
+        return "diagnostics of " + toolkit;
+    }
     void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
     void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
 
@@ -59,7 +65,10 @@ protected:
     void TearDown() override { window.setEvents(nullptr); }
 
     RecordedEvents events;
-    frmMain window;
+    TemporaryFolder folder;
+    Path folderOfLines = folder.path();
+    SpilledLines lines{folderOfLines};
+    frmMain window{lines};
 };
 
 }  // namespace vantrell::test

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/library_versions.h"
+#include "platform/path.h"
+
+namespace vantrell {
+
+/// What the About window says. The window adds what it is made of itself.
+struct AboutFacts {
+    std::string title;
+    std::string version;
+    std::vector<LibraryVersion> libraries;
+    Path dataFolder;
+};
+
+/// The version of this program, as it was built.
+[[nodiscard]] std::string programVersion();
+
+}  // namespace vantrell

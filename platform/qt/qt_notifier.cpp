@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "platform/qt/qt_notifier.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <utility>
+
+namespace vantrell {
+
+namespace {
+
+const QString kServer = QStringLiteral("org.freedesktop.Notifications");
+const QString kDesktopId = QStringLiteral("vantrell-zep");
+constexpr uchar kNormalUrgency = 1;
+constexpr int kServersOwnTime = -1;
+
+QDBusMessage message(const QString& method, const QVariantList& arguments = {}) {
+    QDBusMessage made = QDBusMessage::createMethodCall(kServer, QStringLiteral("/org/freedesktop/Notifications"),
+                                                       kServer, method);
+    made.setArguments(arguments);
+    return made;
+}
+
+}  // namespace
+
+QtNotifier::QtNotifier() {
+    connect(&server_, &QDBusServiceWatcher::serviceOwnerChanged, this, &QtNotifier::serverChanged);
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    server_.setConnection(bus);
+    server_.addWatchedService(kServer);
+}
+
+void QtNotifier::show(const std::string& title, const std::string& text) {
+    if (!QDBusConnection::sessionBus().isConnected()) return;
+    next_ = Texts{QString::fromStdString(title), QString::fromStdString(text)};
+    isToClose_ = false;
+    goOn();
+}
+
+void QtNotifier::withdraw() {
+    next_.reset();
+    isToClose_ = true;
+    goOn();
+}
+
+// One call at a time, so that the answer's number is known before the next one needs it; what was asked for meanwhile
+// counts in its latest form.
+void QtNotifier::goOn() {
+    if (isCalling_) return;
+    if (next_ && !hasMarkup_) return askForMarkup();
+    if (next_) return notify(*std::exchange(next_, std::nullopt));
+    if (std::exchange(isToClose_, false) && id_ != 0) close();
+}
+
+template <class Finished>
+void QtNotifier::call(const QDBusMessage& message, Finished finished) {
+    isCalling_ = true;
+    auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, finished] {
+        isCalling_ = false;
+        answer->deleteLater();
+        finished(*answer);
+        goOn();
+    });
+}
+
+// A desktop without a server says so at once, and what was to be shown is dropped.
+void QtNotifier::askForMarkup() {
+    call(message(QStringLiteral("GetCapabilities")), [this](const QDBusPendingCall& answer) {
+        const QDBusPendingReply<QStringList> reply = answer;
+        if (reply.isValid())
+            hasMarkup_ = reply.value().contains(QStringLiteral("body-markup"));
+        else
+            next_.reset();
+    });
+}
+
+void QtNotifier::notify(const Texts& texts) {
+    const QVariantMap hints{{QStringLiteral("desktop-entry"), kDesktopId},
+                            {QStringLiteral("urgency"), QVariant::fromValue(kNormalUrgency)}};
+    const QString body = hasMarkup_.value_or(false) ? texts.body.toHtmlEscaped() : texts.body;
+    call(message(QStringLiteral("Notify"), {QStringLiteral("Vantrell"), id_, kDesktopId, texts.title, body,
+                                            QStringList(), hints, kServersOwnTime}),
+         [this](const QDBusPendingCall& answer) {
+             const QDBusPendingReply<quint32> reply = answer;
+             if (reply.isValid()) id_ = reply.value();
+         });
+}
+
+void QtNotifier::close() {
+    call(message(QStringLiteral("CloseNotification"), {std::exchange(id_, 0)}), [](const QDBusPendingCall&) {});
+}
+
+// Another server knows nothing of our number; with it, another program's notification would be replaced.
+void QtNotifier::serverChanged() {
+    id_ = 0;
+    hasMarkup_.reset();
+}
+
+}  // namespace vantrell

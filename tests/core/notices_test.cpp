@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "core/notices.h"
+
+#include <gtest/gtest.h>
+
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+using std::chrono::hours;
+using std::chrono::minutes;
+
+class NoticesTest : public ::testing::Test {
+protected:
+    std::size_t told() const { return bench.notifier.shown.size(); }
+    PassBench bench;
+};
+
+TEST_F(NoticesTest, ALastingTroubleIsToldAgainAfterGrowingPauses) {
+    std::vector<int> toldAtMinute;
+    for (int minute = 0; minute < 72 * 60; ++minute) {
+        const std::size_t before = told();
+        bench.notices.passEnded(Trouble::diskFails, "the disk is full", 0);
+        bench.notices.tick();
+        if (told() > before) toldAtMinute.push_back(minute);
+        bench.clock.time += minutes(1);
+    }
+    EXPECT_EQ(toldAtMinute, (std::vector<int>{0, 60, 180, 420, 900, 1860, 3300}));
+}
+
+TEST_F(NoticesTest, WhatStandsStillIsToldAgainWithoutAPass) {
+    bench.notices.passEnded(Trouble::folderGone, "Done Folder /x does not exist", 0);
+    bench.clock.time += hours(2);
+    bench.notices.tick();
+    EXPECT_EQ(told(), 2U);
+    bench.clock.time -= hours(30 * 24);
+    bench.notices.tick();
+    EXPECT_EQ(told(), 3U) << "a clock that was put back silences nothing";
+    bench.notices.operatorActed();
+    EXPECT_EQ(bench.notifier.withdrawn, 1);
+    bench.clock.time += hours(48);
+    bench.notices.tick();
+    EXPECT_EQ(told(), 3U);
+}
+
+TEST_F(NoticesTest, AChangeIsToldAtOnceAndAnEndWithdraws) {
+    bench.notices.passEnded(Trouble::diskFails, "full", 0);
+    bench.notices.passEnded(Trouble::folderGone, "gone", 0);
+    EXPECT_EQ(told(), 2U);
+    bench.notices.passEnded(Trouble::none, "", 0);
+    EXPECT_EQ(bench.notifier.withdrawn, 1);
+    bench.notices.passEnded(Trouble::diskFails, "full", 0);
+    EXPECT_EQ(told(), 3U);
+}
+
+TEST_F(NoticesTest, RejectedFilesAreCountedAndNotForgottenByAGoodPass) {
+    std::filesystem::create_directory(bench.out("a.enc"));
+    std::filesystem::create_directory(bench.out("b.enc"));
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.in("b"), "b");
+    ASSERT_TRUE(bench.runPass());
+    ASSERT_EQ(told(), 1U);
+    EXPECT_EQ(bench.notifier.shown[0], "Vantrell: 2 files could not be encrypted and are in the rejected folder.");
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.notifier.withdrawn, 0);
+    bench.clock.time += hours(5);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(told(), 1U) << "without news there is nothing to tell again";
+    writeFile(bench.in("a"), "a");
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: 3 files could not be encrypted and are in the rejected folder.");
+}
+
+TEST_F(NoticesTest, EndingsOfPassesAreTroubles) {
+    bench.state.ActivePassword.clear();
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: There is no active password.  Encryption has stopped.");
+    bench.state.ActivePassword = "secret";
+    const std::string gone = bench.state.settings.DoneFolder;
+    std::filesystem::remove(gone);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_NE(bench.notifier.shown.back().find(gone), std::string::npos);
+    std::filesystem::create_directory(gone);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.notifier.withdrawn, 1);
+}
+
+TEST_F(NoticesTest, AQuestionBringsAHiddenWindowBackAndItsEndWithdraws) {
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.out("a.enc"), "old");
+    bench.place.hide();
+    TaskGroup group(bench.loop.queue());
+    group.start(bench.pass.timRun_Timer());
+    bench.loop.turnUntil([&] { return group.isIdle(); });
+    EXPECT_TRUE(bench.window.visible && !bench.window.minimizedState);
+    EXPECT_EQ(told(), 1U);
+    group.abort();
+    EXPECT_EQ(bench.notifier.withdrawn, 1);
+}
+
+}  // namespace
+}  // namespace vantrell::test

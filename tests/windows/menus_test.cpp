@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <map>
+
+#include "windows/window_harness.h"
+
+namespace vantrell::test {
+
+class MenusTest : public MainWindowTest {
+protected:
+    /// As people do: a click on the menu in the bar, then one on the entry.
+    void choose(const char* menuName, const char* entryName) {
+        auto* menu = find<QMenu>(menuName);
+        QTest::mouseClick(window.menuBar(), Qt::LeftButton, {},
+                          window.menuBar()->actionGeometry(menu->menuAction()).center());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(find<QAction>(entryName)).center());
+        EXPECT_FALSE(menu->isVisible());
+    }
+    [[nodiscard]] static std::string captionOf(const QAction* entry) {
+        return QString(entry->text()).remove(QLatin1Char('&')).toStdString();
+    }
+    static std::string mnemonicOf(const QString& text) {
+        const auto at = text.indexOf(QLatin1Char('&'));
+        return at < 0 ? std::string() : text.mid(at + 1, 1).toUpper().toStdString();
+    }
+    void expectUnique(const QStringList& texts) {
+        std::map<std::string, std::string> seen;
+        for (const QString& text : texts) {
+            const auto [other, isNew] = seen.emplace(mnemonicOf(text), text.toStdString());
+            EXPECT_TRUE(isNew || other->first.empty()) << text.toStdString() << " clashes with " << other->second;
+        }
+    }
+};
+
+TEST_F(MenusTest, BearTheirCaptionsToTheLetter) {
+    Seen bar;
+    for (const QAction* entry : window.menuBar()->actions()) bar.push_back(captionOf(entry));
+    EXPECT_EQ(bar, (Seen{"Start Up Options", "Passwords and Files", "View", "About"}));
+    for (const auto& [name, caption] :
+         {std::pair("mnAddtoStartup", "Add to Startup"), std::pair("mnuRemoveFromStartup", "Remove From  Start UP"),
+          std::pair("mnuStartOnLoad", "Start and Run Continually at program Start Up?"),
+          std::pair("mnmax", "Run Normal (Not Minimized) at Start Up?"), std::pair("mnOW", "Overwrite Existing Files"),
+          std::pair("mnviewCL", "View Current Log"), std::pair("mnuCurrentPass", "View Current Password"),
+          std::pair("mnLogOffOn", "Turn Off Loging"), std::pair("mnuabout", "About"),
+          std::pair("mnuStartup", "Start Up Options"), std::pair("mnview", "View")}) {
+        EXPECT_EQ(captionOf(find<QAction>(name)), caption);
+    }
+}
+
+TEST_F(MenusTest, ForwardWhatIsChosen) {
+    choose("mnuStartup", "mnAddtoStartup");
+    choose("mnuStartup", "mnuRemoveFromStartup");
+    choose("mnuStartup", "mnuStartOnLoad");
+    choose("mnuStartup", "mnmax");
+    choose("mnuPasswordsAndFiles", "mnOW");
+    choose("mnview", "mnviewCL");
+    choose("mnview", "mnuCurrentPass");
+    choose("mnview", "mnLogOffOn");
+    QTest::mouseClick(window.menuBar(), Qt::LeftButton, {},
+                      window.menuBar()->actionGeometry(find<QAction>("mnuabout")).center());
+    EXPECT_EQ(events.seen, (Seen{"add", "remove", "start on load", "run normal", "overwrite", "view log", "password",
+                                 "logging", "about"}));
+}
+
+TEST_F(MenusTest, CheckMarksFollowTheSettingsAndNotTheClick) {
+    SettingsRecord settings;
+    const std::tuple<const char*, const char*, bool*> marks[] = {
+        {"mnuStartup", "mnuStartOnLoad", &settings.RunContinuallyAtStartup},
+        {"mnuStartup", "mnmax", &settings.RunNormalAtStartup},
+        {"mnuPasswordsAndFiles", "mnOW", &settings.OverwriteExistingFiles},
+        {"mnview", "mnLogOffOn", &settings.LoggingTurnedOff}};
+    for (const auto& [menu, name, setting] : marks) {
+        for (const bool on : {true, false}) {
+            *setting = on;
+            window.showSettings(settings);
+            choose(menu, name);
+            EXPECT_EQ(find<QAction>(name)->isChecked(), on) << name;
+        }
+    }
+}
+
+TEST_F(MenusTest, SayWhatIsWrongWithTheStartupEntry) {
+    auto* said = find<QAction>("startupState");
+    for (const auto& [state, text] :
+         {std::pair(StartupEntry::State::switchedOff, "Added to Startup (switched off by the desktop)"),
+          std::pair(StartupEntry::State::elsewhere, "Added to Startup (starts another copy)")}) {
+        window.setStartupEntry(state);
+        EXPECT_TRUE(said->isVisible() && !said->isEnabled());
+        EXPECT_EQ(captionOf(said), text);
+    }
+    for (const auto state : {StartupEntry::State::works, StartupEntry::State::none}) {
+        window.setStartupEntry(state);
+        EXPECT_FALSE(said->isVisible());
+    }
+    EXPECT_EQ(captionOf(find<QAction>("mnAddtoStartup")), "Add to Startup");
+}
+
+TEST_F(MenusTest, NoKeyHasTwoMeanings) {
+    QStringList texts;
+    for (const QAction* entry : window.menuBar()->actions()) texts.append(entry->text());
+    for (const auto* button : window.findChildren<QAbstractButton*>()) texts.append(button->text());
+    for (const auto* label : window.findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr) texts.append(label->text());
+    }
+    ASSERT_GE(texts.size(), 16);
+    expectUnique(texts);
+    for (const auto* menu : window.findChildren<QMenu*>()) {
+        QStringList entries;
+        for (const QAction* entry : menu->actions()) entries.append(entry->text());
+        expectUnique(entries);
+    }
+}
+
+TEST_F(MenusTest, TakeTheKeyboardsWay) {
+    QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+    auto* menu = find<QMenu>("mnuStartup");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));
+    QTest::keyClick(menu, Qt::Key_Escape);
+    EXPECT_FALSE(menu->isVisible());
+    EXPECT_TRUE(window.isVisible());
+    QTest::keyClick(&window, Qt::Key_V, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return find<QMenu>("mnview")->isVisible(); }));
+    QTest::keyClick(find<QMenu>("mnview"), Qt::Key_P);
+    EXPECT_EQ(events.seen, Seen{"password"});
+}
+
+}  // namespace vantrell::test
