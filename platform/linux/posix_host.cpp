@@ -75,8 +75,8 @@ private:
 PosixHost::~PosixHost() { collectEnded(); }
 
 Path PosixHost::profileFolder() const {
-    const char* profile = std::getenv("ALLUSERSPROFILE");
-    return profile == nullptr || *profile == '\0' ? userDataFolder() : Path(profile);
+    Path profile = environment("ALLUSERSPROFILE");
+    return profile.empty() ? userDataFolder() : profile;
 }
 
 Path PosixHost::programFolder() const {
@@ -98,7 +98,10 @@ bool PosixHost::startFromSearchPath(const std::string& name, const std::vector<s
     return start(name, arguments, true);
 }
 
-std::string PosixHost::environment(const std::string& name) const { return environmentPath(name.c_str()); }
+std::string PosixHost::environment(const std::string& name) const {
+    const char* value = std::getenv(name.c_str());
+    return value == nullptr ? std::string() : std::string(value);
+}
 
 bool PosixHost::start(const Path& file, const std::vector<std::string>& arguments, bool searched) {
     collectEnded();
