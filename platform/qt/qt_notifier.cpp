@@ -17,8 +17,8 @@ constexpr uchar kNormalUrgency = 1;
 constexpr int kServersOwnTime = -1;
 
 QDBusMessage message(const QString& method, const QVariantList& arguments = {}) {
-    QDBusMessage made = QDBusMessage::createMethodCall(kServer, QStringLiteral("/org/freedesktop/Notifications"),
-                                                       kServer, method);
+    QDBusMessage made =
+        QDBusMessage::createMethodCall(kServer, QStringLiteral("/org/freedesktop/Notifications"), kServer, method);
     made.setArguments(arguments);
     return made;
 }

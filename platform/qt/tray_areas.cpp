@@ -76,9 +76,8 @@ void TrayAreas::watch() {
 }
 
 void TrayAreas::askForHost() {
-    QDBusMessage get = QDBusMessage::createMethodCall(kWatcher, kWatcherPath,
-                                                      QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                      QStringLiteral("Get"));
+    QDBusMessage get = QDBusMessage::createMethodCall(
+        kWatcher, kWatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     get.setArguments({kWatcher, QStringLiteral("IsStatusNotifierHostRegistered")});
     get.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(get, kAnswerWithinMs), this);
