@@ -5,6 +5,8 @@
 #include "app/program.h"
 #include "core/frmIcon.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/system_clock.h"
+#include "platform/qt/qt_timers.h"
 
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
@@ -15,7 +17,9 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(vantrell::programIcon());
-    vantrell::Program program;
+    const vantrell::SystemClock clock{};
+    vantrell::QtTimers timers;
+    vantrell::Program program(clock, timers);
     program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start
     // twice.

@@ -18,9 +18,11 @@ constexpr std::int32_t kClockMs = 25;
 
 }  // namespace
 
-Program::Program()
+Program::Program(const Clock& clock, Timers& timers)
     : flush_(makeKernelFlush()),
       loop_(*flush_),
+      timers_(timers),
+      clock_(clock),
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
       lines_(state_.AppFolder),

@@ -14,6 +14,7 @@
 #include "core/startup.h"
 #include "core/status_report.h"
 #include "passwords/password_store.h"
+#include "platform/clock.h"
 #include "platform/flush_service.h"
 #include "platform/linux/posix_data_files.h"
 #include "platform/linux/posix_host.h"
@@ -21,15 +22,14 @@
 #include "platform/linux/signal_source.h"
 #include "platform/linux/spilled_lines.h"
 #include "platform/linux/sqlite_database.h"
-#include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/linux/xdg_startup_entry.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_notifier.h"
 #include "platform/qt/qt_session_end.h"
-#include "platform/qt/qt_timers.h"
 #include "platform/qt/qt_tray.h"
+#include "platform/timers.h"
 #include "task/task_group.h"
 #include "transport/scan_pass.h"
 
@@ -38,7 +38,8 @@ namespace vantrell {
 /// All pieces of the program, made and handed to each other. Needs a QApplication.
 class Program {
 public:
-    Program();
+    /// Clock and timers come from outside and outlive the program, so that a week can be tried out in a minute.
+    Program(const Clock& clock, Timers& timers);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
@@ -62,8 +63,8 @@ private:
     ProgramState state_;
     std::unique_ptr<FlushService> flush_;
     QtEventLoop loop_;
-    QtTimers timers_;
-    SystemClock clock_;
+    Timers& timers_;
+    const Clock& clock_;
     PosixHost host_;
     PosixInstanceLock instance_;
     PosixDataFiles files_;

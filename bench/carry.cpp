@@ -6,9 +6,7 @@
 //   bench_carry [FOLDER] [SMALL FILES] [LARGE GIB]      defaults: a temporary folder, 20000, 4
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLabel>
-#include <QTimer>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -19,21 +17,19 @@
 #include <string>
 
 #include "app/program.h"
+#include "platform/linux/system_clock.h"
+#include "platform/qt/qt_timers.h"
+#include "support/heart_beat.h"
+#include "support/profile.h"
 
 namespace fs = std::filesystem;
+using vantrell::test::HeartBeat;
+using vantrell::test::Profile;
+using vantrell::test::residentKiB;
 
 namespace {
 
 constexpr char kKey[] = "7365637265740000000000000000000000000000000000000000000000000000";  // "secret"
-
-struct Folders {
-    fs::path root;
-    [[nodiscard]] fs::path in() const { return root / "in"; }
-    [[nodiscard]] fs::path out() const { return root / "out"; }
-    [[nodiscard]] fs::path done() const { return root / "done"; }
-    [[nodiscard]] fs::path rejected() const { return root / "rejected"; }
-    [[nodiscard]] fs::path data() const { return root / "Quillon, Inc/Vantrell/Bin"; }
-};
 
 void makeFile(const fs::path& path, std::uint64_t size) {
     static std::mt19937_64 dice(1);
@@ -51,76 +47,59 @@ double secondsOf(const std::string& command) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-std::string quoted(const fs::path& path) { return "'" + path.string() + "'"; }
+std::string inQuotes(const fs::path& path) { return "'" + path.string() + "'"; }
 
-double secondsOfCp(const Folders& folders, const std::string& after) {
-    const std::string copy = quoted(folders.root / "copy");
-    const double seconds = secondsOf("cp -r " + quoted(folders.in()) + " " + copy + after);
+double secondsOfCp(const Profile& profile, const std::string& after) {
+    const std::string copy = inQuotes(fs::path(profile.root) / "copy");
+    const double seconds = secondsOf("cp -r " + inQuotes(profile.in) + " " + copy + after);
     (void)secondsOf("rm -rf " + copy + "; sync");
     return seconds;
 }
 
-double secondsOfScript(const Folders& folders, const fs::path& sample) {
-    const std::string out = quoted(folders.root / "script");
+double secondsOfScript(const Profile& profile, const fs::path& sample) {
+    const std::string out = inQuotes(fs::path(profile.root) / "script");
     const double seconds =
-        secondsOf("mkdir " + out + "; for f in " + quoted(sample) + "/*; do openssl enc -aes-256-ecb -K " + kKey +
+        secondsOf("mkdir " + out + "; for f in " + inQuotes(sample) + "/*; do openssl enc -aes-256-ecb -K " + kKey +
                   " -in \"$f\" -out " + out + "/\"${f##*/}\".enc; done");
     (void)secondsOf("rm -rf " + out + "; sync");
     return seconds;
 }
 
-void writeProfile(const Folders& folders) {
-    for (const auto& folder : {folders.in(), folders.out(), folders.done(), folders.rejected(), folders.data()})
-        fs::create_directories(folder);
-    std::ofstream(folders.data() / "ZEP.cfg")
-        << '"' << folders.in().string() << "\",#FALSE#,\"" << folders.out().string() << "\",\""
-        << folders.done().string() << "\",#TRUE#,65535,0,7,0,\"PM\",7,#TRUE#,\"" << folders.rejected().string()
-        << "\",#FALSE#,#FALSE#\r\n";
-    (void)secondsOf("sqlite3 " + quoted(folders.data() / "EDPasswords.mdb") +
-                    " \"CREATE TABLE EncDecPasswords (Password text, Active boolean);"
-                    " INSERT INTO EncDecPasswords VALUES ('secret', 1)\"");
-}
-
-std::uint64_t residentKiB() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmRSS:", 0) == 0) return std::strtoull(line.c_str() + 6, nullptr, 10);
-    return 0;
+Profile madeProfile(const fs::path& root) {
+    Profile profile(root);
+    profile.settings.RunContinuallyAtStartup = true;
+    return profile;
 }
 
 struct Figures {
     double seconds = 0;
     qint64 longestGapMs = 0;
-    std::uint64_t grownKiB = 0;
+    std::int64_t grownKiB = 0;
     std::size_t clockTexts = 0;
 };
 
 // Watches the event loop from inside: how long it let nobody in, and how memory grew once it had settled.
 Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
-    vantrell::Program program;
+    const vantrell::SystemClock clock{};
+    vantrell::QtTimers timers;
+    vantrell::Program program(clock, timers);
     Figures figures;
     if (!program.start()) return figures;
-    QElapsedTimer sinceTick;
-    sinceTick.start();
-    std::uint64_t settled = 0;
+    std::int64_t settled = 0;
     std::set<QString> clockTexts;
     const auto* processed = program.window().findChild<QLabel*>(QStringLiteral("lblCurNumFilesProcessed"));
-    const auto* clock = program.window().findChild<QLabel*>(QStringLiteral("lblcurTime"));
+    const auto* clockLabel = program.window().findChild<QLabel*>(QStringLiteral("lblcurTime"));
     const auto begin = std::chrono::steady_clock::now();
-    QTimer heart;
-    heart.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&heart, &QTimer::timeout, &heart, [&] {
-        figures.longestGapMs = std::max(figures.longestGapMs, sinceTick.restart());
+    const HeartBeat heart([&] {
         const std::uint64_t count = processed->text().toULongLong();
-        clockTexts.insert(clock->text());
+        clockTexts.insert(clockLabel->text());
         if (settled == 0 && count >= settleAfter) settled = residentKiB();
-        if (settled != 0)
-            figures.grownKiB = std::max(figures.grownKiB, residentKiB() - std::min(settled, residentKiB()));
+        if (settled != 0) figures.grownKiB = std::max(figures.grownKiB, residentKiB() - settled);
         if (!program.state().PassInProgress && count >= files) QCoreApplication::exit(0);
     });
-    heart.start(1);
     QApplication::exec();
     figures.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    figures.longestGapMs = heart.longestGapMs();
     figures.clockTexts = clockTexts.size();
     return figures;
 }
@@ -130,24 +109,23 @@ void print(const char* what, double seconds, const Figures& ours) {
 }
 
 void print(const Figures& ours) {
-    std::printf("  %-42s %8.2f s   longest gap %lld ms, memory grew by %llu KiB, %zu clock texts\n",
+    std::printf("  %-42s %8.2f s   longest gap %lld ms, memory grew by %lld KiB, %zu clock texts\n",
                 "ours: encrypted, flushed, moved, logged", ours.seconds, static_cast<long long>(ours.longestGapMs),
-                static_cast<unsigned long long>(ours.grownKiB), ours.clockTexts);
+                static_cast<long long>(ours.grownKiB), ours.clockTexts);
 }
 
 void small(const fs::path& root, std::uint64_t count) {
-    const Folders folders{root / "small"};
-    writeProfile(folders);
-    const fs::path sample = folders.root / "sample";
+    const Profile profile = madeProfile(root / "small");
+    const fs::path sample = fs::path(profile.root) / "sample";
     fs::create_directories(sample);
     constexpr std::uint64_t kSample = 500;
-    for (std::uint64_t i = 0; i < count; ++i) makeFile(folders.in() / ("f" + std::to_string(i)), 4096);
+    for (std::uint64_t i = 0; i < count; ++i) makeFile(fs::path(profile.in) / ("f" + std::to_string(i)), 4096);
     for (std::uint64_t i = 0; i < kSample; ++i) makeFile(sample / ("f" + std::to_string(i)), 4096);
     (void)secondsOf("sync");
-    const double cp = secondsOfCp(folders, "");
-    const double cpSync = secondsOfCp(folders, " && sync");
-    const double script = secondsOfScript(folders, sample) * static_cast<double>(count) / kSample;
-    ::setenv("ALLUSERSPROFILE", folders.root.c_str(), 1);
+    const double cp = secondsOfCp(profile, "");
+    const double cpSync = secondsOfCp(profile, " && sync");
+    const double script = secondsOfScript(profile, sample) * static_cast<double>(count) / kSample;
+    profile.use();
     const Figures ours = runProgram(count, std::min<std::uint64_t>(1000, count / 2));
     std::printf("%llu files of 4 KiB\n", static_cast<unsigned long long>(count));
     print(ours);
@@ -157,14 +135,13 @@ void small(const fs::path& root, std::uint64_t count) {
 }
 
 void large(const fs::path& root, std::uint64_t gib) {
-    const Folders folders{root / "large"};
-    writeProfile(folders);
-    makeFile(folders.in() / "a warm-up", 4096);
-    makeFile(folders.in() / "large", gib << 30);
+    const Profile profile = madeProfile(root / "large");
+    makeFile(fs::path(profile.in) / "a warm-up", 4096);
+    makeFile(fs::path(profile.in) / "large", gib << 30);
     (void)secondsOf("sync");
-    const double cp = secondsOfCp(folders, "");
-    const double cpSync = secondsOfCp(folders, " && sync");
-    ::setenv("ALLUSERSPROFILE", folders.root.c_str(), 1);
+    const double cp = secondsOfCp(profile, "");
+    const double cpSync = secondsOfCp(profile, " && sync");
+    profile.use();
     const Figures ours = runProgram(2, 1);
     std::printf("one file of %llu GiB\n", static_cast<unsigned long long>(gib));
     print(ours);
@@ -174,7 +151,7 @@ void large(const fs::path& root, std::uint64_t gib) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -184,4 +161,7 @@ int main(int argc, char** argv) {
     large(root, argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 4);
     fs::remove_all(root);
     return 0;
+} catch (const std::exception& exception) {
+    std::fprintf(stderr, "%s\n", exception.what());
+    return 1;
 }

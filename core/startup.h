@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string_view>
+#include <utility>
+
 #include "core/main_window_controller.h"
 #include "platform/data_files.h"
 #include "platform/host.h"
@@ -20,7 +23,7 @@ struct StartupParts {
 /// The start-up sequence. Errors in a step are ignored and the next step runs.
 class Startup {
 public:
-    Startup(ControllerParts parts, StartupParts more) : p_(parts), more_(more) {}
+    Startup(ControllerParts parts, StartupParts more) : p_(std::move(parts)), more_(more) {}
 
     /// Up to the shown window. False when another instance runs on this data folder and this one is to end at once.
     bool load();

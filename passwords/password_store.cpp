@@ -21,39 +21,21 @@ void PasswordStore::unloadEditor() {
     if (editor() != nullptr) operations_.unloadEditor();
 }
 
-Task<bool> PasswordStore::openPasswordStore() {
+// One operation at a time: the next begins when the one before it is through.
+template <class Result>
+Task<Result> PasswordStore::alone(Task<Result> (PasswordOperations::*operation)()) {
     const auto held = co_await lock_.acquire();
-    co_return co_await operations_.openPasswordStore();
+    co_return co_await (operations_.*operation)();
 }
 
-Task<bool> PasswordStore::initializeRecordset() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.initializeRecordset();
-}
-
-Task<bool> PasswordStore::reInitializeRecordset() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.reInitializeRecordset();
-}
-
+Task<bool> PasswordStore::openPasswordStore() { return alone(&PasswordOperations::openPasswordStore); }
+Task<bool> PasswordStore::initializeRecordset() { return alone(&PasswordOperations::initializeRecordset); }
+Task<bool> PasswordStore::reInitializeRecordset() { return alone(&PasswordOperations::reInitializeRecordset); }
 Task<std::optional<std::vector<PasswordRecord>>> PasswordStore::readRecords() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.readRecords();
+    return alone(&PasswordOperations::readRecords);
 }
-
-Task<bool> PasswordStore::findCurrentPassword() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.findCurrentPassword();
-}
-
-Task<bool> PasswordStore::savePassword() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.savePassword();
-}
-
-Task<bool> PasswordStore::deleteRecord() {
-    const auto held = co_await lock_.acquire();
-    co_return co_await operations_.deleteRecord();
-}
+Task<bool> PasswordStore::findCurrentPassword() { return alone(&PasswordOperations::findCurrentPassword); }
+Task<bool> PasswordStore::savePassword() { return alone(&PasswordOperations::savePassword); }
+Task<bool> PasswordStore::deleteRecord() { return alone(&PasswordOperations::deleteRecord); }
 
 }  // namespace vantrell

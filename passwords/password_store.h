@@ -56,6 +56,9 @@ public:
     void closeStoreObjects() { operations_.objects().close(); }
 
 private:
+    template <class Result>
+    Task<Result> alone(Task<Result> (PasswordOperations::*operation)());
+
     TaskLock lock_;
     PasswordOperations operations_;
 };

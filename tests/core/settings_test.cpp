@@ -7,6 +7,7 @@
 #include "core/scan_interval.h"
 #include "core/settings_format.h"
 #include "platform/linux/posix_data_files.h"
+#include "support/documented_blocks.h"
 #include "support/doubles.h"
 #include "support/temporary_folder.h"
 
@@ -30,9 +31,20 @@ SettingsRecord example() {
     return settings;
 }
 
-TEST(SettingsFormat, WritesTheDocumentedLines) {
-    EXPECT_EQ(formatSettings(example()), kLine);
-    EXPECT_EQ(formatSettings({}), "\"\",#FALSE#,\"\",\"\",#FALSE#,0,0,0,0,\"\",0,#FALSE#,\"\",#FALSE#,#FALSE#\r\n");
+TEST(SettingsFormat, TheDocumentedLinesHold) {
+    const auto blocks = documentedBlocks("formats.md", "zep-cfg");
+    ASSERT_EQ(blocks.size(), 1U);
+    ASSERT_EQ(blocks[0].size(), 2U);
+    SettingsRecord documented = example();
+    documented.SourceFolder = "/srv/in";
+    documented.DestinationFolder = "/srv/out";
+    documented.DoneFolder = "/srv/done";
+    documented.RejectFolder = "/srv/rejected";
+    EXPECT_EQ(formatSettings(documented), blocks[0][0] + "\r\n");
+    EXPECT_EQ(formatSettings({}), blocks[0][1] + "\r\n");
+    SettingsRecord read;
+    EXPECT_EQ(parseSettings(blocks[0][0], read), kSettingsItems) << "without its line end too";
+    EXPECT_EQ(read, documented);
 }
 
 TEST(SettingsFormat, ReadsBackWhatItWrote) {

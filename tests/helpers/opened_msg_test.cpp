@@ -9,7 +9,9 @@
 #include "app/program.h"
 #include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
+#include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
+#include "platform/qt/qt_timers.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
 
@@ -20,7 +22,7 @@ class OpenedMsgTest : public testing::Test {
 protected:
     /// The whole program on a fresh profile.
     void runProgram() {
-        program.emplace();
+        program.emplace(clock, timers);
         ASSERT_TRUE(program->start());
     }
     void openMessage() {
@@ -37,6 +39,8 @@ protected:
     TemporaryFolder folder;
     Environment profile{"ALLUSERSPROFILE", folder.path().c_str()};
     Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
+    SystemClock clock;
+    QtTimers timers;
     std::optional<Program> program;
     std::optional<OpenedMsgWindow> message;
 };

@@ -3,10 +3,10 @@
 
 #include <cstdlib>
 #include <random>
-#include <sstream>
 
 #include "platform/linux/aes_ecb_encryptor.h"
 #include "platform/linux/openssl_component.h"
+#include "support/documented_blocks.h"
 #include "support/hand_cranked_loop.h"
 #include "support/hex.h"
 #include "support/memory_files.h"
@@ -246,21 +246,15 @@ std::string withLineFeeds(std::string text) {
 
 std::vector<Example> documentedExamples() {
     std::vector<Example> examples;
-    std::istringstream document(readFile(VANTRELL_DOCS "/formats.md"));
-    bool isInside = false;
-    for (std::string line; std::getline(document, line);) {
-        const auto colon = line.find(':');
-        const std::string name = line.substr(0, colon);
-        const std::string value = colon == std::string::npos || colon + 2 > line.size() ? "" : line.substr(colon + 2);
-        if (line.starts_with("```")) {
-            isInside = line == "```enc-hex";
-            if (isInside) examples.emplace_back();
-        } else if (isInside && name == "password") {
-            examples.back().password = value;
-        } else if (isInside && name == "plaintext") {
-            examples.back().plain = withLineFeeds(value);
-        } else if (isInside && name == "enc") {
-            examples.back().cipher += value;
+    for (const std::vector<std::string>& block : documentedBlocks("formats.md", "enc-hex")) {
+        Example& example = examples.emplace_back();
+        for (const std::string& line : block) {
+            const auto colon = line.find(':');
+            const std::string name = line.substr(0, colon);
+            const std::string value = colon + 2 > line.size() ? "" : line.substr(colon + 2);
+            if (name == "password") example.password = value;
+            if (name == "plaintext") example.plain = withLineFeeds(value);
+            if (name == "enc") example.cipher += value;
         }
     }
     return examples;

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
-
 #include "platform/linux/posix_data_files.h"
+#include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
@@ -18,26 +16,6 @@ unsigned modeOf(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
 }
-
-/// No file may grow beyond this size: the system writes what fits, and refuses the rest.
-class SizeLimit {
-public:
-    explicit SizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    SizeLimit(const SizeLimit&) = delete;
-    SizeLimit& operator=(const SizeLimit&) = delete;
-    ~SizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    rlimit before_{};
-    void (*handler_)(int);
-};
 
 class DataFilesTest : public testing::Test {
 protected:
@@ -71,7 +49,7 @@ TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
 
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(file, "old");
-    const SizeLimit limit(1000);
+    const FileSizeLimit limit(1000);
     EXPECT_TRUE(files.writeAtomically(file, std::string(2000, 'x')));
     EXPECT_EQ(readFile(file), "old");
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
@@ -125,7 +103,7 @@ TEST_F(DataFilesTest, AppendsToAPrivateFile) {
 
 TEST_F(DataFilesTest, AnAppendThatDoesNotFitIsTakenBack) {
     writeFile(file, "a\r\n");
-    const SizeLimit limit(1000);
+    const FileSizeLimit limit(1000);
     EXPECT_TRUE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false));
     EXPECT_EQ(readFile(file), "a\r\n");
     EXPECT_FALSE(files.appendLines(file, "b\r\n", false));

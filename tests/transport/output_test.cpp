@@ -1,33 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
-#include <sys/resource.h>
 
-#include <csignal>
-
+#include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
-
-/// While it lives, a file that grows beyond the limit fails like one on a full disk.
-class SmallFiles {
-public:
-    explicit SmallFiles(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit small{bytes, old_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    SmallFiles(const SmallFiles&) = delete;
-    SmallFiles& operator=(const SmallFiles&) = delete;
-    ~SmallFiles() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    void (*handler_)(int);
-    rlimit old_{};
-};
 
 /// Both ways to publish: files without a name, and files under a temporary one.
 class Output : public WithToolbox, public testing::WithParamInterface<bool> {
@@ -138,7 +116,7 @@ TEST_P(Output, AFailedWriteStaysFailed) {
     const auto file = begin();
     const std::string bytes(4096, 'x');
     {
-        const SmallFiles limit(1024);
+        const FileSizeLimit limit(1024);
         EXPECT_TRUE(loop.valueOf(file->write(std::as_bytes(std::span(bytes)))));
     }
     EXPECT_TRUE(loop.valueOf(file->write({})));

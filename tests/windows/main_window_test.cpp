@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QtTest/qtestspontaneevent.h>
 #include <QAccessible>
 #include <QApplication>
 #include <QHelpEvent>
@@ -112,10 +111,7 @@ TEST_F(MainWindowTest, TellsATypedNumberOnce) {
 }
 
 TEST_F(MainWindowTest, LeavesTheCloseBoxToOthers) {
-    QCloseEvent request;
-    QSpontaneKeyEvent::setSpontaneous(&request);  // as it comes from the window manager
-    qApp->notify(&window, &request);
-    EXPECT_FALSE(request.isAccepted());
+    EXPECT_FALSE(pressCloseBox(window));
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(events.seen, Seen{"close box"});
     window.closeWindow();

@@ -23,12 +23,6 @@ protected:
         tasks.start(keepAnswer(*boxes, box, &answer));
         turn();
     }
-    /// The boxes that are open now.
-    QList<QMessageBox*> open() {
-        QList<QMessageBox*> found = window.findChildren<QMessageBox*>();
-        found.removeIf([](const QMessageBox* box) { return !box->isVisible(); });
-        return found;
-    }
     void turn() {
         while (loop.turn()) {
         }
@@ -43,8 +37,8 @@ protected:
 
 TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
     ask(question);
-    ASSERT_EQ(open().size(), 1);
-    QMessageBox* box = open().front();
+    ASSERT_EQ(openBoxes().size(), 1);
+    QMessageBox* box = openBoxes().front();
     EXPECT_FALSE(box->isModal());
     EXPECT_EQ(box->windowTitle(), QStringLiteral("Running "));
     EXPECT_EQ(box->text(), QStringLiteral("Would you like\n\nto stop /srv/a\\x0Ab?"));
@@ -57,29 +51,29 @@ TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
     QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
     turn();
     EXPECT_EQ(answer, Answer::yes);
-    EXPECT_TRUE(open().empty());
+    EXPECT_TRUE(openBoxes().empty());
 }
 
 TEST_F(MessageBoxesTest, TakesEscapeAndTheCloseBoxForNo) {
     ask(question);
-    QTest::keyClick(open().front(), Qt::Key_Escape);
+    QTest::keyClick(openBoxes().front(), Qt::Key_Escape);
     turn();
     EXPECT_EQ(answer, Answer::no);
     answer.reset();
     ask(question);
-    open().front()->close();
+    openBoxes().front()->close();
     turn();
     EXPECT_EQ(answer, Answer::no);
 }
 
 TEST_F(MessageBoxesTest, HasTheDefaultThatIsAskedFor) {
     ask({"", "Sure?", Buttons::yesNo, true});
-    EXPECT_EQ(open().front()->windowTitle(), QStringLiteral("Vantrell"));
-    QTest::keyClick(open().front(), Qt::Key_Return);
+    EXPECT_EQ(openBoxes().front()->windowTitle(), QStringLiteral("Vantrell"));
+    QTest::keyClick(openBoxes().front(), Qt::Key_Return);
     turn();
     EXPECT_EQ(answer, Answer::no);
     ask({"", "Well then.", Buttons::ok, false});
-    QTest::keyClick(open().front(), Qt::Key_Escape);
+    QTest::keyClick(openBoxes().front(), Qt::Key_Escape);
     turn();
     EXPECT_EQ(answer, Answer::ok);
 }
@@ -87,7 +81,7 @@ TEST_F(MessageBoxesTest, HasTheDefaultThatIsAskedFor) {
 TEST_F(MessageBoxesTest, GoesWithTheTaskThatAsked) {
     ask(question);
     tasks.abort();
-    EXPECT_TRUE(open().empty());
+    EXPECT_TRUE(openBoxes().empty());
     turn();
     EXPECT_FALSE(answer.has_value());
 }
@@ -95,7 +89,7 @@ TEST_F(MessageBoxesTest, GoesWithTheTaskThatAsked) {
 TEST_F(MessageBoxesTest, WithdrawalIsNoAnswer) {
     std::optional<Pending> pending(boxes->ask(question));
     boxes->withdraw(pending->id());
-    EXPECT_TRUE(open().empty());
+    EXPECT_TRUE(openBoxes().empty());
     EXPECT_EQ(pending->await_resume(), static_cast<int>(Answer::withdrawn));
 }
 
@@ -103,13 +97,13 @@ TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
     const Box news{"", "There is no active password.", Buttons::ok, false};
     boxes->inform(news);
     boxes->inform(news);
-    ASSERT_EQ(open().size(), 1);
+    ASSERT_EQ(openBoxes().size(), 1);
     boxes->inform({"", "Something else.", Buttons::ok, false});
-    EXPECT_EQ(open().size(), 2);
-    for (QMessageBox* box : open()) QTest::keyClick(box, Qt::Key_Return);
-    EXPECT_TRUE(open().empty());
+    EXPECT_EQ(openBoxes().size(), 2);
+    for (QMessageBox* box : openBoxes()) QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_TRUE(openBoxes().empty());
     boxes->inform(news);
-    EXPECT_EQ(open().size(), 1);
+    EXPECT_EQ(openBoxes().size(), 1);
 }
 
 TEST_F(MessageBoxesTest, BringsAMinimizedWindowBack) {
@@ -117,14 +111,14 @@ TEST_F(MessageBoxesTest, BringsAMinimizedWindowBack) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.isMinimized(); }));
     ask(question);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isMinimized() && window.isVisible(); }));
-    EXPECT_TRUE(open().front()->isVisible());
+    EXPECT_TRUE(openBoxes().front()->isVisible());
 }
 
 TEST_F(MessageBoxesTest, LeavesNothingOpenAtTheEnd) {
     const Pending asked = boxes->ask(question);
     boxes->inform({"", "Well then.", Buttons::ok, false});
     boxes.reset();
-    EXPECT_TRUE(open().empty());
+    EXPECT_TRUE(openBoxes().empty());
     EXPECT_FALSE(loop.queue().isWoken(asked.id()));
     boxes.emplace(loop.queue(), &window);
 }

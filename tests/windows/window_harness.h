@@ -9,6 +9,7 @@
 
 #include "core/frmMain.h"
 #include "platform/linux/spilled_lines.h"
+#include "support/controls.h"
 #include "support/temporary_folder.h"
 
 namespace vantrell::test {
@@ -52,27 +53,16 @@ public:
 using Seen = std::vector<std::string>;
 
 /// A window on the (offscreen) screen, with the controls under their names.
-class MainWindowTest : public ::testing::Test {
+class MainWindowTest : public ::testing::Test, protected Controls {
 protected:
     void SetUp() override {
+        useWindow(window);
         window.setEvents(&events);
         window.showWindow();
         window.bringToFront();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
     void TearDown() override { window.setEvents(nullptr); }
-
-    template <class Widget>
-    Widget* find(const char* name) {
-        auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
-        if (found == nullptr) ADD_FAILURE() << "no control " << name;
-        return found;
-    }
-    void click(const char* name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
-    std::string textOf(const char* name) { return find<QLabel>(name)->text().toStdString(); }
-    bool showsText(const char* name, const std::string& text) {
-        return QTest::qWaitFor([&] { return textOf(name) == text; });
-    }
 
     RecordedEvents events;
     TemporaryFolder folder;

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <csignal>
+
+#include "whole/program_harness.h"
+
+namespace vantrell::test {
+
+class Closing : public ProgramTest {
+protected:
+    int runUntilEnd(const std::function<void()>& how) {
+        QTimer::singleShot(0, &program->window(), how);
+        return QApplication::exec();
+    }
+};
+
+TEST_F(Closing, ByTheCloseBoxIsRefusedWhileNothingIsDone) {
+    startProgram();
+    ASSERT_TRUE(isStopped());
+    EXPECT_FALSE(pressCloseBox(program->window()));
+    EXPECT_EQ(answer(QMessageBox::Ok),
+              "You have slected to minimize but the program is not scanning for file. Program will not minimize.");
+    EXPECT_TRUE(program->window().isVisible());
+    EXPECT_FALSE(program->window().isMinimized());
+    EXPECT_TRUE(hasLogged(" Loaded\r\n"));
+}
+
+TEST_F(Closing, ByTheCloseBoxPutsAWorkingProgramOutOfSight) {
+    startProgram();
+    pressStart(QMessageBox::No);
+    ASSERT_TRUE(reachesMode("Mode: Auto"));
+    EXPECT_FALSE(pressCloseBox(program->window()));
+    EXPECT_TRUE(waitFor([&] { return program->window().isMinimized() || !program->window().isVisible(); }));
+    EXPECT_TRUE(openBoxes().isEmpty());
+    drop("file");
+    program->window().showWindow();
+    EXPECT_TRUE(reachesMode("Mode: Auto")) << "it works on";
+}
+
+TEST_F(Closing, ByExitSavesSettingsAndLog) {
+    startProgram();
+    EXPECT_EQ(runUntilEnd([&] {
+                  find<QAbstractButton>("chkActivateSF")->click();
+                  std::filesystem::remove(profile.data + "/ZEP.cfg");
+                  click("cmdExit");
+              }),
+              0);
+    EXPECT_FALSE(program->window().isVisible());
+    EXPECT_TRUE(profile.saved().IncludeSubfolders);
+    EXPECT_TRUE(hasLogged(" Loading\r\n"));
+}
+
+TEST_F(Closing, InMidFileLeavesItInSource) {
+    startProgram();
+    constexpr std::uint64_t kSize = 512 * kMiB;
+    makeSparseFile(profile.in + "/large", kSize);
+    pressStart(QMessageBox::No);
+    ASSERT_TRUE(waitFor([&] { return textOf("lblCurrentProcessingFile") == "large"; }));
+    EXPECT_EQ(runUntilEnd([&] {
+                  EXPECT_FALSE(isIdle()) << "too late to see anything";
+                  click("cmdExit");
+              }),
+              0);
+    program.reset();
+    expectUntouched("large", kSize);
+    EXPECT_FALSE(hasLogged(" large - "));
+}
+
+TEST_F(Closing, BySignalIsTheSame) {
+    SignalSource requests;
+    startProgram();
+    program->endWhenAsked(requests);
+    click("cmdStartDir");
+    ASSERT_TRUE(waitFor([&] { return openBoxes().size() == 1; }));
+    EXPECT_EQ(runUntilEnd([] { std::raise(SIGTERM); }), 0);
+    EXPECT_TRUE(openBoxes().isEmpty()) << "a question does not hold up the end of a session";
+    EXPECT_TRUE(hasLogged(" Loaded\r\n"));
+    program.reset();
+}
+
+}  // namespace vantrell::test
