@@ -5,6 +5,8 @@
 #include <memory>
 
 #include "activitylog/activity_log.h"
+#include "activitylog/frmHistory.h"
+#include "activitylog/frmHistoryInfo.h"
 #include "core/frmMain.h"
 #include "core/main_window_controller.h"
 #include "core/mode_display.h"
@@ -13,14 +15,23 @@
 #include "core/settings_file.h"
 #include "core/startup.h"
 #include "core/status_report.h"
+#include "housekeeping/backup_menus.h"
+#include "housekeeping/config_backup.h"
+#include "housekeeping/frmweeklyDelete.h"
+#include "housekeeping/weekly_delete.h"
+#include "housekeeping/weekly_delete_dialog.h"
+#include "passwords/frmEDPasswords.h"
+#include "passwords/password_editor_controller.h"
 #include "passwords/password_store.h"
 #include "platform/clock.h"
 #include "platform/flush_service.h"
 #include "platform/linux/posix_data_files.h"
+#include "platform/linux/posix_file_reading.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/spilled_lines.h"
+#include "platform/linux/sqlite_copier.h"
 #include "platform/linux/sqlite_database.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/linux/xdg_startup_entry.h"
@@ -52,11 +63,13 @@ public:
     [[nodiscard]] const ProgramState& state() const { return state_; }
 
 private:
-    void closeForGood();
     PassParts passParts();
     ControllerParts controllerParts();
     ActivePasswordLookup passwordLookup();
     StartupParts startupParts();
+    OtherCommands otherCommands();
+    void abortOthers();
+    void setEvents();
     void hearShowRequests();
 
     // The order is that of dependence: what stands further down uses what stands further up.
@@ -72,6 +85,8 @@ private:
     XdgStartupEntry entry_;
     SpilledLines lines_;
     frmMain window_;
+    frmEDPasswords passwordWindow_;
+    frmweeklyDelete weeklyWindow_;
     QtTray tray_;
     QtNotifier notifier_;
     WindowPlace place_;
@@ -79,14 +94,25 @@ private:
     QtMessageBoxes boxes_;
     SqliteDatabase database_;
     PasswordStore passwords_;
+    PasswordEditorController passwordEditor_;
     SettingsFile settings_;
+    SqliteCopier databaseCopier_;
+    ConfigBackup backup_;
     ActivityLog log_;
     StatusReport report_;
     std::unique_ptr<Timer> timRun_;
     std::unique_ptr<Timer> timMax_;
     std::unique_ptr<Timer> tmchkTimer_;
     std::unique_ptr<Timer> timCurTime_;
+    std::unique_ptr<Timer> timDelete_;
+    std::unique_ptr<Timer> timWeeklyClock_;
     ModeDisplay mode_;
+    WeeklyDelete weekly_;
+    WeeklyDeleteDialog weeklyDialog_;
+    BackupMenus backupMenus_;
+    PosixFileReading logReading_;
+    frmHistoryInfo historyText_;
+    frmHistory history_;
     ScanPass pass_;
     OptionMenus menus_;
     MainWindowController controller_;

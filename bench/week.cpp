@@ -38,6 +38,7 @@ constexpr std::chrono::seconds kBegin{1'777'730'400};
 class SettableClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override { return time; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return time - TimePoint(kBegin); }
     TimePoint time{kBegin};
 };
 

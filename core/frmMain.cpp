@@ -2,8 +2,6 @@
 #include "core/frmMain.h"
 
 #include <QCloseEvent>
-#include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
@@ -43,8 +41,9 @@ Widget* named(Widget* widget, const QString& name) {
 
 }  // namespace
 
-frmMain::frmMain(LineStore& lines) {
+frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) {
     setObjectName(QStringLiteral("frmMain"));
+    MK11_ = named(new MK1(toolbox, this), QStringLiteral("MK11"));
     menus_ = new frmMenus(*menuBar(), this);
     makeControls(lines);
     arrange();
@@ -97,6 +96,8 @@ void frmMain::makeButtons() {
         button->setAutoDefault(true);
         return button;
     };
+    cmdSched_ = make(QStringLiteral("cmdSched"), tr("&Weekly Auto-Delete Scheduler"),
+                     tr("When old originals are deleted from the Done folder"));
     cmdStartDir_ = make(QStringLiteral("cmdStartDir"), tr("&Start"), tr("Starts processing"));
     cmdStopDir_ = make(QStringLiteral("cmdStopDir"), tr("S&top"), tr("Stops processing before the next file"));
     cmdExit_ = make(QStringLiteral("cmdExit"), tr("E&xit"), tr("Ends the program"));
@@ -148,6 +149,7 @@ QLayout* frmMain::makeIntervalRow() {
     row->addWidget(ctNEdit1_);
     row->addWidget(new QLabel(tr("minute(s)"), this));
     row->addStretch(1);
+    row->addWidget(cmdSched_);
     return row;
 }
 
@@ -169,6 +171,7 @@ void frmMain::connectControls() {
     forward(cmdStartDir_, &QPushButton::clicked, &MainWindowEvents::startPressed);
     forward(cmdStopDir_, &QPushButton::clicked, &MainWindowEvents::stopPressed);
     forward(cmdExit_, &QPushButton::clicked, &MainWindowEvents::exitPressed);
+    forward(cmdSched_, &QPushButton::clicked, &MainWindowEvents::schedulePressed);
     connect(menus_, &frmMenus::chosen, this, [this](frmMenus::Event event) {
         if (events_) (events_->*event)();
     });
@@ -288,7 +291,7 @@ void frmMain::minimizeWindow() {
 
 void frmMain::closeWindow() {
     closesForGood_ = true;
-    delete folderDialog_;
+    MK11_->withdraw();
     delete about_;
     close();
 }
@@ -343,21 +346,15 @@ void frmMain::changeEvent(QEvent* event) {
 }
 
 void frmMain::chooseFolder(FolderKind kind) {
-    if (folderDialog_) return folderDialog_->raise();
-    if (!events_ || !events_->folderPressed(kind)) return;
-    folderDialog_ = new QFileDialog(this, tr("Select Current Folder or Create New Folder"));
-    folderDialog_->setAttribute(Qt::WA_DeleteOnClose);
-    folderDialog_->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
-    folderDialog_->setFileMode(QFileDialog::Directory);
-    const QString current = QFile::decodeName(QByteArray::fromStdString(folders_->folder(kind)));
-    folderDialog_->setDirectory(!current.isEmpty() && QDir(current).exists() ? current : QDir::homePath());
-    connect(folderDialog_, &QFileDialog::finished, this, [this, kind](int result) {
-        const QStringList chosen = folderDialog_->selectedFiles();
-        const bool isChosen = result == QDialog::Accepted && !chosen.isEmpty();
-        folderDialog_ = nullptr;
-        if (events_) events_->folderChosen(kind, isChosen ? QFile::encodeName(chosen.front()).toStdString() : Path());
+    // Pressed once more, the picker that is open comes to the front.
+    if (!MK11_->isPicking() && (!events_ || !events_->folderPressed(kind))) return;
+    MK11_->setParentForm(this);
+    MK11_->setShowCreate(true);
+    MK11_->setTitle("Select Current Folder or Create New Folder");
+    MK11_->setInitDir(folders_->folder(kind));
+    MK11_->SaveBrowse([this, kind](const Path& folder) {
+        if (events_) events_->folderChosen(kind, folder);
     });
-    folderDialog_->open();
 }
 
 }  // namespace vantrell

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDeadlineTimer>
-#include <QFileDialog>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPointer>
@@ -20,6 +19,7 @@
 #include "core/frmSteadyLabel.h"
 #include "core/main_window.h"
 #include "core/main_window_events.h"
+#include "folderpicker/mk1.h"
 
 namespace vantrell {
 
@@ -29,7 +29,8 @@ class frmMain final : public QMainWindow, public MainWindow {
 
 public:
     /// `lines` keeps the lines of the activity box; must outlive the window.
-    explicit frmMain(LineStore& lines);
+    /// Both must outlive the window.
+    frmMain(LineStore& lines, FileToolbox& toolbox);
     ~frmMain() override;
 
     /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
@@ -109,10 +110,11 @@ private:
     QPushButton* cmdStartDir_ = nullptr;
     QPushButton* cmdStopDir_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    QPushButton* cmdSched_ = nullptr;
     QPushButton* focusGoesTo_ = nullptr;
     frmActivityBox* txtDebug_ = nullptr;
     frmElidedLabel* panel1_ = nullptr;
-    QPointer<QFileDialog> folderDialog_;
+    MK1* MK11_ = nullptr;
     QPointer<frmAbout> about_;
 };
 

@@ -63,13 +63,23 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
 
     QMenu& files = *addMenu(QStringLiteral("mnuPasswordsAndFiles"), tr("Passwords and &Files"),
                             tr("How passwords and files are treated"));
+    addEntry(files, QStringLiteral("mnuPasswords"), tr("Update/Add &Passwords"), &MainWindowEvents::passwordsChosen);
+    files.addSeparator();
+    addEntry(files, QStringLiteral("mnBackup"), tr("&Backup Current Configuration Files"),
+             &MainWindowEvents::backupChosen);
+    addRestoreMenu(files);
+    files.addSeparator();
     mnOW_ = addCheckMark(files, QStringLiteral("mnOW"), tr("&Overwrite Existing Files"),
                          &MainWindowEvents::overwriteChosen);
+    addEntry(files, QStringLiteral("mnDeleteDone"), tr("&Manually Delete Done Files"),
+             &MainWindowEvents::deleteDoneChosen);
 
     QMenu& view = *addMenu(QStringLiteral("mnview"), tr("&View"), tr("The log and the current password"));
     addEntry(view, QStringLiteral("mnviewCL"), tr("View &Current Log"), &MainWindowEvents::viewCurrentLogChosen);
     addEntry(view, QStringLiteral("mnuCurrentPass"), tr("View Current &Password"),
              &MainWindowEvents::viewCurrentPasswordChosen);
+    addEntry(view, QStringLiteral("mnuHsitoryDaily"), tr("&Select DailyHistory File to View"),
+             &MainWindowEvents::historyChosen);
     view.addSeparator();
     mnLogOffOn_ = addCheckMark(view, QStringLiteral("mnLogOffOn"), tr("Turn &Off Loging"),
                                &MainWindowEvents::turnOffLoggingChosen);
@@ -80,13 +90,33 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
     connect(about, &QAction::triggered, this, [this] { Q_EMIT chosen(&MainWindowEvents::aboutChosen); });
 }
 
+void frmMenus::addRestoreMenu(QMenu& files) {
+    QMenu& restore = *files.addMenu(tr("&Restore Configuration Or Pasword  File From Backup"));
+    describe(restore, QStringLiteral("mnOLB"), tr("Which file, and from which of the two backups"));
+    addEntry(restore, QStringLiteral("mnONLBackup"),
+             tr("Restore &Configuration File Using the Unload Backup (Most Current)"),
+             &MainWindowEvents::restoreSettingsFromUnloadChosen);
+    addEntry(restore, QStringLiteral("mnuNBU"),
+             tr("Restore Configuration File Using  the &Normal Backup (Manul Backup)"),
+             &MainWindowEvents::restoreSettingsFromNormalChosen);
+    addEntry(restore, QStringLiteral("mnuRPassOn"), tr("Restore &Password File Using the Unload Backup (Most Current)"),
+             &MainWindowEvents::restorePasswordsFromUnloadChosen);
+    addEntry(restore, QStringLiteral("mnuPassNormal"),
+             tr("Restore Pass&word  File Using  the Normal Backup (Manul Backup)"),
+             &MainWindowEvents::restorePasswordsFromNormalChosen);
+}
+
 QMenu* frmMenus::addMenu(const QString& name, const QString& caption, const QString& description) {
     QMenu* menu = bar_.addMenu(caption);
-    menu->setObjectName(name);
-    menu->menuAction()->setObjectName(name);
-    menu->setAccessibleName(QString(caption).remove(QLatin1Char('&')));
-    menu->setAccessibleDescription(description);
+    describe(*menu, name, description);
     return menu;
+}
+
+void frmMenus::describe(QMenu& menu, const QString& name, const QString& description) {
+    menu.setObjectName(name);
+    menu.menuAction()->setObjectName(name);
+    menu.setAccessibleName(menu.title().remove(QLatin1Char('&')));
+    menu.setAccessibleDescription(description);
 }
 
 QAction* frmMenus::addEntry(QMenu& menu, const QString& name, const QString& caption, Event event) {

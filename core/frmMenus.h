@@ -31,6 +31,8 @@ Q_SIGNALS:
 
 private:
     QMenu* addMenu(const QString& name, const QString& caption, const QString& description);
+    static void describe(QMenu& menu, const QString& name, const QString& description);
+    void addRestoreMenu(QMenu& files);
     QAction* addEntry(QMenu& menu, const QString& name, const QString& caption, Event event);
     QAction* addCheckMark(QMenu& menu, const QString& name, const QString& caption, Event event);
 

@@ -7,6 +7,7 @@
 #include "core/diagnostics.h"
 #include "core/scan_interval.h"
 #include "core/system_information.h"
+#include "folderpicker/folder_choice.h"
 
 namespace vantrell {
 
@@ -90,6 +91,12 @@ void MainWindowController::folderChosen(FolderKind kind, const Path& folder) {
     p_.window.setFolder(kind, setting);
     if (setting.empty()) p_.window.setLabel2("You can not define a root of any drive!");
     p_.settings.saveSettings();
+    if (!setting.empty()) warnOfFolders();
+}
+
+void MainWindowController::warnOfFolders() {
+    const std::string warning = folderWarning(p_.state.settings);
+    if (!warning.empty()) p_.boxes.inform({kApplicationTitle, warning});
 }
 
 Path& MainWindowController::settingOf(FolderKind kind) {
@@ -110,6 +117,7 @@ void MainWindowController::includeSubfoldersClicked(bool checked) {
     if (p_.state.UiLoading) return;
     p_.state.settings.IncludeSubfolders = checked;
     p_.settings.saveSettings();
+    if (checked) warnOfFolders();
 }
 
 void MainWindowController::intervalSpun(bool up, const std::string& text) { takeInterval(intervalAfterSpin(text, up)); }
@@ -125,6 +133,7 @@ void MainWindowController::takeInterval(std::int32_t milliseconds) {
 
 void MainWindowController::timCurTime_Timer() {
     p_.window.setClock(timeText(p_.clock.now()));
+    p_.others.weeklyClockTick();
     p_.notices.tick();
 }
 
@@ -211,8 +220,10 @@ void MainWindowController::closeForGood() {
     passwordLookup_.abort();
     p_.menus.abort();
     passes_.abort();
+    p_.others.abort();
     p_.settings.saveSettings();
     p_.log.saveForGood();
+    p_.others.backUpOnClose();
     p_.timRun.setEnabled(false);
     p_.tray.remove();
     p_.notices.operatorActed();

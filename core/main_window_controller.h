@@ -24,6 +24,25 @@
 
 namespace vantrell {
 
+/// The other windows and the housekeeping, as the controller reaches them: each a plain command.
+struct OtherCommands {
+    std::function<void()> editPasswords;
+    std::function<void()> chooseHistory;
+    std::function<void()> backUp;
+    std::function<void()> restoreSettingsFromUnload;
+    std::function<void()> restoreSettingsFromNormal;
+    std::function<void()> restorePasswordsFromUnload;
+    std::function<void()> restorePasswordsFromNormal;
+    std::function<void()> scheduleWeeklyDelete;
+    std::function<void()> deleteDoneNow;
+    /// Shows the schedule, and begins the weekly delete when its minute has come.
+    std::function<void()> weeklyClockTick;
+    /// When the program ends: whatever is at work or open goes, undone where it is not whole.
+    std::function<void()> abort;
+    /// When the program ends, behind the last save of the settings.
+    std::function<void()> backUpOnClose;
+};
+
 /// What the controller works with; everything outlives it.
 struct ControllerParts {
     ProgramState& state;
@@ -44,6 +63,7 @@ struct ControllerParts {
     StartupEntry& entry;
     OptionMenus& menus;
     Notices& notices;
+    OtherCommands others;
 };
 
 /// Decides what the main window's buttons, fields and timers do, and how the program closes.
@@ -57,6 +77,7 @@ public:
     void exitPressed() override;
     bool folderPressed(FolderKind kind) override;
     void folderChosen(FolderKind kind, const Path& folder) override;
+    void schedulePressed() override { p_.others.scheduleWeeklyDelete(); }
     void includeSubfoldersClicked(bool checked) override;
     void intervalSpun(bool up, const std::string& text) override;
     void intervalEdited(const std::string& text) override;
@@ -66,7 +87,15 @@ public:
     void removeFromStartupChosen() override { p_.menus.mnuRemoveFromStartup(); }
     void startOnLoadChosen() override { p_.menus.mnuStartOnLoad(); }
     void runNormalChosen() override { p_.menus.mnmax(); }
+    void passwordsChosen() override { p_.others.editPasswords(); }
+    void backupChosen() override { p_.others.backUp(); }
     void overwriteChosen() override { p_.menus.mnOW(); }
+    void deleteDoneChosen() override { p_.others.deleteDoneNow(); }
+    void restoreSettingsFromUnloadChosen() override { p_.others.restoreSettingsFromUnload(); }
+    void restoreSettingsFromNormalChosen() override { p_.others.restoreSettingsFromNormal(); }
+    void restorePasswordsFromUnloadChosen() override { p_.others.restorePasswordsFromUnload(); }
+    void restorePasswordsFromNormalChosen() override { p_.others.restorePasswordsFromNormal(); }
+    void historyChosen() override { p_.others.chooseHistory(); }
     void viewCurrentLogChosen() override;
     void viewCurrentPasswordChosen() override;
     void turnOffLoggingChosen() override;
@@ -95,6 +124,7 @@ private:
     void switchLogging(bool turnedOff, const char* event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
+    void warnOfFolders();
     [[nodiscard]] AboutFacts aboutFacts() const;
 
     ControllerParts p_;

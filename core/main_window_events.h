@@ -27,6 +27,8 @@ public:
     virtual void intervalSpun(bool up, const std::string& text) = 0;
     virtual void intervalEdited(const std::string& text) = 0;
     /// The close box. The window never closes by itself; it is hidden or closed through MainWindow.
+    /// Button "Weekly Auto-Delete Scheduler".
+    virtual void schedulePressed() = 0;
     virtual void closeBoxPressed() = 0;
     virtual void minimized() = 0;
 
@@ -37,11 +39,19 @@ public:
     virtual void runNormalChosen() = 0;
 
     // Menu "Passwords and Files"
+    virtual void passwordsChosen() = 0;
+    virtual void backupChosen() = 0;
     virtual void overwriteChosen() = 0;
+    virtual void deleteDoneChosen() = 0;
+    virtual void restoreSettingsFromUnloadChosen() = 0;
+    virtual void restoreSettingsFromNormalChosen() = 0;
+    virtual void restorePasswordsFromUnloadChosen() = 0;
+    virtual void restorePasswordsFromNormalChosen() = 0;
 
     // Menu "View"
     virtual void viewCurrentLogChosen() = 0;
     virtual void viewCurrentPasswordChosen() = 0;
+    virtual void historyChosen() = 0;
     virtual void turnOffLoggingChosen() = 0;
 
     virtual void aboutChosen() = 0;

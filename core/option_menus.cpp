@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/display_text.h"
+#include "folderpicker/folder_choice.h"
 
 namespace vantrell {
 
@@ -116,6 +117,8 @@ Task<void> OptionMenus::checkOverwrite() {
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
     saved();
+    const std::string warning = folderWarning(state_.settings);
+    if (!warning.empty()) inform(kApplicationTitle, warning);
 }
 
 bool OptionMenus::passIsActive() {

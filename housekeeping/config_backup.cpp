@@ -12,8 +12,6 @@ namespace {
 
 constexpr char kSettings[] = "ZEP.cfg";
 constexpr char kPasswords[] = "EDPasswords.mdb";
-constexpr char kByHand[] = "Config Backup";
-constexpr char kOnClose[] = "Last Config Backup";
 
 constexpr char kSettingsRestored[] = "Configruation file has been restored from backup.";
 constexpr char kSettingsNotRestored[] = "Configruation file has NOT been restored from backup.";
@@ -47,7 +45,7 @@ std::string unexpectedError() {
 Task<void> ConfigBackup::backupConfig() {
     std::vector<std::string> texts;
     try {
-        const Path folder = makeBackupFolder(kByHand);
+        const Path folder = makeBackupFolder(kBackupByHand);
         texts.push_back(settingsBackedUp(folder));
         // Before the first box is answered, however long that takes.
         texts.push_back(co_await passwordsBackedUp(folder));
@@ -86,7 +84,7 @@ Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
 // When the program ends
 
 void ConfigBackup::onCloseConfigBackup() noexcept try {
-    const Path folder = makeBackupFolder(kOnClose);
+    const Path folder = makeBackupFolder(kBackupOnClose);
     const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
     const auto copy = [&](const char* name, Copy method) {
         if (!exists(live(name))) return;
@@ -104,13 +102,13 @@ void ConfigBackup::onCloseConfigBackup() noexcept try {
 // Restoring
 
 void ConfigBackup::restoreOnCloseConfig() {
-    restoreConfig(kOnClose, {kSettingsNotRestored, kSettingsRestored, kSettingsNotRestored,
-                             "   Configruation file has NOT been restored from backup."});
+    restoreConfig(kBackupOnClose, {kSettingsNotRestored, kSettingsRestored, kSettingsNotRestored,
+                                   "   Configruation file has NOT been restored from backup."});
 }
 
 void ConfigBackup::restoreNormalConfig() {
-    restoreConfig(kByHand, {"Configuration file has NOT been restored from backup.", kSettingsRestored,
-                            kSettingsNotRestored, "   Configruation file has NOT been restored from backup."});
+    restoreConfig(kBackupByHand, {"Configuration file has NOT been restored from backup.", kSettingsRestored,
+                                  kSettingsNotRestored, "   Configruation file has NOT been restored from backup."});
 }
 
 // Nobody waits for the box: until the settings are read, whatever saves them would undo the restore.
@@ -125,13 +123,13 @@ void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try
 }
 
 Task<void> ConfigBackup::restoreOnClosePassword() {
-    return restorePassword(kOnClose, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
-                                      "   Password file has NOT been restored from backup."});
+    return restorePassword(kBackupOnClose, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
+                                            "   Password file has NOT been restored from backup."});
 }
 
 Task<void> ConfigBackup::restoreNormalPassword() {
-    return restorePassword(kByHand, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
-                                     "  Password file has NOT been restored from backup."});
+    return restorePassword(kBackupByHand, {kPasswordsNotRestored, kPasswordsRestored, kPasswordsNotRestored,
+                                           "  Password file has NOT been restored from backup."});
 }
 
 Task<void> ConfigBackup::restorePassword(const char* folderName, RestoreTexts texts) {

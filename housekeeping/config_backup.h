@@ -27,6 +27,10 @@ struct BackupParts {
     std::function<void()> closeStoreObjects;
 };
 
+/// The folders of the two copies, below `AppFolder`.
+inline constexpr char kBackupByHand[] = "Config Backup";
+inline constexpr char kBackupOnClose[] = "Last Config Backup";
+
 /// Two copies of ZEP.cfg and EDPasswords.mdb below `AppFolder`: "Config Backup", made by hand, and "Last Config
 /// Backup", made when the program ends. A file is copied whole or not at all; a failed copy leaves its target as it
 /// was. What is no whole settings file or no password file is neither backed up nor restored.

@@ -84,6 +84,19 @@ public:
                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); },
                   [this] { return lookUp(this); }};
     FakeHost host;
+    std::vector<std::string> commands;  // what the controller asked of the other windows
+    OtherCommands others{command("passwords"),
+                         command("history"),
+                         command("backup"),
+                         command("settings, unload"),
+                         command("settings, normal"),
+                         command("passwords, unload"),
+                         command("passwords, normal"),
+                         command("schedule"),
+                         command("delete done"),
+                         [] {},
+                         command("abort"),
+                         command("backup on close")};
     FakeStartupEntry entry;
     OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
     bool hasQuit = false;
@@ -107,10 +120,14 @@ public:
                 tray,
                 entry,
                 menus,
-                notices};
+                notices,
+                others};
     }
 
 private:
+    std::function<void()> command(const char* name) {
+        return [this, name] { commands.emplace_back(name); };
+    }
     static Task<void> lookUp(PassBench* bench) {
         bench->state.ActivePassword = bench->passwordOfStore;
         co_return;

@@ -40,7 +40,7 @@ TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
     } while (window.focusWidget() != first && names.size() < 20);
     EXPECT_EQ(names, (Seen{"cmdSelectSource1", "chkActivateSF", "cmdSelectSource2", "cmdSelectSource3",
-                           "cmdSelectSource4", "ctNEdit1", "cmdStartDir", "cmdStopDir", "cmdExit"}));
+                           "cmdSelectSource4", "ctNEdit1", "cmdSched", "cmdStartDir", "cmdStopDir", "cmdExit"}));
 }
 
 TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
@@ -141,7 +141,7 @@ TEST_F(MainWindowTest, GrowsWithItsFont) {
     QFont twice = usual;
     twice.setPointSizeF(2 * usual.pointSizeF());
     QApplication::setFont(twice);
-    frmMain large(lines);
+    frmMain large(lines, toolbox);
     QApplication::setFont(usual);
     large.show();
     EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));

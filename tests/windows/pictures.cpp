@@ -13,9 +13,12 @@
 
 #include "core/about_facts.h"
 #include "core/frmMain.h"
+#include "platform/linux/posix_toolbox.h"
 #include "platform/linux/spilled_lines.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_tray.h"
+#include "support/doubles.h"
+#include "support/hand_cranked_loop.h"
 #include "task/run_queue.h"
 #include "windows/passwords_picture.h"
 
@@ -152,7 +155,10 @@ void drawAbout(frmMain& window, const QDir& folder, const QString& theme) {
 void drawAll(const QDir& folder, const QString& theme) {
     const vantrell::Path spillFolder = QDir::tempPath().toStdString();
     vantrell::SpilledLines lines(spillFolder);
-    frmMain window(lines);
+    vantrell::test::HandCrankedLoop loop;
+    vantrell::test::SettableClock clock;
+    vantrell::PosixToolbox toolbox(loop, clock);
+    frmMain window(lines, toolbox);
     showEmpty(window);
     window.setNormalSize();
     window.showWindow();

@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "core/frmMain.h"
+#include "platform/linux/posix_toolbox.h"
 #include "platform/linux/spilled_lines.h"
 #include "support/controls.h"
+#include "support/doubles.h"
+#include "support/hand_cranked_loop.h"
 #include "support/temporary_folder.h"
 
 namespace vantrell::test {
@@ -36,6 +39,15 @@ public:
     void removeFromStartupChosen() override { seen.emplace_back("remove"); }
     void startOnLoadChosen() override { seen.emplace_back("start on load"); }
     void runNormalChosen() override { seen.emplace_back("run normal"); }
+    void schedulePressed() override { seen.emplace_back("schedule"); }
+    void passwordsChosen() override { seen.emplace_back("passwords"); }
+    void backupChosen() override { seen.emplace_back("backup"); }
+    void deleteDoneChosen() override { seen.emplace_back("delete done"); }
+    void restoreSettingsFromUnloadChosen() override { seen.emplace_back("settings, unload"); }
+    void restoreSettingsFromNormalChosen() override { seen.emplace_back("settings, normal"); }
+    void restorePasswordsFromUnloadChosen() override { seen.emplace_back("passwords, unload"); }
+    void restorePasswordsFromNormalChosen() override { seen.emplace_back("passwords, normal"); }
+    void historyChosen() override { seen.emplace_back("history"); }
     void overwriteChosen() override { seen.emplace_back("overwrite"); }
     void viewCurrentPasswordChosen() override { seen.emplace_back("password"); }
     void aboutChosen() override { seen.emplace_back("about"); }
@@ -68,7 +80,10 @@ protected:
     TemporaryFolder folder;
     Path folderOfLines = folder.path();
     SpilledLines lines{folderOfLines};
-    frmMain window{lines};
+    HandCrankedLoop loop;
+    SettableClock clock;
+    PosixToolbox toolbox{loop, clock};
+    frmMain window{lines, toolbox};
 };
 
 }  // namespace vantrell::test
