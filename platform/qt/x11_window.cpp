@@ -25,8 +25,8 @@ constexpr std::uint32_t kNormalState = 1;
 
 void appearInNormalState(const QWidget& window) {
     const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (application == nullptr || window.internalWinId() == 0) return;
-    xcb_connection_t* x = application->connection();
+    xcb_connection_t* x = application != nullptr ? application->connection() : nullptr;
+    if (x == nullptr || window.internalWinId() == 0) return;
     const auto id = static_cast<xcb_window_t>(window.internalWinId());
     const auto cookie = xcb_get_property(x, 0, id, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 0, Hints().size());
     const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(

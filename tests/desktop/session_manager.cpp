@@ -54,7 +54,10 @@ Status newClient(SmsConn connection, SmPointer, unsigned long* mask, SmsCallback
     calls->save_yourself_phase2_request.callback = [](SmsConn who, SmPointer) { SmsSaveYourselfPhase2(who); };
     calls->save_yourself_done.callback = [](SmsConn, SmPointer, Bool success) { say(success ? "saved" : "not saved"); };
     calls->close_connection.callback = [](SmsConn who, SmPointer, int, char**) {
+        IceConn connection = SmsGetIceConnection(who);
         SmsCleanUp(who);
+        IceSetShutdownNegotiation(connection, False);
+        IceCloseConnection(connection);
         isGone = true;
     };
     calls->set_properties.callback = setProperties;
