@@ -71,22 +71,5 @@ TEST_F(ControllerTest, ChosenFoldersAreTakenRefusedOrEmptied) {
     EXPECT_FALSE(bench.controller.folderPressed(FolderKind::done));
 }
 
-TEST_F(ControllerTest, ClosingForGoodAbortsSavesAndQuits) {
-    writeFile(bench.in("a"), "a");
-    writeFile(bench.out("a.enc"), "old");
-    bench.controller.timRun_Timer();
-    settle();
-    ASSERT_EQ(bench.boxes.openIds.size(), 1U);
-    const std::size_t said = bench.window.lines.size();
-    bench.controller.closeForGood();
-    settle();
-    EXPECT_TRUE(bench.hasQuit && bench.window.closed && bench.state.ClosingForGood);
-    EXPECT_TRUE(bench.boxes.openIds.empty());
-    EXPECT_EQ(bench.window.lines.size(), said) << "nothing further was said";
-    EXPECT_EQ(readFile(bench.in("a")), "a");
-    EXPECT_TRUE(bench.exists(bench.state.SettingsFilePath));
-    EXPECT_EQ(bench.host.started, Texts{"/opt/vantrell/KillZEP"});
-}
-
 }  // namespace
 }  // namespace vantrell::test

@@ -109,17 +109,5 @@ TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     EXPECT_EQ(bench.boxes.informed.back().text, "ZEP is Now Removed Start UP. ");
 }
 
-TEST_F(OptionMenusTest, AWindowHidesOnlyWhereAnIconBringsItBack) {
-    bench.window.visible = true;
-    bench.tray.available = false;
-    bench.place.hide();
-    EXPECT_TRUE(bench.window.visible && bench.window.minimizedState);
-    bench.tray.available = true;
-    bench.place.hide();
-    EXPECT_FALSE(bench.window.visible);
-    bench.place.trayAvailabilityChanged(false);
-    EXPECT_TRUE(bench.window.visible && !bench.window.minimizedState) << "the panel crashed";
-}
-
 }  // namespace
 }  // namespace vantrell::test

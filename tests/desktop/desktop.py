@@ -12,10 +12,7 @@ import time
 from gi.repository import Gio, GLib
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest  # noqa: E402  (found by the line above)
-
-BUS = """<busconfig><type>session</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/></policy></busconfig>"""
+from harness import ProgramTest, count_of  # noqa: E402,F401  (found by the line above)
 
 
 def wait_until(condition, what, seconds=30):
@@ -104,14 +101,11 @@ class Bus:
     """A message bus that starts no services; it stands for the session's and the system's."""
 
     def __init__(self, test):
-        folder = test.new_folder()
-        path = os.path.join(folder, "bus")
-        configuration = os.path.join(folder, "bus.conf")
-        with open(configuration, "w", encoding="ascii") as file:
-            file.write(BUS.format(path=path))
-        test.spawn(["dbus-daemon", "--nofork", "--config-file", configuration])
-        wait_until(lambda: os.path.exists(path), "the message bus")
+        path = os.path.join(test.new_folder(), "bus")
         self.address = "unix:path=" + path
+        configuration = os.path.join(os.path.dirname(os.path.abspath(__file__)), "bus.conf")
+        test.spawn(["dbus-daemon", "--nofork", "--config-file", configuration, "--address", self.address])
+        wait_until(lambda: os.path.exists(path), "the message bus")
         self.environment = {"DBUS_SESSION_BUS_ADDRESS": self.address, "DBUS_SYSTEM_BUS_ADDRESS": self.address}
         self.test = test
 
@@ -159,10 +153,9 @@ class Service:
 class DesktopTest(ProgramTest):
     def spawn(self, command, environment=None, **popen):
         home = self.new_folder()
-        process = subprocess.Popen(
-            command, stdout=popen.pop("stdout", subprocess.DEVNULL), stderr=subprocess.DEVNULL,
-            env={**os.environ, "HOME": home, "XDG_CONFIG_HOME": home, "XDG_RUNTIME_DIR": home, **(environment or {})},
-            **popen)
+        environment = {"HOME": home, "XDG_CONFIG_HOME": home, "XDG_RUNTIME_DIR": home, **(environment or {})}
+        process = subprocess.Popen(command, env={**os.environ, **environment},
+                                   **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **popen})
         self.addCleanup(self.stop, process)
         return process
 
@@ -179,16 +172,14 @@ class DesktopTest(ProgramTest):
 
     def start_program(self, *environments, **settings):
         """The program with its profile; processing by itself, and so allowed to hide, unless told otherwise."""
-        profile = self.new_profile()
-        profile.settings(**settings)
-        profile.passwords()
+        profile = self.ready_profile(**settings)
         process = profile.start(environment={key: value for given in environments for key, value in given.items()})
         return profile, process
 
     def start_hidden(self, screen, *environments):
         """As `start_program`, with the window where it lives between two looks at it."""
         profile, process = self.start_program(screen.environment, *environments, normal=False)
-        wait_until(lambda: profile.has_logged("ZEP Is PAUSED at"), "the first pass, which comes after hiding")
+        profile.wait_for_log("ZEP Is PAUSED at")  # the first pass, which comes after hiding
         wait_until(screen.is_hidden, "the window to hide")
         return profile, process
 

@@ -7,7 +7,7 @@ import unittest
 
 from gi.repository import Gio, GLib
 
-from desktop import Bus, DesktopTest, Screen, Service, wait_until
+from desktop import Bus, DesktopTest, Screen, Service, count_of, wait_until
 
 GIB = 1 << 30
 RESTART_NEVER = 3  # SmRestartNever
@@ -55,14 +55,11 @@ class ByLogind(DesktopTest):
         self.assertEqual(self.logind.asked, ("shutdown", "Vantrell", "delay"))
 
     def assert_saved_before_the_delay_ends(self):
-        settings = os.path.join(self.profile.data, "ZEP.cfg")
-        os.unlink(settings)
-        self.logind.shut_down()
-        wait_until(lambda: not self.logind.is_delayed(), "the delay's end")
-        self.assertTrue(os.path.exists(settings))
-        self.assertIn("Loaded", self.profile.log())
-        wait_until(lambda: self.process.poll() is not None, "the program's end")
-        self.assertEqual(self.process.returncode, 0)
+        def end():
+            self.logind.shut_down()
+            wait_until(lambda: not self.logind.is_delayed(), "the delay's end")
+            self.assertTrue(os.path.exists(os.path.join(self.profile.data, "ZEP.cfg")))
+        self.assert_ends_in_order(self.profile, self.process, end)
 
     def test_nothing_is_lost(self):
         self.start()
@@ -77,14 +74,10 @@ class ByLogind(DesktopTest):
     def test_in_the_middle_of_a_file(self):
         self.start()
         self.profile.drop("big", size=GIB)
-        wait_until(lambda: self.bytes_written() > GIB // 8, "the file at work")
+        wait_until(lambda: count_of(self.process, "io", "wchar") > GIB // 8, "the file at work")
         self.assert_saved_before_the_delay_ends()
         self.assertEqual(os.path.getsize(os.path.join(self.profile.source, "big")), GIB)
         self.assertEqual(os.listdir(self.profile.destination), [])
-
-    def bytes_written(self):
-        with open(f"/proc/{self.process.pid}/io", encoding="ascii") as file:
-            return next(int(line.split()[1]) for line in file if line.startswith("wchar"))
 
     def test_after_logind_was_started_anew(self):
         self.start()

@@ -81,7 +81,7 @@ class StatusNotifier(DesktopTest):
             self.assertLess(min(opaque), 200, "and for a light one")
         self.end()
 
-    def test_item_and_its_menu_bring_the_window_back(self):
+    def test_item_and_its_menu_bring_the_window_back_and_end(self):
         self.watcher = Watcher(self.bus)
         self.start_in_tray()
         self.assertEqual(list(self.watcher.entries()), ["Edit _Preferences", "_Exit"])
@@ -90,11 +90,6 @@ class StatusNotifier(DesktopTest):
             wait_until(self.screen.is_in_front, "the window")
             self.screen.press("alt+F4")
             wait_until(self.screen.is_hidden, "the window to hide")
-        self.end()
-
-    def test_menu_ends_the_program(self):
-        self.watcher = Watcher(self.bus)
-        self.start_in_tray()
         self.assert_ends_in_order(self.profile, self.process, lambda: self.watcher.choose("_Exit"))
 
     def test_the_panel_goes_and_comes_back(self):

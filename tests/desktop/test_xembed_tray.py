@@ -18,9 +18,18 @@ class Tray(DesktopTest):
     def close(self):
         self.screen.press("alt+F4")
 
-    def open_pop_up(self):
+    def test_pop_up_brings_the_window_back_and_ends_the_program(self):
+        self.start_in_tray()
         self.screen.click(3)
         wait_until(self.screen.pop_up, "the pop-up menu")
+        self.assertFalse(self.screen.is_shown())
+        self.screen.press("p")
+        wait_until(self.screen.is_in_front, "the window")
+        self.close()
+        wait_until(self.screen.is_hidden, "the window to hide")
+        self.screen.click(3)
+        wait_until(self.screen.pop_up, "the pop-up menu")
+        self.assert_ends_in_order(self.profile, self.process, lambda: self.screen.press("e"))
 
     def test_left_button_once_or_twice_brings_the_window_back(self):
         self.start_in_tray()
@@ -35,19 +44,6 @@ class Tray(DesktopTest):
                 put_away()
                 wait_until(self.screen.is_hidden, "the window to hide")
         self.assertEqual(self.profile.end(self.process), 0)
-
-    def test_pop_up_brings_the_window_back(self):
-        self.start_in_tray()
-        self.open_pop_up()
-        self.assertFalse(self.screen.is_shown())
-        self.screen.press("p")
-        wait_until(self.screen.is_in_front, "the window")
-        self.assertEqual(self.profile.end(self.process), 0)
-
-    def test_pop_up_ends_the_program(self):
-        self.start_in_tray()
-        self.open_pop_up()
-        self.assert_ends_in_order(self.profile, self.process, lambda: self.screen.press("e"))
 
     def test_the_window_comes_back_when_the_tray_crashes_and_the_icon_when_it_is_back(self):
         self.start_in_tray()

@@ -71,16 +71,6 @@ TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
     EXPECT_EQ(namesIn(folder.path()).size(), 3U);
 }
 
-TEST_F(DataFilesTest, SettingAsideNeverReplaces) {
-    writeFile(file, "one");
-    EXPECT_FALSE(files.setAside(file, "f.old"));
-    writeFile(file, "two");
-    EXPECT_EQ(files.setAside(file, folder / "f.old").kind, FaultKind::nameTaken);
-    EXPECT_EQ(readFile(folder / "f.old"), "one");
-    EXPECT_EQ(readFile(file), "two");
-    EXPECT_EQ(files.setAside(folder / "missing", "x").kind, FaultKind::notThere);
-}
-
 TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {
     const std::string far(200000, 'x');
     const std::pair<std::string, std::string> cases[] = {
@@ -100,19 +90,6 @@ TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {
     writeFile(file, "torn");
     EXPECT_FALSE(files.appendLines(file, "new\r\n", false));
     EXPECT_EQ(readFile(file), "tornnew\r\n");
-}
-
-TEST_F(DataFilesTest, OnlyNewFoldersBecomePrivate) {
-    folder.makeFolder("there");
-    fs::permissions(folder / "there", fs::perms{0755});
-    EXPECT_FALSE(files.makePrivateFolders(folder / "there/Quillon, Inc/Bin"));
-    EXPECT_FALSE(files.makePrivateFolders(folder / "there/Quillon, Inc/Bin"));
-    EXPECT_EQ(modeOf(folder / "there"), 0755U);
-    EXPECT_EQ(modeOf(folder / "there/Quillon, Inc"), 0700U);
-    EXPECT_EQ(modeOf(folder / "there/Quillon, Inc/Bin"), 0700U);
-    writeFile(file, "in the way");
-    EXPECT_TRUE(files.makePrivateFolders(file + "/below"));
-    EXPECT_TRUE(files.makePrivateFolders(file));
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ TEST(PosixHost, AStartedProgramInheritsNothingOfOurs) {
     EXPECT_TRUE(report.ends_with("/dev/null\n")) << report;
 }
 
-TEST(PosixHost, WhatCannotBeStartedIsReported) {
+TEST(PosixHost, StartsFromTheSearchPathAndReportsWhatCannotBeStarted) {
     const TemporaryFolder folder;
     writeFile(folder / "text", "no program");
     PosixHost host;
@@ -72,27 +72,8 @@ TEST(PosixHost, WhatCannotBeStartedIsReported) {
     EXPECT_FALSE(host.startProgram(folder / "text"));
     EXPECT_FALSE(host.startProgram(folder.path()));
     EXPECT_FALSE(host.startFromSearchPath("vantrell-no-such-program", {}));
-}
-
-TEST(PosixHost, StartsWhatTheSearchPathHolds) {
-    const TemporaryFolder folder;
-    PosixHost host;
     ASSERT_TRUE(host.startFromSearchPath("touch", {folder / "a b", folder / "c"}));
     EXPECT_TRUE(appears(folder / "a b") && appears(folder / "c"));
-}
-
-TEST(PosixInstanceLock, OneHolderForEachFolder) {
-    const TemporaryFolder folder;
-    PosixInstanceLock second;
-    {
-        PosixInstanceLock first;
-        EXPECT_TRUE(first.tryLock(folder.path()));
-        EXPECT_FALSE(second.tryLock(folder.path()));
-        EXPECT_TRUE(first.tryLock(folder.path())) << "asking again keeps the lock";
-        EXPECT_FALSE(second.tryLock(folder.path()));
-    }
-    EXPECT_TRUE(second.tryLock(folder.path()));
-    EXPECT_TRUE(PosixInstanceLock().tryLock(folder / "missing")) << "start-up goes on";
 }
 
 }  // namespace

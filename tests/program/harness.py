@@ -43,6 +43,12 @@ def write(path, data=b""):
         file.write(data)
 
 
+def count_of(process, file, name):
+    """A number that the system keeps about a process."""
+    with open(f"/proc/{process.pid}/{file}", encoding="ascii") as lines:
+        return next(int(line.split()[1]) for line in lines if line.startswith(name))
+
+
 class Profile:
     def __init__(self, done_parent=None):
         self.root = tempfile.mkdtemp(prefix="vantrell-program-")

@@ -5,7 +5,7 @@ import os
 import socket
 import unittest
 
-from harness import ProgramTest, decrypted, read, wait_until, write
+from harness import ProgramTest, count_of, decrypted, read, wait_until, write
 
 NAMES = [b"-rf", b"--help", b"a b", b" lead", b"quo'te\"s", b"back\\slash", b"line\nbreak", b"\xff\xfe\x80", b".hidden",
          "\u00fcml\u00e4ut \u65e5\u672c".encode(), b"a.b.c", b"no-extension", b"n" * 251, b"x.encx", b"%s%n"]
@@ -62,19 +62,14 @@ class Files(ProgramTest):
         profile.drop("small", b"x")
         process = profile.start()
         wait_until(lambda: os.path.exists(os.path.join(profile.done, "small")), "the small file")
-        before = resident_kib(process)
+        before = count_of(process, "status", "VmRSS")
         profile.drop("big", size=2 << 30)
         most = 0
         while not os.path.exists(os.path.join(profile.done, "big")):
-            most = max(most, resident_kib(process))
+            most = max(most, count_of(process, "status", "VmRSS"))
         self.assertEqual(profile.end(process), 0)
         self.assertEqual(os.path.getsize(os.path.join(profile.destination, "big.enc")), (2 << 30) + 16)
         self.assertLess(most - before, 32 * 1024)
-
-
-def resident_kib(process):
-    with open(f"/proc/{process.pid}/status", encoding="ascii") as file:
-        return next(int(line.split()[1]) for line in file if line.startswith("VmRSS"))
 
 
 if __name__ == "__main__":

@@ -7,14 +7,13 @@ import signal
 import time
 import unittest
 
-from harness import ProgramTest, decrypted, read, wait_until, write
+from harness import ProgramTest, count_of, decrypted, read, wait_until, write
 
 BIG = 1 << 30
 
 
 def bytes_written(process):
-    with open(f"/proc/{process.pid}/io", encoding="ascii") as file:
-        return next(int(line.split()[1]) for line in file if line.startswith("wchar"))
+    return count_of(process, "io", "wchar")
 
 
 class InOrder(ProgramTest):

@@ -80,54 +80,24 @@ public:
     WindowPlace place{window, tray};
     RecordingNotifier notifier;
     Notices notices{notifier, clock, window, place};
+    const std::function<Task<void>()> find = [this] { return lookUp(this); };
     ScanPass pass{{state, window, report, log, settings, toolbox, boxes, loop, clock, timRun, mode, notices},
                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); },
-                  [this] { return lookUp(this); }};
+                  find};
     FakeHost host;
-    std::vector<std::string> commands;  // what the controller asked of the other windows
-    OtherCommands others{command("passwords"),
-                         command("history"),
-                         command("backup"),
-                         command("settings, unload"),
-                         command("settings, normal"),
-                         command("passwords, unload"),
-                         command("passwords, normal"),
-                         command("schedule"),
-                         command("delete done"),
-                         [] {},
-                         command("abort"),
-                         command("backup on close")};
+    const std::function<void()> none = [] {};
+    OtherCommands others{none, none, none, none, none, none, none, none, none, none, none, none};
     FakeStartupEntry entry;
     OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
     bool hasQuit = false;
     MainWindowController controller{parts(), [this] { hasQuit = true; }};
 
     ControllerParts parts() {
-        return {state,
-                window,
-                report,
-                log,
-                settings,
-                boxes,
-                loop,
-                clock,
-                host,
-                timRun,
-                mode,
-                pass,
-                [this] { return lookUp(this); },
-                place,
-                tray,
-                entry,
-                menus,
-                notices,
-                others};
+        return {state, window, report, log,   settings, boxes, loop,  clock,   host,  timRun,
+                mode,  pass,   find,   place, tray,     entry, menus, notices, others};
     }
 
 private:
-    std::function<void()> command(const char* name) {
-        return [this, name] { commands.emplace_back(name); };
-    }
     static Task<void> lookUp(PassBench* bench) {
         bench->state.ActivePassword = bench->passwordOfStore;
         co_return;

@@ -201,21 +201,16 @@ TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
 
 TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     writeFile(bench.in("a"), "a");
-    bench.state.SinglePassMode = true;
-    bench.timRun.setEnabled(true);
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_FALSE(bench.timRun.isEnabled());
-    EXPECT_FALSE(bench.state.SinglePassMode);
-    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
-
-    (void)bench.messages();
-    writeFile(bench.in("a"), "a");
+    writeFile(bench.out("a.enc"), "old");
     writeFile(bench.in("b"), "b");
+    bench.timRun.setEnabled(true);
     bench.boxes.answerNext(Answer::no);
     bench.state.SinglePassMode = true;
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.names(bench.state.settings.SourceFolder), Texts{"b"}) << "a failed file ends it";
     EXPECT_FALSE(bench.timRun.isEnabled());
+    EXPECT_FALSE(bench.state.SinglePassMode);
+    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
     EXPECT_EQ(bench.messages().back(), paused());
 }
 

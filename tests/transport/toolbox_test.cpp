@@ -51,15 +51,6 @@ TEST_F(Toolbox, TheFileDateIsTheArrivalAndNotTheModificationTime) {
     EXPECT_EQ(toolbox.fileDate(folder / "none"), std::chrono::system_clock::time_point());
 }
 
-TEST_F(Toolbox, ListsTheFilesThatAPersonSees) {
-    folder.makeFolder("sub");
-    for (const char* name : {"b", "a.txt", ".hidden", "B", "sub/deep", "\xFF"}) writeFile(folder / name, "x");
-    std::filesystem::create_symlink("b", folder / "link");
-    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
-    EXPECT_EQ(loop.valueOf(toolbox.listFiles(folder.path() + "/")), (Names{"B", "a.txt", "b", "\xFF"}));
-    EXPECT_EQ(loop.valueOf(toolbox.listFiles(folder / "none")), Names{});
-}
-
 TEST_F(Toolbox, RemovesTheFileOfThatDateAlone) {
     writeFile(folder / "old", "x");
     const FileDate date = toolbox.fileDate(folder / "old");
@@ -71,17 +62,13 @@ TEST_F(Toolbox, RemovesTheFileOfThatDateAlone) {
     EXPECT_EQ(removed("none", date), FaultKind::notThere);
     std::filesystem::create_symlink("old", folder / "link");
     EXPECT_EQ(removed("link", toolbox.fileDate(folder / "link")), FaultKind::other);
-    EXPECT_EQ(removed("link", date), FaultKind::other);
-    folder.makeFolder("sub");
-    EXPECT_EQ(removed("sub", toolbox.fileDate(folder / "sub")), FaultKind::other);
-    EXPECT_EQ(namesIn(folder.path()), (Names{"link", "old", "sub"}));
-
+    EXPECT_EQ(namesIn(folder.path()), (Names{"link", "old"}));
     writeFile(folder / "new", "y");
     std::filesystem::rename(folder / "new", folder / "old");
     EXPECT_EQ(removed("old", date), FaultKind::inUse) << "another file has taken the name";
     EXPECT_EQ(readFile(folder / "old"), "y");
     EXPECT_EQ(removed("old", toolbox.fileDate(folder / "old")), FaultKind::none);
-    EXPECT_EQ(namesIn(folder.path()), (Names{"link", "sub"}));
+    EXPECT_EQ(namesIn(folder.path()), Names{"link"});
 }
 
 TEST_F(Toolbox, RemovesALargeFileInStepsAndKeepsItForOthers) {
@@ -102,20 +89,6 @@ TEST_F(Toolbox, RemovesALargeFileInStepsAndKeepsItForOthers) {
     ASSERT_EQ(::fstat(watcher.get(), &status), 0);
     EXPECT_LE(status.st_size, off_t{64} << 20U);
     EXPECT_EQ(namesIn(folder.path()), Names{});
-}
-
-TEST_F(Toolbox, ACopyReplacesItsTargetAndGetsThePermissions) {
-    writeFile(folder / "one", "new words");
-    writeFile(folder / "other", "old");
-    const UniqueFd reader(::open((folder / "other").c_str(), O_RDONLY | O_CLOEXEC));
-    EXPECT_FALSE(loop.valueOf(toolbox.copy(folder / "one", folder / "other", 0600)));
-    EXPECT_EQ(readFile(folder / "other"), "new words");
-    EXPECT_EQ(readFile(folder / "one"), "new words");
-    EXPECT_EQ(statusAt(folder / "other").st_mode & 07777U, 0600U);
-    char old[8] = {};
-    EXPECT_EQ(::read(reader.get(), old, sizeof old), 3) << "whoever reads the old file keeps it whole";
-    EXPECT_EQ(loop.valueOf(toolbox.copy(folder / "none", folder / "other", 0600)).kind, FaultKind::notThere);
-    EXPECT_EQ(readFile(folder / "other"), "new words");
 }
 
 }  // namespace

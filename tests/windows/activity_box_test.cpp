@@ -79,12 +79,6 @@ TEST_F(ActivityBoxTest, StaysFastWithManyLines) {
         ASSERT_EQ(top.data().toString(), QStringLiteral("line %1").arg(top.row() + 1));
     }
     EXPECT_LT(time.elapsed(), 2000) << "scrolling is slow";
-
-    box->selectAll();
-    time.restart();
-    QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_LT(time.elapsed(), 1000);
-    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(QStringLiteral("line 200000\nline 200001")));
 }
 
 }  // namespace vantrell::test

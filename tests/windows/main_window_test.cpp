@@ -2,7 +2,6 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QToolTip>
-#include <QWheelEvent>
 
 #include "support/temporary_folder.h"
 #include "windows/window_harness.h"
@@ -15,14 +14,6 @@ TEST_F(MainWindowTest, ForwardsTheButtons) {
         click(name);
     EXPECT_EQ(events.seen, (Seen{"start", "stop", "exit", "folder 1", "folder 2", "folder 3", "folder 4"}));
     EXPECT_EQ(window.findChild<QFileDialog*>(), nullptr) << "the folder buttons were refused";
-}
-
-TEST_F(MainWindowTest, TakesTheKeyboardsWay) {
-    QTest::keyClick(&window, Qt::Key_N, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return events.seen.size() == 1; }));
-    find<QPushButton>("cmdStopDir")->setFocus();
-    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(events.seen, (Seen{"folder 3", "stop"}));
 }
 
 TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
@@ -44,21 +35,6 @@ TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
     EXPECT_EQ(window.focusWidget(), nullptr);
     window.setStopEnabled(true);
     EXPECT_EQ(window.focusWidget(), find<QPushButton>("cmdStopDir"));
-}
-
-TEST_F(MainWindowTest, SpinsWhatItIsToldToShow) {
-    window.setMinutes("5");
-    auto* field = find<frmMinutesField>("ctNEdit1");
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_Up);
-    EXPECT_EQ(field->text(), QStringLiteral("5"));
-    window.setMinutes("6");
-    QTest::keyClick(field, Qt::Key_Down);
-    const QPointF middle = QRectF(field->rect()).center();
-    QWheelEvent wheel(middle, field->mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
-    QCoreApplication::sendEvent(field, &wheel);
-    EXPECT_EQ(events.seen, (Seen{"up 5", "down 6", "up 6"}));
 }
 
 TEST_F(MainWindowTest, TellsATypedNumberOnce) {
@@ -111,10 +87,8 @@ TEST_F(MainWindowTest, LongTextsMoveNothing) {
     window.setPanel1(deep);
     window.setSchedule(deep);
     window.setCurrentFile(deep);
-    window.setTotalFiles(2147483647);
     window.setProcessedCount(2147483647);
     window.setModeLabel("Mode: Auto");
-    ASSERT_TRUE(showsText("lblSourcePath", deep));
     ASSERT_TRUE(showsText("lblCurNumFilesProcessed", "2147483647"));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(window.size(), size);
@@ -177,7 +151,6 @@ TEST_F(MainWindowTest, ShowsTheWorkWithoutBeingBusyWithIt) {
     EXPECT_TRUE(showsText("lblCurNumFilesProcessed", "10000"));
     EXPECT_TRUE(showsText("lblCurrentProcessingFile", "file 10000"));
     EXPECT_EQ(find<QProgressBar>("prgFile")->text(), QStringLiteral("50 %"));
-    EXPECT_TRUE(find<QProgressBar>("prgFile")->toolTip().contains(QStringLiteral("KiB of 19.5 KiB")));
     EXPECT_EQ(find<QProgressBar>("prgPass")->text(), QStringLiteral("10000 of 10000 files"));
     window.clearProgress();
     EXPECT_TRUE(QTest::qWaitFor([&] { return find<QProgressBar>("prgFile")->text().isEmpty(); }));
@@ -210,7 +183,6 @@ TEST_F(MainWindowTest, ChoosesAFolderWithoutALoopOfItsOwn) {
         click("cmdSelectSource3");
         QDialog* dialog = window.findChild<QFileDialog*>();
         ASSERT_NE(dialog, nullptr);
-        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Select Current Folder or Create New Folder"));
         accepted ? dialog->accept() : dialog->reject();
         EXPECT_EQ(events.seen, (Seen{"folder 3", "chosen 3 " + (accepted ? folder.path() : std::string())}));
         ASSERT_TRUE(QTest::qWaitFor([&] { return window.findChild<QFileDialog*>() == nullptr; }));
