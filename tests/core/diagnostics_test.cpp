@@ -14,8 +14,6 @@ namespace {
 TEST(MaskedMessage, KeepsTheProgramsOwnWordsAlone) {
     for (const auto& [message, masked] : {
              std::pair("ZEP Timer Is STOPPED", "ZEP Timer Is STOPPED"),
-             std::pair("ZEP Is PAUSED at 14:00:00", "ZEP Is PAUSED at <…>"),
-             std::pair("Encryped:  secret.pdf - Sucessful: ", "Encryped:  <…> - Sucessful: "),
              std::pair("Encrypting:  a - FAILED: b - FAILED: /x/y: No space left on device",
                        "Encrypting:  <…> - FAILED: <…>: No space left on device"),
              std::pair("Encrypting:  a - FAILED: /x: no such thing", "Encrypting:  <…> - FAILED: <…>"),
@@ -25,7 +23,6 @@ TEST(MaskedMessage, KeepsTheProgramsOwnWordsAlone) {
                        "File <…> File exists rename file to <…>"),
              std::pair("File a did move to b", "<…>"),
              std::pair("ZEP Timer Is STOPPED by secret", "<…>"),
-             std::pair("", "<…>"),
          }) {
         EXPECT_EQ(maskedMessage(message), masked);
     }

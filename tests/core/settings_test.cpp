@@ -81,13 +81,6 @@ TEST(SettingsFormat, StopsAtWhatIsNoValueOfTheField) {
 class SettingsFileTest : public ::testing::Test {
 protected:
     SettingsFileTest() { state_.SettingsFilePath = folder_ / "ZEP.cfg"; }
-    std::vector<std::string> keptFiles() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
-            if (entry.path().filename() != "ZEP.cfg") names.push_back(entry.path().filename());
-        return names;
-    }
-
     TemporaryFolder folder_;
     ProgramState state_;
     PosixDataFiles files_;
@@ -103,20 +96,6 @@ TEST_F(SettingsFileTest, SavesAndLoadsAgain) {
     state_.settings = {};
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::whole);
     EXPECT_EQ(state_.settings, example());
-    EXPECT_TRUE(keptFiles().empty());
-}
-
-TEST_F(SettingsFileTest, KeepsAFileThatCouldNotBeReadInFull) {
-    const std::string broken = "\"/in\",#TRUE#,\"/out";
-    writeFile(state_.SettingsFilePath, broken);
-    EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::incomplete);
-    EXPECT_EQ(state_.settings.SourceFolder, "/in");
-    file_.saveSettings();
-    file_.saveSettings();
-    ASSERT_EQ(keptFiles().size(), 1U);
-    EXPECT_EQ(keptFiles().front().substr(0, 16), "ZEP.cfg.20261116");
-    EXPECT_EQ(readFile(folder_ / keptFiles().front()), broken);
-    EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::whole);
 }
 
 TEST_F(SettingsFileTest, DoesNotSaveOverWhatItCannotKeep) {

@@ -12,7 +12,7 @@ import time
 from gi.repository import Gio, GLib
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest, count_of  # noqa: E402,F401  (found by the line above)
+from harness import ProgramTest  # noqa: E402  (found by the line above)
 
 
 def wait_until(condition, what, seconds=30):

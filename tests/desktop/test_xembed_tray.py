@@ -18,17 +18,24 @@ class Tray(DesktopTest):
     def close(self):
         self.screen.press("alt+F4")
 
-    def test_pop_up_brings_the_window_back_and_ends_the_program(self):
+    def open_pop_up(self):
         self.start_in_tray()
         self.screen.click(3)
-        wait_until(self.screen.pop_up, "the pop-up menu")
+        try:
+            wait_until(self.screen.pop_up, "the pop-up menu", 3)
+        except AssertionError:  # a window manager that still works at the hiding takes the menu away
+            self.screen.click(3)
+            wait_until(self.screen.pop_up, "the pop-up menu")
         self.assertFalse(self.screen.is_shown())
+
+    def test_pop_up_brings_the_window_back(self):
+        self.open_pop_up()
         self.screen.press("p")
         wait_until(self.screen.is_in_front, "the window")
-        self.close()
-        wait_until(self.screen.is_hidden, "the window to hide")
-        self.screen.click(3)
-        wait_until(self.screen.pop_up, "the pop-up menu")
+        self.assertEqual(self.profile.end(self.process), 0)
+
+    def test_pop_up_ends_the_program(self):
+        self.open_pop_up()
         self.assert_ends_in_order(self.profile, self.process, lambda: self.screen.press("e"))
 
     def test_left_button_once_or_twice_brings_the_window_back(self):

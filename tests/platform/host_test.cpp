@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "platform/linux/posix_host.h"
+#include "platform/linux/signal_source.h"
 #include "support/appears.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
@@ -74,6 +75,15 @@ TEST(PosixHost, StartsFromTheSearchPathAndReportsWhatCannotBeStarted) {
     EXPECT_FALSE(host.startFromSearchPath("vantrell-no-such-program", {}));
     ASSERT_TRUE(host.startFromSearchPath("touch", {folder / "a b", folder / "c"}));
     EXPECT_TRUE(appears(folder / "a b") && appears(folder / "c"));
+}
+
+TEST(SignalSourceDeathTest, WritesThatFailDoNotEndUs) {
+    const auto survive = [] {
+        const SignalSource source;
+        for (const int signal : {SIGPIPE, SIGXFSZ, SIGIO}) std::raise(signal);
+        ::_exit(0);
+    };
+    EXPECT_EXIT(survive(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

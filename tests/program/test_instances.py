@@ -10,7 +10,6 @@ import unittest
 from harness import ProgramTest, decrypted, read, wait_until, write
 
 
-
 def connection(profile):
     """To the program's socket, by way of a descriptor: the path may be too long for an address."""
     folder = os.open(profile.data, os.O_PATH)
@@ -24,9 +23,9 @@ def connection(profile):
         os.close(folder)
 
 
-def answer(profile, line=b"show\n"):
+def answer(profile):
     with connection(profile) as caller:
-        caller.sendall(line)
+        caller.sendall(b"show\n")
         return caller.recv(100)
 
 

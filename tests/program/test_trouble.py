@@ -5,7 +5,7 @@ import contextlib
 import os
 import unittest
 
-from harness import ProgramTest, decrypted, read, wait_until, write
+from harness import ProgramTest, decrypted, read, write
 
 
 class Failures(ProgramTest):
@@ -33,24 +33,6 @@ class Failures(ProgramTest):
         self.assertTrue(profile.has_logged("Encrypting:  unreadable - FAILED: "))
         self.assertEqual(read(os.path.join(profile.rejected, "unreadable")), b"secret of root")
         self.assertEqual(os.listdir(profile.destination), ["readable.enc"])
-
-    def test_somebody_still_writes(self):
-        profile = self.ready_profile()
-        path = os.path.join(profile.source, "growing")
-        with open(path, "wb") as writer:
-            writer.write(b"half")
-            writer.flush()
-            process = profile.start()
-            profile.wait_for_log(f"File {path} did not encrypt!")
-            profile.drop("other", b"x")
-            wait_until(lambda: os.path.exists(os.path.join(profile.done, "other")), "the other file")
-            self.assertEqual(read(path), b"half")
-            writer.write(b" and half")
-        profile.wait_for_empty_source()
-        self.assertEqual(profile.end(process), 0)
-        self.assertEqual(decrypted(os.path.join(profile.destination, "growing.enc")), b"half and half")
-        self.assertEqual(sum("growing - FAILED" in line for line in profile.log()), 1)
-        self.assertEqual(os.listdir(profile.rejected), [])
 
     def test_files_come_while_others_vanish(self):
         profile = self.ready_profile(overwrite=True)

@@ -25,16 +25,16 @@ public:
     void setModeLabel(const std::string& text) override { mode = text; }
     void setClock(const std::string& text) override { clock = text; }
     void setSchedule(const std::string& text) override { schedule = text; }
-    void setStartEnabled(bool enabled) override { startEnabled = enabled; }
-    void setStopEnabled(bool enabled) override { stopEnabled = enabled; }
+    void setStartEnabled(bool) override {}
+    void setStopEnabled(bool) override {}
     void setWaitPointer(bool waiting) override { waitPointer = waiting; }
     void repaint() override {}
-    void setCurrentFile(const std::string& name) override { currentFile = name; }
-    void setLastFile(const std::string& name) override { lastFile = name; }
+    void setCurrentFile(const std::string&) override {}
+    void setLastFile(const std::string&) override {}
     void setTotalFiles(std::uint64_t count) override { totalFiles = count; }
     void setProcessedCount(std::int32_t count) override { processed = count; }
     void setPassProgress(std::uint64_t, std::uint64_t) override {}
-    void setFileProgress(std::uint64_t done, std::uint64_t) override { fileBytesDone = done; }
+    void setFileProgress(std::uint64_t, std::uint64_t) override {}
     void clearProgress() override {}
     void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
     void setMinutes(const std::string& text) override { minutes = text; }
@@ -53,15 +53,14 @@ public:
     void bringToFront() override {}
     void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
 
-    std::string caption, label2, mode, clock, schedule, currentFile, lastFile, minutes;
+    std::string caption, label2, mode, clock, schedule, minutes;
     std::vector<std::string> panel1, lines;
     std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
     StartupEntry::State entry = StartupEntry::State::none;
-    bool startEnabled = false, stopEnabled = false, waitPointer = false;
-    bool activityShown = false, visible = false, minimizedState = false, closed = false;
-    std::uint64_t totalFiles = 0, fileBytesDone = 0;
+    bool waitPointer = false, activityShown = false, visible = false, minimizedState = false, closed = false;
+    std::uint64_t totalFiles = 0;
     std::int32_t processed = 0;
 };
 

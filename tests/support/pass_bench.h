@@ -89,8 +89,7 @@ public:
     OtherCommands others{none, none, none, none, none, none, none, none, none, none, none, none};
     FakeStartupEntry entry;
     OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
-    bool hasQuit = false;
-    MainWindowController controller{parts(), [this] { hasQuit = true; }};
+    MainWindowController controller{parts(), none};
 
     ControllerParts parts() {
         return {state, window, report, log,   settings, boxes, loop,  clock,   host,  timRun,

@@ -85,7 +85,6 @@ TEST(QuietTimes, TheLaterTimeCountsAndOneInTheFutureNeedsASecondLook) {
     clock.advance(std::chrono::milliseconds(4900));
     EXPECT_FALSE(quiet.isQuiet(stamp));
     clock.advance(std::chrono::milliseconds(200));
-    EXPECT_TRUE(quiet.isQuiet(stamp));
     EXPECT_TRUE(quiet.isQuiet(stamp)) << "the moment before the move asks again";
     ++stamp.size;
     EXPECT_FALSE(quiet.isQuiet(stamp)) << "it has changed: the five seconds begin anew";

@@ -228,16 +228,6 @@ TEST_F(ScanPassTest, StopsWithoutAPassword) {
     EXPECT_EQ(bench.window.processed, 1);
 }
 
-TEST_F(ScanPassTest, TheStartUpPassStopsAtOnceUnlessItIsToRun) {
-    writeFile(bench.in("a"), "a");
-    bench.state.StartupPassMarker = true;
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(bench.messages(), Texts{"User Stopped Encrypting Files"});
-    EXPECT_TRUE(bench.exists(bench.in("a")));
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_FALSE(bench.exists(bench.in("a")));
-}
-
 /// A toolbox whose outputs fail like those of a machine that is full or broken.
 class FailingOutputs final : public ForwardingToolbox {
 public:

@@ -29,17 +29,12 @@ protected:
     frmAbout* about = nullptr;
 };
 
-TEST_F(AboutTest, SaysWhatTheProgramIs) {
-    EXPECT_EQ(about->windowTitle(), QStringLiteral("About Vantrell"));
-    EXPECT_EQ(textOf("lblVersion"), "Version 1.2.3");
+TEST_F(AboutTest, IsOneWindowThatTellsMuchAndHoldsUpNothing) {
+    EXPECT_FALSE(about->isModal());
     QStringList texts;
     for (const auto* label : about->findChildren<QLabel*>()) texts.append(label->text());
-    for (const char* text : {"3.0.9", "3.40.1", "/srv/data", "MIT, without any warranty", qVersion()})
+    for (const char* text : {"Version 1.2.3", "3.0.9", "/srv/data", "MIT, without any warranty", qVersion()})
         EXPECT_TRUE(texts.contains(QString::fromLatin1(text))) << text;
-}
-
-TEST_F(AboutTest, IsOneWindowThatHoldsUpNothing) {
-    EXPECT_FALSE(about->isModal());
     window.showAbout({});
     EXPECT_EQ(window.findChildren<frmAbout*>().size(), 1);
     const FileManager files;

@@ -59,19 +59,17 @@ TEST_F(MenusTest, ForwardWhatIsChosen) {
 
 TEST_F(MenusTest, CheckMarksFollowTheSettingsAndNotTheClick) {
     SettingsRecord settings;
-    const std::tuple<const char*, const char*, bool*> marks[] = {
-        {"mnuStartup", "mnuStartOnLoad", &settings.RunContinuallyAtStartup},
-        {"mnuStartup", "mnmax", &settings.RunNormalAtStartup},
-        {"mnuPasswordsAndFiles", "mnOW", &settings.OverwriteExistingFiles},
-        {"mnview", "mnLogOffOn", &settings.LoggingTurnedOff}};
-    for (const auto& [menu, name, setting] : marks) {
+    const std::pair<const char*, bool*> marks[] = {{"mnuStartOnLoad", &settings.RunContinuallyAtStartup},
+                                                   {"mnmax", &settings.RunNormalAtStartup},
+                                                   {"mnOW", &settings.OverwriteExistingFiles},
+                                                   {"mnLogOffOn", &settings.LoggingTurnedOff}};
+    for (const auto& [name, setting] : marks)
         for (const bool on : {true, false}) {
             *setting = on;
             window.showSettings(settings);
-            choose(menu, name);
+            find<QAction>(name)->trigger();
             EXPECT_EQ(find<QAction>(name)->isChecked(), on) << name;
         }
-    }
 }
 
 TEST_F(MenusTest, SayWhatIsWrongWithTheStartupEntry) {

@@ -84,13 +84,4 @@ TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
     EXPECT_EQ(openBoxes().size(), 1);
 }
 
-TEST_F(MessageBoxesTest, LeavesNothingOpenAtTheEnd) {
-    const Pending asked = boxes->ask(question);
-    boxes->inform({"", "Well then.", Buttons::ok, false});
-    boxes.reset();
-    EXPECT_TRUE(openBoxes().empty());
-    EXPECT_FALSE(loop.queue().isWoken(asked.id()));
-    boxes.emplace(loop.queue(), &window);
-}
-
 }  // namespace vantrell::test

@@ -94,10 +94,6 @@ TEST_F(PasswordsWindowTest, AsksAboveItself) {
     QTest::keyClick(box, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.focusWidget() == find<QWidget>("chkActive"); }));
     EXPECT_EQ(text(), QStringLiteral("new"));
-    window.showWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    alt(Qt::Key_X);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
 }
 
 TEST_F(PasswordsWindowTest, PastedLineBreaksDoNotBecomePartOfAPassword) {
