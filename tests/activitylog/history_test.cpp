@@ -60,10 +60,7 @@ protected:
         reader.readtheHistoryfile(name);
         run();
     }
-    void run() {
-        while (loop.turn()) {
-        }
-    }
+    void run() { loop.settle(); }
     std::vector<std::string> all() {
         std::vector<std::string> lines;
         for (std::size_t i = 0; i < reader.lines().size(); ++i) lines.push_back(reader.lines().line(i));

@@ -13,10 +13,6 @@ protected:
         bench.timRun.setEnabled(true);
         bench.entry.present = StartupEntry::State::works;
     }
-    void settle() {
-        while (bench.loop.turn()) {
-        }
-    }
 
     ManualTimer timMax;
     FakeInstanceLock instance;
@@ -53,13 +49,13 @@ TEST_F(BackupMenusTest, RestoredSettingsWithoutAFolderStopTheTimer) {
 TEST_F(BackupMenusTest, ARestoredPasswordIsTheActiveOneAndNoneStopsEncryption) {
     bench.state.ActivePassword = "live";
     menus.mnuRPassOn();
-    settle();
+    bench.loop.settle();
     EXPECT_EQ(bench.state.ActivePassword, "close");
     EXPECT_TRUE(bench.timRun.isEnabled());
     takeTexts();
     OtherProgram(hand + mdb).run("UPDATE EncDecPasswords SET Active = 0");
     menus.mnuPassNormal();
-    settle();
+    bench.loop.settle();
     EXPECT_EQ(bench.state.ActivePassword, "");
     EXPECT_EQ(takeTexts(), (Strings{"Password file has been restored from backup.",
                                     "There is no active password.  Encryption has stopped."}));
@@ -69,7 +65,7 @@ TEST_F(BackupMenusTest, ARestoredPasswordIsTheActiveOneAndNoneStopsEncryption) {
 TEST_F(BackupMenusTest, TheCopiesAreMadeBeforeABoxIsAnswered) {
     menus.mnBackup();
     menus.mnBackup();
-    settle();
+    bench.loop.settle();
     EXPECT_EQ(takeTexts(), Strings{"Current config file is backed up."});
     EXPECT_EQ(activeIn(hand + mdb), Strings{"live"});
     menus.abort();

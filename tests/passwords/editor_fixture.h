@@ -52,23 +52,12 @@ protected:
     }
     void open() {
         controller.open();
-        turn();
-    }
-    void turn() {
-        while (loop.turn()) {
-        }
-    }
-    /// Longer than a locked file is tried for.
-    void waitLong() {
-        for (int step = 0; step < 700; ++step) {
-            loop.advance(std::chrono::milliseconds(10));
-            turn();
-        }
+        loop.settle();
     }
     void type(const std::string& text) {
         window.text = text;
         controller.passwordEdited();
-        turn();
+        loop.settle();
     }
     void tick(bool set) {
         if (window.active == set) return;
@@ -78,11 +67,11 @@ protected:
     void choose(std::optional<std::size_t> row) {
         window.selected = row;
         controller.listClicked();
-        turn();
+        loop.settle();
     }
     void press(void (PasswordEditorController::*button)()) {
         (controller.*button)();
-        turn();
+        loop.settle();
     }
 
     void expectQuestion(const std::string& text) {

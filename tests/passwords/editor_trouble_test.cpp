@@ -15,6 +15,10 @@ class EditorTroubleTest : public EditorFixture {
 protected:
     void lock() { other.run("BEGIN EXCLUSIVE"); }
     void unlock() { other.run("COMMIT"); }
+    /// As long as anybody tries again.
+    void waitLong() {
+        loop.waitUntil([] { return false; });
+    }
     OtherProgram other{file};
 };
 

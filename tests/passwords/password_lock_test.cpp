@@ -20,19 +20,10 @@ protected:
     void start(Task<bool> task) {
         result.reset();
         tasks.start(keepResult(std::move(task), &result));
-        turn();
+        loop.settle();
     }
-    void turn() {
-        while (loop.turn()) {
-        }
-    }
-    /// Lets time pass in small steps until the task has its result; how long that took.
     std::chrono::milliseconds waitForResult() {
-        for (std::chrono::milliseconds waited{0};; waited += std::chrono::milliseconds(10)) {
-            turn();
-            if (result || !loop.waitsForTime()) return waited;
-            loop.advance(std::chrono::milliseconds(10));
-        }
+        return loop.waitUntil([this] { return result.has_value(); });
     }
 
     OtherProgram other{file};
@@ -56,28 +47,6 @@ TEST_F(LockedPasswordFile, IsReportedAfterFiveSecondsAndLeftAsItIs) {
         EXPECT_EQ(state.ActivePassword, "before");
         EXPECT_EQ(readFile(file), before);
     }
-}
-
-TEST_F(LockedPasswordFile, IsReadOnceTheOtherIsDone) {
-    other.run("BEGIN EXCLUSIVE");
-    start(store.findCurrentPassword());
-    EXPECT_FALSE(result);
-    other.run("UPDATE EncDecPasswords SET Password = 'newer'; COMMIT");
-    EXPECT_LE(waitForResult(), std::chrono::milliseconds(50));
-    EXPECT_EQ(result, true);
-    EXPECT_EQ(state.ActivePassword, "newer");
-    EXPECT_TRUE(boxes.informed.empty());
-}
-
-TEST_F(LockedPasswordFile, SaveTakesWhatWasEnteredWhenItBegan) {
-    other.run("BEGIN IMMEDIATE");
-    start(store.savePassword());
-    editor.password = "typed later";
-    editor.active = false;
-    other.run("COMMIT");
-    waitForResult();
-    EXPECT_EQ(result, true);
-    EXPECT_EQ(stored(), (Strings{"old=0", "new=1"}));
 }
 
 TEST_F(LockedPasswordFile, SaveThatIsCutOffLeavesTheTableAndLocksNothing) {
@@ -117,7 +86,7 @@ TEST_F(LockedPasswordFile, LookUpWaitsForASaveAndIsAbortedCleanly) {
     aborted.start(lookUpActivePassword(store, state));
     TaskGroup lookups(loop.queue());
     lookups.start(lookUpActivePassword(store, state));
-    turn();
+    loop.settle();
     EXPECT_TRUE(state.UiLoading);
     aborted.abort();
     other.run("COMMIT");

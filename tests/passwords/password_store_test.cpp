@@ -6,14 +6,6 @@ namespace {
 
 using PasswordStoreTest = PasswordFixture;
 
-TEST_F(PasswordStoreTest, SuppliedFileIsEmptyAndPutsTheEditorIntoItsNewPasswordState) {
-    EXPECT_TRUE(loop.valueOf(store.openPasswordStore()));
-    EXPECT_TRUE(editor.addButtonShown);
-    EXPECT_TRUE(editor.rows.empty());
-    EXPECT_TRUE(boxes.informed.empty());
-    EXPECT_EQ(readFile(file), suppliedPasswordFile());
-}
-
 TEST_F(PasswordStoreTest, SavesKeepAtMostTheirOneActivePassword) {
     const struct {
         const char* password;
