@@ -21,10 +21,15 @@ struct OptionPath {
 
 void PrintTo(const OptionPath& path, std::ostream* out) { *out << path.name; }
 
-class OptionPaths : public ::testing::TestWithParam<OptionPath> {
+class OptionMenusTest : public ::testing::Test {
 protected:
+    void settle() {
+        bench.loop.turnUntil([] { return false; });
+    }
     PassBench bench;
 };
+
+class OptionPaths : public OptionMenusTest, public ::testing::WithParamInterface<OptionPath> {};
 
 TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     const OptionPath& path = GetParam();
@@ -32,7 +37,7 @@ TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     bench.state.settings.RunNormalAtStartup = path.normal;
     for (const Answer answer : path.answers) bench.boxes.answerNext(answer);
     (bench.menus.*path.click)();
-    bench.loop.turnUntil([] { return false; });
+    settle();
     EXPECT_EQ(bench.state.settings.RunContinuallyAtStartup, path.continuallyAfter);
     EXPECT_EQ(bench.state.settings.RunNormalAtStartup, path.normalAfter);
     EXPECT_TRUE(path.continuallyAfter || path.normalAfter || (!path.continually && !path.normal))
@@ -41,11 +46,9 @@ TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     EXPECT_EQ(bench.boxes.informed.size(), path.informed);
     EXPECT_EQ(bench.window.visible, path.visibleAfter);
     for (const Box& box : bench.boxes.asked) EXPECT_EQ(box.title, "Running Options");
-    const bool changed = path.continually != path.continuallyAfter || path.normal != path.normalAfter;
-    SettingsRecord saved;
-    if (changed) EXPECT_EQ(parseSettings(readFile(bench.state.SettingsFilePath), saved), kSettingsItems);
-    if (changed) EXPECT_EQ(saved, bench.state.settings);
-    if (changed) EXPECT_EQ(bench.window.shown, bench.state.settings);
+    if (path.continually == path.continuallyAfter && path.normal == path.normalAfter) return;
+    EXPECT_EQ(readFile(bench.state.SettingsFilePath), formatSettings(bench.state.settings));
+    EXPECT_EQ(bench.window.shown, bench.state.settings);
 }
 
 constexpr auto kStart = &OptionMenus::mnuStartOnLoad;
@@ -66,24 +69,6 @@ INSTANTIATE_TEST_SUITE_P(
             "uncheck normal, idle, yes, no", false, true, kNormal, {Answer::yes, Answer::no}, true, false, 0, false},
         OptionPath{"a fresh profile checks normal", false, false, kNormal, {}, false, true, 0, true}));
 
-class OptionMenusTest : public ::testing::Test {
-protected:
-    void settle() {
-        bench.loop.turnUntil([] { return false; });
-    }
-    PassBench bench;
-};
-
-TEST_F(OptionMenusTest, DoNothingWhileTheProgramSetsThemItself) {
-    bench.state.UiLoading = true;
-    bench.menus.mnuStartOnLoad();
-    bench.menus.mnmax();
-    bench.menus.mnOW();
-    settle();
-    EXPECT_FALSE(bench.state.settings.RunContinuallyAtStartup || bench.state.settings.RunNormalAtStartup);
-    EXPECT_TRUE(bench.boxes.asked.empty());
-}
-
 TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
     bench.state.settings.RunContinuallyAtStartup = bench.state.settings.RunNormalAtStartup = true;
     bench.window.visible = true;
@@ -100,17 +85,12 @@ TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
 
 TEST_F(OptionMenusTest, OverwritingIsAskedForAndTakenBackWithoutAsking) {
     bench.boxes.answerNext(Answer::no);
-    bench.menus.mnOW();
-    settle();
-    EXPECT_FALSE(bench.state.settings.OverwriteExistingFiles);
-    EXPECT_EQ(bench.boxes.asked[0].title, "File Overwrite Options");
     bench.boxes.answerNext(Answer::yes);
-    bench.menus.mnOW();
-    settle();
-    EXPECT_TRUE(bench.state.settings.OverwriteExistingFiles);
-    bench.menus.mnOW();
-    settle();
-    EXPECT_FALSE(bench.state.settings.OverwriteExistingFiles);
+    for (const bool after : {false, true, false}) {
+        bench.menus.mnOW();
+        settle();
+        EXPECT_EQ(bench.state.settings.OverwriteExistingFiles, after);
+    }
     EXPECT_EQ(bench.boxes.asked.size(), 2U);
 }
 

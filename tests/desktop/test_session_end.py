@@ -76,7 +76,7 @@ class ByLogind(DesktopTest):
 
     def test_in_the_middle_of_a_file(self):
         self.start()
-        self.profile.drop_sparse("big", GIB)
+        self.profile.drop("big", size=GIB)
         wait_until(lambda: self.bytes_written() > GIB // 8, "the file at work")
         self.assert_saved_before_the_delay_ends()
         self.assertEqual(os.path.getsize(os.path.join(self.profile.source, "big")), GIB)

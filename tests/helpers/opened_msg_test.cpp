@@ -71,19 +71,16 @@ TEST_F(OpenedMsgTest, EscapeAndCloseAskForNothing) {
 }
 
 TEST_F(OpenedMsgTest, SaysWhenThereIsNoProgram) {
+    ASSERT_NO_FATAL_FAILURE(runProgram());
+    ASSERT_NO_FATAL_FAILURE(openMessage());
+    program.reset();
+    button("cmdShow")->click();
+    EXPECT_EQ(headline(), "No running Vantrell can be found.") << "it has ended meanwhile";
     ASSERT_NO_FATAL_FAILURE(openMessage());
     EXPECT_EQ(headline(), "No running Vantrell can be found.");
     EXPECT_FALSE(button("cmdShow")->isVisible());
     QTest::keyClick(&*message, Qt::Key_Return);
     EXPECT_FALSE(message->isVisible());
-}
-
-TEST_F(OpenedMsgTest, SaysWhenTheProgramHasEndedMeanwhile) {
-    ASSERT_NO_FATAL_FAILURE(runProgram());
-    ASSERT_NO_FATAL_FAILURE(openMessage());
-    program.reset();
-    button("cmdShow")->click();
-    EXPECT_EQ(headline(), "No running Vantrell can be found.");
 }
 
 TEST_F(OpenedMsgTest, SaysWhenTheProgramDoesNotAnswer) {

@@ -7,21 +7,68 @@
 #include "platform/linux/aes_ecb_encryptor.h"
 #include "platform/linux/openssl_component.h"
 #include "support/documented_blocks.h"
-#include "support/hand_cranked_loop.h"
+#include "support/forwarding_toolbox.h"
 #include "support/hex.h"
-#include "support/memory_files.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
 
-// Whole blocks of padding, as they come out when the plaintext ends with a block.
 constexpr std::size_t kBlock = 16;
+constexpr std::size_t kPiece = 256 * 1024;
 
-class Crypto : public testing::Test {
+enum class Step { none, create, write, flush, publish };
+
+/// An output that fails at one step.
+class FailingOutput final : public OutputFile {
+public:
+    FailingOutput(std::unique_ptr<OutputFile> real, Step failing) : real_(std::move(real)), failing_(failing) {}
+    Task<FileFault> write(std::span<const std::byte> bytes) override {
+        return failing_ == Step::write ? fail() : real_->write(bytes);
+    }
+    Task<FileFault> flush() override { return failing_ == Step::flush ? fail() : real_->flush(); }
+    Task<FileFault> publish(Path target, Replace replace) override {
+        return failing_ == Step::publish ? fail() : real_->publish(target, replace);
+    }
+    Task<void> discard() override { return real_->discard(); }
+
+private:
+    static Task<FileFault> fail() { co_return FileFault{FaultKind::deviceFailing, "failing"}; }
+
+    std::unique_ptr<OutputFile> real_;
+    Step failing_;
+};
+
+class FailingOutputs final : public ForwardingToolbox {
+public:
+    using ForwardingToolbox::ForwardingToolbox;
+    OutputResult createOutput(const Path& where) override {
+        if (failing == Step::create) return {nullptr, {FaultKind::deviceFailing, "failing"}};
+        OutputResult made = ForwardingToolbox::createOutput(where);
+        return {std::make_unique<FailingOutput>(std::move(made.file), failing), made.fault};
+    }
+    Step failing = Step::none;
+};
+
+/// A file that gives little at once, or a fault.
+class TricklingFile final : public HeldFile {
+public:
+    explicit TricklingFile(HeldFile& real) : real_(real) {}
+    [[nodiscard]] std::uint64_t size() const override { return real_.size(); }
+    FileFault read(std::span<std::byte> into, std::size_t& got) override {
+        return fault ? fault : real_.read(into.first(std::min<std::size_t>(into.size(), 4097)), got);
+    }
+    FileFault verify() override { return real_.verify(); }
+    FileFault fault;
+
+private:
+    HeldFile& real_;
+};
+
+class Crypto : public WithToolbox {
 protected:
     std::unique_ptr<OpensslComponent> componentFor(const std::string& password) {
-        auto component = std::make_unique<OpensslComponent>(loop, toolbox);
+        auto component = std::make_unique<OpensslComponent>(loop, outputs);
         component->setAlgorithm("aes");
         component->setCipherMode("ecb");
         component->setKeyLength(256);
@@ -29,37 +76,34 @@ protected:
         component->setInitialisationVector(password, "ascii");
         return component;
     }
-    int encrypt(CryptoComponent& component, HeldFile& source, Replace replace = Replace::never) {
-        return loop.valueOf(component.encryptFile(source, "/out/a.enc", replace));
+    std::unique_ptr<HeldFile> fileOf(const std::string& plain) {
+        writeFile(folder / "a", plain);
+        HoldResult held = toolbox.hold(folder / "a");
+        EXPECT_TRUE(held.file) << held.fault.text;
+        return std::move(held.file);
     }
-    std::string encrypted(const std::string& password, std::string plain) {
-        MemoryHeldFile source(std::move(plain));
+    int encrypt(CryptoComponent& component, HeldFile& source, Replace replace = Replace::never) {
+        return loop.valueOf(component.encryptFile(source, folder / "a.enc", replace));
+    }
+    std::string encrypted(const std::string& password, const std::string& plain) {
         const auto component = componentFor(password);
-        EXPECT_EQ(encrypt(*component, source, Replace::allowed), CryptoComponent::kSuccess)
+        EXPECT_EQ(encrypt(*component, *fileOf(plain), Replace::allowed), CryptoComponent::kSuccess)
             << component->lastError().text;
-        return device.files["/out/a.enc"];
+        return readFile(folder / "a.enc");
     }
     void expectFailure(CryptoComponent& component, HeldFile& source, FaultKind kind) {
-        const auto before = device.files;
+        const Names before = namesIn(folder.path());
         EXPECT_EQ(encrypt(component, source), 0);
         EXPECT_EQ(component.lastError().kind, kind) << component.lastError().text;
         EXPECT_FALSE(component.lastError().text.empty());
-        EXPECT_EQ(device.files, before);
+        EXPECT_EQ(namesIn(folder.path()), before);
     }
 
-    HandCrankedLoop loop;
-    MemoryDevice device;
-    MemoryToolbox toolbox{device};
+    FailingOutputs outputs{toolbox};
 };
 
-struct KnownAnswer {
-    const char* key;
-    const char* plain;
-    const char* cipher;
-};
-
-// FIPS 197, appendix C.3; NIST SP 800-38A, F.1.5.
-const KnownAnswer kKnownAnswers[] = {
+// FIPS 197, appendix C.3; NIST SP 800-38A, F.1.5: key, plaintext, ciphertext.
+const char* const kKnownAnswers[][3] = {
     {"000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f", "00112233445566778899aabbccddeeff",
      "8ea2b7ca516745bfeafc49904b496089"},
     {"603deb1015ca71be2b73aef0857d77811f352c073b6108d72d9810a30914dff4",
@@ -70,23 +114,20 @@ const KnownAnswer kKnownAnswers[] = {
 };
 
 TEST_F(Crypto, PublishedVectorsComeOutOfTheFilePath) {
-    for (const KnownAnswer& known : kKnownAnswers) {
+    for (const auto& [keyText, plain, cipherText] : kKnownAnswers) {
         CipherKey key{};
-        std::ranges::copy(fromHex(known.key), key.begin());
-        MemoryHeldFile source(fromHex(known.plain));
-        MemoryOutput output(device, "/out");
+        std::ranges::copy(fromHex(keyText), key.begin());
+        OutputResult output = toolbox.createOutput(folder.path());
         AesEcbEncryptor encryptor(key);
-        ASSERT_FALSE(loop.valueOf(encryptor.encrypt(loop, source, output, {})));
-        ASSERT_FALSE(loop.valueOf(output.flush()));
-        ASSERT_FALSE(loop.valueOf(output.publish("/out/v", Replace::allowed)));
-        const std::string& cipher = device.files["/out/v"];
+        ASSERT_FALSE(loop.valueOf(encryptor.encrypt(loop, *fileOf(fromHex(plain)), *output.file, {})));
+        ASSERT_FALSE(loop.valueOf(output.file->publish(folder / "v", Replace::allowed)));
+        const std::string cipher = readFile(folder / "v");
         ASSERT_GT(cipher.size(), kBlock);
-        EXPECT_EQ(toHex(cipher.substr(0, cipher.size() - kBlock)), toHex(fromHex(known.cipher)));
+        EXPECT_EQ(toHex(cipher.substr(0, cipher.size() - kBlock)), toHex(fromHex(cipherText)));
     }
 }
 
 TEST_F(Crypto, TheOpensslProgramAgreesBothWays) {
-    const TemporaryFolder folder;
     std::mt19937 random(20);
     const auto below = [&random](std::size_t end) { return std::size_t{random()} % end; };
     std::string script = "cd '" + folder.path() + "'\n";
@@ -110,23 +151,23 @@ TEST_F(Crypto, TheOpensslProgramAgreesBothWays) {
 }
 
 TEST_F(Crypto, LargeAndTricklingFilesAreCarriedInPieces) {
-    const std::string piece = encrypted("secret", std::string(256 * 1024, 'x'));
-    const std::string whole = encrypted("secret", std::string(3 * 256 * 1024 + 5, 'x'));
-    ASSERT_EQ(whole.size(), std::size_t{3 * 256 * 1024 + kBlock});
-    EXPECT_EQ(whole.substr(2 * 256 * 1024, 256 * 1024), piece.substr(0, 256 * 1024));
+    const std::string piece = encrypted("secret", std::string(kPiece, 'x'));
+    const std::string whole = encrypted("secret", std::string(3 * kPiece + 5, 'x'));
+    ASSERT_EQ(whole.size(), 3 * kPiece + kBlock);
+    EXPECT_EQ(whole.substr(2 * kPiece, kPiece), piece.substr(0, kPiece));
 
-    MemoryHeldFile trickling(std::string(3 * 256 * 1024 + 5, 'x'));
-    trickling.mostAtOnce = 4097;
+    const auto file = fileOf(std::string(3 * kPiece + 5, 'x'));
+    TricklingFile trickling(*file);
     const auto component = componentFor("secret");
     std::uint64_t last = 0;
     component->setProgress([&last](std::uint64_t done, std::uint64_t total) {
         EXPECT_GT(done, last);
-        EXPECT_EQ(total, 3U * 256 * 1024 + 5);
+        EXPECT_EQ(total, 3 * kPiece + 5);
         last = done;
     });
     EXPECT_EQ(encrypt(*component, trickling, Replace::allowed), CryptoComponent::kSuccess);
-    EXPECT_EQ(device.files["/out/a.enc"], whole);
-    EXPECT_EQ(last, 3U * 256 * 1024 + 5);
+    EXPECT_EQ(readFile(folder / "a.enc"), whole);
+    EXPECT_EQ(last, 3 * kPiece + 5);
 }
 
 TEST_F(Crypto, WhatCannotBeSetIsRefused) {
@@ -140,131 +181,58 @@ TEST_F(Crypto, WhatCannotBeSetIsRefused) {
         [](CryptoComponent& c) { c.setSecretKey("s\xC3\xA9same", "ascii"); },
         [](CryptoComponent& c) { c.setInitialisationVector("s\xC3\xA9same", "ascii"); },
     };
+    const auto source = fileOf("text");
     for (const Change change : changes) {
-        MemoryHeldFile source("text");
         const auto component = componentFor("secret");
         change(*component);
-        expectFailure(*component, source, FaultKind::other);
+        expectFailure(*component, *source, FaultKind::other);
         EXPECT_EQ(component->lastError().text.find("same"), std::string::npos) << "no word of the password may be told";
     }
-    MemoryHeldFile source("text");
     OpensslComponent untouched(loop, toolbox);
-    expectFailure(untouched, source, FaultKind::other);
-}
-
-TEST_F(Crypto, AComponentServesOneFile) {
-    MemoryHeldFile first("one");
-    MemoryHeldFile second("two");
-    const auto component = componentFor("secret");
-    EXPECT_EQ(encrypt(*component, first), CryptoComponent::kSuccess);
-    device.files.clear();
-    expectFailure(*component, second, FaultKind::other);
-}
-
-TEST_F(Crypto, AFullDeviceLeavesNothingBehind) {
-    device.room = 256 * 1024 + 100;
-    MemoryHeldFile source(std::string(600 * 1024, 'x'));
-    expectFailure(*componentFor("secret"), source, FaultKind::noSpace);
-    EXPECT_EQ(device.discarded, 1);
+    expectFailure(untouched, *source, FaultKind::other);
+    const auto used = componentFor("secret");
+    EXPECT_EQ(encrypt(*used, *source), CryptoComponent::kSuccess);
+    expectFailure(*used, *fileOf("another"), FaultKind::other);
 }
 
 TEST_F(Crypto, AFaultAtAnyStepPublishesNothing) {
-    const FileFault fault{FaultKind::deviceFailing, "failing"};
-    for (FileFault* place : {&device.flushFault, &device.publishFault, &toolbox.createFault}) {
-        *place = fault;
-        MemoryHeldFile source("text");
-        expectFailure(*componentFor("secret"), source, FaultKind::deviceFailing);
-        *place = {};
+    for (const Step step : {Step::create, Step::write, Step::flush, Step::publish}) {
+        outputs.failing = step;
+        expectFailure(*componentFor("secret"), *fileOf(std::string(3 * kPiece, 'x')), FaultKind::deviceFailing);
     }
-    MemoryHeldFile unreadable("text");
-    unreadable.readFault = fault;
+    outputs.failing = Step::none;
+    const auto file = fileOf("text");
+    TricklingFile unreadable(*file);
+    unreadable.fault = {FaultKind::deviceFailing, "failing"};
     expectFailure(*componentFor("secret"), unreadable, FaultKind::other);
-    EXPECT_EQ(device.discarded, 3) << "no output was made where none could be created";
+    writeFile(folder / "a.enc", "old");
+    expectFailure(*componentFor("secret"), *file, FaultKind::nameTaken);
+    EXPECT_EQ(readFile(folder / "a.enc"), "old");
 }
 
 TEST_F(Crypto, AFileThatChangesMeanwhileIsInUse) {
-    for (const std::size_t size : {0U, 15U, 256U * 1024, 300U * 1024}) {
+    for (const std::size_t size : {std::size_t{0}, std::size_t{15}, kPiece, kPiece + 44})
         for (const std::size_t now : {size + 1, size + 300 * 1024, size / 2}) {
             if (now == size) continue;
-            MemoryHeldFile source(std::string(size, 'x'));
-            source.becomes(std::string(now, 'x'));
-            expectFailure(*componentFor("secret"), source, FaultKind::inUse);
+            const auto source = fileOf(std::string(size, 'x'));
+            writeFile(folder / "a", std::string(now, 'x'));
+            expectFailure(*componentFor("secret"), *source, FaultKind::inUse);
         }
-    }
-    MemoryHeldFile source("text");
-    source.verifyFault = {FaultKind::inUse, "somebody writes to it"};
-    expectFailure(*componentFor("secret"), source, FaultKind::inUse);
-}
-
-TEST_F(Crypto, ATakenNameIsReplacedOnlyWhenAllowed) {
-    device.files["/out/a.enc"] = "old";
-    MemoryHeldFile source("text");
-    expectFailure(*componentFor("secret"), source, FaultKind::nameTaken);
-    EXPECT_EQ(encrypted("secret", "text").size(), kBlock);
-}
-
-class CryptoOnDisk : public WithToolbox {
-protected:
-    int encrypt(HeldFile& source) {
-        OpensslComponent component(loop, toolbox);
-        component.setAlgorithm("aes");
-        component.setCipherMode("ecb");
-        component.setKeyLength(256);
-        component.setSecretKey("secret", "ascii");
-        return loop.valueOf(component.encryptFile(source, folder / "a.enc", Replace::never));
-    }
-};
-
-TEST_F(CryptoOnDisk, ARealFileIsWholeWhenItHasItsName) {
-    writeFile(folder / "a", std::string(1000000, 'x'));
-    const HoldResult held = toolbox.hold(folder / "a");
-    ASSERT_TRUE(held.file) << held.fault.text;
-    EXPECT_EQ(encrypt(*held.file), CryptoComponent::kSuccess);
-    EXPECT_EQ(std::filesystem::file_size(folder / "a.enc"), 1000000 / kBlock * kBlock + kBlock);
-    EXPECT_EQ(namesIn(folder.path()), (Names{"a", "a.enc"}));
-}
-
-TEST_F(CryptoOnDisk, AFileThatIsWrittenToMeanwhileIsNotPublished) {
-    writeFile(folder / "a", "text");
-    const HoldResult held = toolbox.hold(folder / "a");
-    ASSERT_TRUE(held.file) << held.fault.text;
-    std::ofstream(folder / "a", std::ios::app) << "more";
-    EXPECT_EQ(encrypt(*held.file), 0);
-    EXPECT_EQ(namesIn(folder.path()), Names{"a"});
-}
-
-struct Example {
-    std::string password;
-    std::string plain;
-    std::string cipher;  // hexadecimal
-};
-
-std::string withLineFeeds(std::string text) {
-    for (std::size_t at = 0; (at = text.find("\\n", at)) != std::string::npos;) text.replace(at, 2, "\n");
-    return text;
-}
-
-std::vector<Example> documentedExamples() {
-    std::vector<Example> examples;
-    for (const std::vector<std::string>& block : documentedBlocks("formats.md", "enc-hex")) {
-        Example& example = examples.emplace_back();
-        for (const std::string& line : block) {
-            const auto colon = line.find(':');
-            const std::string name = line.substr(0, colon);
-            const std::string value = colon + 2 > line.size() ? "" : line.substr(colon + 2);
-            if (name == "password") example.password = value;
-            if (name == "plaintext") example.plain = withLineFeeds(value);
-            if (name == "enc") example.cipher += value;
-        }
-    }
-    return examples;
 }
 
 TEST_F(Crypto, TheDocumentedExamplesHold) {
-    const std::vector<Example> examples = documentedExamples();
-    ASSERT_GE(examples.size(), 6U);
-    for (const Example& example : examples)
-        EXPECT_EQ(toHex(encrypted(example.password, example.plain)), example.cipher) << example.plain;
+    const auto blocks = documentedBlocks("formats.md", "enc-hex");
+    ASSERT_GE(blocks.size(), 6U);
+    for (const std::vector<std::string>& block : blocks) {
+        std::map<std::string, std::string> field;
+        for (const std::string& line : block) {
+            const auto colon = line.find(':');
+            field[line.substr(0, colon)] += colon + 2 > line.size() ? "" : line.substr(colon + 2);
+        }
+        std::string& plain = field["plaintext"];
+        for (std::size_t at = 0; (at = plain.find("\\n", at)) != std::string::npos;) plain.replace(at, 2, "\n");
+        EXPECT_EQ(toHex(encrypted(field["password"], plain)), field["enc"]) << plain;
+    }
 }
 
 }  // namespace

@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "platform/linux/posix_data_files.h"
 #include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
@@ -12,10 +8,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-unsigned modeOf(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
+unsigned modeOf(const std::string& path) { return statusAt(path).st_mode & 07777U; }
 
 class DataFilesTest : public testing::Test {
 protected:
@@ -40,45 +33,42 @@ TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
     const mode_t before = ::umask(0);
     EXPECT_FALSE(files.writeAtomically(file, "new"));
     EXPECT_FALSE(files.writeAtomically(folder / "other", ""));
+    EXPECT_FALSE(files.appendLines(folder / "log", "a\r\n", true));
     ::umask(before);
+    EXPECT_FALSE(files.flush(folder / "log"));
     EXPECT_EQ(readFile(file), "new");
-    EXPECT_EQ(modeOf(file), 0600U);
-    EXPECT_EQ(modeOf(folder / "other"), 0600U);
-    EXPECT_EQ(namesIn(folder.path()).size(), 2U);
+    EXPECT_EQ(readFile(folder / "log"), "a\r\n");
+    for (const char* name : {"f", "other", "log"}) EXPECT_EQ(modeOf(folder / name), 0600U) << name;
+    EXPECT_EQ(namesIn(folder.path()).size(), 3U);
+    EXPECT_EQ(files.flush(folder / "missing").kind, FaultKind::notThere);
+    EXPECT_EQ(files.appendLines(folder / "missing/f", "a\r\n", false).kind, FaultKind::notThere);
 }
 
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
-    writeFile(file, "old");
+    writeFile(file, "old\r\n");
     const FileSizeLimit limit(1000);
     EXPECT_TRUE(files.writeAtomically(file, std::string(2000, 'x')));
-    EXPECT_EQ(readFile(file), "old");
+    EXPECT_TRUE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false));
+    EXPECT_EQ(readFile(file), "old\r\n");
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
+    EXPECT_FALSE(files.appendLines(file, "b\r\n", false));
+    EXPECT_EQ(readFile(file), "old\r\nb\r\n");
 }
 
-TEST_F(DataFilesTest, WhatIsNoRegularFileIsNotReplaced) {
+TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
     writeFile(file, "old");
+    fs::permissions(file, fs::perms{0444});
+    fs::permissions(folder.path(), fs::perms{0777});
     fs::create_symlink(file, folder / "link");
     folder.makeFolder("folder");
-    for (const char* name : {"link", "folder"}) {
+    const OrdinaryUser user;
+    for (const char* name : {"link", "folder", "f"}) {
         EXPECT_TRUE(files.writeAtomically(folder / name, "new")) << name;
         EXPECT_TRUE(files.appendLines(folder / name, "new\r\n", false)) << name;
     }
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(readFile(file), "old");
     EXPECT_EQ(namesIn(folder.path()).size(), 3U);
-}
-
-TEST_F(DataFilesTest, AFileThatMayNotBeWrittenStays) {
-    writeFile(file, "old");
-    fs::permissions(file, fs::perms{0444});
-    fs::permissions(folder.path(), fs::perms{0777});
-    {
-        const OrdinaryUser user;
-        EXPECT_TRUE(files.writeAtomically(file, "new"));
-        EXPECT_TRUE(files.appendLines(file, "new\r\n", false));
-    }
-    EXPECT_EQ(readFile(file), "old");
-    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
 TEST_F(DataFilesTest, SettingAsideNeverReplaces) {
@@ -89,25 +79,6 @@ TEST_F(DataFilesTest, SettingAsideNeverReplaces) {
     EXPECT_EQ(readFile(folder / "f.old"), "one");
     EXPECT_EQ(readFile(file), "two");
     EXPECT_EQ(files.setAside(folder / "missing", "x").kind, FaultKind::notThere);
-}
-
-TEST_F(DataFilesTest, AppendsToAPrivateFile) {
-    EXPECT_FALSE(files.appendLines(file, "a\r\n", true));
-    EXPECT_FALSE(files.appendLines(file, "b\r\nc\r\n", true));
-    EXPECT_EQ(readFile(file), "a\r\nb\r\nc\r\n");
-    EXPECT_EQ(modeOf(file), 0600U);
-    EXPECT_FALSE(files.flush(file));
-    EXPECT_EQ(files.flush(folder / "missing").kind, FaultKind::notThere);
-    EXPECT_EQ(files.appendLines(folder / "missing/f", "a\r\n", false).kind, FaultKind::notThere);
-}
-
-TEST_F(DataFilesTest, AnAppendThatDoesNotFitIsTakenBack) {
-    writeFile(file, "a\r\n");
-    const FileSizeLimit limit(1000);
-    EXPECT_TRUE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false));
-    EXPECT_EQ(readFile(file), "a\r\n");
-    EXPECT_FALSE(files.appendLines(file, "b\r\n", false));
-    EXPECT_EQ(readFile(file), "a\r\nb\r\n");
 }
 
 TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {

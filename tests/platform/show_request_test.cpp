@@ -18,21 +18,15 @@ using Answer = ShowRequest::Answer;
 
 class ShowRequestTest : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(listen()); }
-
-    bool listen() {
-        return listener.listen(data, [this] { ++shown; });
+    void SetUp() override {
+        ASSERT_TRUE(listener.listen(data, [this] { ++shown; }));
     }
+
     /// As the event loop would: serves as long as there is something to do.
     void serveAll() {
         pollfd ready{listener.descriptor(), POLLIN, 0};
         for (int turn = 0; turn < 1000 && ::poll(&ready, 1, 0) == 1; ++turn) listener.serve();
         EXPECT_EQ(::poll(&ready, 1, 0), 0) << "it would turn for ever";
-    }
-    Answer answerTo(ShowRequest& request) {
-        EXPECT_EQ(request.answer(), Answer::pending);
-        serveAll();
-        return request.answer();
     }
     UniqueFd connection() const {
         const UniqueFd open(::open(data.c_str(), O_PATH | O_CLOEXEC));
@@ -59,36 +53,6 @@ protected:
     UnixShowListener listener;
 };
 
-TEST_F(ShowRequestTest, ShowsAndSaysSo) {
-    EXPECT_EQ(statusAt(data + "/show.sock").st_mode & 07777U, 0600U);
-    for (int count = 1; count <= 3; ++count) {
-        UnixShowRequest request(data);
-        EXPECT_EQ(answerTo(request), Answer::shown);
-        EXPECT_EQ(shown, count);
-    }
-    EXPECT_TRUE(someoneListensIn(data));
-    serveAll();
-    EXPECT_EQ(shown, 3);
-}
-
-TEST_F(ShowRequestTest, NothingElseIsHeard) {
-    for (const std::string text : {"hide\n", "show\nshow\n", "SHOW\n", "show\r\n", "\n", "showx"}) {
-        const UniqueFd caller = connection();
-        say(caller, text);
-        serveAll();
-        EXPECT_EQ(heardFrom(caller), "") << text;
-    }
-    const UniqueFd talkative = connection();
-    say(talkative, std::string(100000, 'x'));
-    const UniqueFd gone = connection();
-    say(gone, "sho");
-    ::shutdown(gone.get(), SHUT_WR);
-    serveAll();
-    EXPECT_EQ(heardFrom(talkative), "");
-    EXPECT_EQ(heardFrom(gone), "");
-    EXPECT_EQ(shown, 0);
-}
-
 TEST_F(ShowRequestTest, ALineMayComeInPieces) {
     const UniqueFd caller = connection();
     for (const char* piece : {"s", "ho", "w", "\n"}) {
@@ -97,20 +61,9 @@ TEST_F(ShowRequestTest, ALineMayComeInPieces) {
         serveAll();
     }
     EXPECT_EQ(heardFrom(caller), "shown\n");
+    EXPECT_TRUE(someoneListensIn(data));
+    serveAll();
     EXPECT_EQ(shown, 1);
-}
-
-TEST_F(ShowRequestTest, SilentCallersGiveWay) {
-    std::vector<UniqueFd> silent;
-    for (int count = 0; count < 200; ++count) {
-        silent.push_back(connection());
-        serveAll();
-    }
-    std::size_t held = 0;
-    for (const UniqueFd& caller : silent) held += heardFrom(caller) == "(waits)" ? 1 : 0;
-    EXPECT_EQ(held, 8U);
-    UnixShowRequest request(data);
-    EXPECT_EQ(answerTo(request), Answer::shown);
 }
 
 TEST_F(ShowRequestTest, AFullQueueMeansPatience) {
@@ -133,7 +86,6 @@ TEST_F(ShowRequestTest, NobodyListensBeforeOrAfter) {
         UnixShowListener first;
         ASSERT_TRUE(first.listen(elsewhere, [] {}));
     }
-    EXPECT_TRUE(namesIn(elsewhere).empty());
     EXPECT_EQ(UnixShowRequest(elsewhere).answer(), Answer::notRunning);
     EXPECT_EQ(UnixShowRequest(folder / "missing").answer(), Answer::notRunning);
     EXPECT_FALSE(someoneListensIn(elsewhere));
@@ -144,10 +96,12 @@ TEST_F(ShowRequestTest, ALeftOverSocketIsReplacedAndAFileIsNot) {
     {
         UnixShowListener killed;
         ASSERT_TRUE(killed.listen(data, [] {}));
-        ASSERT_TRUE(listen());
+        ASSERT_TRUE(listener.listen(data, [this] { ++shown; }));
     }
     UnixShowRequest request(data);
-    EXPECT_EQ(answerTo(request), Answer::shown);
+    EXPECT_EQ(request.answer(), Answer::pending);
+    serveAll();
+    EXPECT_EQ(request.answer(), Answer::shown);
     const std::string elsewhere = folder.makeFolder("elsewhere");
     writeFile(elsewhere + "/show.sock", "mine");
     UnixShowListener other;

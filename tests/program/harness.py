@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """A throw-away profile with its four folders, and the program running on it."""
 
+import contextlib
 import glob
 import os
 import pwd
@@ -43,10 +44,10 @@ def write(path, data=b""):
 
 
 class Profile:
-    def __init__(self, done_parent=None, profile="profile"):
+    def __init__(self, done_parent=None):
         self.root = tempfile.mkdtemp(prefix="vantrell-program-")
         self.done_root = tempfile.mkdtemp(prefix="vantrell-done-", dir=done_parent) if done_parent else self.root
-        self.profile = os.path.join(self.root, profile)
+        self.profile = os.path.join(self.root, "profile")
         self.data = os.path.join(self.profile, "Quillon, Inc", "Vantrell", "Bin")
         self.source, self.destination, self.rejected = (
             os.path.join(self.root, name) for name in ("in", "out", "rejected"))
@@ -65,30 +66,19 @@ class Profile:
                          f'"{self.rejected}"', flag[overwrite], flag[logging_off]])
         write(os.path.join(self.data, "ZEP.cfg"), line.encode() + b"\r\n")
 
-    def passwords(self, *statements):
-        os.makedirs(self.data, exist_ok=True)
-        database = sqlite3.connect(os.path.join(self.data, "EDPasswords.mdb"))
-        for statement in statements or ("CREATE TABLE EncDecPasswords (Password text, Active boolean)",
-                                        f"INSERT INTO EncDecPasswords VALUES ('{PASSWORD}', 1)"):
-            database.execute(statement)
-        database.commit()
-        database.close()
+    def passwords(self):
+        with contextlib.closing(sqlite3.connect(os.path.join(self.data, "EDPasswords.mdb"))) as database:
+            database.executescript("CREATE TABLE EncDecPasswords (Password text, Active boolean);"
+                                   f"INSERT INTO EncDecPasswords VALUES ('{PASSWORD}', 1)")
 
-    def drop(self, name, data=b""):
-        """Puts a whole file into Source in one step, as a careful sender would."""
-        name = os.fsencode(name)
-        path = os.path.join(os.fsencode(self.source), name)
-        staged = os.path.join(os.fsencode(self.root), b"staged")
-        with open(staged, "wb") as file:
-            file.write(data)
+    def drop(self, name, data=b"", size=None):
+        """Puts a whole file into Source in one step, as a careful sender would; with a size, a sparse one."""
+        path = os.path.join(os.fsencode(self.source), os.fsencode(name))
+        staged = os.path.join(self.root, "staged")
+        write(staged, data)
+        os.truncate(staged, size or len(data))
         os.makedirs(os.path.dirname(path), exist_ok=True)
         os.rename(staged, path)
-
-    def drop_sparse(self, name, size):
-        staged = os.path.join(self.root, "staged")
-        with open(staged, "wb") as file:
-            file.truncate(size)
-        os.rename(staged, os.path.join(self.source, name))
 
     # The program
 
@@ -138,8 +128,8 @@ class Profile:
             if process.poll() is None:
                 process.kill()
             process.wait()
-        shutil.rmtree(self.root, ignore_errors=True)
-        shutil.rmtree(self.done_root, ignore_errors=True)
+        for folder in (self.root, self.done_root):
+            shutil.rmtree(folder, ignore_errors=True)
 
     # What came of it
 
@@ -164,6 +154,12 @@ class ProgramTest(unittest.TestCase):
         self.addCleanup(profile.clean)
         return profile
 
-    def assert_no_partial_output(self, profile):
-        for name in os.listdir(profile.destination):
-            self.assertTrue(name.endswith(".enc"), name)
+    def ready_profile(self, done_parent=None, **settings):
+        profile = self.new_profile(done_parent=done_parent)
+        profile.settings(**settings)
+        profile.passwords()
+        return profile
+
+    def skip_without_other_file_system(self):
+        if os.stat("/dev/shm").st_dev == os.stat("/tmp").st_dev:
+            self.skipTest("there is only one file system here")

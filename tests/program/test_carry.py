@@ -5,7 +5,7 @@ import os
 import socket
 import unittest
 
-from harness import ProgramTest, decrypted, read, wait_until
+from harness import ProgramTest, decrypted, read, wait_until, write
 
 NAMES = [b"-rf", b"--help", b"a b", b" lead", b"quo'te\"s", b"back\\slash", b"line\nbreak", b"\xff\xfe\x80", b".hidden",
          "\u00fcml\u00e4ut \u65e5\u672c".encode(), b"a.b.c", b"no-extension", b"n" * 251, b"x.encx", b"%s%n"]
@@ -13,9 +13,7 @@ SIZES = [0, 1, 15, 16, 17, 255, 4096, 70_001, 5_000_000]
 
 
 class Files(ProgramTest):
-    def carry(self, profile, files, **settings):
-        profile.settings(**settings)
-        profile.passwords()
+    def carry(self, profile, files):
         for name, data in files.items():
             profile.drop(name, data)
         process = profile.start()
@@ -32,28 +30,22 @@ class Files(ProgramTest):
     def test_of_every_name_and_size(self):
         files = {name: name * 3 for name in NAMES}
         files |= {b"size%d" % size: os.urandom(size) for size in SIZES}
-        self.carry(self.new_profile(), files)
+        self.carry(self.ready_profile(), files)
 
     def test_from_sub_folders(self):
         files = {"top": b"1", "sub/deep/er/one": b"2", ".hidden folder/two": b"3", "sub/three": b"4"}
-        self.carry(self.new_profile(), files, subfolders=True)
+        self.carry(self.ready_profile(subfolders=True), files)
 
     def test_to_another_file_system(self):
-        if os.stat("/dev/shm").st_dev == os.stat("/tmp").st_dev:
-            self.skipTest("there is only one file system here")
-        profile = self.new_profile(done_parent="/dev/shm")
-        self.carry(profile, {name: name * 3 for name in NAMES} | {"big": os.urandom(40_000_000)})
+        self.skip_without_other_file_system()
+        self.carry(self.ready_profile(done_parent="/dev/shm"), {name: name * 3 for name in NAMES} | {"big": os.urandom(40_000_000)})
 
     def test_that_are_none_stay_where_they_are(self):
-        profile = self.new_profile()
-        profile.settings(subfolders=True)
-        profile.passwords()
+        profile = self.ready_profile(subfolders=True)
         os.mkfifo(os.path.join(profile.source, "fifo"))
         os.symlink("/etc/hostname", os.path.join(profile.source, "link"))
-        os.mkdir(os.path.join(profile.root, "elsewhere"))
+        write(os.path.join(profile.root, "elsewhere", "x"))
         os.symlink("../elsewhere", os.path.join(profile.source, "folder link"))
-        with open(os.path.join(profile.root, "elsewhere", "x"), "wb"):
-            pass
         with socket.socket(socket.AF_UNIX) as listening:
             listening.bind(os.path.join(profile.source, "socket"))
             profile.drop("a.EnC", b"already")
@@ -66,14 +58,12 @@ class Files(ProgramTest):
         self.assertTrue(os.path.exists(os.path.join(profile.root, "elsewhere", "x")))
 
     def test_of_gibibytes_need_no_more_memory(self):
-        profile = self.new_profile()
-        profile.settings()
-        profile.passwords()
+        profile = self.ready_profile()
         profile.drop("small", b"x")
         process = profile.start()
         wait_until(lambda: os.path.exists(os.path.join(profile.done, "small")), "the small file")
         before = resident_kib(process)
-        profile.drop_sparse("big", 2 << 30)
+        profile.drop("big", size=2 << 30)
         most = 0
         while not os.path.exists(os.path.join(profile.done, "big")):
             most = max(most, resident_kib(process))

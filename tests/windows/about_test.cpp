@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QClipboard>
 #include <QDesktopServices>
-#include <QPushButton>
 
 #include "windows/window_harness.h"
 
@@ -26,10 +25,6 @@ protected:
         about = window.findChild<frmAbout*>();
         ASSERT_NE(about, nullptr);
     }
-    [[nodiscard]] bool says(const QString& text) const {
-        const auto labels = about->findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) { return label->text() == text; });
-    }
 
     frmAbout* about = nullptr;
 };
@@ -37,27 +32,23 @@ protected:
 TEST_F(AboutTest, SaysWhatTheProgramIs) {
     EXPECT_EQ(about->windowTitle(), QStringLiteral("About Vantrell"));
     EXPECT_EQ(textOf("lblVersion"), "Version 1.2.3");
-    EXPECT_EQ(find<QPushButton>("cmdSysInfo")->text(), QStringLiteral("&System Info..."));
-    for (const char* text : {"3.0.9", "3.40.1", "/srv/data", "MIT, without any warranty"}) {
-        EXPECT_TRUE(says(QString::fromLatin1(text))) << text;
-    }
-    EXPECT_TRUE(says(QString::fromLatin1(qVersion())));
+    QStringList texts;
+    for (const auto* label : about->findChildren<QLabel*>()) texts.append(label->text());
+    for (const char* text : {"3.0.9", "3.40.1", "/srv/data", "MIT, without any warranty", qVersion()})
+        EXPECT_TRUE(texts.contains(QString::fromLatin1(text))) << text;
 }
 
 TEST_F(AboutTest, IsOneWindowThatHoldsUpNothing) {
     EXPECT_FALSE(about->isModal());
     window.showAbout({});
     EXPECT_EQ(window.findChildren<frmAbout*>().size(), 1);
-    click("cmdStartDir");
-    EXPECT_EQ(events.seen, Seen{"start"});
+    const FileManager files;
+    for (const char* name : {"cmdStartDir", "cmdSysInfo", "cmdOpenDataFolder"}) click(name);
+    EXPECT_EQ(events.seen, (Seen{"start", "system info"}));
+    EXPECT_EQ(files.shown, QStringList{QStringLiteral("/srv/data")});
     QTest::keyClick(about, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<frmAbout*>() == nullptr; }));
     EXPECT_TRUE(window.isVisible());
-}
-
-TEST_F(AboutTest, GoesWithTheMainWindow) {
-    window.closeWindow();
-    EXPECT_EQ(window.findChild<frmAbout*>(), nullptr);
 }
 
 TEST_F(AboutTest, CopiesTheDiagnostics) {
@@ -68,14 +59,6 @@ TEST_F(AboutTest, CopiesTheDiagnostics) {
     EXPECT_NE(textOf("lblCopied"), "");
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(about->size(), size);
-}
-
-TEST_F(AboutTest, ForwardsAndOpens) {
-    const FileManager files;
-    click("cmdSysInfo");
-    click("cmdOpenDataFolder");
-    EXPECT_EQ(events.seen, Seen{"system info"});
-    EXPECT_EQ(files.shown, QStringList{QStringLiteral("/srv/data")});
 }
 
 }  // namespace vantrell::test

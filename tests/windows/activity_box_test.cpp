@@ -24,38 +24,18 @@ protected:
     frmActivityBox* box = nullptr;
 };
 
-TEST_F(ActivityBoxTest, OpensAndClosesWithTheWindowsHeight) {
-    const int height = window.height();
-    EXPECT_FALSE(window.isActivityShown());
-    for (int round = 0; round < 2; ++round) {
-        window.setActivityShown(true);
-        EXPECT_TRUE(window.isActivityShown());
-        EXPECT_GE(window.height(), 640);
-        window.setActivityShown(false);
-        EXPECT_FALSE(window.isActivityShown());
-        EXPECT_EQ(window.height(), height);
-    }
-}
-
-TEST_F(ActivityBoxTest, HoldsWhatCameBeforeItWasShown) {
-    append(1, 100);
-    window.setActivityShown(true);
-    EXPECT_EQ(shownRows(), 100);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 0 && isAtEnd(); }));
-}
-
 TEST_F(ActivityBoxTest, FollowsTheEndUntilTheReaderScrolls) {
-    window.setActivityShown(true);
+    QScrollBar* bar = box->verticalScrollBar();
     append(1, 100);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 0 && shownRows() == 100; }));
-    EXPECT_TRUE(isAtEnd());
-    box->verticalScrollBar()->setValue(10);
+    window.setActivityShown(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bar->maximum() > 0 && shownRows() == 100 && isAtEnd(); }));
+    bar->setValue(10);
     append(101, 200);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 200 && box->verticalScrollBar()->maximum() > 100; }));
-    EXPECT_EQ(box->verticalScrollBar()->value(), 10);
-    box->verticalScrollBar()->setValue(box->verticalScrollBar()->maximum());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 200 && bar->maximum() > 100; }));
+    EXPECT_EQ(bar->value(), 10);
+    bar->setValue(bar->maximum());
     append(201, 300);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return box->verticalScrollBar()->maximum() > 200 && isAtEnd(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar->maximum() > 200 && isAtEnd(); }));
 }
 
 TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
@@ -63,9 +43,8 @@ TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
     window.appendActivity("first M\xFCller");
     append(2, 5);
     ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 5; }));
-    for (const int row : {3, 0}) {
+    for (const int row : {3, 0})
         box->selectionModel()->select(box->model()->index(row, 0), QItemSelectionModel::Select);
-    }
     QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("first M\\xFCller\nline 4"));
 }
