@@ -78,26 +78,22 @@ protected:
 const std::set<Strings> kBackedUp{{"hand"}, {"live"}};
 
 TEST_F(BackupCrashTest, EachCopyOfABackupIsTheOlderOrTheNewOne) {
-    killEverywhere([this] { textsOf(backup.backupConfig()); },
-                   [this] {
-                       seen.insert(activeInCopyOf(hand + mdb));
-                       seenSettings.insert(readFile(hand + cfg));
-                       EXPECT_EQ(activeIn(app + mdb), Strings{"live"});
-                       EXPECT_EQ(readFile(app + cfg), kept[app + cfg]);
-                   });
-    EXPECT_EQ(seen, kBackedUp);
-    EXPECT_EQ(seenSettings, (std::set{settingsOf("hand"), settingsOf("live")}));
-    EXPECT_GT(kills, 50);
-}
-
-TEST_F(BackupCrashTest, TheBackupOnClosingToo) {
-    killEverywhere([this] { backup.onCloseConfigBackup(); },
-                   [this] {
-                       seen.insert(activeInCopyOf(unload + mdb));
-                       seenSettings.insert(readFile(unload + cfg));
-                   });
-    EXPECT_EQ(seen, (std::set<Strings>{{"close"}, {"live"}}));
-    EXPECT_EQ(seenSettings, (std::set{settingsOf("close"), settingsOf("live")}));
+    const std::tuple<std::string, std::string, std::function<void()>> backups[] = {
+        {hand, "hand", [this] { textsOf(backup.backupConfig()); }},
+        {unload, "close", [this] { backup.onCloseConfigBackup(); }}};
+    for (const auto& [folder, older, work] : backups) {
+        seen.clear();
+        seenSettings.clear();
+        killEverywhere(work, [&, &into = folder] {
+            seen.insert(activeInCopyOf(into + mdb));
+            seenSettings.insert(readFile(into + cfg));
+            EXPECT_EQ(activeIn(app + mdb), Strings{"live"});
+            EXPECT_EQ(readFile(app + cfg), kept[app + cfg]);
+        });
+        EXPECT_EQ(seen, (std::set<Strings>{{older}, {"live"}}));
+        EXPECT_EQ(seenSettings, (std::set{settingsOf(older), settingsOf("live")}));
+    }
+    EXPECT_GT(kills, 100);
 }
 
 TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {

@@ -46,6 +46,8 @@ TEST_F(WeeklyDeleteTest, TakesOldRegularFilesOfTheTopLevelAlone) {
     std::filesystem::create_symlink(weekly.bench.root / "outside", done("link"));
     std::filesystem::create_symlink(done("sub"), done("subLink"));
     ASSERT_EQ(::mkfifo(done("fifo").c_str(), 0600), 0);
+    const std::string top = weekly.bench.root / "way to done";
+    std::filesystem::create_symlink(std::exchange(weekly.settings().DoneFolder, top), top);
 
     showDaysAfter(done("b.txt"), 7);
     ASSERT_TRUE(weekly.deleteByHand());
@@ -55,28 +57,10 @@ TEST_F(WeeklyDeleteTest, TakesOldRegularFilesOfTheTopLevelAlone) {
     EXPECT_EQ(left(), (Texts{".hidden", "fifo", "link", "sub", "subLink"}));
     EXPECT_TRUE(PassBench::exists(done("sub/deep.txt")));
     EXPECT_EQ(readFile(weekly.bench.root / "outside"), "kept");
-    const Texts said{deleting(done("a")), deleting(done("b.txt")), deleting(done("bad\\xFF\\x0Aname")),
-                     deleting(done("read-only"))};
-    EXPECT_EQ(weekly.bench.messages(), said);
-    EXPECT_EQ(weekly.bench.window.panel1[3], said[3]);
+    EXPECT_EQ(weekly.bench.messages(), (Texts{deleting(top + "/a"), deleting(top + "/b.txt"),
+                                              deleting(top + "/bad\\xFF\\x0Aname"), deleting(top + "/read-only")}));
+    EXPECT_EQ(weekly.bench.window.panel1[3], deleting(top + "/read-only"));
     EXPECT_EQ(weekly.bench.state.StatusText, "");
-}
-
-TEST_F(WeeklyDeleteTest, AFolderReachedThroughALinkIsTheDoneFolder) {
-    writeFile(done("a"), "a");
-    std::filesystem::create_symlink(weekly.settings().DoneFolder, weekly.bench.root / "link");
-    weekly.settings().DoneFolder = weekly.bench.root / "link";
-    showDaysAfter(done("a"), 8);
-    ASSERT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(left(), Texts{});
-}
-
-TEST_F(WeeklyDeleteTest, WithoutADoneFolderThereIsNothingToDo) {
-    weekly.settings().DoneFolder.clear();
-    EXPECT_TRUE(weekly.deleteByHand());
-    weekly.settings().DoneFolder = "/none/there";
-    EXPECT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(weekly.bench.messages(), Texts{});
 }
 
 TEST_F(WeeklyDeleteTest, TakesNothingFromAFolderThatIsAnotherOneToo) {
@@ -89,6 +73,11 @@ TEST_F(WeeklyDeleteTest, TakesNothingFromAFolderThatIsAnotherOneToo) {
         *other = usual;
         EXPECT_EQ(left(), Texts{"only copy"});
         EXPECT_NE(weekly.bench.messages().at(0).find(" Folder too. Weekly Delete deletes nothing."), std::string::npos);
+    }
+    for (const char* none : {"", "/none/there"}) {
+        settings.DoneFolder = none;
+        EXPECT_TRUE(weekly.deleteByHand());
+        EXPECT_EQ(weekly.bench.messages(), Texts{});
     }
 }
 
@@ -122,19 +111,16 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
 
     ASSERT_TRUE(weekly.deleteByHand());
     EXPECT_EQ(left(), Texts{});
+    EXPECT_EQ(weekly.bench.messages(), Texts{deleting(done("a"))});
     weekly.bench.clock.advance(168h);
     EXPECT_TRUE(weekly.tick());
-}
 
-TEST_F(WeeklyDeleteTest, AClockThatWasWrongForAWhileIsRemembered) {
-    showScheduledMinute();
-    weekly.startAnew(weekly.bench.toolbox);
-    weekly.bench.clock.time -= 25h;
-    weekly.weekly->clockTick();
-    weekly.bench.clock.time += 25h;
-    weekly.weekly->clockTick();
-    EXPECT_FALSE(weekly.timDelete.isEnabled());
-    EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack});
+    weekly.bench.clock.advance(168h);
+    for (const auto step : {-25h, 25h}) {
+        weekly.bench.clock.time += step;
+        weekly.weekly->clockTick();
+    }
+    EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack}) << "it was wrong for a while, which is remembered";
 }
 
 TEST_F(WeeklyDeleteTest, SummerTimeSleepAndSmallStepsAreNoJump) {
@@ -196,68 +182,47 @@ protected:
     TroubledFolder folder{weekly.bench.toolbox};
 };
 
-TEST_F(TroubledDeleteTest, LeavesTheWindowItsTurns) {
-    weekly.weekly->mnDeleteDone();
-    int turns = 0;
-    while (weekly.bench.loop.turn()) ++turns;
-    EXPECT_GT(turns, 5) << "300 ms of work at 20 ms a turn";
-    EXPECT_EQ(left().size(), 0U);
-}
-
-TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
-    weekly.weekly->mnDeleteDone();
-    weekly.bench.loop.turn();
-    weekly.weekly->mnDeleteDone();
-    weekly.bench.loop.turn();
-    weekly.weekly->abort();
-    while (weekly.bench.loop.turn()) continue;
-    EXPECT_GT(left().size(), 0U);
-    EXPECT_EQ(weekly.bench.messages().size(), 300 - left().size()) << "each file that went was told, and told once";
-    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
-}
-
-TEST_F(TroubledDeleteTest, NothingBeginsOnceTheProgramEnds) {
-    weekly.bench.state.ClosingForGood = true;
-    ASSERT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(left().size(), 300U);
-}
-
-TEST_F(TroubledDeleteTest, ATickDuringADeletionWaitsForItsTurn) {
+TEST_F(TroubledDeleteTest, LeavesTheWindowItsTurnsAndAStopMeanwhileStands) {
     weekly.weekly->mnDeleteDone();
     weekly.bench.loop.turn();
     weekly.timDelete.setEnabled(true);
     weekly.weekly->timDelete_Timer();
-    EXPECT_TRUE(weekly.timDelete.isEnabled());
-    ASSERT_TRUE(weekly.finish());
+    EXPECT_TRUE(weekly.timDelete.isEnabled()) << "it waits for its turn";
+    weekly.bench.mode.TurnOffTimRun();
+    int turns = 0;
+    while (weekly.bench.loop.turn()) ++turns;
+    EXPECT_GT(turns, 5) << "300 ms of work at 20 ms a turn";
+    EXPECT_EQ(left().size(), 0U);
+    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
     weekly.weekly->timDelete_Timer();
     EXPECT_FALSE(weekly.timDelete.isEnabled());
 }
 
-TEST_F(TroubledDeleteTest, AStopMeanwhileStands) {
-    weekly.weekly->mnDeleteDone();
-    weekly.bench.loop.turn();
-    weekly.bench.mode.TurnOffTimRun();
-    ASSERT_TRUE(weekly.finish());
-    EXPECT_EQ(left().size(), 0U);
+TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
+    for (int presses = 0; presses < 2; ++presses) {
+        weekly.weekly->mnDeleteDone();
+        weekly.bench.loop.turn();
+    }
+    weekly.weekly->abort();
+    while (weekly.bench.loop.turn()) continue;
+    const std::size_t rest = left().size();
+    EXPECT_GT(rest, 0U);
+    EXPECT_EQ(weekly.bench.messages().size(), 300 - rest) << "each file that went was told, and told once";
     EXPECT_FALSE(weekly.bench.timRun.isEnabled());
-}
-
-TEST_F(TroubledDeleteTest, EndsAtAFileWithoutADate) {
-    folder.unreadable = "/103";
+    weekly.bench.state.ClosingForGood = true;
     ASSERT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(left().size(), 297U);
-    EXPECT_EQ(weekly.bench.messages().size(), 3U);
-    EXPECT_TRUE(weekly.bench.timRun.isEnabled());
+    EXPECT_EQ(left().size(), rest) << "nothing begins once the program ends";
 }
 
-TEST_F(TroubledDeleteTest, TellsWhatCouldNotBeDeleted) {
+TEST_F(TroubledDeleteTest, TellsWhatCouldNotBeDeletedAndEndsAtAFileWithoutADate) {
+    folder.unreadable = "/103";
     folder.fault = {FaultKind::other, "Operation not permitted"};
     ASSERT_TRUE(weekly.deleteByHand());
     EXPECT_EQ(left().size(), 300U);
     const Texts said = weekly.bench.messages();
-    ASSERT_EQ(said.size(), 600U);
-    EXPECT_EQ(said[0], deleting(done("100")));
+    ASSERT_EQ(said.size(), 6U);
     EXPECT_EQ(said[1], "Weekly Delete could not delete File: " + done("100") + " - FAILED: Operation not permitted");
+    EXPECT_TRUE(weekly.bench.timRun.isEnabled());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "support/time_zone.h"
+#include "support/weekly_bench.h"
 
 namespace vantrell::test {
 namespace {
@@ -12,40 +13,12 @@ using namespace std::chrono;
 
 SettingsRecord schedule(int day, int hour, int minute, const char* half) {
     SettingsRecord settings;
-    settings.WeeklyDeleteDay = static_cast<std::int16_t>(day);
-    settings.WeeklyDeleteHour = static_cast<std::int16_t>(hour);
-    settings.WeeklyDeleteMinute = static_cast<std::int16_t>(minute);
-    settings.WeeklyDeleteAmPm = half;
-    settings.WeeklyDeleteDaysOld = 7;
+    setSchedule(settings, day, hour, minute, half, 7);
     return settings;
 }
 
 // 2 November 2026 is a Monday.
 constexpr sys_days kMonday = 2026y / November / 2;
-
-TEST(WeeklySchedule, SaysItselfWithoutLeadingZeros) {
-    EXPECT_EQ(scheduleText(schedule(1, 7, 5, "PM")), "Scheduled: Monday 7:5 PM  File Create Date > 7");
-    EXPECT_EQ(scheduleText(schedule(7, 12, 0, "AM")), "Scheduled: Sunday 12:0 AM  File Create Date > 7");
-    for (const int none : {0, 8, -1}) EXPECT_EQ(scheduleText(schedule(none, 7, 5, "PM")), "");
-}
-
-TEST(WeeklySchedule, ComesAtItsMinuteAlone) {
-    const TimeZone zone("UTC");
-    struct Case {
-        int day, hour, minute;
-        const char* half;
-        minutes due;  // after Monday's beginning
-    };
-    for (const Case& c : {Case{1, 12, 0, "AM", 0min}, Case{1, 12, 0, "PM", 12h}, Case{1, 7, 30, "PM", 19h + 30min},
-                          Case{1, 1, 59, "AM", 119min}, Case{1, 11, 59, "PM", 23h + 59min},
-                          Case{4, 12, 59, "PM", 3 * 24h + 12h + 59min}, Case{7, 12, 1, "AM", 6 * 24h + 1min}}) {
-        WeeklySchedule weekly;
-        std::vector<minutes> came;
-        for (minutes at{0}; at < 7 * 24h; ++at)
-            if (weekly.takeDue(schedule(c.day, c.hour, c.minute, c.half), kMonday + at)) came.push_back(at);
-        EXPECT_EQ(came, std::vector{c.due}) << c.day << ' ' << c.hour << ':' << c.minute << c.half;
-    }
-}
 
 TEST(WeeklySchedule, ComesOnceInAMinuteAndWithinAllOfIt) {
     const TimeZone zone("UTC");

@@ -58,10 +58,6 @@ struct Year {
     int day, hour, minute;
     const char* half;
     int daysOld;
-
-    friend void PrintTo(const Year& year, std::ostream* out) {
-        *out << year.place.zone << ", day " << year.day << ", " << year.hour << ':' << year.minute << year.half;
-    }
 };
 
 constexpr sys_seconds kBegin = sys_days(2028y / January / 1);  // a leap year
@@ -110,12 +106,7 @@ TEST_P(WeeklyYear, DeletesWhatTheRuleSays) {
     DatedFolder folder(weekly.bench.toolbox);
     weekly.startAnew(folder);
     const TimeZone zone(year.place.zone);
-    weekly.settings().WeeklyDeleteDay = static_cast<std::int16_t>(year.day);
-    weekly.settings().WeeklyDeleteHour = static_cast<std::int16_t>(year.hour);
-    weekly.settings().WeeklyDeleteMinute = static_cast<std::int16_t>(year.minute);
-    weekly.settings().WeeklyDeleteAmPm = year.half;
-    weekly.settings().WeeklyDeleteDaysOld = static_cast<std::int16_t>(year.daysOld);
-
+    setSchedule(weekly.settings(), year.day, year.hour, year.minute, year.half, year.daysOld);
     Deleted deleted;
     for (const auto& [name, date] : arrivals) folder.files.emplace(name, date);
     weekly.bench.clock.advance(duration_cast<seconds>(kBegin - weekly.bench.clock.time));

@@ -15,7 +15,7 @@ public:
     void setActiveSet(bool set) override { active = set; }
     void showRows(const std::vector<PasswordRow>& list) override {
         rows.clear();
-        for (const PasswordRow& row : list) rows.push_back(row.password + "=" + row.activeText);
+        for (const PasswordRow& row : list) rows.push_back(row.password + (row.activeText == "True" ? "=1" : "=0"));
         selected.reset();
     }
     [[nodiscard]] std::optional<std::size_t> selectedRow() const override { return selected; }
@@ -42,7 +42,6 @@ inline constexpr char kNothing[] = "";
 inline constexpr char kNewPassword[] = "Add Active ";
 inline constexpr char kStoredPassword[] = "Edit Delete Active ";
 inline const Strings kThree{"one=0", "Two=1", "last=0"};
-inline const Strings kThreeListed{"one=False", "Two=True", "last=False"};
 
 /// The editor on a real file.
 class EditorFixture : public PasswordFixture {
@@ -53,23 +52,12 @@ protected:
     }
     void open() {
         controller.open();
-        turn();
-    }
-    void turn() {
-        while (loop.turn()) {
-        }
-    }
-    /// Longer than a locked file is tried for.
-    void waitLong() {
-        for (int step = 0; step < 700; ++step) {
-            loop.advance(std::chrono::milliseconds(10));
-            turn();
-        }
+        loop.settle();
     }
     void type(const std::string& text) {
         window.text = text;
         controller.passwordEdited();
-        turn();
+        loop.settle();
     }
     void tick(bool set) {
         if (window.active == set) return;
@@ -79,18 +67,21 @@ protected:
     void choose(std::optional<std::size_t> row) {
         window.selected = row;
         controller.listClicked();
-        turn();
+        loop.settle();
     }
     void press(void (PasswordEditorController::*button)()) {
         (controller.*button)();
-        turn();
+        loop.settle();
     }
 
     void expectQuestion(const std::string& text) {
         ASSERT_EQ(boxes.asked.size(), 1u);
-        EXPECT_EQ(boxes.asked[0].text, text);
-        EXPECT_EQ(boxes.asked[0].title, "Active Password");
+        EXPECT_EQ(boxes.asked[0].title + ": " + boxes.asked[0].text, "Active Password: " + text);
         EXPECT_EQ(boxes.asked[0].buttons, Buttons::yesNo);
+    }
+    void expectTable(const Strings& records) {
+        EXPECT_EQ(stored(), records);
+        EXPECT_EQ(window.rows, records);
     }
     void expectEmptied() {
         EXPECT_EQ(window.text, "");

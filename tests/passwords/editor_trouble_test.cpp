@@ -1,78 +1,62 @@
 // SPDX-License-Identifier: MIT
-#include <sys/resource.h>
-
-#include <csignal>
 #include <optional>
 
 #include "passwords/editor_fixture.h"
+#include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
 
-/// No file may be written beyond its first byte, as on a disk that is full.
-class NoRoom {
-public:
-    NoRoom() : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit none{1, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &none);
-    }
-    NoRoom(const NoRoom&) = delete;
-    NoRoom& operator=(const NoRoom&) = delete;
-    ~NoRoom() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
+using Button = void (PasswordEditorController::*)();
 
-private:
-    rlimit before_{};
-    void (*handler_)(int);
-};
-
-struct Button {
-    const char* name;
-    void (PasswordEditorController::*press)();
+/// The file is locked, full or gone.
+class EditorTroubleTest : public EditorFixture {
+protected:
+    void lock() { other.run("BEGIN EXCLUSIVE"); }
+    void unlock() { other.run("COMMIT"); }
+    /// As long as anybody tries again.
+    void waitLong() {
+        loop.waitUntil([] { return false; });
+    }
+    OtherProgram other{file};
 };
 
 /// A row is chosen, and then the file cannot be written.
-class EditorInTrouble : public EditorFixture, public testing::WithParamInterface<Button> {
+class EditorInTrouble : public EditorTroubleTest, public testing::WithParamInterface<Button> {
 protected:
     EditorInTrouble() {
         openWithThree();
         choose(0);
-        tick(GetParam().press != kDelete);
+        tick(GetParam() != kDelete);
         before = readFile(file);
     }
-    void pressIt() { press(GetParam().press); }
     void expectAllAsItWasAndThatItWorksAgain() {
         EXPECT_EQ(theBox().title, "Product");
         EXPECT_EQ(readFile(file), before);
-        EXPECT_EQ(window.rows, kThreeListed);
+        expectTable(kThree);
         EXPECT_EQ(window.text, "one");
         EXPECT_TRUE(window.isOpen);
         EXPECT_EQ(state.ActivePassword, "");
-        pressIt();
+        press(GetParam());
         EXPECT_NE(stored(), kThree);
         EXPECT_EQ(window.text, "");
     }
-
     std::string before;
 };
 
 TEST_P(EditorInTrouble, LockedFileIsReportedAndNothingChanges) {
-    OtherProgram other(file);
-    other.run("BEGIN EXCLUSIVE");
-    pressIt();
+    lock();
+    press(GetParam());
     EXPECT_TRUE(boxes.informed.empty());
     waitLong();
-    other.run("COMMIT");
+    unlock();
     expectAllAsItWasAndThatItWorksAgain();
 }
 
 TEST_P(EditorInTrouble, FullDiskIsReportedAndNothingChanges) {
-    std::optional<NoRoom> full(std::in_place);
-    pressIt();
+    std::optional<FileSizeLimit> full(1);
+    press(GetParam());
     full.reset();
     expectAllAsItWasAndThatItWorksAgain();
 }
@@ -82,7 +66,7 @@ TEST_P(EditorInTrouble, ReadOnlyFileIsReportedAndNothingChanges) {
     std::filesystem::permissions(folder.path(), perms::all);
     std::filesystem::permissions(file, perms::owner_read | perms::others_read);
     std::optional<OrdinaryUser> user(std::in_place);
-    pressIt();
+    press(GetParam());
     user.reset();
     std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
     expectAllAsItWasAndThatItWorksAgain();
@@ -90,59 +74,50 @@ TEST_P(EditorInTrouble, ReadOnlyFileIsReportedAndNothingChanges) {
 
 TEST_P(EditorInTrouble, MissingFileIsReportedAndNotMade) {
     std::filesystem::remove(file);
-    pressIt();
+    press(GetParam());
     EXPECT_FALSE(std::filesystem::exists(file));
     // Deleting opens the store anew, which closes the editor of a missing file.
-    const bool isOpenedAnew = GetParam().press == kDelete;
-    EXPECT_EQ(theBox().text == "Missing Data Base", isOpenedAnew);
-    EXPECT_EQ(window.isOpen, !isOpenedAnew);
+    EXPECT_EQ(theBox().text == "Missing Data Base", GetParam() == kDelete);
+    EXPECT_EQ(window.isOpen, GetParam() != kDelete);
     EXPECT_EQ(window.text, "one");
 }
 
 TEST_P(EditorInTrouble, ExitDuringTheWaitClosesOnlyAfterSuccess) {
-    OtherProgram other(file);
-    other.run("BEGIN EXCLUSIVE");
-    pressIt();
-    press(kExit);
-    waitLong();
-    EXPECT_TRUE(window.isOpen) << "what was entered is not saved";
-    pressIt();
-    press(kExit);
-    other.run("COMMIT");
-    waitLong();
-    EXPECT_FALSE(window.isOpen);
+    lock();
+    for (const bool isLocked : {true, false}) {
+        press(GetParam());
+        press(kExit);
+        if (!isLocked) unlock();
+        waitLong();
+        EXPECT_EQ(window.isOpen, isLocked) << "what was entered must not get lost";
+    }
     EXPECT_NE(stored(), kThree);
 }
 
-INSTANTIATE_TEST_SUITE_P(, EditorInTrouble,
-                         testing::Values(Button{"Add", &PasswordEditorController::addPressed},
-                                         Button{"Edit", &PasswordEditorController::editPressed},
-                                         Button{"Delete", &PasswordEditorController::deletePressed}),
-                         [](const auto& test) { return std::string(test.param.name); });
-
-using EditorTroubleTest = EditorFixture;
+INSTANTIATE_TEST_SUITE_P(Button, EditorInTrouble,
+                         testing::Values(&PasswordEditorController::addPressed, &PasswordEditorController::editPressed,
+                                         &PasswordEditorController::deletePressed));
 
 TEST_F(EditorTroubleTest, ListIsFilledOnceALockedFileIsFree) {
-    OtherProgram other(file);
-    other.run("INSERT INTO EncDecPasswords VALUES ('one', 1); BEGIN EXCLUSIVE");
+    fill("INSERT INTO EncDecPasswords VALUES ('one', 1)");
+    lock();
     open();
     waitLong();
     EXPECT_TRUE(window.isOpen);
     EXPECT_TRUE(window.rows.empty());
-    other.run("COMMIT");
+    unlock();
     type("one");
-    EXPECT_EQ(window.rows, Strings{"one=True"});
+    expectTable({"one=1"});
     EXPECT_EQ(window.shown, kStoredPassword);
 }
 
 TEST_F(EditorTroubleTest, DeleteRightAfterAClickKnowsThatThePasswordIsActive) {
     openWithThree();
     choose(0);
-    OtherProgram other(file);
-    other.run("BEGIN EXCLUSIVE");
+    lock();
     choose(1);
     press(kDelete);
-    other.run("COMMIT");
+    unlock();
     waitLong();
     EXPECT_EQ(boxes.asked.size(), 1u);
     EXPECT_EQ(stored(), kThree);
@@ -150,8 +125,7 @@ TEST_F(EditorTroubleTest, DeleteRightAfterAClickKnowsThatThePasswordIsActive) {
 
 TEST_F(EditorTroubleTest, CloseBoxDuringASearchClosesWithoutABox) {
     openWithThree();
-    OtherProgram other(file);
-    other.run("BEGIN EXCLUSIVE");
+    lock();
     for (const char* text : {"l", "la"}) type(text);  // the second search replaces the first
     press(kCloseBox);
     waitLong();

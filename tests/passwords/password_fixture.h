@@ -73,6 +73,11 @@ protected:
         editor.password = password;
         return loop.valueOf(store.deleteRecord());
     }
+    /// The active password after the search for it in the table.
+    std::string current() {
+        (void)loop.valueOf(store.findCurrentPassword());
+        return state.ActivePassword;
+    }
     std::string lookUp() {
         state.ActivePassword.clear();
         EXPECT_TRUE(loop.run(lookUpActivePassword(store, state)));

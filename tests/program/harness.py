@@ -111,6 +111,8 @@ class Profile:
                        "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root,
                        "DBUS_SESSION_BUS_ADDRESS": no_bus, "DBUS_SYSTEM_BUS_ADDRESS": no_bus, **(environment or {})}
         if user:
+            # The build folder may lie where that user may not go, below root's home for one.
+            program = shutil.copy(program, os.path.join(self.root, "ZEP"))
             account = pwd.getpwnam(user)
             subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
             popen |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}

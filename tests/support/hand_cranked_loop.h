@@ -60,6 +60,19 @@ public:
             timers_.erase(timers_.begin());
         }
     }
+    /// Turns as long as somebody is ready.
+    void settle() {
+        while (turn()) continue;
+    }
+    /// Lets time pass in small steps until `isDone`, or until nobody waits for time; how long that took.
+    std::chrono::milliseconds waitUntil(const std::function<bool()>& isDone) {
+        constexpr std::chrono::milliseconds kStep{10};
+        for (std::chrono::milliseconds waited{0};; waited += kStep) {
+            settle();
+            if (isDone() || timers_.empty()) return waited;
+            advance(kStep);
+        }
+    }
     [[nodiscard]] bool waitsForTime() const { return !timers_.empty(); }
 
 protected:

@@ -8,16 +8,20 @@
 
 namespace vantrell::test {
 
+inline void setSchedule(SettingsRecord& settings, int day, int hour, int minute, const char* half, int daysOld) {
+    settings.WeeklyDeleteDay = static_cast<std::int16_t>(day);
+    settings.WeeklyDeleteHour = static_cast<std::int16_t>(hour);
+    settings.WeeklyDeleteMinute = static_cast<std::int16_t>(minute);
+    settings.WeeklyDeleteAmPm = half;
+    settings.WeeklyDeleteDaysOld = static_cast<std::int16_t>(daysOld);
+}
+
 /// A weekly delete over the engine's bench, on Monday at 7:05 PM and after 7 days unless a test says otherwise.
 class WeeklyBench {
 public:
     WeeklyBench() {
         startAnew(bench.toolbox);
-        settings().WeeklyDeleteDay = 1;
-        settings().WeeklyDeleteHour = 7;
-        settings().WeeklyDeleteMinute = 5;
-        settings().WeeklyDeleteAmPm = "PM";
-        settings().WeeklyDeleteDaysOld = 7;
+        setSchedule(settings(), 1, 7, 5, "PM", 7);
     }
 
     /// As when the program is started again, on the given toolbox.
