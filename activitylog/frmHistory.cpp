@@ -11,6 +11,7 @@
 
 #include "activitylog/frmMark.h"
 #include "core/frmText.h"
+#include "core/frmWideButton.h"
 
 namespace vantrell {
 
@@ -65,7 +66,7 @@ frmHistory::frmHistory(ProgramState& state, FileToolbox& toolbox, EventLoop& loo
     setObjectName(QStringLiteral("frmHistory"));
     setWindowTitle(tr("History"));
     makeGrid();
-    LoadHistory_ = new QPushButton(tr("&Load Selected History"), this);
+    LoadHistory_ = new frmWideButton(tr("&Load Selected History"), this);
     LoadHistory_->setObjectName(QStringLiteral("LoadHistory"));
     LoadHistory_->hide();
     cmdExit_ = new QPushButton(tr("E&xit"), this);

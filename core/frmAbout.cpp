@@ -13,16 +13,17 @@
 
 #include "core/frmElidedLabel.h"
 #include "core/frmText.h"
+#include "core/frmWideButton.h"
 
 namespace vantrell {
 
 namespace {
 
 /// How much of the data folder is seen at least.
-constexpr int kFolderCharacters = 36;
+constexpr int kFolderCharacters = 52;
 
 QPushButton* makeButton(const QString& name, const QString& caption, const QString& description, QWidget* parent) {
-    auto* button = new QPushButton(caption, parent);
+    auto* button = new frmWideButton(caption, parent);
     button->setObjectName(name);
     button->setAccessibleDescription(description);
     return button;
@@ -88,6 +89,7 @@ QLayout* frmAbout::makeDataFolderRow(const Path& folder) {
     connect(open, &QPushButton::clicked, this, &frmAbout::openDataFolder);
     auto* row = new QHBoxLayout;
     row->addWidget(label, 1);
+    row->addSpacing(fontMetrics().averageCharWidth());
     row->addWidget(open);
     return row;
 }

@@ -3,6 +3,8 @@
 
 #include <QLabel>
 
+#include "core/frmWideButton.h"
+
 namespace vantrell {
 
 frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
@@ -26,7 +28,7 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
     row.label = new frmElidedLabel(Qt::ElideMiddle, this);
     row.label->setObjectName(labelName);
     row.label->setAccessibleDescription(spokenName);
-    row.button = new QPushButton(tr("Change Path"), this);
+    row.button = new frmWideButton(tr("Change Path"), this);
     row.button->setObjectName(QStringLiteral("cmdSelectSource%1").arg(static_cast<int>(kind)));
     row.button->setAccessibleName(tr("Change %1").arg(spokenName));
     row.button->setAccessibleDescription(tr("Stops processing and lets you choose another folder"));

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "core/frmText.h"
+#include "core/frmWideButton.h"
 #include "platform/qt/x11_window.h"
 
 namespace vantrell {
@@ -91,7 +92,7 @@ void frmMain::makeControls(LineStore& lines) {
 
 void frmMain::makeButtons() {
     const auto make = [this](const QString& name, const QString& caption, const QString& description) {
-        auto* button = named(new QPushButton(caption, this), name);
+        auto* button = named<QPushButton>(new frmWideButton(caption, this), name);
         button->setAccessibleDescription(description);
         button->setAutoDefault(true);
         return button;

@@ -3,10 +3,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileSystemModel>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QListView>
 #include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
@@ -161,14 +163,28 @@ void frmButton::connectControls() {
             &frmButton::selectionChanged);
     connect(this, &QFileDialog::directoryEntered, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::currentChanged, this, &frmButton::selectionChanged);
+    if (const auto* model = findChild<QFileSystemModel*>())
+        connect(model, &QAbstractItemModel::rowsRemoved, this, &frmButton::reopenWhenDropped, Qt::QueuedConnection);
     connect(Command1_, &QPushButton::clicked, this, [this] { openPrompt(true); });
     connect(cmdNameOk_, &QPushButton::clicked, this, &frmButton::createFolderAsTyped);
     connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
 }
 
 Path frmButton::selection() const {
-    const QString selected = selectedFiles().value(0, directory().absolutePath());
+    QString selected = selectedFiles().value(0);
+    if (selected.isEmpty()) selected = directory().absolutePath();
     return QFile::encodeName(QDir::cleanPath(selected)).toStdString();
+}
+
+// A listing that was under way when a folder was created does not hold it, and drops it where it is shown already.
+void frmButton::reopenWhenDropped() {
+    const auto* list = findChild<QListView*>(QStringLiteral("listView"));
+    const QString open = directory().absolutePath();
+    if (list == nullptr || list->rootIndex().isValid() || open == QDir::rootPath()) return;
+    if (!toolbox_.isFolder(QFile::encodeName(open).toStdString())) return;
+    setDirectory(QDir::rootPath());  // it would not go to where it believes it is
+    setDirectory(open);
+    selectionChanged();
 }
 
 void frmButton::selectionChanged() {

@@ -51,6 +51,7 @@ private:
     void connectControls();
 
     void selectionChanged();
+    void reopenWhenDropped();
     void openPrompt(bool open);
     void createFolderAsTyped();
     void refuse(const std::string& words);

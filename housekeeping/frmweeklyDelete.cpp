@@ -37,20 +37,19 @@ frmweeklyDelete::frmweeklyDelete(QWidget* parent) : QDialog(parent) {
     optPM_ = makeHalf("optPM", tr("&PM"));
     lstDaysOld_ = makeList("lstDaysOld", tr("Days old greater than"));
 
-    auto* day = new QGridLayout;
-    day->setColumnStretch(0, 1);
-    addRow(*day, tr("&Day of week you want auto-delete to happen"), lstDay_);
     auto* time = new QGroupBox(tr("Time of Day that you want weekly deletions to occur"), this);
     time->setLayout(makeTimeRow());
-    auto* age = new QGridLayout;
-    age->setColumnStretch(0, 1);
-    addRow(*age, tr("Days &Old Greater Than"), lstDaysOld_);
+    auto* grid = new QGridLayout;
+    grid->setColumnStretch(0, 1);
+    grid->setVerticalSpacing(2 * grid->verticalSpacing());
+    addRow(*grid, tr("&Day of week you want auto-delete to happen"), lstDay_);
+    grid->addWidget(time, grid->rowCount(), 0, 1, 2);
+    addRow(*grid, tr("Days &Old Greater Than"), lstDaysOld_);
 
     auto* rows = new QVBoxLayout(this);
+    rows->setSpacing(2 * rows->spacing());
     rows->addLayout(makeClockRow());
-    rows->addLayout(day);
-    rows->addWidget(time);
-    rows->addLayout(age);
+    rows->addLayout(grid);
     rows->addStretch();
     rows->addWidget(makeButtons());
 }

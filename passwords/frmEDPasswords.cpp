@@ -2,12 +2,12 @@
 #include "passwords/frmEDPasswords.h"
 
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QGuiApplication>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include "core/frmText.h"
+#include "core/frmWideButton.h"
 
 namespace vantrell {
 
@@ -68,7 +68,7 @@ void frmEDPasswords::makeControls() {
     chkActive_ = named(new QCheckBox(tr("Ac&tive"), this), QStringLiteral("chkActive"));
     cmdAdd_ = named(new QPushButton(tr("&Add >>"), this), QStringLiteral("cmdAdd"));
     cmdEdit_ = named(new QPushButton(tr("&Edit >>"), this), QStringLiteral("cmdEdit"));
-    cmdDelete_ = named(new QPushButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
+    cmdDelete_ = named<QPushButton>(new frmWideButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
     cmdDelete_->setToolTip(tr("Names deleted from this list will have to be manually reentered"));
     ExitButton_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("ExitButton"));
     cmdAdd_->setAccessibleName(tr("Add"));
@@ -83,14 +83,15 @@ void frmEDPasswords::arrange() {
     grid->addWidget(lblHeading_, 0, 0, 1, 2);
     grid->addWidget(lblSelect_, 1, 0);
     grid->addWidget(ListView1_, 2, 0);
-    grid->addLayout(makeEntryColumn(), 1, 1, 2, 1);
+    grid->addLayout(makeEntryColumn(*grid), 1, 1, 2, 1);
     grid->setColumnStretch(0, 5);
     grid->setColumnStretch(1, 4);
     grid->setRowStretch(2, 1);
 }
 
-QLayout* frmEDPasswords::makeEntryColumn() {
+QLayout* frmEDPasswords::makeEntryColumn(const QGridLayout& grid) {
     auto* column = new QVBoxLayout;
+    column->setSpacing(grid.verticalSpacing());
     for (QWidget* control : std::initializer_list<QWidget*>{lblEnter_, txtpassword_, lblCase_, chkActive_, cmdAdd_,
                                                             cmdEdit_, cmdDelete_}) {
         keepPlace(*control);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -42,7 +43,7 @@ protected:
 private:
     void makeControls();
     void arrange();
-    [[nodiscard]] QLayout* makeEntryColumn();
+    [[nodiscard]] QLayout* makeEntryColumn(const QGridLayout& grid);
     void connectControls();
     void show(QWidget& control, bool shown);
     void takeTypedText();

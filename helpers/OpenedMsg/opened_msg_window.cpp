@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/frmWideButton.h"
 #include "platform/linux/unix_show_request.h"
 
 namespace vantrell {
@@ -43,7 +44,8 @@ OpenedMsgWindow::OpenedMsgWindow(Path appFolder)
     bold.setBold(true);
     lblHeadline_->setFont(bold);
     auto* buttons = new QDialogButtonBox(this);
-    cmdShow_ = buttons->addButton(tr("&Show its window"), QDialogButtonBox::AcceptRole);
+    cmdShow_ = new frmWideButton(tr("&Show its window"), this);
+    buttons->addButton(cmdShow_, QDialogButtonBox::AcceptRole);
     cmdShow_->setObjectName(QStringLiteral("cmdShow"));
     cmdShow_->setDefault(true);
     cmdClose_ = buttons->addButton(tr("&Close"), QDialogButtonBox::RejectRole);

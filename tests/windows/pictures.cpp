@@ -20,7 +20,11 @@
 #include "support/doubles.h"
 #include "support/hand_cranked_loop.h"
 #include "task/run_queue.h"
+#include "windows/folder_picker_pictures.h"
+#include "windows/history_pictures.h"
 #include "windows/passwords_picture.h"
+#include "windows/second_start_picture.h"
+#include "windows/weekly_picture.h"
 
 namespace {
 
@@ -77,6 +81,14 @@ void showAtWork(frmMain& window) {
     window.setFileProgress(64, 100);
 }
 
+void showActivity(frmMain& window) {
+    for (int number = 1; number <= 12; ++number) {
+        window.appendActivity("11/24/2026 08:41:" + std::to_string(10 + number) + " PM Encryped:  invoice " +
+                              std::to_string(number) + ".pdf - Sucessful: ");
+    }
+    window.setActivityShown(true);
+}
+
 void showLongTexts(frmMain& window) {
     const std::string deep = "/mnt/archive/" + std::string(90, 'x') + "/department of long names/incoming files";
     window.setFolder(FolderKind::source, deep);
@@ -88,8 +100,7 @@ void showLongTexts(frmMain& window) {
     window.setProcessedCount(2147483647);
     window.setPassProgress(12345678, 123456789);
     for (int line = 1; line <= 40; ++line) {
-        window.appendActivity("11/16/2026 08:41:03 PM Encryped:  /srv/in/file " + std::to_string(line) +
-                              ".pdf - Sucessful: ");
+        window.appendActivity("11/16/2026 08:41:03 PM Encryped:  file " + std::to_string(line) + ".pdf - Sucessful: ");
     }
     window.appendActivity("11/16/2026 08:41:04 PM  Moving orginal file " + deep + deep);
     window.setActivityShown(true);
@@ -100,25 +111,39 @@ void save(QWidget& widget, const QString& path) {
     if (!widget.grab().save(path)) qFatal("cannot write a picture");
 }
 
-/// The window with the menu open over it, as it is seen.
+void paint(QPainter& painter, QMenu& menu, const frmMain& window) {
+    painter.drawPixmap(menu.pos() - window.mapToGlobal(QPoint()), menu.grab());
+}
+
+/// The window with the menu open over it, as it is seen, and with the menu that opens beside its last such entry.
 void saveMenu(frmMain& window, const QString& name, const QString& path) {
     auto* menu = window.findChild<QMenu*>(name);
     QMenuBar* bar = window.menuBar();
     bar->setActiveAction(menu->menuAction());
     menu->popup(bar->mapToGlobal(bar->actionGeometry(menu->menuAction()).bottomLeft()));
+    QMenu* inner = menu->findChild<QMenu*>();
+    if (inner != nullptr) {
+        menu->setActiveAction(inner->menuAction());
+        inner->popup(menu->mapToGlobal(menu->actionGeometry(inner->menuAction()).topRight()));
+    }
     wait(150);
     const QPixmap above = window.grab();
-    const QPixmap opened = menu->grab();
-    const QPoint at = menu->pos() - window.mapToGlobal(QPoint());
-    const QSize size = window.size().expandedTo(QSize(at.x(), at.y()) + menu->size());
+    QSize size = window.size();
+    for (const QMenu* open : {static_cast<const QMenu*>(menu), static_cast<const QMenu*>(inner)}) {
+        if (open == nullptr) continue;
+        const QPoint at = open->pos() - window.mapToGlobal(QPoint());
+        size = size.expandedTo(QSize(at.x(), at.y()) + open->size());
+    }
     QPixmap picture(size * above.devicePixelRatio());
     picture.setDevicePixelRatio(above.devicePixelRatio());
-    picture.fill(Qt::gray);
+    picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.drawPixmap(QPoint(), above);
-    painter.drawPixmap(at, opened);
+    paint(painter, *menu, window);
+    if (inner != nullptr) paint(painter, *inner, window);
     painter.end();
     if (!picture.save(path)) qFatal("cannot write a picture");
+    if (inner != nullptr) inner->close();
     menu->close();
 }
 
@@ -144,33 +169,18 @@ void drawMenus(frmMain& window, const QDir& folder, const QString& theme) {
 }
 
 void drawAbout(frmMain& window, const QDir& folder, const QString& theme) {
-    window.showAbout({"Vantrell", vantrell::programVersion(), vantrell::libraryVersions(),
-                      "/home/user/.local/share/Quillon, Inc/Vantrell/Bin"});
+    // Versions that do not change from machine to machine.
+    window.showAbout({"Vantrell",
+                      vantrell::programVersion(),
+                      {{"OpenSSL", "3.0.17"}, {"SQLite", "3.40.1"}, {"liburing", "2.3"}, {"Linux", "6.1.0"}},
+                      "/home/operator/.local/share/Quillon, Inc/Vantrell/Bin"});
     auto* about = window.findChild<vantrell::frmAbout*>();
     about->copyDiagnostics(QStringLiteral("-"));
     save(*about, folder.filePath(QStringLiteral("about-") + theme));
     about->close();
 }
 
-void drawAll(const QDir& folder, const QString& theme) {
-    const vantrell::Path spillFolder = QDir::tempPath().toStdString();
-    vantrell::SpilledLines lines(spillFolder);
-    vantrell::test::HandCrankedLoop loop;
-    vantrell::test::SettableClock clock;
-    vantrell::PosixToolbox toolbox(loop, clock);
-    frmMain window(lines, toolbox);
-    showEmpty(window);
-    window.setNormalSize();
-    window.showWindow();
-    save(window, folder.filePath(QStringLiteral("empty-") + theme));
-    showAtWork(window);
-    save(window, folder.filePath(QStringLiteral("at-work-") + theme));
-    showLongTexts(window);
-    save(window, folder.filePath(QStringLiteral("long-") + theme));
-
-    drawMenus(window, folder, theme);
-    drawAbout(window, folder, theme);
-
+void drawBoxes(frmMain& window, const QDir& folder, const QString& theme) {
     vantrell::RunQueue queue([] {});
     vantrell::QtMessageBoxes boxes(queue, &window);
     const vantrell::Pending question = boxes.ask(
@@ -181,10 +191,43 @@ void drawAll(const QDir& folder, const QString& theme) {
     save(*window.findChild<QMessageBox*>(), folder.filePath(QStringLiteral("question-") + theme));
     boxes.inform({"", "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect."});
     save(*window.findChildren<QMessageBox*>().back(), folder.filePath(QStringLiteral("box-") + theme));
+}
 
-    vantrell::test::drawPasswords([&](QWidget& passwords, const QString& name) {
-        save(passwords, folder.filePath(name + QLatin1Char('-') + theme));
-    });
+void drawMainWindow(frmMain& window, const QDir& folder, const QString& theme) {
+    const auto saveAs = [&](const char* name) {
+        save(window, folder.filePath(QString::fromLatin1(name) + QLatin1Char('-') + theme));
+    };
+    showEmpty(window);
+    window.setNormalSize();
+    window.showWindow();
+    saveAs("empty");
+    showAtWork(window);
+    saveAs("at-work");
+    drawMenus(window, folder, theme);
+    drawAbout(window, folder, theme);
+    drawBoxes(window, folder, theme);
+    showActivity(window);
+    saveAs("activity");
+    showLongTexts(window);
+    saveAs("long");
+}
+
+void drawAll(const QDir& folder, const QString& theme, const vantrell::Path& examples) {
+    const vantrell::Path spillFolder = QDir::tempPath().toStdString();
+    vantrell::SpilledLines lines(spillFolder);
+    vantrell::test::HandCrankedLoop loop;
+    vantrell::test::SettableClock clock;
+    vantrell::PosixToolbox toolbox(loop, clock);
+    frmMain window(lines, toolbox);
+    drawMainWindow(window, folder, theme);
+    const auto saveAs = [&](QWidget& widget, const QString& name) {
+        save(widget, folder.filePath(name + QLatin1Char('-') + theme));
+    };
+    vantrell::test::drawPasswords(saveAs);
+    vantrell::test::drawWeeklyDelete(saveAs);
+    vantrell::test::drawHistory(saveAs, wait);
+    vantrell::test::drawFolderPicker(toolbox, examples, saveAs, wait);
+    vantrell::test::drawSecondStart(saveAs);
 }
 
 }  // namespace
@@ -201,8 +244,10 @@ int main(int argc, char** argv) {
     }
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     if (!folder.mkpath(QStringLiteral("."))) qFatal("cannot make the folder");
-    drawAll(folder, QStringLiteral("light.png"));
+    const vantrell::test::ExampleFolders examples;
+    qputenv("HOME", QByteArray::fromStdString(examples.path()));
+    drawAll(folder, QStringLiteral("light.png"), examples.path());
     QApplication::setPalette(darkPalette());
-    drawAll(folder, QStringLiteral("dark.png"));
+    drawAll(folder, QStringLiteral("dark.png"), examples.path());
     return 0;
 }
