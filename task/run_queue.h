@@ -31,6 +31,8 @@ public:
     /// The first waking of a number counts, later ones do nothing.
     void wake(Id id, int value = 0);
     [[nodiscard]] bool isWoken(Id id) const;
+    /// Whether somebody still holds the number and it has not been woken.
+    [[nodiscard]] bool isAwaited(Id id) const { return waiters_.contains(id) && !isWoken(id); }
     [[nodiscard]] int value(Id id) const;
     void resumeWhenWoken(Id id, std::coroutine_handle<> waiting);
 

@@ -12,7 +12,7 @@ import time
 from gi.repository import Gio, GLib
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest  # noqa: E402  (found by the line above)
+from harness import ProgramTest, read  # noqa: E402  (found by the line above)
 
 
 def wait_until(condition, what, seconds=30):
@@ -111,7 +111,18 @@ class Bus:
 
     def connect(self):
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
-        connection = Gio.DBusConnection.new_for_address_sync(self.address, flags, None, None)
+        connections = []
+
+        def connects():
+            # The bus makes its socket a moment before it listens.
+            try:
+                connections.append(Gio.DBusConnection.new_for_address_sync(self.address, flags, None, None))
+            except GLib.Error:
+                return False
+            return True
+
+        wait_until(connects, "the message bus to listen")
+        connection = connections[0]
         self.test.addCleanup(connection.close_sync, None)
         return connection
 
@@ -189,6 +200,7 @@ class DesktopTest(ProgramTest):
         os.unlink(settings)
         end()
         wait_until(lambda: process.poll() is not None, "the program's end")
-        self.assertEqual(process.returncode, 0)
+        errors = os.path.join(profile.root, "stderr")
+        self.assertEqual(process.returncode, 0, read(errors).decode(errors="replace"))
         self.assertTrue(os.path.exists(settings))
         self.assertIn("Loaded", profile.log())

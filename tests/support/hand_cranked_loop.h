@@ -92,10 +92,10 @@ private:
     bool collectFlushes(int waitMilliseconds) {
         const int handle = static_cast<int>(flush_->completionHandle());
         pollfd readable{handle, POLLIN, 0};
+        std::erase_if(underWay_, [this](RunQueue::Id id) { return !queue().isAwaited(id); });
         if (underWay_.empty()) return false;
         if (::poll(&readable, 1, waitMilliseconds) <= 0) return false;
         flush_->collect(queue());
-        std::erase_if(underWay_, [this](RunQueue::Id id) { return queue().isWoken(id); });
         return true;
     }
 
