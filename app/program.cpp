@@ -147,6 +147,8 @@ void Program::abortOthers() {
     weekly_.abort();
     weeklyDialog_.abort();
     backupMenus_.abort();
+    history_.close();
+    historyText_.close();
 }
 
 ActivePasswordLookup Program::passwordLookup() {

@@ -86,10 +86,15 @@ void MainWindowController::folderChosen(FolderKind kind, const Path& folder) {
                          "The folder stays as it was."});
         return;
     }
+    const bool wasOneMissing = p_.state.anyFolderIsEmpty();
     Path& setting = settingOf(kind);
     setting = withoutTrailingSeparators(folder);
     p_.window.setFolder(kind, setting);
-    if (setting.empty()) p_.window.setLabel2("You can not define a root of any drive!");
+    if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + setting);
+    if (setting.empty())
+        p_.window.setLabel2("You can not define a root of any drive!");
+    else if (wasOneMissing && !p_.state.anyFolderIsEmpty())
+        p_.window.setLabel2({});  // it said that a folder is missing
     p_.settings.saveSettings();
     if (!setting.empty()) warnOfFolders();
 }

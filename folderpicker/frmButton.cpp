@@ -208,7 +208,10 @@ void frmButton::createFolderAsTyped() {
     const NewFolder made = createFolder(selection(), name, toolbox_);
     if (made.path.empty()) return refuse(made.refusal);
     openPrompt(false);
+    // What was typed or clicked before would still be the selection.
+    findChild<QTreeView*>(QStringLiteral("treeView"))->selectionModel()->clear();
     setDirectory(namedFolder(made.path));
+    findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->clear();
     selectionChanged();
     buttons_->button(QDialogButtonBox::Open)->setFocus();
 }

@@ -47,8 +47,10 @@ void addOk(QMessageBox& box) {
     box.setEscapeButton(QMessageBox::Ok);
 }
 
-/// Whether a window is kept above all others, and with that above a box.
+/// Whether a window is kept above all others, and with that above a box. One that holds up its owner may hide a box
+/// that is not its own.
 bool isWindowKeptAbove() {
+    if (QApplication::activeModalWidget() != nullptr) return true;
     const QWidgetList windows = QApplication::topLevelWidgets();
     return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
         return window->isVisible() && window->windowFlags().testFlag(Qt::WindowStaysOnTopHint);
@@ -65,7 +67,8 @@ QtMessageBoxes::~QtMessageBoxes() {
 }
 
 QMessageBox* QtMessageBoxes::make(const Box& box) {
-    auto* made = new QMessageBox(parent_);
+    // While a window holds up the parent, it would hold up a box that belongs to it as well.
+    auto* made = new QMessageBox(QApplication::activeModalWidget() == nullptr ? parent_.data() : nullptr);
     made->setAttribute(Qt::WA_DeleteOnClose);
     made->setModal(false);
     made->setWindowFlag(Qt::WindowStaysOnTopHint, isWindowKeptAbove());
@@ -86,6 +89,11 @@ void QtMessageBoxes::show(QMessageBox& shown) {
         parent_->setWindowState(parent_->windowState() & ~Qt::WindowMinimized);
         parent_->show();
     }
+    // Window managers hand the keyboard to the parent, whichever window the operator was working in.
+    if (QWidget* before = QApplication::activeWindow(); before != nullptr && before != &shown)
+        QObject::connect(&shown, &QMessageBox::finished, before, [before] {
+            if (before->isVisible()) before->activateWindow();
+        });
     shown.show();
     shown.raise();
     shown.activateWindow();

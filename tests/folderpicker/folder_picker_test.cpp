@@ -143,6 +143,19 @@ TEST_F(FolderPickerTest, CreatesAFolderAndSelectsIt) {
     }
 }
 
+TEST_F(FolderPickerTest, CreatesInsideWhatWasTyped) {
+    const std::string outer = folder.makeFolder("outer");
+    for (const std::string& typed : {outer, std::string("outer")}) {
+        pick();
+        find<QLineEdit>("fileNameEdit")->setFocus();
+        QTest::keyClicks(find<QLineEdit>("fileNameEdit"), QString::fromStdString(typed));
+        create(QString::number(typed.size()));
+        pressOk();
+        EXPECT_EQ(chosen, outer + "/" + std::to_string(typed.size()));
+        ASSERT_TRUE(isGone());
+    }
+}
+
 TEST_F(FolderPickerTest, RefusesANameThatExists) {
     folder.makeFolder("New");
     pick();

@@ -17,12 +17,27 @@
 
 namespace vantrell::test {
 
+/// The machine's clock, or one that is some days ahead of it.
+class ShiftedClock final : public Clock {
+public:
+    [[nodiscard]] TimePoint now() const override { return machine_.now() + ahead; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return machine_.sinceBoot() + ahead; }
+    std::chrono::days ahead{0};
+
+private:
+    SystemClock machine_;
+};
+
 /// The whole program on a profile of its own, seen and driven through its window alone.
 class ProgramTest : public ::testing::Test, protected Controls {
 protected:
     /// Starts it and waits until its start is over: idle, or, when it is to process by itself, at its first pass.
     void startProgram() {
         profile.use();
+        startOnProfile();
+    }
+    /// The same on the profile as it stands.
+    void startOnProfile() {
         program.emplace(clock, timers);
         useWindow(program->window());
         ASSERT_TRUE(program->start());
@@ -81,7 +96,7 @@ protected:
 
     TemporaryFolder folder;
     Profile profile{folder.path()};
-    SystemClock clock;
+    ShiftedClock clock;
     QtTimers timers;
     std::optional<Program> program;
 };

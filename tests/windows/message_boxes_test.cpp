@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/qt/qt_message_boxes.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <optional>
 
@@ -82,6 +83,23 @@ TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
     EXPECT_TRUE(openBoxes().empty());
     boxes->inform(news);
     EXPECT_EQ(openBoxes().size(), 1);
+}
+
+TEST_F(MessageBoxesTest, CanBeAnsweredWhileAWindowHoldsUpTheMainOne) {
+    auto* modal = new QDialog(&window);
+    modal->open();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(modal));
+    ask(question);
+    const auto activeBox = [] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return activeBox() != nullptr; }));
+    QMessageBox* box = activeBox();
+    EXPECT_TRUE(box->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    QPushButton* yes = qobject_cast<QPushButton*>(box->button(QMessageBox::Yes));
+    // Through the window, as the mouse does it: events for a widget go past what holds it up.
+    QTest::mouseClick(box->windowHandle(), Qt::LeftButton, {}, yes->mapTo(box, yes->rect().center()));
+    turn();
+    EXPECT_EQ(answer, Answer::yes);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(modal)) << "the operator was working there";
 }
 
 }  // namespace vantrell::test
