@@ -13,6 +13,11 @@
 
 #include "core/about_facts.h"
 #include "core/frmMain.h"
+#include "helpers/pictures/folder_picker_pictures.h"
+#include "helpers/pictures/history_pictures.h"
+#include "helpers/pictures/passwords_picture.h"
+#include "helpers/pictures/second_start_picture.h"
+#include "helpers/pictures/weekly_picture.h"
 #include "platform/linux/posix_toolbox.h"
 #include "platform/linux/spilled_lines.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -20,11 +25,6 @@
 #include "support/doubles.h"
 #include "support/hand_cranked_loop.h"
 #include "task/run_queue.h"
-#include "windows/folder_picker_pictures.h"
-#include "windows/history_pictures.h"
-#include "windows/passwords_picture.h"
-#include "windows/second_start_picture.h"
-#include "windows/weekly_picture.h"
 
 namespace {
 
