@@ -11,7 +11,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest, decrypted, wait_until  # noqa: E402  (found by the line above)
+from harness import ProgramTest, decrypted, read, wait_until  # noqa: E402  (found by the line above)
 
 Role = Atspi.Role
 State = Atspi.StateType
@@ -66,7 +66,8 @@ class Screen:
     def find(self, role, name):
         def matches(node):
             try:
-                return node.get_role() == role and node.get_name() == name
+                is_closed = role == Role.PUSH_BUTTON and not has(node, State.SHOWING)
+                return node.get_role() == role and node.get_name() == name and not is_closed
             except GLib.Error:
                 return False
         return next((node for node in self.nodes() if matches(node)), None)
@@ -164,6 +165,40 @@ class Accessibility(ProgramTest):
         self.assertIsNotNone(self.screen.find(Role.PUSH_BUTTON, "System Info..."))
         self.screen.act(Role.PUSH_BUTTON, "OK")
         wait_until(lambda: self.screen.find(Role.DIALOG, "About Vantrell") is None, "the About window to close")
+
+    def type_into(self, name, text):
+        field = self.screen.wait_for(Role.TEXT, name, State.SHOWING)
+        Atspi.Component.grab_focus(field)
+        self.screen.wait_for(Role.TEXT, name, State.FOCUSED)
+        Atspi.EditableText.set_text_contents(field, text)
+
+    def test_every_window_leads_to_its_end(self):
+        self.start(continually=False)
+        self.screen.act(Role.MENU_ITEM, "Update/Add Passwords")
+        self.type_into("Password", "another")
+        self.screen.wait_for(Role.CHECK_BOX, "Active", State.SHOWING)
+        self.screen.act(Role.CHECK_BOX, "Active")
+        self.screen.wait_for(Role.PUSH_BUTTON, "Add", State.SHOWING)
+        self.screen.act(Role.PUSH_BUTTON, "Add")
+        self.screen.wait_for(Role.TABLE_CELL, "another")
+        self.screen.act(Role.MENU_ITEM, "View Current Password")
+        self.screen.wait_for(Role.LABEL, "another")
+        self.screen.act(Role.PUSH_BUTTON, "OK")
+
+        self.screen.act(Role.PUSH_BUTTON, "Weekly Auto-Delete Scheduler")
+        self.screen.wait_for(Role.COMBO_BOX, "-None-", State.SHOWING)
+        self.screen.act(Role.RADIO_BUTTON, "AM")
+        self.screen.act(Role.PUSH_BUTTON, "OK")
+        wait_until(lambda: b'"AM"' in read(os.path.join(self.profile.data, "ZEP.cfg")), "the schedule in the settings")
+
+        self.screen.act(Role.MENU_ITEM, "Select DailyHistory File to View")
+        self.screen.act(Role.PUSH_BUTTON, "Load Selected History")
+        self.screen.wait_for(Role.LIST, "Log", State.SHOWING)
+
+        self.screen.act(Role.PUSH_BUTTON, "Change Rejected folder")
+        self.type_into("Folder:", self.profile.done)
+        self.screen.act(Role.PUSH_BUTTON, "OK")
+        wait_until(lambda: self.screen.label("Rejected folder") == self.profile.done, "the chosen folder")
 
 
 if __name__ == "__main__":
