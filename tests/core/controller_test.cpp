@@ -8,30 +8,24 @@
 namespace vantrell::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
-class ControllerTest : public ::testing::Test {
-protected:
-    void settle() {
-        bench.loop.turnUntil([] { return false; });
-    }
+struct ControllerTest : ::testing::Test {
     PassBench bench;
 };
 
 TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
     bench.controller.startPressed();
     bench.controller.startPressed();
-    settle();
+    bench.settle();
     bench.controller.startPressed();
-    settle();
+    bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
     bench.boxes.answerOpen(Answer::no);
-    settle();
+    bench.settle();
 
     (void)bench.messages();
     bench.state.settings.DoneFolder.clear();
     bench.controller.startPressed();
-    settle();
+    bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
     EXPECT_TRUE(bench.messages().empty());
     EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
@@ -41,13 +35,13 @@ TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");
     bench.controller.timRun_Timer();
-    settle();
+    bench.settle();
     ASSERT_EQ(bench.boxes.openIds.size(), 1U);
     bench.controller.timRun_Timer();
-    settle();
+    bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
     (void)bench.controller.folderPressed(FolderKind::done);
-    settle();
+    bench.settle();
     EXPECT_EQ(bench.mode.mode(), Mode::stopped);
     EXPECT_TRUE(bench.exists(bench.in("a")));
 }

@@ -84,7 +84,7 @@ TEST_F(NoticesTest, AQuestionBringsAHiddenWindowBackAndItsEndWithdraws) {
     bench.place.hide();
     TaskGroup group(bench.loop.queue());
     group.start(bench.pass.timRun_Timer());
-    bench.loop.turnUntil([&] { return group.isIdle(); });
+    bench.settle();
     EXPECT_TRUE(bench.window.visible && !bench.window.minimizedState);
     EXPECT_EQ(told(), 1U);
     group.abort();

@@ -21,11 +21,7 @@ struct OptionPath {
 
 void PrintTo(const OptionPath& path, std::ostream* out) { *out << path.name; }
 
-class OptionMenusTest : public ::testing::Test {
-protected:
-    void settle() {
-        bench.loop.turnUntil([] { return false; });
-    }
+struct OptionMenusTest : ::testing::Test {
     PassBench bench;
 };
 
@@ -37,7 +33,7 @@ TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     bench.state.settings.RunNormalAtStartup = path.normal;
     for (const Answer answer : path.answers) bench.boxes.answerNext(answer);
     (bench.menus.*path.click)();
-    settle();
+    bench.settle();
     EXPECT_EQ(bench.state.settings.RunContinuallyAtStartup, path.continuallyAfter);
     EXPECT_EQ(bench.state.settings.RunNormalAtStartup, path.normalAfter);
     EXPECT_TRUE(path.continuallyAfter || path.normalAfter || (!path.continually && !path.normal))
@@ -73,13 +69,13 @@ TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
     bench.state.settings.RunContinuallyAtStartup = bench.state.settings.RunNormalAtStartup = true;
     bench.window.visible = true;
     bench.menus.mnmax();
-    settle();
+    bench.settle();
     ASSERT_EQ(bench.boxes.openIds.size(), 1U);
     bench.menus.mnuStartOnLoad();
     EXPECT_TRUE(bench.state.settings.RunContinuallyAtStartup) << "one question at a time";
     bench.state.settings.RunNormalAtStartup = true;
     bench.boxes.answerOpen(Answer::yes);
-    settle();
+    bench.settle();
     EXPECT_TRUE(bench.window.visible);
 }
 
@@ -88,7 +84,7 @@ TEST_F(OptionMenusTest, OverwritingIsAskedForAndTakenBackWithoutAsking) {
     bench.boxes.answerNext(Answer::yes);
     for (const bool after : {false, true, false}) {
         bench.menus.mnOW();
-        settle();
+        bench.settle();
         EXPECT_EQ(bench.state.settings.OverwriteExistingFiles, after);
     }
     EXPECT_EQ(bench.boxes.asked.size(), 2U);

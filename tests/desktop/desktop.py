@@ -101,11 +101,13 @@ class Bus:
     """A message bus that starts no services; it stands for the session's and the system's."""
 
     def __init__(self, test):
-        path = os.path.join(test.new_folder(), "bus")
-        self.address = "unix:path=" + path
         configuration = os.path.join(os.path.dirname(os.path.abspath(__file__)), "bus.conf")
-        test.spawn(["dbus-daemon", "--nofork", "--config-file", configuration, "--address", self.address])
-        wait_until(lambda: os.path.exists(path), "the message bus")
+        reading, writing = os.pipe()
+        test.spawn(["dbus-daemon", "--nofork", "--config-file", configuration, "--print-address", str(writing)],
+                   pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as address:
+            self.address = address.readline().strip()
         self.environment = {"DBUS_SESSION_BUS_ADDRESS": self.address, "DBUS_SYSTEM_BUS_ADDRESS": self.address}
         self.test = test
 

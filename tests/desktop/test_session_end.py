@@ -8,7 +8,9 @@ import unittest
 from gi.repository import Gio, GLib
 
 from desktop import Bus, DesktopTest, Screen, Service, wait_until
+from harness import count_of
 
+GIB = 1 << 30
 RESTART_NEVER = 3  # SmRestartNever
 
 
@@ -69,6 +71,14 @@ class ByLogind(DesktopTest):
         self.assertIsNone(self.process.poll(), "a shut-down that was called off ends nothing")
         self.assertTrue(self.logind.is_delayed())
         self.assert_saved_before_the_delay_ends()
+
+    def test_in_the_middle_of_a_file(self):
+        self.start()
+        self.profile.drop("big", size=GIB)
+        wait_until(lambda: count_of(self.process, "io", "wchar") > GIB // 8, "the file at work")
+        self.assert_saved_before_the_delay_ends()
+        self.assertEqual(os.path.getsize(os.path.join(self.profile.source, "big")), GIB)
+        self.assertEqual(os.listdir(self.profile.destination), [])
 
     def test_after_logind_was_started_anew(self):
         self.start()

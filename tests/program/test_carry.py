@@ -38,7 +38,8 @@ class Files(ProgramTest):
 
     def test_to_another_file_system(self):
         self.skip_without_other_file_system()
-        self.carry(self.ready_profile(done_parent="/dev/shm"), {name: name * 3 for name in NAMES} | {"big": os.urandom(40_000_000)})
+        files = {name: name * 3 for name in NAMES} | {"big": os.urandom(40_000_000)}
+        self.carry(self.ready_profile(done_parent="/dev/shm"), files)
 
     def test_that_are_none_stay_where_they_are(self):
         profile = self.ready_profile(subfolders=True)

@@ -42,6 +42,10 @@ public:
     /// Runs one pass to its end; False when it waits for an answer.
     bool runPass() { return loop.run(pass.timRun_Timer()); }
 
+    void settle() {
+        loop.turnUntil([] { return false; });
+    }
+
     /// The messages of the activity lines since the last call, without their date and time.
     std::vector<std::string> messages() {
         const std::string prefix = generalDateText(clock.time) + " ";

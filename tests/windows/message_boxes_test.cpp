@@ -14,10 +14,7 @@ class MessageBoxesTest : public MainWindowTest {
 protected:
     void ask(const Box& box) {
         tasks.start(keepAnswer(this, box));
-        turn();
-    }
-    void turn() {
-        loop.turnUntil([] { return false; });
+        loop.settle();
     }
     static Task<void> keepAnswer(MessageBoxesTest* test, Box box) {
         test->answer = static_cast<Answer>(co_await test->boxes->ask(box));
@@ -41,10 +38,10 @@ TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
     EXPECT_EQ(box->button(QMessageBox::Yes), box->defaultButton());
     click("cmdStopDir");
     EXPECT_EQ(events.seen, Seen{"stop"});
-    turn();
+    loop.settle();
     EXPECT_FALSE(answer.has_value());
     QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
-    turn();
+    loop.settle();
     EXPECT_EQ(answer, Answer::yes);
     EXPECT_TRUE(openBoxes().empty());
 }
@@ -53,14 +50,14 @@ TEST_F(MessageBoxesTest, TakesEscapeAndTheCloseBoxForNo) {
     for (const bool escape : {true, false}) {
         ask(question);
         escape ? QTest::keyClick(openBoxes().front(), Qt::Key_Escape) : (void)openBoxes().front()->close();
-        turn();
+        loop.settle();
         EXPECT_EQ(answer, Answer::no);
         answer.reset();
     }
     ask({"", "Sure?", Buttons::yesNo, true});
     EXPECT_EQ(openBoxes().front()->windowTitle(), QStringLiteral("Vantrell"));
     QTest::keyClick(openBoxes().front(), Qt::Key_Return);
-    turn();
+    loop.settle();
     EXPECT_EQ(answer, Answer::no) << "the default that was asked for";
 }
 
@@ -68,7 +65,7 @@ TEST_F(MessageBoxesTest, GoesWithTheTaskThatAsked) {
     ask(question);
     tasks.abort();
     EXPECT_TRUE(openBoxes().empty());
-    turn();
+    loop.settle();
     EXPECT_FALSE(answer.has_value());
 }
 
