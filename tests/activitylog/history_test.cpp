@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <chrono>
-#include <optional>
-
 #include "activitylog/activity_log.h"
 #include "activitylog/history_find.h"
-#include "activitylog/history_list.h"
 #include "activitylog/history_reader.h"
 #include "platform/linux/posix_file_reading.h"
 #include "support/toolbox_fixture.h"
@@ -231,88 +227,6 @@ TEST_F(HistoryReaderTest, GivesTheWindowItsTurnsInALargeLog) {
     EXPECT_EQ(view.copied.value_or("").size(), text.size() - kLines);
     EXPECT_GT(count, 8) << "each of the three takes several turns on any machine";
     EXPECT_LT(longest, std::chrono::milliseconds(1000)) << "meant to be 20; the machine may be busy";
-}
-
-namespace {
-
-class RecordedList final : public HistoryListView, public HistoryOpener {
-public:
-    void rowsChanged() override {}
-    void marksChanged() override {}
-    void showLoadHistory(bool shown) override { isLoadShown = shown; }
-    void closeList() override { ++closed; }
-    void openHistory(const Path& fileName) override { opened.push_back(fileName); }
-
-    bool isLoadShown = false;
-    int closed = 0;
-    std::vector<Path> opened;
-};
-
-}  // namespace
-
-class HistoryListTest : public WithToolbox {
-protected:
-    HistoryListTest() { state.AppFolder = folder.path(); }
-    void fill(const std::vector<std::string>& names) {
-        const std::string logs = folder.makeFolder("Daily Activity Logs");
-        for (const std::string& name : names) writeFile(logs + "/" + name, "x");
-        list.FillHistoryList();
-        loop.turnUntil([this] { return view.isLoadShown; });
-    }
-    [[nodiscard]] std::vector<std::size_t> checked() const {
-        std::vector<std::size_t> found;
-        for (std::size_t row = 1; row <= list.rows().size(); ++row)
-            if (list.rows()[row - 1].isChecked) found.push_back(row);
-        return found;
-    }
-
-    ProgramState state;
-    RecordedList view;
-    HistoryList list{state, toolbox, loop, view, view};
-};
-
-TEST_F(HistoryListTest, ListsEveryFileOfTheFolderInOrder) {
-    folder.makeFolder("Daily Activity Logs/below");
-    writeFile(folder / "Daily Activity Logs/below/20250101 Activity.Log", "x");
-    fill({"20261117 Activity.Log", "20261116 Activity.Log", ".hidden", "notes", "M\xFCller.txt"});
-    std::vector<Path> names;
-    for (const HistoryList::Row& row : list.rows()) names.push_back(row.fileName);
-    EXPECT_EQ(names, (std::vector<Path>{".hidden", "20261116 Activity.Log", "20261117 Activity.Log", "M\xFCller.txt",
-                                        "notes"}));
-    EXPECT_EQ(list.ListedFileCount(), 5U);
-    EXPECT_EQ(list.currentRow(), 5U);
-    EXPECT_TRUE(checked().empty());
-    EXPECT_EQ(state.LogFolder, logFolderBelow(folder.path()));
-}
-
-TEST_F(HistoryListTest, OpensTheLastRowOrTheClickedOne) {
-    fill({"a", "b", "c"});
-    list.OpenHistoryFile();
-    for (const std::size_t row : {1U, 2U, 2U}) {
-        list.gridClicked(row);
-        EXPECT_EQ(checked(), std::vector<std::size_t>{row}) << "that row alone";
-    }
-    list.OpenHistoryFile();
-    EXPECT_EQ(view.opened, (std::vector<Path>{"c", "b"}));
-    std::filesystem::remove(folder / "Daily Activity Logs/b");
-    list.OpenHistoryFile();
-    EXPECT_EQ(view.opened.size(), 2U);
-    EXPECT_EQ(view.closed, 2) << "it stays when the file has gone";
-    list.clear();
-    EXPECT_EQ(list.ListedFileCount(), 0U);
-    fill({"d"});
-    EXPECT_EQ(list.ListedFileCount(), 3U) << "built anew when it opens again";
-}
-
-TEST_F(HistoryListTest, StaysEmptyWithoutALogFolder) {
-    list.FillHistoryList();
-    EXPECT_FALSE(view.isLoadShown);
-    loop.turnUntil([this] { return view.isLoadShown; });
-    EXPECT_TRUE(view.isLoadShown);
-    list.gridClicked(1);
-    list.OpenHistoryFile();
-    EXPECT_TRUE(view.opened.empty());
-    EXPECT_EQ(view.closed, 0);
 }
 
 }  // namespace vantrell::test
