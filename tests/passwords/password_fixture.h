@@ -32,13 +32,12 @@ public:
     void addRow(const std::string& text, const std::string& activeText) override {
         rows.push_back(text + "=" + activeText);
     }
-    void showAddButton() override { addButtonShown = true; }
+    void showAddButton() override {}
     void unload() override { ++unloaded; }
 
     std::string password;
     bool active = false;
     std::vector<std::string> rows;
-    bool addButtonShown = false;
     int unloaded = 0;
 
 private:
