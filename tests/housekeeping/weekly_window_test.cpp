@@ -70,17 +70,19 @@ TEST_F(WeeklyWindowTest, OpensPausedWithWhatIsStored) {
 TEST_F(WeeklyWindowTest, OkTakesSavesShowsAndResumes) {
     weekly.settings().WeeklyDeleteAmPm = "AM";
     open();
-    for (const char* name : {"lstDay", "lstHour", "lstMinute", "lstDaysOld"}) key(name, Qt::Key_End);
+    for (const char* name : {"lstDay", "lstHour", "lstDaysOld"}) key(name, Qt::Key_End);
+    EXPECT_EQ(shown(), "Sunday 12 05 14 AM");
     QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([this] { return find<QRadioButton>("optPM")->isChecked(); }));
     QTest::keyClick(&window, Qt::Key_Return);
-    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Sunday 12:59 PM  File Create Date > 14");
+    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Sunday 12:5 PM  File Create Date > 14");
     EXPECT_EQ(saved(), weekly.settings());
     expectClosed(Mode::automatic);
     open();
-    EXPECT_EQ(shown(), "Sunday 12 59 14 PM");
-    for (const char* name : {"lstHour", "lstMinute", "lstDaysOld"}) key(name, Qt::Key_Home);
-    EXPECT_EQ(shown(), "Sunday 1 00 7 PM");
+    EXPECT_EQ(shown(), "Sunday 12 05 14 PM");
+    for (const char* name : {"lstHour", "lstDaysOld"}) key(name, Qt::Key_Home);
+    key("lstMinute", Qt::Key_End);
+    EXPECT_EQ(shown(), "Sunday 1 59 7 PM");
     key("lstDay", Qt::Key_Home);
     press("cmdOK");
     EXPECT_EQ(weekly.bench.window.schedule, "");
