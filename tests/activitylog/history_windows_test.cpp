@@ -178,6 +178,7 @@ TEST_F(HistoryWindowsTest, ShowsALargeLogAtOnceAndStaysAlive) {
     std::string text;
     for (int i = 0; i < kLines; ++i) text += "11/16/2026 08:41:03 PM Encryped:  /srv/in/" + std::to_string(i) + "\r\n";
     write("large", text);
+    const auto copied = static_cast<qsizetype>(text.size()) - kLines;  // line feeds alone
     qint64 longest = 0;
     QElapsedTimer since;
     QTimer heartbeat;
@@ -193,6 +194,9 @@ TEST_F(HistoryWindowsTest, ShowsALargeLogAtOnceAndStaysAlive) {
     findField()->setText(QStringLiteral("/srv/in/499999"));
     ASSERT_TRUE(showsFound("1 of 1 line"));
     EXPECT_EQ(shown()->currentIndex().row(), kLines - 1);
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_C}) QTest::keyClick(shown(), key, Qt::ControlModifier);
+    const auto isCopied = [&] { return QGuiApplication::clipboard()->text().size() == copied; };
+    ASSERT_TRUE(QTest::qWaitFor(isCopied, 30'000));
     shown()->verticalScrollBar()->setValue(kLines / 2);
     ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->lineInHand() > 0; }));
     heartbeat.stop();
