@@ -58,6 +58,10 @@ struct Year {
     int day, hour, minute;
     const char* half;
     int daysOld;
+
+    friend void PrintTo(const Year& year, std::ostream* out) {
+        *out << year.place.zone << ", day " << year.day << ", " << year.hour << ':' << year.minute << year.half;
+    }
 };
 
 constexpr sys_seconds kBegin = sys_days(2028y / January / 1);  // a leap year
