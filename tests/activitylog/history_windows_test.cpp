@@ -19,6 +19,8 @@
 
 namespace vantrell::test {
 
+using Names = std::vector<std::string>;
+
 class HistoryWindowsTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -43,6 +45,12 @@ protected:
     void clickRow(int row, int column) const {
         const QRect cell = grid->visualRect(grid->model()->index(row - 1, column));
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    }
+    [[nodiscard]] Names listed() const {
+        Names names;
+        for (int row = 0; row < grid->model()->rowCount(); ++row)
+            names.push_back(grid->model()->index(row, 0).data().toString().toStdString());
+        return names;
     }
     [[nodiscard]] std::vector<int> checkedRows() const {
         std::vector<int> rows;
@@ -80,36 +88,49 @@ protected:
     QPushButton* load = nullptr;
 };
 
-TEST_F(HistoryWindowsTest, ListsChecksAndOpens) {
-    for (const char* name : {"a", "b", "c"}) write(name, std::string(name) + "\r\n");
+TEST_F(HistoryWindowsTest, ListsEveryFileAndOpensTheLast) {
+    std::filesystem::remove(logs);
     openList();
-    EXPECT_EQ(list.windowTitle(), QStringLiteral("History"));
-    EXPECT_EQ(load->text().remove(u'&'), QStringLiteral("Load Selected History"));
-    EXPECT_EQ(grid->currentIndex().row(), 2);
-    clickRow(3, 1);
-    clickRow(1, 0);
-    EXPECT_EQ(checkedRows(), std::vector<int>{1});
+    EXPECT_EQ(listed(), Names{});
+    QTest::mouseClick(load, Qt::LeftButton);
+    EXPECT_TRUE(list.isVisible()) << "there is nothing to load";
+    list.close();
+    folder.makeFolder("Daily Activity Logs/below");
+    for (const char* name : {"b", "a", ".hidden", "M\xFCller.txt"}) write(name, "one\r\n");
+    openList();
+    EXPECT_EQ(listed(), (Names{".hidden", "M\\xFCller.txt", "a", "b"}));
+    EXPECT_EQ(grid->currentIndex().row(), 3);
+    EXPECT_TRUE(checkedRows().empty());
     QTest::mouseClick(load, Qt::LeftButton);
     EXPECT_FALSE(list.isVisible());
+    EXPECT_TRUE(showsRead("b: 1 line"));
+    EXPECT_EQ(list.windowTitle(), QStringLiteral("History"));
     EXPECT_EQ(reading.windowTitle(), QStringLiteral("History Log"));
     for (const QWidget* window : {static_cast<QWidget*>(&list), static_cast<QWidget*>(&reading)}) {
         EXPECT_TRUE(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
         EXPECT_EQ(window->frameGeometry().topLeft(), mainWindow.frameGeometry().topLeft());
     }
-    EXPECT_TRUE(showsRead("a: 1 line"));
-    EXPECT_EQ(line(0), "a");
 }
 
-TEST_F(HistoryWindowsTest, ChoosesWithTheKeyboard) {
+TEST_F(HistoryWindowsTest, ChecksOneRowByMouseAndKeyboard) {
     for (const char* name : {"a", "b", "c"}) write(name, std::string(name) + "\r\n");
     openList();
-    QTest::keyClick(grid, Qt::Key_Space);
-    EXPECT_EQ(checkedRows(), std::vector<int>{3});
+    for (const int row : {3, 1, 1}) {
+        clickRow(row, row % 2);
+        EXPECT_EQ(checkedRows(), std::vector<int>{row});
+    }
+    std::filesystem::remove(logs + "/a");
+    QTest::mouseClick(load, Qt::LeftButton);
+    EXPECT_TRUE(list.isVisible()) << "the file has gone";
+    clickRow(3, 0);
     QTest::keyClick(grid, Qt::Key_Up);
     EXPECT_EQ(checkedRows(), std::vector<int>{2}) << "the mark goes with what will be opened";
     QTest::keyClick(grid, Qt::Key_Return);
     EXPECT_FALSE(list.isVisible());
     EXPECT_TRUE(showsRead("b: 1 line"));
+    EXPECT_EQ(line(0), "b");
+    openList();
+    EXPECT_EQ(listed(), (Names{"b", "c"})) << "built anew when it opens again";
 }
 
 TEST_F(HistoryWindowsTest, FindsWhileTyping) {
@@ -157,6 +178,7 @@ TEST_F(HistoryWindowsTest, ShowsALargeLogAtOnceAndStaysAlive) {
     std::string text;
     for (int i = 0; i < kLines; ++i) text += "11/16/2026 08:41:03 PM Encryped:  /srv/in/" + std::to_string(i) + "\r\n";
     write("large", text);
+    const auto copied = static_cast<qsizetype>(text.size()) - kLines;  // line feeds alone
     qint64 longest = 0;
     QElapsedTimer since;
     QTimer heartbeat;
@@ -172,6 +194,9 @@ TEST_F(HistoryWindowsTest, ShowsALargeLogAtOnceAndStaysAlive) {
     findField()->setText(QStringLiteral("/srv/in/499999"));
     ASSERT_TRUE(showsFound("1 of 1 line"));
     EXPECT_EQ(shown()->currentIndex().row(), kLines - 1);
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_C}) QTest::keyClick(shown(), key, Qt::ControlModifier);
+    const auto isCopied = [&] { return QGuiApplication::clipboard()->text().size() == copied; };
+    ASSERT_TRUE(QTest::qWaitFor(isCopied, 30'000));
     shown()->verticalScrollBar()->setValue(kLines / 2);
     ASSERT_TRUE(QTest::qWaitFor([&] { return shown()->lineInHand() > 0; }));
     heartbeat.stop();

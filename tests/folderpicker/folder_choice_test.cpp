@@ -35,11 +35,6 @@ TEST_F(FolderChoiceTest, CreatesInsideTheSelectedFolderOrSaysWhyNot) {
     EXPECT_TRUE(std::filesystem::is_empty(folder / "New"));
 }
 
-TEST_F(FolderChoiceTest, TakesTheBlanksOffANameOnly) {
-    EXPECT_EQ(trimmedName(" New  Folder\t"), "New  Folder");
-    EXPECT_EQ(trimmedName("  "), "");
-}
-
 class FolderWarningTest : public testing::Test {
 protected:
     FolderWarningTest() {

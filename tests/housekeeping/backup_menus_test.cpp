@@ -11,7 +11,6 @@ protected:
     BackupMenusTest() {
         bench.state.settings.SourceFolder = "/live";
         bench.timRun.setEnabled(true);
-        bench.entry.present = StartupEntry::State::works;
     }
 
     ManualTimer timMax;
@@ -33,17 +32,6 @@ TEST_F(BackupMenusTest, RestoredSettingsAreShownAndNotSavedOver) {
     EXPECT_FALSE(bench.state.UiLoading);
     menus.mnONLBackup();
     EXPECT_EQ(bench.window.folders[FolderKind::source], "/close");
-}
-
-TEST_F(BackupMenusTest, RestoredSettingsWithoutAFolderStopTheTimer) {
-    SettingsRecord record = bench.state.settings;
-    record.DoneFolder.clear();
-    writeFile(hand + cfg, formatSettings(record));
-    menus.mnuNBU();
-    EXPECT_FALSE(bench.timRun.isEnabled());
-    EXPECT_EQ(bench.entry.present, StartupEntry::State::none);
-    EXPECT_EQ(bench.messages(), (Strings{"One or all of the folders are missing. Please check below.",
-                                         "One or all of the folder  parameters are missing. Please check below."}));
 }
 
 TEST_F(BackupMenusTest, ARestoredPasswordIsTheActiveOneAndNoneStopsEncryption) {

@@ -123,16 +123,6 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
     EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack}) << "it was wrong for a while, which is remembered";
 }
 
-TEST_F(WeeklyDeleteTest, SummerTimeSleepAndSmallStepsAreNoJump) {
-    weekly.bench.clock.time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + 12h;
-    weekly.startAnew(weekly.bench.toolbox);
-    weekly.bench.clock.advance(30 * 168h);
-    weekly.bench.clock.time += 7h + 5min;
-    weekly.weekly->clockTick();
-    EXPECT_TRUE(weekly.timDelete.isEnabled());
-    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Monday 7:5 PM  File Create Date > 7");
-}
-
 TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
     bool isOpen = false;
     weekly.weekly->setPauses([&isOpen] { return isOpen; });

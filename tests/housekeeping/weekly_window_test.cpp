@@ -6,68 +6,120 @@
 #include <QTest>
 
 #include "housekeeping/frmweeklyDelete.h"
+#include "housekeeping/weekly_delete_dialog.h"
+#include "support/weekly_bench.h"
 
 namespace vantrell::test {
 namespace {
 
-class RecordedChoices final : public WeeklyDeleteEvents {
-public:
-    void okPressed(const WeeklyChoice& choice) override { taken.push_back(choice); }
-    void cancelPressed() override { ++cancelled; }
-    std::vector<WeeklyChoice> taken;
-    int cancelled = 0;
-};
-
+/// The settings window with what decides behind it.
 class WeeklyWindowTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        window.setEvents(&events);
-        window.fillLists({{"-None-", "Monday", "Wednesday"}, {"1", "2", "12"}, {"00", "01", "59"}, {"7", "8", "14"}});
-        window.setClock("24/11/2026 20:41:03");
-        window.select({1, 2, 0, -1, true});
-        window.showCentred();
+    void SetUp() override { window.setEvents(&dialog); }
+    void TearDown() override { window.setEvents(nullptr); }
+    void open() {
+        dialog.cmdSched();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
-    void TearDown() override { window.setEvents(nullptr); }
     template <class Widget>
     Widget* find(const char* name) {
         return window.findChild<Widget*>(QString::fromLatin1(name));
     }
-    RecordedChoices events;
+    void key(const char* name, Qt::Key pressed) { QTest::keyClick(find<QComboBox>(name), pressed); }
+    void press(const char* name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    std::string shown() {
+        std::string text;
+        for (const char* name : {"lstDay", "lstHour", "lstMinute", "lstDaysOld"})
+            text += find<QComboBox>(name)->currentText().toStdString() + ' ';
+        return text + (find<QRadioButton>("optPM")->isChecked() ? "PM" : "AM");
+    }
+    [[nodiscard]] SettingsRecord saved() {
+        ProgramState state;
+        state.SettingsFilePath = weekly.bench.state.SettingsFilePath;
+        SettingsFile file(state, weekly.bench.files, weekly.bench.clock);
+        EXPECT_EQ(file.loadSettings(), SettingsFile::Loaded::whole);
+        return state.settings;
+    }
+    void expectClosed(Mode mode) {
+        EXPECT_FALSE(window.isVisible() || dialog.isOpen() || timClock.isEnabled());
+        EXPECT_EQ(weekly.bench.mode.mode(), mode);
+    }
+
+    WeeklyBench weekly;
     frmweeklyDelete window;
+    ManualTimer timClock;
+    WeeklyDeleteDialog dialog{
+        {weekly.bench.state, window, weekly.bench.settings, weekly.bench.mode, weekly.bench.clock, timClock},
+        [this] { weekly.weekly->clockTick(); }};
 };
 
-TEST_F(WeeklyWindowTest, GivesWhatIsSelected) {
-    QTest::mouseClick(find<QPushButton>("cmdOK"), Qt::LeftButton);
-    QTest::keyClick(find<QComboBox>("lstDay"), Qt::Key_Down);
-    QTest::keyClick(find<QComboBox>("lstMinute"), Qt::Key_End);
-    QTest::keyClick(find<QComboBox>("lstDaysOld"), Qt::Key_Down);
+TEST_F(WeeklyWindowTest, OpensPausedWithWhatIsStored) {
+    weekly.settings().WeeklyDeleteAmPm.clear();
+    weekly.bench.mode.TurnOnTimRun();
+    open();
+    EXPECT_EQ(weekly.bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(saved().WeeklyDeleteAmPm, "PM");
+    EXPECT_EQ(shown(), "Monday 7 05 7 PM");
+    EXPECT_EQ(find<QLabel>("lblClock")->text().toStdString(), generalDateText(weekly.bench.clock.time));
+    EXPECT_TRUE(timClock.isEnabled());
+    EXPECT_FALSE(window.isModal());
+    dialog.abort();
+    expectClosed(Mode::stopped);
+}
+
+TEST_F(WeeklyWindowTest, OkTakesSavesShowsAndResumes) {
+    weekly.settings().WeeklyDeleteAmPm = "AM";
+    open();
+    for (const char* name : {"lstDay", "lstHour", "lstDaysOld"}) key(name, Qt::Key_End);
+    EXPECT_EQ(shown(), "Sunday 12 05 14 AM");
     QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([this] { return find<QRadioButton>("optPM")->isChecked(); }));
     QTest::keyClick(&window, Qt::Key_Return);
-    EXPECT_EQ(events.taken, (std::vector<WeeklyChoice>{{1, 2, 0, -1, true}, {2, 2, 2, 0, false}}));
-    EXPECT_TRUE(window.isVisible()) << "closed by others";
+    EXPECT_EQ(weekly.bench.window.schedule, "Scheduled: Sunday 12:5 PM  File Create Date > 14");
+    EXPECT_EQ(saved(), weekly.settings());
+    expectClosed(Mode::automatic);
+    open();
+    EXPECT_EQ(shown(), "Sunday 12 05 14 PM");
+    for (const char* name : {"lstHour", "lstDaysOld"}) key(name, Qt::Key_Home);
+    key("lstMinute", Qt::Key_End);
+    EXPECT_EQ(shown(), "Sunday 1 59 7 PM");
+    key("lstDay", Qt::Key_Home);
+    press("cmdOK");
+    EXPECT_EQ(weekly.bench.window.schedule, "");
 }
 
 TEST_F(WeeklyWindowTest, EveryOtherWayOutIsCancel) {
-    QTest::mouseClick(find<QPushButton>("cmdCancel"), Qt::LeftButton);
-    QTest::keyClick(&window, Qt::Key_Escape);
-    window.close();
-    EXPECT_EQ(events.cancelled, 3);
-    EXPECT_TRUE(window.isVisible() && events.taken.empty());
-    window.closeWindow();
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(events.cancelled, 3);
+    const SettingsRecord before = weekly.settings();
+    const std::function<void()> ways[] = {[this] { press("cmdCancel"); },
+                                          [this] { QTest::keyClick(&window, Qt::Key_Escape); },
+                                          [this] { window.close(); }};
+    for (const auto& leave : ways) {
+        open();
+        key("lstDay", Qt::Key_End);
+        leave();
+        EXPECT_EQ(weekly.settings(), before);
+        expectClosed(Mode::automatic);
+    }
+}
+
+TEST_F(WeeklyWindowTest, WhatIsNotInAListSelectsNothingAndStays) {
+    for (const int days : {6, 15, 0}) {
+        setSchedule(weekly.settings(), 1, 0, 5, "PM", days);
+        open();
+        EXPECT_EQ(shown(), "Monday  05  PM");
+        press("cmdOK");
+        EXPECT_EQ(weekly.settings().WeeklyDeleteDaysOld, days);
+        EXPECT_EQ(weekly.settings().WeeklyDeleteHour, 0);
+    }
 }
 
 TEST_F(WeeklyWindowTest, TabGoesFromTopToBottom) {
-    std::vector<std::string> names;
-    do {
-        names.push_back(window.focusWidget()->objectName().toStdString());
+    weekly.settings().WeeklyDeleteAmPm = "AM";
+    open();
+    for (const char* name : {"lstDay", "lstHour", "lstMinute", "optAM", "lstDaysOld", "cmdOK", "cmdCancel"}) {
+        EXPECT_EQ(window.focusWidget()->objectName().toStdString(), name);
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-    } while (window.focusWidget()->objectName() != QStringLiteral("lstDay") && names.size() < 20);
-    EXPECT_EQ(names, (std::vector<std::string>{"lstDay", "lstHour", "lstMinute", "optAM", "lstDaysOld", "cmdOK",
-                                               "cmdCancel"}));
+    }
 }
 
 TEST_F(WeeklyWindowTest, GrowsWithItsFont) {
@@ -75,9 +127,10 @@ TEST_F(WeeklyWindowTest, GrowsWithItsFont) {
     QFont twice = usual;
     twice.setPointSizeF(2 * usual.pointSizeF());
     QApplication::setFont(twice);
-    window.showCentred();
+    frmweeklyDelete large;
+    large.showCentred();
     QApplication::setFont(usual);
-    for (const QWidget* text : window.findChildren<QWidget*>()) {
+    for (const QWidget* text : large.findChildren<QWidget*>()) {
         if (!qobject_cast<const QLabel*>(text) && !qobject_cast<const QAbstractButton*>(text)) continue;
         EXPECT_GE(text->width(), text->sizeHint().width()) << text->objectName().toStdString();
         EXPECT_GE(text->height(), text->sizeHint().height()) << text->objectName().toStdString();

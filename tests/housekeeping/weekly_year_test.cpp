@@ -58,6 +58,10 @@ struct Year {
     int day, hour, minute;
     const char* half;
     int daysOld;
+
+    friend void PrintTo(const Year& year, std::ostream* out) {
+        *out << year.place.zone << ", day " << year.day << ", " << year.hour << ':' << year.minute << year.half;
+    }
 };
 
 constexpr sys_seconds kBegin = sys_days(2028y / January / 1);  // a leap year
@@ -125,6 +129,34 @@ INSTANTIATE_TEST_SUITE_P(Places, WeeklyYear,
                                            Year{kBerlin, 7, 2, 0, "AM", 14}, Year{kSydney, 7, 2, 59, "AM", 7},
                                            Year{kSantiago, 7, 12, 30, "AM", 10}, Year{kSantiago, 6, 11, 30, "PM", 7},
                                            Year{kBerlin, 2, 12, 0, "PM", 9}));
+
+SettingsRecord schedule(int day, int hour, int minute, const char* half) {
+    SettingsRecord settings;
+    setSchedule(settings, day, hour, minute, half, 7);
+    return settings;
+}
+
+TEST(WeeklySchedule, IsNotRepeatedWhenClockOrScheduleGoBack) {
+    const TimeZone zone("UTC");
+    constexpr sys_days kMonday = 2026y / November / 2;
+    WeeklySchedule weekly;
+    const SettingsRecord midnight = schedule(1, 12, 0, "AM");
+    EXPECT_TRUE(weekly.takeDue(midnight, kMonday));
+    EXPECT_FALSE(weekly.takeDue(midnight, kMonday - 1s));
+    EXPECT_FALSE(weekly.takeDue(midnight, kMonday));
+    EXPECT_TRUE(weekly.takeDue(schedule(1, 12, 1, "AM"), kMonday + 1min)) << "another minute";
+    EXPECT_FALSE(weekly.takeDue(midnight, kMonday));
+    EXPECT_TRUE(weekly.takeDue(midnight, kMonday + 7 * 24h)) << "another date";
+}
+
+TEST(WeeklySchedule, CountsDaysByTheCalendarOfTheZone) {
+    const TimeZone zone("Pacific/Apia");  // 30 December 2011, a Friday, did not take place here
+    const sys_seconds gap = sys_days(2011y / December / 30) + 10h;
+    EXPECT_EQ(localDay(gap - 1s), local_days(2011y / December / 29));
+    EXPECT_EQ(localDay(gap), local_days(2011y / December / 31));
+    EXPECT_TRUE(WeeklySchedule().takeDue(schedule(5, 3, 0, "PM"), gap));
+    EXPECT_FALSE(WeeklySchedule().takeDue(schedule(5, 3, 0, "PM"), gap + 1min));
+}
 
 }  // namespace
 }  // namespace vantrell::test

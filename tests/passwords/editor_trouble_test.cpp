@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <array>
 #include <optional>
 
 #include "passwords/editor_fixture.h"
@@ -94,9 +95,14 @@ TEST_P(EditorInTrouble, ExitDuringTheWaitClosesOnlyAfterSuccess) {
     EXPECT_NE(stored(), kThree);
 }
 
-INSTANTIATE_TEST_SUITE_P(Button, EditorInTrouble,
+std::string buttonName(const testing::TestParamInfo<Button>& test) {
+    return std::array{"Add", "Edit", "Delete"}.at(test.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(, EditorInTrouble,
                          testing::Values(&PasswordEditorController::addPressed, &PasswordEditorController::editPressed,
-                                         &PasswordEditorController::deletePressed));
+                                         &PasswordEditorController::deletePressed),
+                         buttonName);
 
 TEST_F(EditorTroubleTest, ListIsFilledOnceALockedFileIsFree) {
     fill("INSERT INTO EncDecPasswords VALUES ('one', 1)");

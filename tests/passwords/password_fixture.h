@@ -28,17 +28,13 @@ public:
 
     [[nodiscard]] std::string enteredPassword() const override { return password; }
     [[nodiscard]] bool activeChoice() const override { return active; }
-    void clearList() override { rows.clear(); }
-    void addRow(const std::string& text, const std::string& activeText) override {
-        rows.push_back(text + "=" + activeText);
-    }
-    void showAddButton() override { addButtonShown = true; }
+    void clearList() override {}
+    void addRow(const std::string&, const std::string&) override {}
+    void showAddButton() override {}
     void unload() override { ++unloaded; }
 
     std::string password;
     bool active = false;
-    std::vector<std::string> rows;
-    bool addButtonShown = false;
     int unloaded = 0;
 
 private:

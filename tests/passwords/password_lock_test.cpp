@@ -65,20 +65,6 @@ TEST_F(LockedPasswordFile, SaveThatIsCutOffLeavesTheTableAndLocksNothing) {
     EXPECT_EQ(lookUp(), "old");
 }
 
-TEST_F(LockedPasswordFile, SaveInALargeTableGivesTheWindowItsTurnsAndCanBeAborted) {
-    other.run(
-        "WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
-        "INSERT INTO EncDecPasswords SELECT 'password ' || i, 0 FROM n");
-    tasks.start(keepResult(store.savePassword(), &result));
-    ASSERT_TRUE(loop.turn());
-    ASSERT_TRUE(store.isBusy());
-    tasks.abort();
-    EXPECT_EQ(other.column("SELECT Password FROM EncDecPasswords WHERE Active"), Strings{"old"});
-    start(store.savePassword());
-    EXPECT_EQ(result, true);
-    EXPECT_EQ(other.column("SELECT Password FROM EncDecPasswords WHERE Active"), Strings{"new"});
-}
-
 TEST_F(LockedPasswordFile, LookUpWaitsForASaveAndIsAbortedCleanly) {
     other.run("BEGIN IMMEDIATE");
     start(store.savePassword());

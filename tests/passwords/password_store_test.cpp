@@ -1,10 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "passwords/password_fixture.h"
+#include "support/documented_blocks.h"
 
 namespace vantrell::test {
 namespace {
 
 using PasswordStoreTest = PasswordFixture;
+
+TEST_F(PasswordStoreTest, DocumentedFilesGiveTheDocumentedPassword) {
+    const auto blocks = documentedBlocks("formats.md", "sql");
+    ASSERT_EQ(blocks.size(), 2U);
+    EXPECT_EQ(OtherProgram(file).column("SELECT sql || ';' FROM sqlite_schema"), Strings{blocks[0][0]});
+    const Strings active = {"secret", "12345"};
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        std::string sql;
+        for (const std::string& line : blocks[i]) sql += line + '\n';
+        makeFile(sql);
+        EXPECT_EQ(current(), active[i]);
+    }
+    EXPECT_TRUE(save("b", true));
+    EXPECT_EQ(current(), "b");
+    EXPECT_EQ(OtherProgram(file).column("SELECT Id || Note || Password || Active FROM EncDecPasswords"),
+              (Strings{"1not chosena0", "2keptb1", "3kept123450", "4too latec0"}));
+    EXPECT_TRUE(boxes.informed.empty());
+}
 
 TEST_F(PasswordStoreTest, SavesKeepAtMostTheirOneActivePassword) {
     const struct {
@@ -20,7 +39,6 @@ TEST_F(PasswordStoreTest, SavesKeepAtMostTheirOneActivePassword) {
         EXPECT_TRUE(save(password, active));
         EXPECT_EQ(stored(), after);
     }
-    EXPECT_EQ(editor.rows, (Strings{"one=False", "two=False", "three=False"}));
     fill("UPDATE EncDecPasswords SET Active = 1");
     EXPECT_TRUE(save("three", false));
     EXPECT_EQ(stored(), (Strings{"one=1", "two=1", "three=0"})) << "saving inactive touches no other record";
@@ -80,25 +98,12 @@ TEST_F(PasswordStoreTest, DataFolderMayHoldWhatConnectionStringsAreMadeOf) {
               Strings{"there"});
 }
 
-TEST_F(PasswordStoreTest, LookUpClosesTheLoadedEditorAndTheFile) {
-    fill("INSERT INTO EncDecPasswords VALUES ('b', 1)");
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(lookUp(), "b");
-        EXPECT_EQ(editor.unloaded, 1);
-        EXPECT_EQ(editor.rows, Strings{"b=True"});
-        EXPECT_EQ(store.editor(), nullptr);
-        EXPECT_FALSE(state.UiLoading);
-    }
-    fill("DELETE FROM EncDecPasswords");
-    EXPECT_EQ(lookUp(), "");
-    EXPECT_TRUE(boxes.informed.empty());
-}
-
 TEST_F(PasswordStoreTest, MissingFileIsReportedAndNeverMade) {
     std::filesystem::remove(file);
     EXPECT_EQ(lookUp(), "");
     EXPECT_EQ(theBox().title + ": " + theBox().text, "Vantrell: Missing Data Base");
     EXPECT_EQ(editor.unloaded, 1);
+    EXPECT_FALSE(state.UiLoading);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
