@@ -94,7 +94,7 @@ TEST_F(MessageBoxesTest, CanBeAnsweredWhileAWindowHoldsUpTheMainOne) {
     QPushButton* yes = qobject_cast<QPushButton*>(box->button(QMessageBox::Yes));
     // Through the window, as the mouse does it: events for a widget go past what holds it up.
     QTest::mouseClick(box->windowHandle(), Qt::LeftButton, {}, yes->mapTo(box, yes->rect().center()));
-    turn();
+    loop.settle();
     EXPECT_EQ(answer, Answer::yes);
     EXPECT_TRUE(QTest::qWaitForWindowActive(modal)) << "the operator was working there";
 }
