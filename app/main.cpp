@@ -4,6 +4,7 @@
 
 #include "app/program.h"
 #include "core/frmIcon.h"
+#include "platform/linux/posix_data_files.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
@@ -19,7 +20,8 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(vantrell::programIcon());
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::Program program(clock, timers);
+    vantrell::PosixDataFiles files;
+    vantrell::Program program(clock, timers, files);
     program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start
     // twice.

@@ -19,11 +19,12 @@ constexpr std::int32_t kClockMs = 25;
 
 }  // namespace
 
-Program::Program(const Clock& clock, Timers& timers)
+Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
     : flush_(makeKernelFlush()),
       loop_(*flush_),
       timers_(timers),
       clock_(clock),
+      files_(files),
       toolbox_(loop_, clock_),
       entry_(host_.programFolder()),
       lines_(state_.AppFolder),

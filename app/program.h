@@ -24,8 +24,8 @@
 #include "passwords/password_editor_controller.h"
 #include "passwords/password_store.h"
 #include "platform/clock.h"
+#include "platform/data_files.h"
 #include "platform/flush_service.h"
-#include "platform/linux/posix_data_files.h"
 #include "platform/linux/posix_file_reading.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/posix_toolbox.h"
@@ -49,8 +49,9 @@ namespace vantrell {
 /// All pieces of the program, made and handed to each other. Needs a QApplication.
 class Program {
 public:
-    /// Clock and timers come from outside and outlive the program, so that a week can be tried out in a minute.
-    Program(const Clock& clock, Timers& timers);
+    /// These come from outside and outlive the program, so that a week can be tried out in a minute, and a disk that
+    /// fails without one.
+    Program(const Clock& clock, Timers& timers, DataFiles& files);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
@@ -78,9 +79,9 @@ private:
     QtEventLoop loop_;
     Timers& timers_;
     const Clock& clock_;
+    DataFiles& files_;
     PosixHost host_;
     PosixInstanceLock instance_;
-    PosixDataFiles files_;
     PosixToolbox toolbox_;
     XdgStartupEntry entry_;
     SpilledLines lines_;

@@ -17,6 +17,7 @@
 #include <string>
 
 #include "app/program.h"
+#include "platform/linux/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "support/heart_beat.h"
@@ -82,7 +83,8 @@ struct Figures {
 Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::Program program(clock, timers);
+    vantrell::PosixDataFiles dataFiles;
+    vantrell::Program program(clock, timers, dataFiles);
     Figures figures;
     if (!program.start()) return figures;
     std::int64_t settled = 0;

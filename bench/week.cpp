@@ -19,6 +19,7 @@
 
 #include "app/program.h"
 #include "core/date_text.h"
+#include "platform/linux/posix_data_files.h"
 #include "support/heart_beat.h"
 #include "support/profile.h"
 
@@ -119,7 +120,7 @@ public:
 
     bool start() {
         profile_.use();
-        program_ = std::make_unique<Program>(clock_, timers_);
+        program_ = std::make_unique<Program>(clock_, timers_, dataFiles_);
         if (!program_->start()) return false;
         timers_.tick("timMax");
         waitForPass();
@@ -149,6 +150,7 @@ private:
     test::Profile profile_{folder_.path()};
     SettableClock clock_;
     HandDrivenTimers timers_;
+    PosixDataFiles dataFiles_;
     std::unique_ptr<Program> program_;
 };
 

@@ -233,7 +233,7 @@ void frmButton::refuse(const std::string& words) {
 void frmButton::accept() {
     if (prompt_->isVisible() && !txtName_->text().isEmpty()) return createFolderAsTyped();
     if (!toolbox_.isFolder(selection())) return refuse("There is no folder\r\n" + shownText(selection()).toStdString());
-    QDialog::accept();
+    done(QDialog::Accepted);
 }
 
 void frmButton::keyPressEvent(QKeyEvent* event) {

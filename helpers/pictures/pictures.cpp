@@ -117,11 +117,11 @@ void paint(QPainter& painter, QMenu& menu, const frmMain& window) {
 
 /// The window with the menu open over it, as it is seen, and with the menu that opens beside its last such entry.
 void saveMenu(frmMain& window, const QString& name, const QString& path) {
-    auto* menu = window.findChild<QMenu*>(name);
+    auto* const menu = window.findChild<QMenu*>(name);
     QMenuBar* bar = window.menuBar();
     bar->setActiveAction(menu->menuAction());
     menu->popup(bar->mapToGlobal(bar->actionGeometry(menu->menuAction()).bottomLeft()));
-    QMenu* inner = menu->findChild<QMenu*>();
+    auto* const inner = menu->findChild<QMenu*>();
     if (inner != nullptr) {
         menu->setActiveAction(inner->menuAction());
         inner->popup(menu->mapToGlobal(menu->actionGeometry(inner->menuAction()).topRight()));
@@ -232,7 +232,7 @@ void drawAll(const QDir& folder, const QString& theme, const vantrell::Path& exa
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     if (argc < 2) qFatal("usage: pictures FOLDER [FONT SCALE]");
@@ -250,4 +250,6 @@ int main(int argc, char** argv) {
     QApplication::setPalette(darkPalette());
     drawAll(folder, QStringLiteral("dark.png"), examples.path());
     return 0;
+} catch (const std::exception& error) {
+    qFatal("%s", error.what());
 }

@@ -9,6 +9,7 @@
 #include "app/program.h"
 #include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
+#include "platform/linux/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/qt/qt_timers.h"
@@ -22,7 +23,7 @@ class OpenedMsgTest : public testing::Test {
 protected:
     /// The whole program on a fresh profile.
     void runProgram() {
-        program.emplace(clock, timers);
+        program.emplace(clock, timers, dataFiles);
         ASSERT_TRUE(program->start());
     }
     void openMessage() {
@@ -41,6 +42,7 @@ protected:
     Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
     SystemClock clock;
     QtTimers timers;
+    PosixDataFiles dataFiles;
     std::optional<Program> program;
     std::optional<OpenedMsgWindow> message;
 };

@@ -1,42 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <new>
-
 #include "core/settings_format.h"
 #include "housekeeping/backup_menus.h"
 #include "passwords/password_fixture.h"
+#include "platform/linux/posix_data_files.h"
 #include "platform/linux/sqlite_copier.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
-
-/// The real data files, with troubles that cannot be provoked.
-class TroubledFiles final : public DataFiles {
-public:
-    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override {
-        if (outOfMemory) throw std::bad_alloc();
-        return real_.read(path, limit);
-    }
-    FileFault writeAtomically(const Path& path, std::string_view bytes) override {
-        FileFault fault = real_.writeAtomically(path, bytes);
-        if (writtenFilesVanish) std::filesystem::remove(path);
-        return fault;
-    }
-    FileFault setAside(const Path& path, const Path& name) override { return real_.setAside(path, name); }
-    FileFault appendLines(const Path&, std::string_view, bool) override { return {FaultKind::other, "not offered"}; }
-    FileFault flush(const Path& path) override { return real_.flush(path); }
-    FileFault makePrivateFolders(const Path& path) override {
-        if (outOfMemory) throw std::bad_alloc();
-        return real_.makePrivateFolders(path);
-    }
-
-    bool outOfMemory = false;
-    bool writtenFilesVanish = false;
-
-private:
-    PosixDataFiles real_;
-};
 
 /// Live files and both backups in a data folder: "live" is the Source folder and the active password of the live ones,
 /// "hand" and "close" those of the two backups.
@@ -91,19 +63,13 @@ protected:
     const std::string unload = app + "/Last Config Backup";
     const std::string cfg = "/ZEP.cfg";
     const std::string mdb = "/EDPasswords.mdb";
-    TroubledFiles files;
+    PosixDataFiles files;
     SqliteCopier copier;
     SqliteDatabase database{bench.loop};
     PasswordStore store{bench.loop.queue(), database, bench.boxes, bench.state,
                         [](const Path& path) { return std::filesystem::is_regular_file(path); }};
     ConfigBackup backup{{bench.state, bench.settings, bench.toolbox, files, copier, bench.boxes, bench.loop,
-                         bench.clock, [this] { closeStore(); }}};
-
-private:
-    void closeStore() {
-        if (files.outOfMemory) throw std::bad_alloc();
-        store.closeStoreObjects();
-    }
+                         bench.clock, [this] { store.closeStoreObjects(); }}};
 };
 
 }  // namespace vantrell::test

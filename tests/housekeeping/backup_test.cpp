@@ -7,87 +7,13 @@ namespace {
 constexpr char kIncomplete[] = "\"/part\",#FALSE#";
 constexpr char kNoDatabase[] = "no database, but long enough to be taken for one by its length alone";
 
-enum Operation { kBackUp, kCloseConfig, kHandConfig, kClosePassword, kHandPassword };
-using Operations = std::vector<Operation>;
-const Operations kConfigs{kCloseConfig, kHandConfig};
-const Operations kPasswords{kClosePassword, kHandPassword};
-const Operations kRestores{kCloseConfig, kHandConfig, kClosePassword, kHandPassword};
-
 const Strings kSaved{"Current config file is backed up.", "Password file is backed up."};
-const Strings kNotThere{"Current Config File is NOT backed up.", "Password File is NOT backed up."};
 const Strings kNotSaved{"Configruation file has NOT been saveed to the backup folder.",
                         "Password file has NOT been saveed to the backup folder."};
-const Strings kConfigRestored{"Configruation file has been restored from backup."};
-const Strings kConfigNot{"Configruation file has NOT been restored from backup."};
-const Strings kHandConfigNot{"Configuration file has NOT been restored from backup."};
-const Strings kConfigError{"7  Out of memory   Configruation file has NOT been restored from backup."};
 const Strings kRestored{"Password file has been restored from backup."};
 const Strings kNotRestored{"Password file has NOT been restored from backup."};
-const Strings kCloseError{"7  Out of memory   Password file has NOT been restored from backup."};
-const Strings kHandError{"7  Out of memory  Password file has NOT been restored from backup."};
-
-/// What is done to the files of a folder before an operation.
-enum Trouble { kNone, kMissing, kSpoilt, kNoFolder, kFileForFolder, kVanishing, kNoMemory, kNoColumn, kCutShort };
-
-struct Situation {
-    const char* name;
-    Operations operations;
-    Trouble live, backup;
-    Strings texts;
-    bool changesNothing = true;
-};
-
-const Situation kSituations[] = {
-    {"both are there", {kBackUp}, kNone, kNone, kSaved, false},
-    {"nothing is there", {kBackUp}, kMissing, kMissing, kNotThere},
-    {"only older copies are there", {kBackUp}, kMissing, kNone, kSaved},
-    {"the live files are not what they should be", {kBackUp}, kSpoilt, kNone, kNotSaved},
-    {"a file stands in the folder's place", {kBackUp}, kNone, kFileForFolder, kNotSaved},
-    {"memory runs out in a backup", {kBackUp}, kNoMemory, kNone, {"7  Out of memory"}},
-    {"there is no backup folder", kRestores, kNone, kNoFolder, {}},
-    {"there is no backup in the folder", kRestores, kNone, kMissing, {}},
-    {"settings are restored", kConfigs, kNone, kNone, kConfigRestored, false},
-    {"the unload backup holds too few settings", {kCloseConfig}, kNone, kSpoilt, kConfigNot},
-    {"the manual backup holds too few settings", {kHandConfig}, kNone, kSpoilt, kHandConfigNot},
-    {"restored settings are gone at once", kConfigs, kVanishing, kNone, kConfigNot, false},
-    {"memory runs out when settings are restored", kConfigs, kNoMemory, kNone, kConfigError},
-    {"passwords are restored", kPasswords, kNone, kNone, kRestored, false},
-    {"the backup is no database", kPasswords, kNone, kSpoilt, kNotRestored},
-    {"the backup lacks a column", kPasswords, kNone, kNoColumn, kNotRestored},
-    {"the backup is cut short", kPasswords, kNone, kCutShort, kNotRestored},
-    {"restored passwords are gone at once", kPasswords, kVanishing, kNone, kNotRestored, false},
-    {"memory runs out in a restore from the unload backup", {kClosePassword}, kNoMemory, kNone, kCloseError},
-    {"memory runs out in a restore from the manual backup", {kHandPassword}, kNoMemory, kNone, kHandError},
-};
-
 class BackupTest : public BackupFixture {
 protected:
-    void arrange(const std::string& folder, Trouble trouble) {
-        const std::string passwords = folder + mdb;
-        files.outOfMemory |= trouble == kNoMemory;
-        files.writtenFilesVanish |= trouble == kVanishing;
-        if (trouble == kMissing || trouble == kVanishing)
-            for (const std::string& file : {folder + cfg, passwords}) std::filesystem::remove(file);
-        if (trouble == kSpoilt) writeFile(folder + cfg, kIncomplete);
-        if (trouble == kSpoilt) writeFile(passwords, kNoDatabase);
-        if (trouble == kNoFolder || trouble == kFileForFolder) std::filesystem::remove_all(folder);
-        if (trouble == kFileForFolder) writeFile(folder, "a file");
-        if (trouble == kNoColumn) OtherProgram(passwords).run("ALTER TABLE EncDecPasswords RENAME Active TO Aktiv");
-        if (trouble == kCutShort) std::filesystem::resize_file(passwords, std::filesystem::file_size(passwords) / 2);
-    }
-    Strings perform(Operation operation) {
-        if (operation == kBackUp) return textsOf(backup.backupConfig());
-        if (operation == kClosePassword) return textsOf(backup.restoreOnClosePassword());
-        if (operation == kHandPassword) return textsOf(backup.restoreNormalPassword());
-        operation == kCloseConfig ? backup.restoreOnCloseConfig() : backup.restoreNormalConfig();
-        return takeTexts();
-    }
-    std::map<std::string, std::string> contents() const {
-        std::map<std::string, std::string> all;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(app))
-            if (entry.is_regular_file()) all[entry.path()] = readFile(entry.path());
-        return all;
-    }
     static Strings rowsIn(const std::string& file) {
         return OtherProgram(file).column("SELECT Password || Active FROM EncDecPasswords");
     }
@@ -98,25 +24,6 @@ protected:
     }
     TaskGroup tasks{bench.loop.queue()};
 };
-
-TEST_F(BackupTest, TellsWhatBecameOfIt) {
-    const auto atFirst = contents();
-    for (const Situation& situation : kSituations) {
-        SCOPED_TRACE(situation.name);
-        for (const Operation operation : situation.operations) {
-            for (const std::string& folder : {hand, unload}) std::filesystem::remove_all(folder);
-            for (const std::string& folder : {hand, unload}) std::filesystem::create_directory(folder);
-            for (const auto& [file, bytes] : atFirst) writeFile(file, bytes);
-            const bool onClose = operation == kCloseConfig || operation == kClosePassword;
-            arrange(app, situation.live);
-            arrange(onClose ? unload : hand, situation.backup);
-            const auto before = contents();
-            EXPECT_EQ(perform(operation), situation.texts);
-            if (situation.changesNothing) EXPECT_EQ(contents(), before);
-            files.outOfMemory = files.writtenFilesVanish = false;
-        }
-    }
-}
 
 TEST_F(BackupTest, BackupsHoldWhatTheLiveFilesHoldAndArePrivate) {
     using std::filesystem::perms;

@@ -14,15 +14,17 @@
 #include "platform/qt/qt_timers.h"
 #include "support/controls.h"
 #include "support/profile.h"
+#include "support/troubled_files.h"
 
 namespace vantrell::test {
 
-/// The machine's clock, or one that is some days ahead of it.
+/// The machine's clock, or one that is some time ahead of it.
 class ShiftedClock final : public Clock {
 public:
-    [[nodiscard]] TimePoint now() const override { return machine_.now() + ahead; }
+    [[nodiscard]] TimePoint now() const override { return machine_.now() + ahead + set; }
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return machine_.sinceBoot() + ahead; }
-    std::chrono::days ahead{0};
+    std::chrono::seconds ahead{0};
+    std::chrono::seconds set{0};  ///< by somebody, while the machine went on as it does
 
 private:
     SystemClock machine_;
@@ -38,7 +40,7 @@ protected:
     }
     /// The same on the profile as it stands.
     void startOnProfile() {
-        program.emplace(clock, timers);
+        program.emplace(clock, timers, dataFiles);
         useWindow(program->window());
         ASSERT_TRUE(program->start());
         ASSERT_TRUE(waitFor([&] { return !program->state().StartupPassMarker; }));
@@ -98,6 +100,7 @@ protected:
     Profile profile{folder.path()};
     ShiftedClock clock;
     QtTimers timers;
+    TroubledFiles dataFiles;
     std::optional<Program> program;
 };
 

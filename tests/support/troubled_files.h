@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <new>
+#include <set>
+
+#include "platform/linux/posix_data_files.h"
+
+namespace vantrell::test {
+
+/// The real data files, with troubles that cannot be provoked.
+class TroubledFiles final : public DataFiles {
+public:
+    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override {
+        look(path);
+        return real_.read(path, limit);
+    }
+    FileFault writeAtomically(const Path& path, std::string_view bytes) override {
+        look(path);
+        FileFault fault = real_.writeAtomically(path, bytes);
+        if (vanishing.contains(path)) std::filesystem::remove(path);
+        return fault;
+    }
+    FileFault setAside(const Path& path, const Path& name) override { return real_.setAside(path, name); }
+    FileFault appendLines(const Path& path, std::string_view lines, bool cutTornLine) override {
+        return real_.appendLines(path, lines, cutTornLine);
+    }
+    FileFault flush(const Path& path) override { return real_.flush(path); }
+    FileFault makePrivateFolders(const Path& path) override { return real_.makePrivateFolders(path); }
+
+    std::set<Path> vanishing;    ///< gone as soon as it is written
+    std::set<Path> outOfMemory;  ///< too much for the memory that is left
+
+private:
+    void look(const Path& path) const {
+        if (outOfMemory.contains(path)) throw std::bad_alloc();
+    }
+    PosixDataFiles real_;
+};
+
+}  // namespace vantrell::test
