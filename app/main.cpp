@@ -4,6 +4,7 @@
 
 #include "app/program.h"
 #include "core/frmIcon.h"
+#include "core/frmVisibleIndicators.h"
 #include "platform/linux/posix_data_files.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
@@ -18,6 +19,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(vantrell::programIcon());
+    vantrell::frmVisibleIndicators::install();
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
     vantrell::PosixDataFiles files;

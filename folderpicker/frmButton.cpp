@@ -218,7 +218,8 @@ void frmButton::createFolderAsTyped() {
 
 void frmButton::refuse(const std::string& words) {
     const QString text = QString::fromStdString(words).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    auto* box = new QMessageBox(QMessageBox::Warning, QString::fromLatin1(kPickerTitle), text, QMessageBox::Ok, this);
+    auto* box = new QMessageBox(QMessageBox::Warning, QString::fromLatin1(kPickerTitle), breakableText(text),
+                                QMessageBox::Ok, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     connect(box, &QDialog::finished, txtName_, [this] {

@@ -13,6 +13,7 @@
 
 #include "core/about_facts.h"
 #include "core/frmMain.h"
+#include "core/frmVisibleIndicators.h"
 #include "helpers/pictures/folder_picker_pictures.h"
 #include "helpers/pictures/history_pictures.h"
 #include "helpers/pictures/passwords_picture.h"
@@ -237,6 +238,7 @@ int main(int argc, char** argv) try {
     QApplication application(argc, argv);
     if (argc < 2) qFatal("usage: pictures FOLDER [FONT SCALE]");
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    vantrell::frmVisibleIndicators::install();
     if (argc > 2) {
         QFont font = QApplication::font();
         font.setPointSizeF(font.pointSizeF() * QByteArray(argv[2]).toDouble());

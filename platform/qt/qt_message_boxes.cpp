@@ -7,23 +7,21 @@
 #include <algorithm>
 #include <string_view>
 
-#include "core/display_text.h"
+#include "core/frmText.h"
 
 namespace vantrell {
 
 namespace {
-
-QString shownLine(std::string_view line) { return QString::fromStdString(displayText(line)); }
 
 /// Line by line, since a path in the text may hold what would end a line.
 QString shownLines(std::string_view text) {
     constexpr std::string_view kLineEnd = "\r\n";
     QStringList lines;
     for (std::size_t end = text.find(kLineEnd); end != std::string_view::npos; end = text.find(kLineEnd)) {
-        lines.append(shownLine(text.substr(0, end)));
+        lines.append(shownText(text.substr(0, end)));
         text.remove_prefix(end + kLineEnd.size());
     }
-    lines.append(shownLine(text));
+    lines.append(shownText(text));
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -74,8 +72,8 @@ QMessageBox* QtMessageBoxes::make(const Box& box) {
     made->setWindowFlag(Qt::WindowStaysOnTopHint, isWindowKeptAbove());
     made->setTextFormat(Qt::PlainText);
     made->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    made->setWindowTitle(shownLine(box.title.empty() ? kApplicationTitle : box.title));
-    made->setText(shownLines(box.text));
+    made->setWindowTitle(shownText(box.title.empty() ? kApplicationTitle : box.title));
+    made->setText(breakableText(shownLines(box.text)));
     if (box.buttons == Buttons::yesNo) {
         addYesNo(*made, box.defaultIsNo);
     } else {

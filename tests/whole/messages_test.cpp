@@ -59,7 +59,9 @@ protected:
         }
         ASSERT_TRUE(waitFor([&] { return !openBoxes().isEmpty(); }, 20)) << said.text;
         QMessageBox* box = openBoxes().front();
-        EXPECT_EQ(box->text().toStdString(), text.toStdString());
+        EXPECT_EQ(box->text().remove(QChar(0x200B)).toStdString(), text.toStdString());
+        const auto* words = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        EXPECT_GE(words->width(), words->minimumSizeHint().width()) << "cut off";
         EXPECT_EQ(box->windowTitle().toStdString(), said.where);
         EXPECT_EQ(box->standardButtons(), said.answer == kOk ? kOk : kYes | kNo);
         QTest::mouseClick(box->button(said.answer), Qt::LeftButton);
