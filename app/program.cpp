@@ -39,7 +39,7 @@ Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
       passwordEditor_(passwords_, passwordWindow_, boxes_, state_, loop_.queue()),
       settings_(state_, files_, clock_),
       backup_({state_, settings_, toolbox_, files_, databaseCopier_, boxes_, loop_, clock_,
-               [this] { passwords_.closeStoreObjects(); }}),
+               [this] { passwords_.closeStoreObjects(); }, suppliedPasswordFile()}),
       log_(state_, window_, files_, clock_),
       report_(state_, window_, log_),
       timRun_(timers_.create("timRun", [this] { controller_.timRun_Timer(); })),

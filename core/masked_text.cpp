@@ -47,7 +47,12 @@ constexpr std::array kMessages{
     "File * did not move to reject folder!",
     "File * did not encrypt!",
     "File * did move to *!",
+    "Folder * - FAILED: *",
     "Executing Weekly Delete ...Deleting File: *",
+    "Weekly Delete could not delete File: * - FAILED: *",
+    "Weekly Delete: the days old are not set (7 to 14). Nothing is deleted.",
+    "Weekly Delete is held back: *",
+    "Done Folder * is the * Folder too. Weekly Delete deletes nothing.",
 };
 
 // How the host ends the words of a failure: these tell what happened and nothing of where.

@@ -13,7 +13,7 @@
 namespace vantrell {
 
 /// What keeps the program from doing its work, or what an operator should know of a pass.
-enum class Trouble { none, filesRejected, folderGone, diskFails, noPassword };
+enum class Trouble { none, filesRejected, folderGone, folderUnread, diskFails, noPassword };
 
 /// Tells the operator who does not look at the window: one notification at a time, replaced or withdrawn when things
 /// change. The same trouble is told again after growing pauses only, and never forgotten: what stands still is told

@@ -85,18 +85,31 @@ Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
 
 void ConfigBackup::onCloseConfigBackup() noexcept try {
     const Path folder = makeBackupFolder(kBackupOnClose);
-    const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
-    const auto copy = [&](const char* name, Copy method) {
-        if (!exists(live(name))) return;
-        remember(live(name), joinPath(folder, name));
+    const auto copy = [&](const char* name, bool replaces, Copy method) {
+        const Path backup = joinPath(folder, name);
+        if (!exists(live(name)) || (!replaces && exists(backup))) return;
+        remember(live(name), backup);
         // Nobody is left to be told; the older copy stays.
-        (void)(copies_.*method)(live(name), joinPath(folder, name), Unchanged::leftAlone);
+        (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
-    if (!settingsArePart) copy(kSettings, &FileCopies::copySettings);
-    copy(kPasswords, &FileCopies::backUpPasswords);
+    const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
+    if (!settingsArePart) copy(kSettings, settingsAreWorthACopy(), &FileCopies::copySettings);
+    copy(kPasswords, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
 } catch (...) {
     // Ends in silence, as the program does.
     return;
+}
+
+// A data folder that was lost is set up anew by the next start: its empty files must not take the place of the last
+// copies of the lost ones.
+bool ConfigBackup::settingsAreWorthACopy() const {
+    const SettingsRecord& settings = p_.state.settings;
+    return !(settings.SourceFolder + settings.DestinationFolder + settings.DoneFolder + settings.RejectFolder).empty();
+}
+
+bool ConfigBackup::passwordsAreWorthACopy() const {
+    const DataFiles::ReadResult file = p_.files.read(live(kPasswords), p_.suppliedPasswords.size() + 1);
+    return file.bytes != p_.suppliedPasswords;
 }
 
 // Restoring

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/program_state.h"
@@ -25,6 +26,8 @@ struct BackupParts {
     const Clock& clock;
     /// Releases the password file.
     std::function<void()> closeStoreObjects;
+    /// The password file as a new data folder gets it.
+    std::string_view suppliedPasswords;
 };
 
 /// The folders of the two copies, below `AppFolder`.
@@ -42,7 +45,8 @@ public:
     /// locked is tried again for 5 s.
     Task<void> backupConfig();
     /// When the program ends: says nothing and waits for nobody. A locked password file keeps its older copy, and so
-    /// do settings of which only a part was found at start-up, unless they have been restored since.
+    /// do settings of which only a part was found at start-up, unless they have been restored since. What a new data
+    /// folder holds, settings without a folder and the supplied password file, replaces no older copy.
     void onCloseConfigBackup() noexcept;
 
     /// Put ZEP.cfg back and say so. The caller reads it before anything else can save the settings. Without a backup
@@ -64,6 +68,8 @@ private:
     };
 
     [[nodiscard]] Path makeBackupFolder(const char* name);
+    [[nodiscard]] bool settingsAreWorthACopy() const;
+    [[nodiscard]] bool passwordsAreWorthACopy() const;
     [[nodiscard]] std::string settingsBackedUp(const Path& folder);
     Task<std::string> passwordsBackedUp(Path folder);
     void restoreConfig(const char* folderName, RestoreTexts texts);

@@ -75,6 +75,9 @@ struct SearchOrder {
     std::vector<Path> notEntered;
     /// Asked now and then; the search ends early when it answers True.
     std::function<bool()> isStopped;
+    /// Told of each folder whose files are missing from the result, all or some, because it cannot be read. A folder
+    /// that went away meanwhile is none.
+    std::function<void(const Path&, const FileFault&)> notRead = [](const Path&, const FileFault&) {};
 };
 
 /// When a move within one file system is brought to stable storage. `later`: with the next `flushMoves`; until then a
@@ -111,7 +114,7 @@ public:
     virtual void clearReadOnly(const Path& path) = 0;
 
     /// Every regular file below the folder, hidden ones too, ascending by the bytes of the path. Our own temporary
-    /// names (".zep-" and 16 hexadecimal digits) are passed over. What cannot be read is passed over.
+    /// names (".zep-" and 16 hexadecimal digits) are passed over. What cannot be read is told and passed over.
     virtual Task<std::vector<Path>> search(SearchOrder order) = 0;
 
     /// Names of the regular files at the top level of the folder, without the hidden ones (POSIX: names that begin with

@@ -145,17 +145,28 @@ Task<void> ScanPass::searchFiles() {
     order.recurse = settings_.IncludeSubfolders;
     order.notEntered = {settings_.DoneFolder, settings_.RejectFolder};
     order.isStopped = [&state = p_.state] { return state.StopRequested; };
+    unreadBefore_ = std::exchange(unread_, {});
+    unreadWords_.clear();
+    order.notRead = [this](const Path& folder, const FileFault& fault) { reportUnread(folder, fault); };
     std::vector<Path> found = co_await p_.toolbox.search(std::move(order));
     found.insert(found.begin(), Path());
     p_.state.FileList = std::move(found);
     p_.window.setTotalFiles(p_.state.FileList.size() - 1);
 }
 
+// What stands in it is not encrypted, and nobody would know.
+void ScanPass::reportUnread(const Path& folder, const FileFault& fault) {
+    const std::string words = "Folder " + folder + " - FAILED: " + fault.text;
+    if (unread_.empty()) unreadWords_ = words;
+    unread_.insert(folder);
+    if (!unreadBefore_.contains(folder)) p_.report.showInPanel1(words);
+}
+
 Task<void> ScanPass::carryFiles() {
     const std::size_t count = p_.state.FileList.size() - 1;
     carriedNames_.clear();
     inUseBefore_ = std::exchange(inUse_, {});
-    if (count == 0 && !p_.state.StopRequested) {
+    if (count == 0 && unread_.empty() && !p_.state.StopRequested) {
         p_.report.showInLabel2("No Records this pass!");
         p_.window.setPanel1("No Records this pass!");
         p_.window.setWaitPointer(false);
@@ -357,7 +368,7 @@ void ScanPass::end() {
     if (p_.state.StopRequested)
         endStopped();
     else
-        endPaused();
+        endPaused(unread_.empty() ? Trouble::none : Trouble::folderUnread, unreadWords_);
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {

@@ -65,6 +65,7 @@ private:
     bool missingFolderIsReported(const Path& folder, const std::string& text);
     bool sourceIsReported(const Path& folder, const char* what);
     Task<void> searchFiles();
+    void reportUnread(const Path& folder, const FileFault& fault);
     Task<void> carryFiles();
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
@@ -101,6 +102,9 @@ private:
     std::string folderTrouble_;                     // the words about the folder that is missing
     std::set<Path> inUse_;                          // of this pass
     std::set<Path> inUseBefore_;                    // of the pass before
+    std::set<Path> unread_;                         // folders, of this pass
+    std::set<Path> unreadBefore_;                   // of the pass before
+    std::string unreadWords_;                       // about the first of them
 };
 
 }  // namespace vantrell

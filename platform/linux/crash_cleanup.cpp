@@ -82,7 +82,7 @@ private:
 
     Task<Names> foldersHere() {
         std::vector<FolderEntry> entries;
-        co_await readFolder(loop_, descent_.current(), entries, {});
+        static_cast<void>(co_await readFolder(loop_, descent_.current(), entries, {}));
         Names names;
         for (FolderEntry& entry : entries) {
             if (!entry.isFolder) continue;
@@ -98,7 +98,7 @@ private:
         const UniqueFd folder(::openat(parent, folderName.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!lock(folder)) co_return;
         std::vector<FolderEntry> entries;
-        co_await readFolder(loop_, folder.get(), entries, {});
+        static_cast<void>(co_await readFolder(loop_, folder.get(), entries, {}));
         bool isChanged = false;
         for (const FolderEntry& entry : entries) {
             if (!entry.isFolder) isChanged |= moveBeside(folder.get(), entry.key, parent);
@@ -125,7 +125,7 @@ Task<void> removeLeftOutputs(EventLoop& loop, Path folderPath, Path neverHere) {
     const UniqueFd folder = openFolder(folderPath);
     if (!folder || isFolder(folder.get(), neverHere)) co_return;
     std::vector<FolderEntry> entries;
-    co_await readFolder(loop, folder.get(), entries, {});
+    static_cast<void>(co_await readFolder(loop, folder.get(), entries, {}));
     for (const FolderEntry& entry : entries) {
         co_await loop.breathe();
         if (entry.isFolder || !isTemporaryName(entry.key)) continue;

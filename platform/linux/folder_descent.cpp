@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <utility>
 
 #include "platform/linux/place.h"
@@ -21,7 +22,11 @@ UniqueFd openLevel(int parent, const std::string& name) {
 
 }  // namespace
 
-FolderDescent::FolderDescent(const Path& top) { levels_.push_back({{}, openFolder(top)}); }
+FolderDescent::FolderDescent(const Path& top) {
+    UniqueFd folder = openFolder(top);
+    if (!folder) topError_ = errno;
+    levels_.push_back({{}, std::move(folder)});
+}
 
 int FolderDescent::current() {
     std::size_t open = levels_.size() - 1;

@@ -15,10 +15,12 @@ class FolderDescent {
 public:
     /// The top itself may be reached through links.
     explicit FolderDescent(const Path& top);
+    /// The errno of what kept it from opening the top, else 0.
+    [[nodiscard]] int topError() const { return topError_; }
 
     /// The folder in which we are; -1 when it cannot be reached (any more).
     [[nodiscard]] int current();
-    /// Goes into a folder of the current one. False, and nothing has changed, when it cannot be opened.
+    /// Goes into a folder of the current one. False, and nothing has changed but errno, when it cannot be opened.
     bool enter(const std::string& name);
     /// Goes back up; never from the top.
     void leave() { levels_.pop_back(); }
@@ -29,6 +31,7 @@ private:
         UniqueFd folder;
     };
     std::vector<Level> levels_;
+    int topError_ = 0;
 };
 
 }  // namespace vantrell

@@ -20,7 +20,7 @@ Task<std::vector<Path>> listFolder(EventLoop& loop, Path folder) {
     if (!opened) co_return names;
     std::vector<FolderEntry> entries;
     const IsStopped never;
-    co_await readFolder(loop, opened.get(), entries, never);
+    static_cast<void>(co_await readFolder(loop, opened.get(), entries, never));
     co_await sortByKey(loop, entries);
     for (FolderEntry& entry : entries) {
         if (isListed(entry)) names.push_back(std::move(entry.key));

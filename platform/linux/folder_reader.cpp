@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -71,14 +72,16 @@ Task<void> merge(EventLoop& loop, Entries& from, std::size_t begin, std::size_t 
 
 }  // namespace
 
-Task<void> readFolder(EventLoop& loop, int folder, Entries& into, const IsStopped& isStopped) {
+Task<int> readFolder(EventLoop& loop, int folder, Entries& into, const IsStopped& isStopped) {
     const OpenFolder stream = openStream(folder);
-    if (!stream) co_return;
-    std::size_t count = 0;
-    while (const dirent* entry = ::readdir(stream.get())) {
+    if (!stream) co_return errno;
+    for (std::size_t count = 1;; ++count) {
+        errno = 0;  // the only thing that tells a failure from the end
+        const dirent* entry = ::readdir(stream.get());
+        if (entry == nullptr) co_return errno;
         append(into, folder, *entry);
-        if (++count % kBatch != 0) continue;
-        if (isStopped && isStopped()) co_return;
+        if (count % kBatch != 0) continue;
+        if (isStopped && isStopped()) co_return 0;
         co_await loop.breathe();
     }
 }

@@ -19,9 +19,9 @@ struct FolderEntry {
 /// Asked now and then by long work, which ends early when it answers True. May be empty.
 using IsStopped = std::function<bool()>;
 
-/// Appends the regular files and the folders of an open folder, in no order. What cannot be read is passed over.
-/// `into` and `isStopped` outlive the task.
-Task<void> readFolder(EventLoop& loop, int folder, std::vector<FolderEntry>& into, const IsStopped& isStopped);
+/// Appends the regular files and the folders of an open folder, in no order. The errno of what kept it from reading the
+/// whole folder, else 0. `into` and `isStopped` outlive the task.
+Task<int> readFolder(EventLoop& loop, int folder, std::vector<FolderEntry>& into, const IsStopped& isStopped);
 
 /// Sorts ascending by the keys' bytes, also a million of them, without holding up the event loop.
 Task<void> sortByKey(EventLoop& loop, std::vector<FolderEntry>& entries);

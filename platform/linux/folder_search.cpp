@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/folder_search.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string_view>
 #include <utility>
 
 #include "platform/linux/file_stamp.h"
 #include "platform/linux/folder_descent.h"
 #include "platform/linux/folder_reader.h"
+#include "platform/linux/posix_fault.h"
 #include "platform/linux/temporary_name.h"
 
 namespace vantrell {
@@ -45,7 +48,8 @@ public:
     }
 
     Task<std::vector<Path>> run() {
-        co_await openLevel();
+        reportUnread(path_, descent_.topError());
+        if (descent_.topError() == 0) co_await openLevel();
         for (std::size_t count = 1; !levels_.empty(); ++count) {
             Level& level = levels_.back();
             if (level.next == level.entries.size()) {
@@ -72,7 +76,7 @@ private:
     Task<void> openLevel() {
         Level level;
         level.pathSize = path_.size();
-        co_await readFolder(loop_, descent_.current(), level.entries, order_.isStopped);
+        reportUnread(path_, co_await readFolder(loop_, descent_.current(), level.entries, order_.isStopped));
         std::erase_if(level.entries, isOurTemporary);
         co_await sortByKey(loop_, level.entries);
         levels_.push_back(std::move(level));
@@ -87,15 +91,30 @@ private:
     }
 
     bool canEnter(const FolderEntry& entry) {
-        if (!order_.recurse || !descent_.enter(entry.key.substr(0, entry.key.size() - 1))) return false;
+        if (!order_.recurse) return false;
+        const std::string name = entry.key.substr(0, entry.key.size() - 1);
         struct stat status {};
-        if (::fstat(descent_.current(), &status) == 0 &&
-            std::find(notEntered_.begin(), notEntered_.end(), identityOf(status)) == notEntered_.end()) {
-            path_ += entry.key;
-            return true;
+        if (::fstatat(descent_.current(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 || isLeftOut(status))
+            return false;
+        if (!descent_.enter(name)) {
+            reportUnread(path_ + name, errno);
+            return false;
         }
+        path_ += entry.key;
+        // Another folder may have come under the name.
+        if (::fstat(descent_.current(), &status) == 0 && !isLeftOut(status)) return true;
         descent_.leave();
+        path_.resize(levels_.back().pathSize);
         return false;
+    }
+    [[nodiscard]] bool isLeftOut(const struct stat& status) const {
+        return std::find(notEntered_.begin(), notEntered_.end(), identityOf(status)) != notEntered_.end();
+    }
+    void reportUnread(Path folder, int error) const {
+        const bool isGone = error == ENOENT || error == ENOTDIR || error == ELOOP;
+        if (error == 0 || isGone) return;
+        if (folder.size() > 1 && folder.ends_with(kPathSeparator)) folder.pop_back();
+        order_.notRead(folder, faultFromErrno(error, "The folder cannot be read"));
     }
 
     EventLoop& loop_;

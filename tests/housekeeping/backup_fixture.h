@@ -69,7 +69,7 @@ protected:
     PasswordStore store{bench.loop.queue(), database, bench.boxes, bench.state,
                         [](const Path& path) { return std::filesystem::is_regular_file(path); }};
     ConfigBackup backup{{bench.state, bench.settings, bench.toolbox, files, copier, bench.boxes, bench.loop,
-                         bench.clock, [this] { store.closeStoreObjects(); }}};
+                         bench.clock, [this] { store.closeStoreObjects(); }, suppliedPasswordFile()}};
 };
 
 }  // namespace vantrell::test

@@ -73,6 +73,18 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     EXPECT_EQ(readFile(unload + cfg), settingsOf("hand"));
 }
 
+TEST_F(BackupTest, ANewDataFolderReplacesNoOlderCopy) {
+    bench.state.settings = {};
+    bench.settings.saveSettings();
+    writeFile(app + mdb, std::string(suppliedPasswordFile()));
+    backup.onCloseConfigBackup();
+    EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
+    EXPECT_EQ(activeIn(unload + mdb), Strings{"close"});
+    for (const std::string& name : {cfg, mdb}) std::filesystem::remove(unload + name);
+    backup.onCloseConfigBackup();
+    for (const std::string& name : {cfg, mdb}) EXPECT_EQ(readFile(unload + name), readFile(app + name));
+}
+
 TEST_F(BackupTest, WhatOthersHaveNotCommittedIsNotBackedUp) {
     OtherProgram other(app + mdb);
     other.run("BEGIN IMMEDIATE; UPDATE EncDecPasswords SET Active = 0");

@@ -228,6 +228,33 @@ TEST_F(ScanPassTest, StopsWithoutAPassword) {
     EXPECT_EQ(bench.window.processed, 1);
 }
 
+/// A toolbox that cannot read one of the folders.
+class UnreadFolder final : public ForwardingToolbox {
+public:
+    using ForwardingToolbox::ForwardingToolbox;
+    Task<std::vector<Path>> search(SearchOrder order) override {
+        if (isClosed) order.notRead("/in/closed", {FaultKind::other, "no right"});
+        return ForwardingToolbox::search(std::move(order));
+    }
+    bool isClosed = true;
+};
+
+TEST_F(ScanPassTest, SaysOnceWhatItCouldNotReadAndNotThatThereIsNothing) {
+    UnreadFolder toolbox(bench.toolbox);
+    ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, toolbox, bench.boxes, bench.loop,
+                   bench.clock, bench.timRun, bench.mode, bench.notices},
+                  {}, {});
+    const std::string words = "Folder /in/closed - FAILED: no right";
+    for (const Texts& said : {Texts{words}, Texts{}}) {
+        ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+        EXPECT_EQ(bench.messages(), wholePass(said));
+        EXPECT_EQ(bench.notifier.shown, Texts{"Vantrell: " + words});
+    }
+    toolbox.isClosed = false;
+    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+    EXPECT_EQ(bench.messages(), wholePass({"No Records this pass!"}));
+}
+
 /// A toolbox whose outputs fail like those of a machine that is full or broken.
 class FailingOutputs final : public ForwardingToolbox {
 public:

@@ -9,10 +9,15 @@ namespace {
 class Search : public WithToolbox {
 public:
     std::vector<Path> find(bool recurse, std::vector<Path> notEntered = {}) {
-        auto found = loop.valueOf(toolbox.search({folder.path(), recurse, std::move(notEntered), {}}));
+        unread.clear();
+        const auto note = [this](const Path& path, const FileFault& fault) {
+            unread.push_back(path + " " + fault.text);
+        };
+        auto found = loop.valueOf(toolbox.search({folder.path(), recurse, std::move(notEntered), {}, note}));
         for (Path& path : found) path.erase(0, folder.path().size() + 1);
         return found;
     }
+    Names unread;
 };
 
 TEST_F(Search, FindsRegularFilesAscendingByTheBytesOfTheWholePath) {
@@ -41,17 +46,28 @@ TEST_F(Search, DoesNotEnterFoldersThatAreNamedByAnyOfTheirPaths) {
     EXPECT_EQ(find(true, {folder / "link", folder / "none"}), (Names{"other/done/file"}));
 }
 
-TEST_F(Search, PassesOverWhatCannotBeRead) {
-    folder.makeFolder("closed");
+TEST_F(Search, TellsAndPassesOverWhatCannotBeRead) {
+    const std::string closed = folder.makeFolder("closed");
     writeFile(folder / "closed/file", "x");
     writeFile(folder / "open", "x");
-    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
-    ASSERT_EQ(::chmod((folder / "closed").c_str(), 0), 0);
-    {
+    const std::string words = " The folder cannot be read: Permission denied";
+    const struct {
+        mode_t top;
+        bool recurse;
+        std::vector<Path> notEntered;
+        Names found, unread;
+    } rows[] = {{0755, true, {}, {"open"}, {closed + words}},
+                {0755, true, {closed}, {"open"}, {}},
+                {0755, false, {}, {"open"}, {}},
+                {0111, true, {}, {}, {folder.path() + words}}};
+    ASSERT_EQ(::chmod(closed.c_str(), 0), 0);
+    for (const auto& row : rows) {
+        ASSERT_EQ(::chmod(folder.path().c_str(), row.top), 0);
         const OrdinaryUser user;
-        EXPECT_EQ(find(true), (Names{"open"}));
+        EXPECT_EQ(find(row.recurse, row.notEntered), row.found);
+        EXPECT_EQ(unread, row.unread);
     }
-    EXPECT_EQ(::chmod((folder / "closed").c_str(), 0755), 0);
+    EXPECT_EQ(::chmod(folder.path().c_str(), 0755) + ::chmod(closed.c_str(), 0755), 0);
     EXPECT_TRUE(loop.valueOf(toolbox.search({folder / "none", true, {}, {}})).empty());
 }
 
