@@ -46,24 +46,5 @@ TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     EXPECT_TRUE(bench.exists(bench.in("a")));
 }
 
-TEST_F(ControllerTest, ChosenFoldersAreTakenRefusedOrEmptied) {
-    ASSERT_TRUE(bench.controller.folderPressed(FolderKind::reject));
-    bench.controller.folderChosen(FolderKind::reject, "/in");
-    EXPECT_EQ(bench.state.settings.RejectFolder, "/in") << "a short path is a folder like any other";
-    EXPECT_NE(readFile(bench.state.SettingsFilePath).find("\"/in\""), std::string::npos);
-    bench.controller.folderChosen(FolderKind::reject, "/with\"quote");
-    EXPECT_EQ(bench.state.settings.RejectFolder, "/in");
-    EXPECT_EQ(bench.boxes.informed.size(), 1U);
-    for (const char* nothing : {"/", ""}) {
-        bench.controller.folderChosen(FolderKind::done, "/srv/done/");
-        EXPECT_EQ(bench.state.settings.DoneFolder, "/srv/done");
-        bench.controller.folderChosen(FolderKind::done, nothing);
-        EXPECT_EQ(bench.state.settings.DoneFolder, "");
-        EXPECT_EQ(bench.window.label2, "You can not define a root of any drive!");
-    }
-    bench.state.WindowLoading = true;
-    EXPECT_FALSE(bench.controller.folderPressed(FolderKind::done));
-}
-
 }  // namespace
 }  // namespace vantrell::test

@@ -34,22 +34,6 @@ TEST_F(BackupMenusTest, RestoredSettingsAreShownAndNotSavedOver) {
     EXPECT_EQ(bench.window.folders[FolderKind::source], "/close");
 }
 
-TEST_F(BackupMenusTest, ARestoredPasswordIsTheActiveOneAndNoneStopsEncryption) {
-    bench.state.ActivePassword = "live";
-    menus.mnuRPassOn();
-    bench.loop.settle();
-    EXPECT_EQ(bench.state.ActivePassword, "close");
-    EXPECT_TRUE(bench.timRun.isEnabled());
-    takeTexts();
-    OtherProgram(hand + mdb).run("UPDATE EncDecPasswords SET Active = 0");
-    menus.mnuPassNormal();
-    bench.loop.settle();
-    EXPECT_EQ(bench.state.ActivePassword, "");
-    EXPECT_EQ(takeTexts(), (Strings{"Password file has been restored from backup.",
-                                    "There is no active password.  Encryption has stopped."}));
-    EXPECT_FALSE(bench.timRun.isEnabled());
-}
-
 TEST_F(BackupMenusTest, TheCopiesAreMadeBeforeABoxIsAnswered) {
     menus.mnBackup();
     menus.mnBackup();

@@ -50,25 +50,6 @@ TEST_F(EditorTest, ClickInTheListTakesAnyRow) {
     EXPECT_EQ(window.text, "");
 }
 
-TEST_F(EditorTest, RefusesWhatCannotBeUsedAndNotesWhatIsNot) {
-    open();
-    press(kAdd);
-    EXPECT_EQ(theBox().text, "A password must be entered!");
-    EXPECT_EQ(window.focus, "txtpassword");
-    const std::pair<std::string, std::string> notes[] = {
-        {std::string(32, 'x'), ""}, {std::string(33, 'x'), "first 32"}, {"", ""}, {"gr\xC3\xBCn", "ASCII"}};
-    for (const auto& [text, words] : notes) {
-        type(text);
-        EXPECT_EQ(window.note.empty(), words.empty());
-        EXPECT_NE(window.note.find(words), std::string::npos) << window.note;
-        EXPECT_EQ(window.shown, kNewPassword) << "as long as the table is empty";
-    }
-    press(kAdd);
-    EXPECT_NE(boxes.informed.back().text.find("ASCII"), std::string::npos);
-    EXPECT_EQ(window.text, "gr\xC3\xBCn");
-    expectTable({});
-}
-
 TEST_F(EditorTest, AddsAnActivePasswordAtOnceAndAsksBeforeAnInactiveOne) {
     openWithThree();
     type("new");

@@ -88,17 +88,6 @@ TEST_F(PasswordFileTest, MayHaveItsOwnColumnsInAnyOrder) {
     EXPECT_EQ(OtherProgram(file).column("SELECT Note FROM EncDecPasswords"), (Strings{"kept", "none"}));
 }
 
-TEST_F(PasswordFileTest, MayHaveNoRowIds) {
-    makeFile(
-        "CREATE TABLE EncDecPasswords (Owner, Password text, Active boolean, PRIMARY KEY (Password)) WITHOUT ROWID;"
-        "INSERT INTO EncDecPasswords VALUES ('x', 'b', 1), ('y', 'a', 1)");
-    EXPECT_TRUE(save("b", true));
-    EXPECT_TRUE(save("c", false));
-    EXPECT_EQ(stored(), (Strings{"a=0", "b=1", "c=0"}));
-    EXPECT_TRUE(erase("a"));
-    EXPECT_EQ(stored(), (Strings{"b=1", "c=0"}));
-}
-
 TEST_F(PasswordFileTest, IsReadInTheOrderOfThePlainListing) {
     makeFile(
         "CREATE TABLE EncDecPasswords (Password text, Active boolean);"

@@ -98,14 +98,5 @@ TEST_F(PasswordStoreTest, DataFolderMayHoldWhatConnectionStringsAreMadeOf) {
               Strings{"there"});
 }
 
-TEST_F(PasswordStoreTest, MissingFileIsReportedAndNeverMade) {
-    std::filesystem::remove(file);
-    EXPECT_EQ(lookUp(), "");
-    EXPECT_EQ(theBox().title + ": " + theBox().text, "Vantrell: Missing Data Base");
-    EXPECT_EQ(editor.unloaded, 1);
-    EXPECT_FALSE(state.UiLoading);
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-}
-
 }  // namespace
 }  // namespace vantrell::test

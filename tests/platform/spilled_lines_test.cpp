@@ -2,9 +2,6 @@
 #include "platform/linux/spilled_lines.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <chrono>
 
 #include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
@@ -12,22 +9,8 @@
 namespace vantrell::test {
 namespace {
 
-#if defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer);  // which keeps freed memory for a while
-#else
-constexpr bool kSanitized = false;
-#endif
-
 std::string numbered(std::size_t number) {
     return "11/16/26 14:00:00 Encryped:  file " + std::to_string(number) + " - Sucessful: " + std::string(40, 'x');
-}
-
-std::size_t residentBytes() {
-    std::ifstream file("/proc/self/statm");
-    std::size_t all = 0;
-    std::size_t resident = 0;
-    file >> all >> resident;
-    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 class SpilledLinesTest : public ::testing::Test {
@@ -51,18 +34,6 @@ TEST_F(SpilledLinesTest, GivesEveryLineBackAndLeavesNoNameBehind) {
         EXPECT_EQ(lines.line(index), numbered(index));
     EXPECT_EQ(lines.line(9999), "");
     EXPECT_EQ(lines.line(10'000), std::string("two\nlines and M\xFCller"));
-}
-
-TEST_F(SpilledLinesTest, AMillionLinesTakeLittleMemoryAndTime) {
-    const std::size_t before = residentBytes();
-    const auto begin = std::chrono::steady_clock::now();
-    append(1'000'000);
-    for (std::size_t page = 0; page < 1000; ++page) {
-        const std::size_t top = page * 999;
-        for (std::size_t row = top; row < top + 40; ++row) ASSERT_EQ(lines.line(row), numbered(row));
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
-    if (!kSanitized) EXPECT_LT(residentBytes() - before, std::size_t(16) << 20);
 }
 
 // A full disk, here a limit on the size of files.

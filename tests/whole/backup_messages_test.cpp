@@ -35,6 +35,7 @@ enum Trouble {
     kNone,
     kMissing,
     kSpoilt,
+    kNoneActive,
     kNoColumn,
     kCutShort,
     kNoFolder,
@@ -80,6 +81,12 @@ const Situation kSituations[] = {
      kNoMemoryForSettings,
      {"7  Out of memory   Configruation file has NOT been restored from backup."}},
     {"PasswordsAreRestored", kPasswords, kNone, kNone, {"Password file has been restored from backup."}, false},
+    {"RestoredPasswordsHoldNoActiveOne",
+     kPasswords,
+     kNone,
+     kNoneActive,
+     {"Password file has been restored from backup.", "There is no active password.  Encryption has stopped."},
+     false},
     {"BackupIsNoDatabase", kPasswords, kNone, kSpoilt, kPasswordsNot},
     {"BackupLacksAColumn", kPasswords, kNone, kNoColumn, kPasswordsNot},
     {"BackupIsCutShort", kPasswords, kNone, kCutShort, kPasswordsNot},
@@ -115,6 +122,7 @@ protected:
         if (trouble == kSpoilt) writeFile(passwords, kSpoiltPasswords);
         if (trouble == kNoFolder || trouble == kFileForFolder) std::filesystem::remove_all(inFolder);
         if (trouble == kFileForFolder) writeFile(inFolder, "a file");
+        if (trouble == kNoneActive) OtherProgram(passwords).run("UPDATE EncDecPasswords SET Active = 0");
         if (trouble == kNoColumn) OtherProgram(passwords).run("ALTER TABLE EncDecPasswords RENAME Active TO Aktiv");
         if (trouble == kCutShort) std::filesystem::resize_file(passwords, std::filesystem::file_size(passwords) / 2);
     }

@@ -196,7 +196,8 @@ std::vector<Situation> Messages::ofPasswords() {
              std::filesystem::remove(m.passwordFile());
              m.trigger("mnuCurrentPass");
          },
-         {kNoFile, kNoneActive, kNoneActiveBelow}},
+         {kNoFile, kNoneActive, kNoneActiveBelow},
+         [](Messages& m) { EXPECT_FALSE(std::filesystem::exists(m.passwordFile())) << "it is never made"; }},
         {"NoPasswordIsActive",
          [](Messages& m) {
              m.sql("UPDATE EncDecPasswords SET Active = 0");
@@ -212,7 +213,11 @@ std::vector<Situation> Messages::ofPasswords() {
          {{"Vantrell", "secret"}},
          [](Messages& m) { EXPECT_TRUE(m.isGone("frmEDPasswords")); }},
         {"APasswordIsLongerThanTheKey",
-         [](Messages& m) { m.typeNew("123456789 123456789 123456789 123"); },
+         [](Messages& m) {
+             const OtherWindow editor = m.typeNew("123456789 123456789 123456789 12");
+             EXPECT_EQ(m.labelOf("lblNote")->text(), QString());
+             editor.find<QLineEdit>("txtpassword")->insert(QStringLiteral("3"));
+         },
          {{"lblNote", "Only the first 32 characters count."}}},
         {"APasswordHoldsCharactersOutsideASCII",
          [](Messages& m) { m.typeNew("sch\u00F6n").click("cmdAdd"); },

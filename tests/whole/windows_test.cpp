@@ -76,15 +76,6 @@ TEST_F(Windows, ScheduleTheWeeklyDelete) {
     EXPECT_TRUE(reachesMode("Mode: Auto"));
 }
 
-TEST_F(Windows, DeleteOldDoneFilesWhenTold) {
-    clock.ahead = std::chrono::days(8);
-    writeFile(profile.done + "/old", "bytes");
-    startProgram();
-    trigger("mnDeleteDone");
-    ASSERT_TRUE(waitFor([&] { return countIn(profile.done) == 0; }));
-    EXPECT_TRUE(showsText("panel1", "Executing Weekly Delete ...Deleting File: " + profile.done + "/old"));
-}
-
 TEST_F(Windows, ShowThePastLog) {
     startProgram();
     click("chkActivateSF");

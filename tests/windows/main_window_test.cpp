@@ -8,14 +8,6 @@
 
 namespace vantrell::test {
 
-TEST_F(MainWindowTest, ForwardsTheButtons) {
-    for (const char* name : {"cmdStartDir", "cmdStopDir", "cmdExit", "cmdSelectSource1", "cmdSelectSource2",
-                             "cmdSelectSource3", "cmdSelectSource4"})
-        click(name);
-    EXPECT_EQ(events.seen, (Seen{"start", "stop", "exit", "folder 1", "folder 2", "folder 3", "folder 4"}));
-    EXPECT_EQ(window.findChild<QFileDialog*>(), nullptr) << "the folder buttons were refused";
-}
-
 TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
     auto* first = find<QPushButton>("cmdSelectSource1");
     first->setFocus();
