@@ -118,11 +118,15 @@ class Accessibility(ProgramTest):
         self.assertFalse(has(self.screen.find(Role.PUSH_BUTTON, "Stop"), State.SENSITIVE))
         self.assertTrue(has(self.screen.find(Role.CHECK_BOX, "Include Sub Directories"), State.CHECKED))
         self.assertEqual(self.screen.label("Source folder"), self.profile.source)
+        self.assert_names()
+        for node in self.screen.nodes():
+            if node.get_role() in (Role.PUSH_BUTTON, Role.SPIN_BUTTON, Role.CHECK_BOX, Role.POPUP_MENU, Role.LIST):
+                self.assertTrue(node.get_description(), f"{node.get_name()!r} without a description")
+
+    def assert_names(self):
         for node in self.screen.nodes():
             if has(node, State.FOCUSABLE) and has(node, State.SHOWING) and node.get_role() not in SILENT:
                 self.assertTrue(node.get_name(), f"a {node.get_role_name()} without a name")
-            if node.get_role() in (Role.PUSH_BUTTON, Role.SPIN_BUTTON, Role.CHECK_BOX, Role.POPUP_MENU, Role.LIST):
-                self.assertTrue(node.get_description(), f"{node.get_name()!r} without a description")
 
     def test_reads_from_top_to_bottom(self):
         self.start(continually=False)
@@ -181,12 +185,23 @@ class Accessibility(ProgramTest):
         self.screen.wait_for(Role.PUSH_BUTTON, "Add", State.SHOWING)
         self.screen.act(Role.PUSH_BUTTON, "Add")
         self.screen.wait_for(Role.TABLE_CELL, "another")
+        self.assert_names()
         self.screen.act(Role.MENU_ITEM, "View Current Password")
         self.screen.wait_for(Role.LABEL, "another")
         self.screen.act(Role.PUSH_BUTTON, "OK")
 
+        for menu, texts in [("Backup Current Configuration Files",
+                             ["Current config file is backed up.", "Password file is backed up."]),
+                            ("Restore Password  File Using  the Normal Backup (Manul Backup)",
+                             ["Password file has been restored from backup."])]:
+            self.screen.act(Role.MENU_ITEM, menu)
+            for text in texts:
+                self.screen.wait_for(Role.LABEL, text, State.SHOWING)
+                self.screen.act(Role.PUSH_BUTTON, "OK")
+
         self.screen.act(Role.PUSH_BUTTON, "Weekly Auto-Delete Scheduler")
         self.screen.wait_for(Role.COMBO_BOX, "-None-", State.SHOWING)
+        self.assert_names()
         self.screen.act(Role.RADIO_BUTTON, "AM")
         self.screen.act(Role.PUSH_BUTTON, "OK")
         wait_until(lambda: b'"AM"' in read(os.path.join(self.profile.data, "ZEP.cfg")), "the schedule in the settings")
@@ -194,9 +209,11 @@ class Accessibility(ProgramTest):
         self.screen.act(Role.MENU_ITEM, "Select DailyHistory File to View")
         self.screen.act(Role.PUSH_BUTTON, "Load Selected History")
         self.screen.wait_for(Role.LIST, "Log", State.SHOWING)
+        self.assert_names()
 
         self.screen.act(Role.PUSH_BUTTON, "Change Rejected folder")
         self.type_into("Folder:", self.profile.done)
+        self.assert_names()
         self.screen.act(Role.PUSH_BUTTON, "OK")
         wait_until(lambda: self.screen.label("Rejected folder") == self.profile.done, "the chosen folder")
 
