@@ -122,20 +122,5 @@ TEST_F(WeeklyWindowTest, TabGoesFromTopToBottom) {
     }
 }
 
-TEST_F(WeeklyWindowTest, GrowsWithItsFont) {
-    const QFont usual = QApplication::font();
-    QFont twice = usual;
-    twice.setPointSizeF(2 * usual.pointSizeF());
-    QApplication::setFont(twice);
-    frmweeklyDelete large;
-    large.showCentred();
-    QApplication::setFont(usual);
-    for (const QWidget* text : large.findChildren<QWidget*>()) {
-        if (!qobject_cast<const QLabel*>(text) && !qobject_cast<const QAbstractButton*>(text)) continue;
-        EXPECT_GE(text->width(), text->sizeHint().width()) << text->objectName().toStdString();
-        EXPECT_GE(text->height(), text->sizeHint().height()) << text->objectName().toStdString();
-    }
-}
-
 }  // namespace
 }  // namespace vantrell::test

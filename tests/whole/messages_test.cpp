@@ -445,8 +445,7 @@ TEST_F(Windows, AreWorded) {
          {"Select Current Folder or Create New Folder", "Create", "Create Folder", "Enter a name for your new folder",
           "OK", "Cancel"}}};
     startProgram();
-    for (const char* entry : {"mnuPasswords", "mnuHsitoryDaily"}) trigger(entry);
-    for (const char* button : {"cmdSched", "cmdSelectSource1"}) click(button);
+    openAll();
     for (const auto& row : rows) {
         const OtherWindow opened = this->opened(row.window);
         EXPECT_EQ(opened.window.windowTitle().toStdString(), row.title);

@@ -41,6 +41,20 @@ protected:
     static bool isGone(const char* name) {
         return waitFor([&] { return shown(name) == nullptr; });
     }
+    /// Of all windows that are open.
+    static void forEachControl(const std::function<void(const QWidget&)>& look) {
+        for (const QWidget* control : QApplication::allWidgets())
+            if (control->isVisible() && !control->isWindow()) look(*control);
+    }
+    static std::string nameOf(const QWidget& control) {
+        return (control.window()->objectName() + QLatin1Char(' ') + control.objectName()).toStdString();
+    }
+    void openAll() {
+        for (const char* entry : {"mnuPasswords", "mnuHsitoryDaily", "mnuabout"}) trigger(entry);
+        click("cmdSched");
+        click("cmdSelectSource1");
+        for (const char* name : {"frmEDPasswords", "frmHistory", "frmweeklyDelete", "frmButton"}) opened(name);
+    }
     /// With a name, a new folder of that name inside it.
     void chooseFolder(const char* button, const std::string& path, const char* create = nullptr) {
         click(button);

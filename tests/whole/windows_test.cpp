@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <QAbstractItemView>
+#include <QSet>
+#include <QToolButton>
 
+#include "core/frmElidedLabel.h"
 #include "whole/windows_harness.h"
 
 namespace vantrell::test {
@@ -92,12 +95,42 @@ TEST_F(Windows, ShowThePastLog) {
     EXPECT_TRUE(lines->index(0, 0).data().toString().endsWith(QStringLiteral(" Loading")));
 }
 
+TEST_F(Windows, CutNoTextInALargeFont) {
+    const QFont usual = QApplication::font();
+    QFont twice = usual;
+    twice.setPointSizeF(2 * usual.pointSizeF());
+    QApplication::setFont(twice);
+    startProgram();
+    QApplication::setFont(usual);
+    openAll();
+    forEachControl([](const QWidget& text) {
+        const auto* label = qobject_cast<const QLabel*>(&text);
+        const bool cutsItself = qobject_cast<const frmElidedLabel*>(label) || qobject_cast<const QToolButton*>(&text);
+        if (cutsItself || (!label && !qobject_cast<const QAbstractButton*>(&text))) return;
+        const QSize needed = label && label->wordWrap() ? text.minimumSizeHint() : text.sizeHint();
+        EXPECT_EQ(text.size(), text.size().expandedTo(needed)) << nameOf(text);
+    });
+}
+
+TEST_F(Windows, AreUsedByKeyboardAlone) {
+    startProgram();
+    openAll();
+    QSet<const QWidget*> reached;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        for (int presses = 0; window->isVisible() && presses < 60; ++presses) {
+            QTest::keyClick(window, Qt::Key_Tab);
+            reached.insert(window->focusWidget());
+        }
+    }
+    forEachControl([&](const QWidget& control) {
+        const bool takesKeys = control.isEnabled() && (control.focusPolicy() & Qt::TabFocus);
+        EXPECT_TRUE(!takesKeys || control.focusProxy() || reached.contains(&control)) << nameOf(control);
+    });
+}
+
 TEST_F(Windows, AllGoAtTheEnd) {
     startProgram();
-    for (const char* entry : {"mnuPasswords", "mnuHsitoryDaily", "mnuabout"}) trigger(entry);
-    click("cmdSched");
-    click("cmdSelectSource1");
-    for (const char* name : {"frmEDPasswords", "frmHistory", "frmweeklyDelete", "frmButton"}) opened(name);
+    openAll();
     exitProgram();
     for (const QWidget* window : QApplication::topLevelWidgets())
         EXPECT_FALSE(window->isVisible()) << window->objectName().toStdString();

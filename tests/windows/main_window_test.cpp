@@ -49,23 +49,6 @@ TEST_F(MainWindowTest, TellsATypedNumberOnce) {
     EXPECT_EQ(events.seen.size(), 1U);
 }
 
-TEST_F(MainWindowTest, GrowsWithItsFont) {
-    const QFont usual = QApplication::font();
-    QFont twice = usual;
-    twice.setPointSizeF(2 * usual.pointSizeF());
-    QApplication::setFont(twice);
-    frmMain large(lines, toolbox);
-    QApplication::setFont(usual);
-    large.show();
-    EXPECT_EQ(window.size(), QSize(777, 452).expandedTo(window.minimumSizeHint()));
-    EXPECT_EQ(large.size(), large.size().expandedTo(large.minimumSizeHint()));
-    for (const QWidget* text : large.findChildren<QWidget*>()) {
-        if (text->objectName() != QStringLiteral("lblNote") && !qobject_cast<const QAbstractButton*>(text)) continue;
-        EXPECT_GE(text->width(), text->sizeHint().width()) << text->objectName().toStdString();
-        EXPECT_GE(text->height(), text->sizeHint().height()) << text->objectName().toStdString();
-    }
-}
-
 TEST_F(MainWindowTest, LongTextsMoveNothing) {
     window.setModeLabel("Mode: Stopped");
     window.setClock("20:41:03");
