@@ -19,7 +19,7 @@ namespace vantrell {
 
 namespace {
 
-constexpr std::size_t kMostUnflushedFolders = 64;
+constexpr unsigned kMostUnflushedMoves = 64;
 
 bool areOneFolder(const UniqueFd& one, const UniqueFd& other) {
     struct stat a {};
@@ -113,19 +113,27 @@ Task<FileFault> FileMover::flushFolders(Route& route) {
 }
 
 Task<FileFault> FileMover::flushLater(Route& route) {
-    for (UniqueFd* folder : {&route.to.folder, &route.from.folder}) {
+    for (const auto& [folder, unflushed] :
+         {std::pair(&route.to.folder, &unflushedTargets_), std::pair(&route.from.folder, &unflushedSources_)}) {
         struct stat status {};
         if (::fstat(folder->get(), &status) != 0) co_return faultFromErrno(errno, "The folder cannot be looked at");
-        unflushed_.try_emplace(identityOf(status), std::move(*folder));
+        unflushed->try_emplace(identityOf(status), std::move(*folder));
     }
-    if (unflushed_.size() < kMostUnflushedFolders) co_return FileFault{};
+    if (++unflushedMoves_ < kMostUnflushedMoves) co_return FileFault{};
     co_return co_await flushMoves();
 }
 
+// The new names first, as in `flushFolders`.
 Task<FileFault> FileMover::flushMoves() {
+    unflushedMoves_ = 0;
+    if (FileFault fault = co_await flushAll(unflushedTargets_)) co_return fault;
+    co_return co_await flushAll(unflushedSources_);
+}
+
+Task<FileFault> FileMover::flushAll(Folders& folders) {
     FileFault fault;
-    while (!unflushed_.empty()) {
-        const auto folder = unflushed_.extract(unflushed_.begin());
+    while (!folders.empty()) {
+        const auto folder = folders.extract(folders.begin());
         FileFault failed = co_await flushFolder(parts_.loop, folder.mapped().get());
         if (failed) fault = std::move(failed);
     }

@@ -31,6 +31,8 @@ private:
         Kind kind = Kind::plain;
     };
 
+    using Folders = std::map<FileIdentity, UniqueFd>;
+
     static FileFault survey(const MoveOrder& order, Route& route);
     static FileFault surveyTarget(const MoveOrder& order, Route& route);
     static int renameOnce(const Route& route);
@@ -38,11 +40,15 @@ private:
     Task<FileFault> confirm(Route& route, Durable durable);
     Task<FileFault> flushLater(Route& route);
     Task<FileFault> flushFolders(Route& route);
+    Task<FileFault> flushAll(Folders& folders);
     Task<FileFault> dropSourceName(Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;
-    std::map<FileIdentity, UniqueFd> unflushed_;  // folders with moves that are to be flushed later
+    // Folders with moves that are to be flushed later.
+    Folders unflushedTargets_;
+    Folders unflushedSources_;
+    unsigned unflushedMoves_ = 0;
 };
 
 }  // namespace vantrell

@@ -54,6 +54,8 @@ struct Situation {
     bool changesNothing = true;
 };
 
+void PrintTo(const Situation& situation, std::ostream* out) { *out << situation.name; }
+
 const Situation kSituations[] = {
     {"BothAreThere", kBackUp, kNone, kNone, kSaved, false},
     {"NothingIsThere",

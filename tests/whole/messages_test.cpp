@@ -40,6 +40,8 @@ struct Situation {
     Step before = nullptr;  ///< on the profile and the clock, before the program starts
 };
 
+void PrintTo(const Situation& situation, std::ostream* out) { *out << situation.name; }
+
 /// Each message of the windows, in the situation that brings it up. Those of backup and restore have a table of their
 /// own.
 class Messages : public Windows, public testing::WithParamInterface<Situation> {
