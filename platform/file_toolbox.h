@@ -45,7 +45,8 @@ struct HoldResult {
     FileFault fault;
 };
 
-/// A new file that has no final name until it is whole and on stable storage. Destroying it before `publish` drops it.
+/// A new file that has no final name until it is whole and on stable storage. Destroying it before `publish` has ended
+/// drops it; only where an old file has been replaced already, the new one stays.
 class OutputFile {
 public:
     OutputFile() = default;

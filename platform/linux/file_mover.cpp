@@ -19,7 +19,7 @@ namespace vantrell {
 
 namespace {
 
-constexpr unsigned kMostUnflushedMoves = 64;
+constexpr unsigned kMostUnflushedMoves = 256;
 
 bool areOneFolder(const UniqueFd& one, const UniqueFd& other) {
     struct stat a {};

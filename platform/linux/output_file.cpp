@@ -137,10 +137,10 @@ Task<FileFault> PosixOutputFile::publish(Path target, Replace replace) {
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
     if (isReplacing) error = replaceName(name);
     if (error != 0) co_return faultFromErrno(error, "The new file cannot be given its name");
-    FileFault fault = co_await flushFolder(parts_.loop, folder_.get());
-    // Undone where that is possible; where an old file has been replaced, the new one is what there is.
-    if (fault && !isReplacing) temporaryName_ = name;
-    if (fault) co_return failed_ = fault;
+    // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
+    if (!isReplacing) temporaryName_ = name;
+    if (FileFault fault = co_await flushFolder(parts_.loop, folder_.get())) co_return failed_ = fault;
+    temporaryName_.clear();
     file_.reset();
     co_return FileFault{};
 }
