@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/settings_format.h"
-#include "housekeeping/backup_menus.h"
+#include "housekeeping/config_backup.h"
 #include "passwords/password_fixture.h"
 #include "platform/linux/posix_data_files.h"
 #include "platform/linux/sqlite_copier.h"

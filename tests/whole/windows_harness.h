@@ -90,9 +90,12 @@ protected:
         EXPECT_EQ(QApplication::exec(), 0);
     }
     void backUp() {
-        trigger("mnBackup");
+        for (int presses = 0; presses < 2; ++presses) trigger("mnBackup");
+        EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(profile.data + "/Config Backup/EDPasswords.mdb"); }))
+            << "before any answer";
         EXPECT_EQ(answer(QMessageBox::Ok), "Current config file is backed up.");
         EXPECT_EQ(answer(QMessageBox::Ok), "Password file is backed up.");
+        EXPECT_TRUE(openBoxes().isEmpty());
     }
 };
 
