@@ -59,14 +59,18 @@ void MainWindowController::timRun_Timer() {
 
 void MainWindowController::stopPressed() {
     p_.notices.operatorActed();
-    if (p_.state.PassInProgress) return p_.pass.requestStop();
-    // A pass that has not begun to search yet has nothing to finish.
-    if (!passes_.isIdle()) {
-        passes_.abort();
-        p_.pass.passWasAborted();
-    }
+    endPass();
+    if (p_.state.PassInProgress) return;
     p_.mode.TurnOffTimRun();
     p_.report.showInLabel2("ZEP Timer Is STOPPED");
+}
+
+void MainWindowController::endPass() {
+    if (p_.state.PassInProgress) return p_.pass.requestStop();
+    // A pass that has not begun to search yet has nothing to finish.
+    if (passes_.isIdle()) return;
+    passes_.abort();
+    p_.pass.passWasAborted();
 }
 
 bool MainWindowController::folderPressed(FolderKind) {
@@ -75,7 +79,7 @@ bool MainWindowController::folderPressed(FolderKind) {
         return false;
     }
     p_.mode.TurnOffTimRun();
-    if (p_.state.PassInProgress) p_.pass.requestStop();
+    endPass();
     return true;
 }
 

@@ -121,6 +121,7 @@ private:
     Task<void> start();
     Task<void> turnOffLogging();
     Task<void> viewCurrentPassword();
+    void endPass();
     void switchLogging(bool turnedOff, const char* event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);

@@ -172,7 +172,7 @@ void frmButton::connectControls() {
 
 Path frmButton::selection() const {
     QString selected = selectedFiles().value(0);
-    if (selected.isEmpty()) selected = directory().absolutePath();
+    if (selected.isEmpty()) selected = QDir::rootPath();  // the computer as a whole
     return QFile::encodeName(QDir::cleanPath(selected)).toStdString();
 }
 

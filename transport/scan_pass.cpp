@@ -42,15 +42,19 @@ Task<void> ScanPass::timRun_Timer() {
         endStopped();
         co_return;
     }
-    if (p_.state.anyFolderIsEmpty()) {
-        p_.window.setNormalState();
-        p_.window.setLabel2(kFolderIsEmpty);
-        p_.mode.TurnOffTimRun();
-        co_return;
-    }
+    if (emptyFolderIsReported()) co_return;
     const bool hasPassword = co_await hasActivePassword();
-    if (!hasPassword) co_return;
+    // A lookup can take seconds, in which the operator may have emptied one.
+    if (!hasPassword || emptyFolderIsReported()) co_return;
     co_await searchAndCarry();
+}
+
+bool ScanPass::emptyFolderIsReported() {
+    if (!p_.state.anyFolderIsEmpty()) return false;
+    p_.window.setNormalState();
+    p_.window.setLabel2(kFolderIsEmpty);
+    p_.mode.TurnOffTimRun();
+    return true;
 }
 
 bool ScanPass::startsUpWithoutPass() {

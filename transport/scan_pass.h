@@ -57,6 +57,7 @@ private:
     enum class Next { goOn, end };
 
     bool startsUpWithoutPass();
+    bool emptyFolderIsReported();
     Task<bool> hasActivePassword();
     void reportNoPassword();
     Task<void> searchAndCarry();

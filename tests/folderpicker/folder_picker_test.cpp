@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QListView>
 #include <QMessageBox>
 #include <QTest>
 #include <optional>
@@ -173,6 +174,18 @@ TEST_F(FolderPickerTest, CreatesNothingWithoutANewName) {
     QTest::keyClick(name, Qt::Key_Return);
     EXPECT_TRUE(showsStatus(folder / "Newer"));
     EXPECT_FALSE(chosen.has_value()) << "the chooser stays open";
+}
+
+TEST_F(FolderPickerTest, TheWholeComputerIsItsRootFolder) {
+    pick();
+    auto* places = find<QListView>("sidebar");
+    QTest::mouseClick(places->viewport(), Qt::LeftButton, {},
+                      places->visualRect(places->model()->index(0, 0)).center());
+    EXPECT_TRUE(showsStatus("/"));
+    find<QLineEdit>("fileNameEdit")->setText(QStringLiteral("etc"));
+    EXPECT_TRUE(showsStatus("/etc"));
+    pressOk();
+    EXPECT_EQ(chosen, "/etc");
 }
 
 TEST_F(FolderPickerTest, RemembersItsPlaceFromTheFirstCreateOn) {

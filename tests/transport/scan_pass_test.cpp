@@ -214,6 +214,22 @@ TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     EXPECT_EQ(bench.messages().back(), paused());
 }
 
+Task<void> emptyRejectedFolder(PassBench* bench) {
+    bench->state.ActivePassword = "found";
+    bench->state.settings.RejectFolder.clear();
+    co_return;
+}
+
+TEST_F(ScanPassTest, DoesNotBeginWithAFolderThatWasEmptiedDuringTheLookup) {
+    bench.state.ActivePassword.clear();
+    ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, bench.toolbox, bench.boxes,
+                   bench.loop, bench.clock, bench.timRun, bench.mode, bench.notices},
+                  {}, [this] { return emptyRejectedFolder(&bench); });
+    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+    EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
+    EXPECT_TRUE(bench.messages().empty());
+}
+
 TEST_F(ScanPassTest, StopsWithoutAPassword) {
     writeFile(bench.in("a"), "a");
     bench.state.ActivePassword.clear();

@@ -365,6 +365,21 @@ std::vector<Situation> Messages::ofFolders() {
          [](Messages& m) { press(m.picker(), QDialogButtonBox::Cancel); },
          {kRootRefused, {"lblSourcePath", ""}},
          sourceIsEmpty},
+        {"NothingIsChosenBeforeAPassKnowsThePassword",
+         [](Messages& m) {
+             m.drop("a");
+             m.other.emplace(m.passwordFile());
+             m.other->run("BEGIN EXCLUSIVE");
+             m.pressStart(kNo);
+             EXPECT_TRUE(m.waitFor([&] { return m.program->state().UiLoading; }));
+             press(m.picker(), QDialogButtonBox::Cancel);
+             m.other.reset();
+         },
+         {kRootRefused},
+         [](Messages& m) {
+             EXPECT_TRUE(m.isStopped());
+             EXPECT_EQ(countIn(m.profile.in), 1U);
+         }},
         {"ZepCfgCannotHoldTheFolder",
          [](Messages& m) { m.chooseFolder("cmdSelectSource1", m.profile.root, "6\" wide"); },
          {{"Vantrell",
