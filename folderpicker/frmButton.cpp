@@ -172,7 +172,9 @@ void frmButton::connectControls() {
 
 Path frmButton::selection() const {
     QString selected = selectedFiles().value(0);
-    if (selected.isEmpty()) selected = QDir::rootPath();  // the computer as a whole
+    // For the computer as a whole there is no path, and Qt would take the working directory for it.
+    if (const QDir open = directory(); selected.isEmpty())
+        selected = open.isRelative() ? QDir::rootPath() : open.absolutePath();
     return QFile::encodeName(QDir::cleanPath(selected)).toStdString();
 }
 
