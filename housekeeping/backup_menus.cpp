@@ -18,11 +18,8 @@ void BackupMenus::mnuNBU() {
     p_.reloadSettings();
 }
 
-void BackupMenus::restorePassword(Restore restore) {
-    if (restores_.isIdle()) restores_.start(restoreAndLookUp(restore));
-}
-
 Task<void> BackupMenus::restoreAndLookUp(Restore restore) {
+    const TaskLock::Held turn = co_await turns_.acquire();
     co_await (p_.backup.*restore)();
     p_.state.ActivePassword.clear();
     co_await p_.lookUpActivePassword();

@@ -7,6 +7,7 @@
 #include "core/mode_display.h"
 #include "housekeeping/config_backup.h"
 #include "task/task_group.h"
+#include "task/task_lock.h"
 #include "transport/scan_pass.h"
 
 namespace vantrell {
@@ -24,12 +25,12 @@ struct BackupMenuParts {
     std::function<void()> reloadSettings;
 };
 
-/// The menu entries for backing up and restoring, and what follows a restore. One that is chosen
-/// again while it is still at work, or shows its box, does nothing.
+/// The menu entries for backing up and restoring, and what follows a restore. A backup that is chosen again while it is
+/// still at work, or shows its box, does nothing; a restore of the passwords waits for the one before it.
 class BackupMenus {
 public:
     explicit BackupMenus(BackupMenuParts parts)
-        : p_(std::move(parts)), backups_(p_.loop.queue()), restores_(p_.loop.queue()) {}
+        : p_(std::move(parts)), backups_(p_.loop.queue()), turns_(p_.loop.queue()), restores_(p_.loop.queue()) {}
 
     /// "Backup Current Configuration Files"
     void mnBackup();
@@ -48,11 +49,12 @@ public:
 private:
     using Restore = Task<void> (ConfigBackup::*)();
 
-    void restorePassword(Restore restore);
+    void restorePassword(Restore restore) { restores_.start(restoreAndLookUp(restore)); }
     Task<void> restoreAndLookUp(Restore restore);
 
     BackupMenuParts p_;
     TaskGroup backups_;
+    TaskLock turns_;
     TaskGroup restores_;
 };
 
