@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "folderpicker/frmButton.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QDir>
 #include <QFile>
 #include <QFileSystemModel>
@@ -196,6 +198,9 @@ void frmButton::selectionChanged() {
 }
 
 void frmButton::openPrompt(bool open) {
+    // While its list is open, the field for the folder takes the next key, wherever the focus is.
+    if (const auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")); field && field->completer())
+        field->completer()->popup()->hide();
     prompt_->setVisible(open);
     buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
     txtName_->clear();

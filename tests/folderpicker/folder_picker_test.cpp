@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QListView>
 #include <QMessageBox>
@@ -52,6 +53,7 @@ protected:
     }
     void create(const QString& name) {
         QTest::mouseClick(find<QPushButton>("Command1"), Qt::LeftButton);
+        ASSERT_EQ(QApplication::activePopupWidget(), nullptr) << "it would take the first letter of the name";
         ASSERT_TRUE(find<QLineEdit>("txtName")->isVisible() && find<QLineEdit>("txtName")->text().isEmpty());
         QTest::keyClicks(find<QLineEdit>("txtName"), name);
         QTest::mouseClick(find<QPushButton>("cmdNameOk"), Qt::LeftButton);
