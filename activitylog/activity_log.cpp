@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "activitylog/activity_log.h"
 
-#include "core/display_text.h"
+#include "base/display_text.h"
 
 namespace vantrell {
 
-Path logFolderBelow(const Path& appFolder) { return appFolder + kPathSeparator + "Daily Activity Logs"; }
+Path logFolderBelow(const Path& appFolder) { return joinPath(appFolder, "Daily Activity Logs"); }
 
 ActivityLog::ActivityLog(ProgramState& state, MainWindow& window, DataFiles& files, const Clock& clock)
     : state_(state), window_(window), files_(files), clock_(clock) {}
@@ -47,7 +47,7 @@ void ActivityLog::saveForGood() {
 }
 
 void ActivityLog::chooseFile() {
-    const Path today = logFolderBelow(state_.AppFolder) + kPathSeparator + dayStamp(clock_.now()) + " Activity.Log";
+    const Path today = joinPath(logFolderBelow(state_.AppFolder), dayStamp(clock_.now()) + " Activity.Log");
     if (today == logFilePath_) return;
     logFilePath_ = today;
     fileIsChecked_ = false;

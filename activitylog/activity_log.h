@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/date_text.h"
+#include "base/date_text.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
 #include "platform/clock.h"

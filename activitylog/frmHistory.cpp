@@ -9,9 +9,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "activitylog/frmMark.h"
-#include "core/frmText.h"
-#include "core/frmWideButton.h"
+#include "platform/qt/qt_text.h"
+#include "widgets/row_mark.h"
+#include "widgets/wide_button.h"
 
 namespace vantrell {
 
@@ -66,7 +66,7 @@ frmHistory::frmHistory(ProgramState& state, FileToolbox& toolbox, EventLoop& loo
     setObjectName(QStringLiteral("frmHistory"));
     setWindowTitle(tr("History"));
     makeGrid();
-    LoadHistory_ = new frmWideButton(tr("&Load Selected History"), this);
+    LoadHistory_ = new WideButton(tr("&Load Selected History"), this);
     LoadHistory_->setObjectName(QStringLiteral("LoadHistory"));
     LoadHistory_->hide();
     cmdExit_ = new QPushButton(tr("E&xit"), this);
@@ -101,9 +101,9 @@ void frmHistory::sizeGrid() {
     GridDetails_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     GridDetails_->verticalHeader()->setMinimumSectionSize(rowHeight);
     GridDetails_->verticalHeader()->setDefaultSectionSize(rowHeight);
-    GridDetails_->setItemDelegateForColumn(frmHistoryRows::markColumn, new frmMark(this));
+    GridDetails_->setItemDelegateForColumn(frmHistoryRows::markColumn, new RowMark(this));
     QHeaderView* columns = GridDetails_->horizontalHeader();
-    const int mark = frmMark::sideFor(fontMetrics()) + fontMetrics().height() / 2;
+    const int mark = RowMark::sideFor(fontMetrics()) + fontMetrics().height() / 2;
     columns->setMinimumSectionSize(kMarkWidth);
     columns->setSectionResizeMode(frmHistoryRows::nameColumn, QHeaderView::Stretch);
     columns->setSectionResizeMode(frmHistoryRows::markColumn, QHeaderView::Fixed);

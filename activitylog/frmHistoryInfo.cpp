@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "core/frmText.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 
@@ -49,11 +49,11 @@ frmHistoryInfo::~frmHistoryInfo() { delete txtScrollingHistory_; }  // it shows 
 
 // In the order of the Tab key.
 void frmHistoryInfo::makeControls() {
-    txtScrollingHistory_ = new frmLineView(reader_.lines(), this);
+    txtScrollingHistory_ = new LineView(reader_.lines(), this);
     txtScrollingHistory_->setObjectName(QStringLiteral("txtScrollingHistory"));
     txtScrollingHistory_->setAccessibleName(tr("Log"));
     reader_.lines().setByteWidths(txtScrollingHistory_->byteWidths());
-    lblRead_ = new frmElidedLabel(Qt::ElideRight, this);
+    lblRead_ = new ElidedLabel(Qt::ElideRight, this);
     lblRead_->setObjectName(QStringLiteral("lblRead"));
 }
 
@@ -98,9 +98,9 @@ void frmHistoryInfo::connectControls() {
             [this](const QString& text) { find_.find(text.toStdString(), txtScrollingHistory_->lineInHand()); });
     connect(cmdNext_, &QPushButton::clicked, this, [this] { find_.findNext(); });
     connect(cmdPrevious_, &QPushButton::clicked, this, [this] { find_.findPrevious(); });
-    connect(txtScrollingHistory_, &frmLineView::copyAsked, this,
+    connect(txtScrollingHistory_, &LineView::copyAsked, this,
             [this] { reader_.copy(txtScrollingHistory_->selectedLines()); });
-    connect(txtScrollingHistory_, &frmLineView::widthsChanged, this,
+    connect(txtScrollingHistory_, &LineView::widthsChanged, this,
             [this] { reader_.lines().setByteWidths(txtScrollingHistory_->byteWidths()); });
 
     auto* find = new QAction(this);

@@ -9,9 +9,9 @@
 #include "activitylog/history_find.h"
 #include "activitylog/history_list.h"
 #include "activitylog/history_reader.h"
-#include "core/frmElidedLabel.h"
-#include "core/frmLineView.h"
-#include "core/frmThrottle.h"
+#include "widgets/elided_label.h"
+#include "widgets/line_view.h"
+#include "widgets/throttle.h"
 
 namespace vantrell {
 
@@ -56,15 +56,15 @@ private:
     HistoryFind find_;
     FindState findState_;
 
-    frmLineView* txtScrollingHistory_ = nullptr;
+    LineView* txtScrollingHistory_ = nullptr;
     QLineEdit* txtFind_ = nullptr;
     QPushButton* cmdPrevious_ = nullptr;
     QPushButton* cmdNext_ = nullptr;
     QLabel* lblFound_ = nullptr;
-    frmElidedLabel* lblRead_ = nullptr;
+    ElidedLabel* lblRead_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
-    frmThrottle takeLines_;
-    frmThrottle showFound_;
+    Throttle takeLines_;
+    Throttle showFound_;
 };
 
 }  // namespace vantrell

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/line_source.h"
+#include "base/line_source.h"
 #include "platform/event_loop.h"
 #include "task/task_group.h"
 

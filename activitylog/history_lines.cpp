@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/display_text.h"
+#include "base/display_text.h"
 
 namespace vantrell {
 

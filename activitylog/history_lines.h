@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/line_source.h"
+#include "base/line_source.h"
 #include "platform/readable_file.h"
 
 namespace vantrell {

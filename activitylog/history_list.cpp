@@ -47,7 +47,7 @@ void HistoryList::gridClicked(std::size_t row) {
 void HistoryList::OpenHistoryFile() {
     if (currentRow_ == 0) return;
     const Path fileName = rows_[currentRow_ - 1].fileName;
-    if (toolbox_.kindOf(state_.LogFolder + kPathSeparator + fileName) != EntryKind::regularFile) return;
+    if (toolbox_.kindOf(joinPath(state_.LogFolder, fileName)) != EntryKind::regularFile) return;
     opener_.openHistory(fileName);
     view_.closeList();
 }

@@ -31,7 +31,7 @@ Task<void> HistoryReader::readWaiting() {
 }
 
 Task<void> HistoryReader::readOne(Path fileName) {
-    auto [file, fault] = files_.openForReading(logFolderBelow(state_.AppFolder) + kPathSeparator + fileName);
+    auto [file, fault] = files_.openForReading(joinPath(logFolderBelow(state_.AppFolder), fileName));
     if (!fault) {
         lines_.addFile(std::move(file));
         while (lines_.takePiece(fault)) {

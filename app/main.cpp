@@ -3,12 +3,12 @@
 #include <QSessionManager>
 
 #include "app/program.h"
-#include "core/frmIcon.h"
-#include "core/frmVisibleIndicators.h"
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
+#include "platform/qt/program_icon.h"
 #include "platform/qt/qt_timers.h"
+#include "widgets/visible_indicators.h"
 
 int main(int argc, char** argv) {
     vantrell::SignalSource endRequests;
@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(vantrell::programIcon());
-    vantrell::frmVisibleIndicators::install();
+    vantrell::VisibleIndicators::install();
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
     vantrell::PosixDataFiles files;

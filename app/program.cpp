@@ -6,8 +6,7 @@
 #include "passwords/password_lookup.h"
 #include "passwords/supplied_password_file.h"
 #include "platform/linux/kernel_flush.h"
-#include "platform/linux/openssl_component.h"
-#include "transport/file_helpers.h"
+#include "platform/openssl/openssl_component.h"
 
 namespace vantrell {
 
@@ -21,7 +20,7 @@ constexpr std::int32_t kClockMs = 25;
 
 Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
     : flush_(makeKernelFlush()),
-      loop_(*flush_),
+      loop_(clock, *flush_),
       timers_(timers),
       clock_(clock),
       files_(files),

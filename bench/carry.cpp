@@ -17,11 +17,11 @@
 #include <string>
 
 #include "app/program.h"
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
-#include "support/heart_beat.h"
-#include "support/profile.h"
+#include "rig/heart_beat.h"
+#include "rig/profile.h"
 
 namespace fs = std::filesystem;
 using vantrell::test::HeartBeat;

@@ -18,10 +18,10 @@
 #include <map>
 
 #include "app/program.h"
-#include "core/date_text.h"
-#include "platform/linux/posix_data_files.h"
-#include "support/heart_beat.h"
-#include "support/profile.h"
+#include "base/date_text.h"
+#include "platform/files/posix_data_files.h"
+#include "rig/heart_beat.h"
+#include "rig/profile.h"
 
 namespace {
 

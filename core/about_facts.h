@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/path.h"
 #include "platform/library_versions.h"
-#include "platform/path.h"
 
 namespace vantrell {
 

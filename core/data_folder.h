@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/path.h"
 #include "core/program_state.h"
-#include "platform/path.h"
 
 namespace vantrell {
+
+/// The settings and the password store, in AppFolder and under the same names in each backup.
+inline constexpr char kSettingsFileName[] = "ZEP.cfg";
+inline constexpr char kPasswordFileName[] = "EDPasswords.mdb";
+/// The table in it.
+inline constexpr char kPasswordTableName[] = "EncDecPasswords";
 
 /// AppFolder: where the program keeps its own files below a profile folder (`Host::profileFolder`). The helper
 /// programs look for it in the same way.

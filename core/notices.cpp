@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "core/display_text.h"
+#include "base/display_text.h"
 
 namespace vantrell {
 

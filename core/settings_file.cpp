@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/settings_file.h"
 
-#include "core/date_text.h"
+#include "base/date_text.h"
 #include "core/settings_format.h"
 
 namespace vantrell {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "folderpicker/folder_choice.h"
 
-#include "core/display_text.h"
+#include "base/display_text.h"
 
 namespace vantrell {
 
@@ -74,9 +74,11 @@ NewFolder refused(std::string words) { return {{}, std::move(words)}; }
 }  // namespace
 
 Path startFolder(const Path& wanted, const Path& home, const FileToolbox& toolbox) {
-    for (Path folder = plain(wanted); !folder.empty(); folder = folderOfPath(folder)) {
+    for (Path folder = plain(wanted), above; !folder.empty(); folder = above) {
         if (toolbox.isFolder(folder)) return folder;
-        if (folder.find(kPathSeparator) == Path::npos) break;
+        above = folderOf(folder);
+        // Above everything lies the root, or nothing: neither is a place to look for a lost folder.
+        if (above.size() == 1) break;
     }
     return home;
 }
@@ -91,7 +93,7 @@ std::string trimmedName(const std::string& typed) {
 NewFolder createFolder(const Path& inside, const std::string& name, FileToolbox& toolbox) {
     if (name.find(kPathSeparator) != std::string::npos)
         return refused("The name of a folder cannot hold a \"/\".\r\nPlease enter a different name");
-    const Path path = plain(inside + kPathSeparator + name);
+    const Path path = plain(joinPath(inside, name));
     if (toolbox.kindOf(path) != EntryKind::missing)
         return refused("A Folder of that name already exists.\r\nPlease enter a different name");
     if (!toolbox.makeFolder(path))

@@ -4,9 +4,9 @@
 #include <functional>
 #include <string>
 
+#include "base/path.h"
 #include "core/program_state.h"
 #include "platform/file_toolbox.h"
-#include "platform/path.h"
 
 namespace vantrell {
 

@@ -19,8 +19,8 @@
 #include <initializer_list>
 #include <vector>
 
-#include "core/frmText.h"
 #include "folderpicker/folder_choice.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 
@@ -45,7 +45,7 @@ void moveDown(QGridLayout& grid, int rows) {
 
 /// The folder for Qt's dialog, which cannot name one whose bytes are not UTF-8: then the nearest above it that it can.
 QString namedFolder(Path folder) {
-    for (; folder.find(kPathSeparator) != Path::npos; folder = folderOfPath(folder)) {
+    for (; folder.find(kPathSeparator) != Path::npos && folder.size() > 1; folder = folderOf(folder)) {
         const QByteArray bytes = QByteArray::fromStdString(folder);
         if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return QFile::decodeName(bytes);
     }
@@ -74,7 +74,7 @@ frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
 }
 
 void frmButton::makeExtras(const Order& order) {
-    lblStatus_ = new frmElidedLabel(Qt::ElideMiddle, this);
+    lblStatus_ = new ElidedLabel(Qt::ElideMiddle, this);
     lblStatus_->setObjectName(QStringLiteral("lblStatus"));
     lblStatus_->setAccessibleDescription(tr("Selected folder"));
     extras_ = new QWidget(this);

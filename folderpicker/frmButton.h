@@ -8,8 +8,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "core/frmElidedLabel.h"
 #include "platform/file_toolbox.h"
+#include "widgets/elided_label.h"
 
 namespace vantrell {
 
@@ -58,7 +58,7 @@ private:
 
     FileToolbox& toolbox_;
     QDialogButtonBox* buttons_ = nullptr;
-    frmElidedLabel* lblStatus_ = nullptr;
+    ElidedLabel* lblStatus_ = nullptr;
     QWidget* extras_ = nullptr;
     QPushButton* Command1_ = nullptr;
     QCheckBox* Check1_ = nullptr;

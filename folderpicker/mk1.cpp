@@ -5,8 +5,8 @@
 #include <QFile>
 #include <utility>
 
-#include "core/frmText.h"
 #include "folderpicker/folder_choice.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 

@@ -3,12 +3,12 @@
 
 #include <functional>
 
+#include "core/active_password.h"
 #include "core/main_window.h"
 #include "core/mode_display.h"
 #include "housekeeping/config_backup.h"
 #include "task/task_group.h"
 #include "task/task_lock.h"
-#include "transport/scan_pass.h"
 
 namespace vantrell {
 

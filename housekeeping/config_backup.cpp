@@ -4,14 +4,12 @@
 #include <new>
 #include <utility>
 
-#include "transport/file_helpers.h"
+#include "core/data_folder.h"
+#include "core/file_helpers.h"
 
 namespace vantrell {
 
 namespace {
-
-constexpr char kSettings[] = "ZEP.cfg";
-constexpr char kPasswords[] = "EDPasswords.mdb";
 
 constexpr char kSettingsRestored[] = "Configruation file has been restored from backup.";
 constexpr char kSettingsNotRestored[] = "Configruation file has NOT been restored from backup.";
@@ -66,16 +64,16 @@ Path ConfigBackup::makeBackupFolder(const char* name) {
 }
 
 std::string ConfigBackup::settingsBackedUp(const Path& folder) {
-    const Path backup = joinPath(folder, kSettings);
-    if (exists(live(kSettings)) && copySettings(live(kSettings), backup) != CopyResult::copied)
+    const Path backup = joinPath(folder, kSettingsFileName);
+    if (exists(live(kSettingsFileName)) && copySettings(live(kSettingsFileName), backup) != CopyResult::copied)
         return "Configruation file has NOT been saveed to the backup folder.";
     return exists(backup) ? "Current config file is backed up." : "Current Config File is NOT backed up.";
 }
 
 Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
-    const Path backup = joinPath(folder, kPasswords);
-    if (exists(live(kPasswords))) {
-        const bool copied = co_await copyOnceUnlocked(&FileCopies::backUpPasswords, live(kPasswords), backup);
+    const Path backup = joinPath(folder, kPasswordFileName);
+    if (exists(live(kPasswordFileName))) {
+        const bool copied = co_await copyOnceUnlocked(&FileCopies::backUpPasswords, live(kPasswordFileName), backup);
         if (!copied) co_return "Password file has NOT been saveed to the backup folder.";
     }
     co_return exists(backup) ? "Password file is backed up." : "Password File is NOT backed up.";
@@ -93,8 +91,8 @@ void ConfigBackup::onCloseConfigBackup() noexcept try {
         (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
     const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
-    if (!settingsArePart) copy(kSettings, settingsAreWorthACopy(), &FileCopies::copySettings);
-    copy(kPasswords, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
+    if (!settingsArePart) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
+    copy(kPasswordFileName, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
 } catch (...) {
     // Ends in silence, as the program does.
     return;
@@ -108,7 +106,7 @@ bool ConfigBackup::settingsAreWorthACopy() const {
 }
 
 bool ConfigBackup::passwordsAreWorthACopy() const {
-    const DataFiles::ReadResult file = p_.files.read(live(kPasswords), p_.suppliedPasswords.size() + 1);
+    const DataFiles::ReadResult file = p_.files.read(live(kPasswordFileName), p_.suppliedPasswords.size() + 1);
     return file.bytes != p_.suppliedPasswords;
 }
 
@@ -126,11 +124,12 @@ void ConfigBackup::restoreNormalConfig() {
 
 // Nobody waits for the box: until the settings are read, whatever saves them would undo the restore.
 void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try {
-    const Path backup = existingBackup(folderName, kSettings);
+    const Path backup = existingBackup(folderName, kSettingsFileName);
     if (backup.empty()) return;
-    if (copySettings(backup, live(kSettings)) != CopyResult::copied) return p_.boxes.inform(boxOf(texts.failed));
+    if (copySettings(backup, live(kSettingsFileName)) != CopyResult::copied)
+        return p_.boxes.inform(boxOf(texts.failed));
     settingsWereRestored_ = true;
-    p_.boxes.inform(boxOf(exists(live(kSettings)) ? texts.restored : texts.missing));
+    p_.boxes.inform(boxOf(exists(live(kSettingsFileName)) ? texts.restored : texts.missing));
 } catch (...) {
     p_.boxes.inform(boxOf(unexpectedError() + texts.afterError));
 }
@@ -149,7 +148,7 @@ Task<void> ConfigBackup::restorePassword(const char* folderName, RestoreTexts te
     std::string text;
     try {
         p_.closeStoreObjects();
-        const Path backup = existingBackup(folderName, kPasswords);
+        const Path backup = existingBackup(folderName, kPasswordFileName);
         if (!backup.empty()) text = co_await passwordsRestored(backup, texts);
     } catch (...) {
         text = unexpectedError() + texts.afterError;
@@ -158,9 +157,10 @@ Task<void> ConfigBackup::restorePassword(const char* folderName, RestoreTexts te
 }
 
 Task<std::string> ConfigBackup::passwordsRestored(Path backup, RestoreTexts texts) {
-    const bool copied = co_await copyOnceUnlocked(&FileCopies::restorePasswords, std::move(backup), live(kPasswords));
+    const bool copied =
+        co_await copyOnceUnlocked(&FileCopies::restorePasswords, std::move(backup), live(kPasswordFileName));
     if (!copied) co_return texts.failed;
-    co_return exists(live(kPasswords)) ? texts.restored : texts.missing;
+    co_return exists(live(kPasswordFileName)) ? texts.restored : texts.missing;
 }
 
 // Copying

@@ -3,7 +3,8 @@
 
 #include <utility>
 
-#include "core/date_text.h"
+#include "base/date_text.h"
+#include "core/data_folder.h"
 #include "core/settings_format.h"
 
 namespace vantrell {
@@ -12,7 +13,6 @@ namespace {
 
 // Far more than fifteen items can need, and little enough to read at once.
 constexpr std::size_t kMostSettingsBytes = std::size_t{1} << 20;
-constexpr char kTable[] = "EncDecPasswords";
 
 CopyResult resultOf(DatabaseFault fault) {
     if (fault == DatabaseFault::none) return CopyResult::copied;
@@ -69,8 +69,8 @@ CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Un
 
 DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {
     DatabaseCopier::Contents contents = databases_.read(file);
-    const bool isSound =
-        contents.fault == DatabaseFault::none && databases_.holdsTable(contents.bytes, kTable, {"Password", "Active"});
+    const bool isSound = contents.fault == DatabaseFault::none &&
+                         databases_.holdsTable(contents.bytes, kPasswordTableName, {"Password", "Active"});
     if (contents.fault == DatabaseFault::none && !isSound) contents.fault = DatabaseFault::notADatabase;
     return contents;
 }

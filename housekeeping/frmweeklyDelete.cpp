@@ -7,7 +7,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "core/frmText.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 

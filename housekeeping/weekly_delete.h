@@ -4,10 +4,10 @@
 #include <functional>
 #include <string>
 
+#include "activitylog/status_report.h"
 #include "core/main_window.h"
 #include "core/mode_display.h"
 #include "core/program_state.h"
-#include "core/status_report.h"
 #include "housekeeping/clock_watch.h"
 #include "housekeeping/weekly_schedule.h"
 #include "platform/event_loop.h"

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "core/date_text.h"
+#include "base/date_text.h"
 #include "housekeeping/weekly_schedule.h"
 
 namespace vantrell {

@@ -6,8 +6,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "core/frmText.h"
-#include "core/frmWideButton.h"
+#include "platform/qt/qt_text.h"
+#include "widgets/wide_button.h"
 
 namespace vantrell {
 
@@ -68,7 +68,7 @@ void frmEDPasswords::makeControls() {
     chkActive_ = named(new QCheckBox(tr("Ac&tive"), this), QStringLiteral("chkActive"));
     cmdAdd_ = named(new QPushButton(tr("&Add >>"), this), QStringLiteral("cmdAdd"));
     cmdEdit_ = named(new QPushButton(tr("&Edit >>"), this), QStringLiteral("cmdEdit"));
-    cmdDelete_ = named<QPushButton>(new frmWideButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
+    cmdDelete_ = named<QPushButton>(new WideButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
     cmdDelete_->setToolTip(tr("Names deleted from this list will have to be manually reentered"));
     ExitButton_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("ExitButton"));
     cmdAdd_->setAccessibleName(tr("Add"));

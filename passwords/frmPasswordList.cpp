@@ -5,7 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-#include "core/frmText.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 

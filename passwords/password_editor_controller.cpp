@@ -347,11 +347,11 @@ Task<void> PasswordEditorController::findCurrentPassword() {
 // Boxes
 
 Task<bool> PasswordEditorController::isConfirmed(std::string text) {
-    Pending question = boxes_.ask({kQuestionTitle, std::move(text), Buttons::yesNo, false});
-    question_ = question.id();
-    const int answer = co_await question;
+    Pending<Answer> question = boxes_.ask({kQuestionTitle, std::move(text), Buttons::yesNo, false});
+    question_ = question.ticket();
+    const Answer answer = co_await question;
     question_.reset();
-    co_return answer == static_cast<int>(Answer::yes);
+    co_return answer == Answer::yes;
 }
 
 PasswordEditorController::Outcome PasswordEditorController::tell(std::string title, std::string text, Outcome outcome) {

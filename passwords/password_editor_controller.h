@@ -109,11 +109,11 @@ private:
     bool isListed_ = false;  // the list has been filled since the window was opened
     Leaving leaving_ = Leaving::no;
     Unsettled unsettled_;
-    std::optional<Entry> entry_;            // what the action at work is about
-    std::optional<RunQueue::Id> question_;  // the one that is open
-    std::vector<PasswordRow> arriving_;     // what the store is filling in
-    std::vector<PasswordRow> listed_;       // what it has filled in last
-    std::vector<PasswordRow> shown_;        // what the list shows: without a row that is about to go
+    std::optional<Entry> entry_;              // what the action at work is about
+    std::optional<Ticket<Answer>> question_;  // the one that is open
+    std::vector<PasswordRow> arriving_;       // what the store is filling in
+    std::vector<PasswordRow> listed_;         // what it has filled in last
+    std::vector<PasswordRow> shown_;          // what the list shows: without a row that is about to go
 
     TaskGroup settling_;
     TaskGroup acting_;

@@ -3,14 +3,13 @@
 
 #include <utility>
 
+#include "core/data_folder.h"
 #include "passwords/ascii_password.h"
 
 namespace vantrell {
 
 namespace {
 
-constexpr char kFileName[] = "EDPasswords.mdb";
-constexpr char kTableName[] = "EncDecPasswords";
 constexpr char kPasswordField[] = "Password";
 constexpr char kActiveField[] = "Active";
 
@@ -34,10 +33,10 @@ bool PasswordOperations::report(const DatabaseError& error) {
 
 // Opening and listing
 
-Path PasswordOperations::databaseFile() const { return state_.AppFolder + kPathSeparator + kFileName; }
+Path PasswordOperations::databaseFile() const { return joinPath(state_.AppFolder, kPasswordFileName); }
 
 void PasswordOperations::setStoreParameters() {
-    objects_.setParameters({"MSACCESS", databaseFile(), kTableName, {}, {}});
+    objects_.setParameters({"MSACCESS", databaseFile(), kPasswordTableName, {}, {}});
 }
 
 Task<bool> PasswordOperations::openPasswordStore() {

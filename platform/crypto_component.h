@@ -39,7 +39,7 @@ public:
     static constexpr int kSuccess = 1;
     /// The target appears under its name only when it is whole and on stable storage. `source` must outlive the task.
     Task<int> encryptFile(HeldFile& source, Path target, Replace replace) {
-        const int prepared = co_await prepareFile(source, folderOfPath(target));
+        const int prepared = co_await prepareFile(source, folderOf(target));
         if (prepared != kSuccess) co_return prepared;
         co_return co_await publishFile(source, std::move(target), replace);
     }

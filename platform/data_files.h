@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/file_fault.h"
-#include "platform/path.h"
+#include "base/fault.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/path.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 
+#include "platform/clock.h"
 #include "task/run_queue.h"
 
 namespace vantrell {
@@ -14,7 +15,9 @@ using NativeFile = std::intptr_t;
 /// What tasks need of the one event loop. All of it runs on the one thread.
 class EventLoop {
 public:
-    EventLoop() : queue_([this] { requestTurn(); }) {}
+    /// The clock tells how long a turn lasts, and outlives the loop.
+    explicit EventLoop(const Clock& clock)
+        : queue_([this] { requestTurn(); }, [&clock] { return clock.sinceBoot(); }) {}
     EventLoop(const EventLoop&) = delete;
     EventLoop& operator=(const EventLoop&) = delete;
     virtual ~EventLoop() = default;
@@ -23,20 +26,20 @@ public:
     /// To be awaited often in long work: goes back to the event loop when the tasks' time in this turn is used up.
     Breath breathe() { return Breath(queue_); }
     /// Wakes after the given time.
-    Pending after(std::chrono::milliseconds time) {
-        return Pending(queue_, [&](RunQueue::Id id) { startTimer(id, time); });
+    Pending<> after(std::chrono::milliseconds time) {
+        return {queue_, [&](Ticket<> ticket) { startTimer(ticket, time); }};
     }
     /// Brings the contents of an open file to stable storage. The request has been submitted when this returns, so the
     /// file may be closed at once. The value is 0 or the host's error number.
-    Pending flush(NativeFile file) {
-        return Pending(queue_, [&](RunQueue::Id id) { startFlush(id, file); });
+    Pending<int> flush(NativeFile file) {
+        return {queue_, [&](Ticket<int> ticket) { startFlush(ticket, file); }};
     }
 
 protected:
     /// Asks for one call of `queue().runTurn()` from the event loop.
     virtual void requestTurn() = 0;
-    virtual void startTimer(RunQueue::Id id, std::chrono::milliseconds time) = 0;
-    virtual void startFlush(RunQueue::Id id, NativeFile file) = 0;
+    virtual void startTimer(Ticket<> ticket, std::chrono::milliseconds time) = 0;
+    virtual void startFlush(Ticket<int> ticket, NativeFile file) = 0;
 
 private:
     RunQueue queue_;

@@ -9,8 +9,8 @@
 #include <span>
 #include <vector>
 
-#include "platform/file_fault.h"
-#include "platform/path.h"
+#include "base/fault.h"
+#include "base/path.h"
 #include "task/task.h"
 
 namespace vantrell {

@@ -13,8 +13,8 @@ public:
     FlushService& operator=(const FlushService&) = delete;
     virtual ~FlushService() = default;
 
-    /// Submits a flush of the file's data; `queue.wake(id, error)` follows, at once or from `collect`.
-    virtual void start(RunQueue& queue, RunQueue::Id id, NativeFile file) = 0;
+    /// Submits a flush of the file's data; `queue.wake(ticket, error)` follows, at once or from `collect`.
+    virtual void start(RunQueue& queue, Ticket<int> ticket, NativeFile file) = 0;
     /// Becomes readable when flushes have completed; -1 when the service always completes at once.
     [[nodiscard]] virtual NativeFile completionHandle() const = 0;
     /// Wakes those whose flush has completed.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/path.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -10,7 +10,7 @@ namespace vantrell {
 enum class Buttons { ok, yesNo };
 
 /// `withdrawn`: the program took the question back; it was neither answered with Yes nor with No.
-enum class Answer : int { no = 0, yes = 1, ok = 2, withdrawn = 3 };
+enum class Answer { no, yes, ok, withdrawn };
 
 /// One message box. Texts are UTF-8 with CR LF between lines.
 struct Box {
@@ -31,23 +31,23 @@ public:
     MessageBoxes& operator=(const MessageBoxes&) = delete;
     virtual ~MessageBoxes() = default;
 
-    /// Shows the box; to be awaited for the answer (an `Answer` as int). Destroying the awaited value withdraws it.
-    Pending ask(const Box& box) {
-        return Pending(
-            queue_, [&](RunQueue::Id id) { open(id, box); }, [this](RunQueue::Id id) { close(id); });
+    /// Shows the box; to be awaited for the answer. Destroying the awaited value withdraws it.
+    Pending<Answer> ask(const Box& box) {
+        return {queue_, [&](Ticket<Answer> ticket) { open(ticket, box); },
+                [this](Ticket<Answer> ticket) { close(ticket); }};
     }
     /// Closes an open box; whoever awaits it gets `Answer::withdrawn`.
-    void withdraw(RunQueue::Id id) {
-        close(id);
-        queue_.wake(id, static_cast<int>(Answer::withdrawn));
+    void withdraw(Ticket<Answer> ticket) {
+        close(ticket);
+        queue_.wake(ticket, Answer::withdrawn);
     }
     /// Shows an information box for which nobody waits. While an equal one is open, that one is brought to the front.
     virtual void inform(const Box& box) = 0;
 
 protected:
-    /// Shows the box and wakes `id` with the answer, once.
-    virtual void open(RunQueue::Id id, const Box& box) = 0;
-    virtual void close(RunQueue::Id id) = 0;
+    /// Shows the box and wakes `ticket` with the answer, once.
+    virtual void open(Ticket<Answer> ticket, const Box& box) = 0;
+    virtual void close(Ticket<Answer> ticket) = 0;
     [[nodiscard]] RunQueue& queue() { return queue_; }
 
 private:

@@ -6,8 +6,8 @@
 #include <memory>
 #include <span>
 
-#include "platform/file_fault.h"
-#include "platform/path.h"
+#include "base/fault.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/path.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/path.h"
+#include "base/path.h"
 
 namespace vantrell {
 

@@ -5,8 +5,8 @@
 
 namespace vantrell {
 
-RunQueue::RunQueue(std::function<void()> requestTurn, std::chrono::milliseconds budget)
-    : requestTurn_(std::move(requestTurn)), budget_(budget), turnBegan_(SteadyClock::now()) {}
+RunQueue::RunQueue(std::function<void()> requestTurn, SteadyNow now, std::chrono::milliseconds budget)
+    : requestTurn_(std::move(requestTurn)), now_(std::move(now)), budget_(budget), turnBegan_(now_()) {}
 
 RunQueue::Id RunQueue::enlist() {
     waiters_.emplace(++last_, Waiter{});
@@ -15,22 +15,17 @@ RunQueue::Id RunQueue::enlist() {
 
 void RunQueue::forget(Id id) { waiters_.erase(id); }
 
-void RunQueue::wake(Id id, int value) {
+void RunQueue::wakeWith(Id id, std::any value) {
     const auto found = waiters_.find(id);
     if (found == waiters_.end() || found->second.woken) return;
     found->second.woken = true;
-    found->second.value = value;
+    found->second.value = std::move(value);
     if (found->second.task) makeReady(id);
 }
 
 bool RunQueue::isWoken(Id id) const {
     const auto found = waiters_.find(id);
     return found != waiters_.end() && found->second.woken;
-}
-
-int RunQueue::value(Id id) const {
-    const auto found = waiters_.find(id);
-    return found == waiters_.end() ? 0 : found->second.value;
 }
 
 void RunQueue::resumeWhenWoken(Id id, std::coroutine_handle<> waiting) {
@@ -46,7 +41,7 @@ void RunQueue::makeReady(Id id) {
 }
 
 void RunQueue::runTurn() {
-    turnBegan_ = SteadyClock::now();
+    turnBegan_ = now_();
     while (!ready_.empty()) {
         const Id id = ready_.front();
         ready_.pop_front();
@@ -57,22 +52,24 @@ void RunQueue::runTurn() {
     if (!ready_.empty()) requestTurn_();
 }
 
-bool RunQueue::turnIsUsedUp() const { return SteadyClock::now() - turnBegan_ >= budget_; }
+bool RunQueue::turnIsUsedUp() const { return now_() - turnBegan_ >= budget_; }
 
-Pending::Pending(RunQueue& queue, const Start& start, Cancel cancel)
-    : queue_(&queue), id_(queue.enlist()), cancel_(std::move(cancel)) {
-    start(id_);
-}
+namespace detail {
 
-Pending::Pending(Pending&& other) noexcept
+PendingNumber::PendingNumber(RunQueue& queue, Cancel cancel)
+    : queue_(&queue), id_(queue.enlist()), cancel_(std::move(cancel)) {}
+
+PendingNumber::PendingNumber(PendingNumber&& other) noexcept
     : queue_(other.queue_), id_(std::exchange(other.id_, 0)), cancel_(std::move(other.cancel_)) {}
 
-Pending::~Pending() {
+PendingNumber::~PendingNumber() {
     if (id_ == 0) return;
     const bool stillOpen = !queue_->isWoken(id_);
     queue_->forget(id_);
     if (stillOpen && cancel_) cancel_(id_);
 }
+
+}  // namespace detail
 
 NextTurn::~NextTurn() {
     if (id_ != 0) queue_->forget(id_);
@@ -81,7 +78,7 @@ NextTurn::~NextTurn() {
 void NextTurn::await_suspend(std::coroutine_handle<> waiting) {
     id_ = queue_->enlist();
     queue_->resumeWhenWoken(id_, waiting);
-    queue_->wake(id_);
+    queue_->wake(Ticket<>{id_});
 }
 
 }  // namespace vantrell

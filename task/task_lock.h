@@ -36,7 +36,7 @@ public:
     /// The lock must outlive the task.
     Task<Held> acquire() {
         while (isHeld_) {
-            Pending released(queue_, [this](RunQueue::Id id) { waiting_.push_back(id); });
+            Pending<> released(queue_, [this](Ticket<> ticket) { waiting_.push_back(ticket); });
             co_await released;
         }
         isHeld_ = true;
@@ -48,12 +48,12 @@ private:
     void release() {
         isHeld_ = false;
         // All of them look again, in order: were only the first one woken and destroyed before it runs, nobody would.
-        for (const RunQueue::Id id : std::exchange(waiting_, {})) queue_.wake(id);
+        for (const Ticket<> ticket : std::exchange(waiting_, {})) queue_.wake(ticket);
     }
 
     RunQueue& queue_;
     bool isHeld_ = false;
-    std::vector<RunQueue::Id> waiting_;
+    std::vector<Ticket<>> waiting_;
 };
 
 }  // namespace vantrell

@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "core/display_text.h"
-#include "transport/file_helpers.h"
+#include "base/display_text.h"
+#include "core/file_helpers.h"
 
 namespace vantrell {
 

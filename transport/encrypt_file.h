@@ -6,9 +6,9 @@
 #include <string>
 
 #include "activitylog/activity_log.h"
+#include "activitylog/status_report.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
-#include "core/status_report.h"
 #include "platform/crypto_component.h"
 #include "platform/file_toolbox.h"
 #include "transport/question_desk.h"

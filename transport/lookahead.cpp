@@ -35,7 +35,7 @@ Task<void> Lookahead::prepare(RunQueue& queue, FileEncryption& encryption, Slot&
 Task<Lookahead::Item> Lookahead::next() {
     Slot& first = *slots_.front();
     if (!first.isReady) {
-        Pending prepared(loop_.queue(), [&first](RunQueue::Id id) { first.waiter = id; });
+        Pending<> prepared(loop_.queue(), [&first](Ticket<> ticket) { first.waiter = ticket; });
         co_await prepared;
     }
     Item item = std::move(first.item);

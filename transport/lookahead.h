@@ -34,7 +34,7 @@ private:
     struct Slot {
         Item item;
         bool isReady = false;
-        RunQueue::Id waiter = 0;
+        Ticket<> waiter;
     };
 
     static Task<void> prepare(RunQueue& queue, FileEncryption& encryption, Slot& slot);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "core/notices.h"
 #include "platform/message_boxes.h"
 #include "task/task.h"
@@ -16,24 +18,24 @@ public:
 
     Task<Answer> ask(Box box) {
         notices_.questionOpened(box);
-        Pending answer = boxes_.ask(box);
-        const Open open(*this, answer.id());
-        co_return static_cast<Answer>(co_await answer);
+        Pending<Answer> answer = boxes_.ask(box);
+        const Open open(*this, answer.ticket());
+        co_return co_await answer;
     }
     /// The task that waits for an answer gets `Answer::withdrawn`.
     void withdraw() {
-        if (open_ != 0) boxes_.withdraw(open_);
+        if (open_) boxes_.withdraw(*open_);
     }
 
 private:
-    // The number of the open question, for as long as the frame that asks it lives.
+    // The ticket of the open question, for as long as the frame that asks it lives.
     class Open {
     public:
-        Open(QuestionDesk& desk, RunQueue::Id id) : desk_(desk) { desk_.open_ = id; }
+        Open(QuestionDesk& desk, Ticket<Answer> ticket) : desk_(desk) { desk_.open_ = ticket; }
         Open(const Open&) = delete;
         Open& operator=(const Open&) = delete;
         ~Open() {
-            desk_.open_ = 0;
+            desk_.open_.reset();
             desk_.notices_.questionClosed();
         }
 
@@ -43,7 +45,7 @@ private:
 
     MessageBoxes& boxes_;
     Notices& notices_;
-    RunQueue::Id open_ = 0;
+    std::optional<Ticket<Answer>> open_;
 };
 
 }  // namespace vantrell

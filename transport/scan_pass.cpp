@@ -3,9 +3,9 @@
 
 #include <utility>
 
-#include "core/date_text.h"
+#include "base/date_text.h"
 #include "core/scan_interval.h"
-#include "transport/file_helpers.h"
+#include "core/file_helpers.h"
 
 namespace vantrell {
 

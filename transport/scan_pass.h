@@ -7,10 +7,11 @@
 #include <string>
 #include <unordered_set>
 
+#include "activitylog/status_report.h"
+#include "core/active_password.h"
 #include "core/mode_display.h"
 #include "core/notices.h"
 #include "core/settings_file.h"
-#include "core/status_report.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/timers.h"
@@ -19,11 +20,6 @@
 #include "transport/question_desk.h"
 
 namespace vantrell {
-
-/// Puts the active password into `ActivePassword`, which stays empty when there is none.
-using ActivePasswordLookup = std::function<Task<void>()>;
-
-inline constexpr char kNoActivePassword[] = "There is no active password.  Encryption has stopped.";
 
 /// What a pass works with; everything outlives it.
 struct PassParts {

@@ -8,8 +8,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "core/frmWideButton.h"
 #include "platform/linux/unix_show_request.h"
+#include "widgets/wide_button.h"
 
 namespace vantrell {
 
@@ -44,7 +44,7 @@ OpenedMsgWindow::OpenedMsgWindow(Path appFolder)
     bold.setBold(true);
     lblHeadline_->setFont(bold);
     auto* buttons = new QDialogButtonBox(this);
-    cmdShow_ = new frmWideButton(tr("&Show its window"), this);
+    cmdShow_ = new WideButton(tr("&Show its window"), this);
     buttons->addButton(cmdShow_, QDialogButtonBox::AcceptRole);
     cmdShow_->setObjectName(QStringLiteral("cmdShow"));
     cmdShow_->setDefault(true);

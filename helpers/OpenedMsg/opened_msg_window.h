@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <memory>
 
-#include "platform/path.h"
+#include "base/path.h"
 #include "platform/show_request.h"
 
 class QLabel;

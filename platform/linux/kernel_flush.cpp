@@ -11,7 +11,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/linux/unique_fd.h"
+#include "platform/files/unique_fd.h"
 
 namespace vantrell {
 
@@ -30,8 +30,8 @@ int blockingFlush(int descriptor) {
 
 class BlockingFlush final : public FlushService {
 public:
-    void start(RunQueue& queue, RunQueue::Id id, NativeFile file) override {
-        queue.wake(id, blockingFlush(static_cast<int>(file)));
+    void start(RunQueue& queue, Ticket<int> ticket, NativeFile file) override {
+        queue.wake(ticket, blockingFlush(static_cast<int>(file)));
     }
     [[nodiscard]] NativeFile completionHandle() const override { return -1; }
     void collect(RunQueue&) override {}
@@ -51,23 +51,23 @@ public:
     UringFlush& operator=(const UringFlush&) = delete;
     ~UringFlush() override { io_uring_queue_exit(&ring_); }
 
-    void start(RunQueue& queue, RunQueue::Id id, NativeFile file) override {
+    void start(RunQueue& queue, Ticket<int> ticket, NativeFile file) override {
         io_uring_sqe* entry = io_uring_get_sqe(&ring_);
-        if (entry == nullptr) return queue.wake(id, blockingFlush(static_cast<int>(file)));
+        if (entry == nullptr) return queue.wake(ticket, blockingFlush(static_cast<int>(file)));
         const int descriptor = static_cast<int>(file);
         io_uring_prep_fsync(entry, descriptor, isFolder(descriptor) ? 0 : IORING_FSYNC_DATASYNC);
         // Without this flag the flush may be tried within the submission, which would hold up the event loop.
         io_uring_sqe_set_flags(entry, IOSQE_ASYNC);
-        io_uring_sqe_set_data64(entry, id);
+        io_uring_sqe_set_data64(entry, ticket.number);
         const int submitted = io_uring_submit(&ring_);
-        if (submitted < 0) queue.wake(id, -submitted);
+        if (submitted < 0) queue.wake(ticket, -submitted);
     }
     [[nodiscard]] NativeFile completionHandle() const override { return completed_.get(); }
     void collect(RunQueue& queue) override {
         drainCounter(completed_.get());
         io_uring_cqe* done = nullptr;
         while (io_uring_peek_cqe(&ring_, &done) == 0) {
-            queue.wake(io_uring_cqe_get_data64(done), done->res < 0 ? -done->res : 0);
+            queue.wake(Ticket<int>{io_uring_cqe_get_data64(done)}, done->res < 0 ? -done->res : 0);
             io_uring_cqe_seen(&ring_, done);
         }
     }
@@ -84,16 +84,16 @@ public:
     AioFlush& operator=(const AioFlush&) = delete;
     ~AioFlush() override { ::syscall(SYS_io_destroy, context_); }
 
-    void start(RunQueue& queue, RunQueue::Id id, NativeFile file) override {
+    void start(RunQueue& queue, Ticket<int> ticket, NativeFile file) override {
         iocb request{};
         request.aio_fildes = static_cast<__u32>(file);
         request.aio_lio_opcode = isFolder(static_cast<int>(file)) ? IOCB_CMD_FSYNC : IOCB_CMD_FDSYNC;
-        request.aio_data = id;
+        request.aio_data = ticket.number;
         request.aio_flags = IOCB_FLAG_RESFD;
         request.aio_resfd = static_cast<__u32>(completed_.get());
         iocb* requests = &request;
         if (::syscall(SYS_io_submit, context_, 1, &requests) != 1)
-            queue.wake(id, blockingFlush(static_cast<int>(file)));
+            queue.wake(ticket, blockingFlush(static_cast<int>(file)));
     }
     [[nodiscard]] NativeFile completionHandle() const override { return completed_.get(); }
     void collect(RunQueue& queue) override {
@@ -103,7 +103,7 @@ public:
         long count = 0;
         while ((count = ::syscall(SYS_io_getevents, context_, 0, events.size(), events.data(), &noWait)) > 0) {
             for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i)
-                queue.wake(events[i].data, events[i].res < 0 ? static_cast<int>(-events[i].res) : 0);
+                queue.wake(Ticket<int>{events[i].data}, events[i].res < 0 ? static_cast<int>(-events[i].res) : 0);
         }
     }
 

@@ -14,8 +14,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/linux/place.h"
-#include "platform/linux/user_folders.h"
+#include "platform/desktop/user_folders.h"
+#include "platform/files/place.h"
 
 namespace vantrell {
 

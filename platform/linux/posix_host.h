@@ -5,8 +5,8 @@
 
 #include <vector>
 
+#include "platform/files/unique_fd.h"
 #include "platform/host.h"
-#include "platform/linux/unique_fd.h"
 
 namespace vantrell {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/unique_fd.h"
+#include "platform/files/unique_fd.h"
 
 namespace vantrell {
 

@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/linux/place.h"
+#include "platform/files/place.h"
 #include "platform/linux/show_socket.h"
 
 namespace vantrell {

@@ -6,7 +6,7 @@
 #include <deque>
 #include <string>
 
-#include "platform/linux/unique_fd.h"
+#include "platform/files/unique_fd.h"
 #include "platform/show_request.h"
 
 namespace vantrell {

@@ -6,7 +6,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/linux/place.h"
+#include "platform/files/place.h"
 #include "platform/linux/show_socket.h"
 
 namespace vantrell {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/linux/unique_fd.h"
+#include "platform/files/unique_fd.h"
 #include "platform/show_request.h"
 
 namespace vantrell {

@@ -5,7 +5,7 @@
 
 namespace vantrell {
 
-QtEventLoop::QtEventLoop(FlushService& flush) : flush_(flush) {
+QtEventLoop::QtEventLoop(const Clock& clock, FlushService& flush) : EventLoop(clock), flush_(flush) {
     if (flush_.completionHandle() < 0) return;
     completed_ = std::make_unique<QSocketNotifier>(flush_.completionHandle(), QSocketNotifier::Read);
     QObject::connect(completed_.get(), &QSocketNotifier::activated, &context_, [this] { flush_.collect(queue()); });
@@ -22,10 +22,10 @@ void QtEventLoop::requestTurn() {
     });
 }
 
-void QtEventLoop::startTimer(RunQueue::Id id, std::chrono::milliseconds time) {
-    QTimer::singleShot(time, &context_, [this, id] { queue().wake(id); });
+void QtEventLoop::startTimer(Ticket<> ticket, std::chrono::milliseconds time) {
+    QTimer::singleShot(time, &context_, [this, ticket] { queue().wake(ticket); });
 }
 
-void QtEventLoop::startFlush(RunQueue::Id id, NativeFile file) { flush_.start(queue(), id, file); }
+void QtEventLoop::startFlush(Ticket<int> ticket, NativeFile file) { flush_.start(queue(), ticket, file); }
 
 }  // namespace vantrell

@@ -14,13 +14,13 @@ namespace vantrell {
 /// outrank everything else.
 class QtEventLoop final : public EventLoop {
 public:
-    explicit QtEventLoop(FlushService& flush);
+    QtEventLoop(const Clock& clock, FlushService& flush);
     ~QtEventLoop() override;
 
 protected:
     void requestTurn() override;
-    void startTimer(RunQueue::Id id, std::chrono::milliseconds time) override;
-    void startFlush(RunQueue::Id id, NativeFile file) override;
+    void startTimer(Ticket<> ticket, std::chrono::milliseconds time) override;
+    void startFlush(Ticket<int> ticket, NativeFile file) override;
 
 private:
     FlushService& flush_;

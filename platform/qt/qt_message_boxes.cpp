@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "core/frmText.h"
+#include "platform/qt/qt_text.h"
 
 namespace vantrell {
 
@@ -98,18 +98,18 @@ void QtMessageBoxes::show(QMessageBox& shown) {
     QApplication::alert(&shown);
 }
 
-void QtMessageBoxes::open(RunQueue::Id id, const Box& box) {
+void QtMessageBoxes::open(Ticket<Answer> ticket, const Box& box) {
     QMessageBox* shown = make(box);
-    asked_.emplace(id, shown);
-    QObject::connect(shown, &QMessageBox::finished, &context_, [this, id, buttons = box.buttons](int result) {
-        asked_.erase(id);
-        queue().wake(id, static_cast<int>(answerOf(buttons, result)));
+    asked_.emplace(ticket.number, shown);
+    QObject::connect(shown, &QMessageBox::finished, &context_, [this, ticket, buttons = box.buttons](int result) {
+        asked_.erase(ticket.number);
+        queue().wake(ticket, answerOf(buttons, result));
     });
     show(*shown);
 }
 
-void QtMessageBoxes::close(RunQueue::Id id) {
-    const auto found = asked_.find(id);
+void QtMessageBoxes::close(Ticket<Answer> ticket) {
+    const auto found = asked_.find(ticket.number);
     if (found == asked_.end()) return;
     drop(found->second);
     asked_.erase(found);

@@ -22,8 +22,8 @@ public:
     void inform(const Box& box) override;
 
 protected:
-    void open(RunQueue::Id id, const Box& box) override;
-    void close(RunQueue::Id id) override;
+    void open(Ticket<Answer> ticket, const Box& box) override;
+    void close(Ticket<Answer> ticket) override;
 
 private:
     struct Information {

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "core/frmIcon.h"
+#include "platform/qt/program_icon.h"
 
 namespace vantrell {
 

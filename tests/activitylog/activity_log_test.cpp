@@ -5,12 +5,12 @@
 
 #include <ctime>
 
-#include "core/date_text.h"
-#include "platform/linux/posix_data_files.h"
+#include "base/date_text.h"
+#include "platform/files/posix_data_files.h"
+#include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
 #include "support/file_size_limit.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

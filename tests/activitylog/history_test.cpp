@@ -2,7 +2,7 @@
 #include "activitylog/activity_log.h"
 #include "activitylog/history_find.h"
 #include "activitylog/history_reader.h"
-#include "platform/linux/posix_file_reading.h"
+#include "platform/files/posix_file_reading.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {

@@ -10,12 +10,12 @@
 
 #include "activitylog/frmHistory.h"
 #include "activitylog/frmHistoryInfo.h"
+#include "platform/files/posix_file_reading.h"
+#include "platform/files/posix_toolbox.h"
 #include "platform/linux/kernel_flush.h"
-#include "platform/linux/posix_file_reading.h"
-#include "platform/linux/posix_toolbox.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
-#include "support/temporary_folder.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
 
@@ -58,7 +58,7 @@ protected:
             if (grid->model()->index(row, 1).data(Qt::CheckStateRole) == Qt::Checked) rows.push_back(row + 1);
         return rows;
     }
-    [[nodiscard]] frmLineView* shown() const { return reading.findChild<frmLineView*>(); }
+    [[nodiscard]] LineView* shown() const { return reading.findChild<LineView*>(); }
     [[nodiscard]] std::string line(int row) const {
         return shown()->model()->index(row, 0).data().toString().toStdString();
     }
@@ -77,8 +77,8 @@ protected:
     std::string logs;
     ProgramState state;
     std::unique_ptr<FlushService> flush = makeKernelFlush();
-    QtEventLoop loop{*flush};
     SystemClock clock;
+    QtEventLoop loop{clock, *flush};
     PosixToolbox toolbox{loop, clock};
     PosixFileReading files;
     QWidget mainWindow;

@@ -5,10 +5,10 @@
 
 #include "core/scan_interval.h"
 #include "core/settings_format.h"
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
+#include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

@@ -9,11 +9,11 @@
 #include <optional>
 
 #include "folderpicker/mk1.h"
+#include "platform/files/posix_toolbox.h"
 #include "platform/linux/kernel_flush.h"
-#include "platform/linux/posix_toolbox.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
-#include "support/temporary_folder.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
 
@@ -72,8 +72,8 @@ protected:
 
     TemporaryFolder folder;
     std::unique_ptr<FlushService> flush = makeKernelFlush();
-    QtEventLoop loop{*flush};
     SystemClock clock;
+    QtEventLoop loop{clock, *flush};
     PosixToolbox toolbox{loop, clock};
     QWidget owner;
     MK1 picker{toolbox, &owner};

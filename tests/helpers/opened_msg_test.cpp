@@ -9,12 +9,12 @@
 #include "app/program.h"
 #include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/qt/qt_timers.h"
+#include "rig/temporary_folder.h"
 #include "support/environment.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

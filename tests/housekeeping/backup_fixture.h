@@ -4,8 +4,8 @@
 #include "core/settings_format.h"
 #include "housekeeping/config_backup.h"
 #include "passwords/password_fixture.h"
-#include "platform/linux/posix_data_files.h"
-#include "platform/linux/sqlite_copier.h"
+#include "platform/files/posix_data_files.h"
+#include "platform/sqlite/sqlite_copier.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {

@@ -10,11 +10,11 @@
 
 #include "passwords/password_lookup.h"
 #include "passwords/supplied_password_file.h"
-#include "platform/linux/sqlite_database.h"
-#include "support/hand_cranked_loop.h"
+#include "platform/sqlite/sqlite_database.h"
+#include "rig/hand_cranked_loop.h"
+#include "rig/sqlite_file.h"
+#include "rig/temporary_folder.h"
 #include "support/scripted_boxes.h"
-#include "support/sqlite_file.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 

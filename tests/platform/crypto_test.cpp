@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <random>
 
-#include "platform/linux/aes_ecb_encryptor.h"
-#include "platform/linux/openssl_component.h"
+#include "platform/openssl/aes_ecb_encryptor.h"
+#include "platform/openssl/openssl_component.h"
 #include "support/documented_blocks.h"
 #include "support/forwarding_toolbox.h"
 #include "support/hex.h"

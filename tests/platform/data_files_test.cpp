@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
 #include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
 

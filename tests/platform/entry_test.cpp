@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "platform/linux/xdg_startup_entry.h"
+#include "platform/desktop/xdg_startup_entry.h"
 #include "support/appears.h"
 #include "support/environment.h"
 #include "support/toolbox_fixture.h"

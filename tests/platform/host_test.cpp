@@ -6,9 +6,9 @@
 
 #include "platform/linux/posix_host.h"
 #include "platform/linux/signal_source.h"
+#include "rig/temporary_folder.h"
 #include "support/appears.h"
 #include "support/environment.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

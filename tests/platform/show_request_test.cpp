@@ -6,7 +6,7 @@
 
 #include "platform/linux/unix_show_listener.h"
 #include "platform/linux/unix_show_request.h"
-#include "support/temporary_folder.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/spilled_lines.h"
+#include "platform/files/spilled_lines.h"
 
 #include <gtest/gtest.h>
 
+#include "rig/temporary_folder.h"
 #include "support/file_size_limit.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "core/main_window.h"
-#include "platform/clock.h"
 #include "platform/host.h"
 #include "platform/notifier.h"
 #include "platform/startup_entry.h"
 #include "platform/timers.h"
 #include "platform/tray.h"
+#include "rig/settable_clock.h"
 
 namespace vantrell::test {
 
@@ -62,19 +62,6 @@ public:
     bool waitPointer = false, activityShown = false, visible = false, minimizedState = false, closed = false;
     std::uint64_t totalFiles = 0;
     std::int32_t processed = 0;
-};
-
-class SettableClock final : public Clock {
-public:
-    [[nodiscard]] TimePoint now() const override { return time; }
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return boot; }
-    /// Time passes; setting `time` alone is somebody setting the clock.
-    void advance(std::chrono::seconds passed) {
-        time += passed;
-        boot += passed;
-    }
-    std::chrono::nanoseconds boot = std::chrono::hours(1);
-    TimePoint time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 16) + std::chrono::hours(14);
 };
 
 /// A timer that ticks when the test says so.

@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "core/date_text.h"
-#include "core/main_window_controller.h"
-#include "platform/linux/openssl_component.h"
-#include "platform/linux/posix_data_files.h"
-#include "platform/linux/posix_toolbox.h"
+#include "base/date_text.h"
+#include "mainwindow/main_window_controller.h"
+#include "platform/files/posix_data_files.h"
+#include "platform/files/posix_toolbox.h"
+#include "platform/openssl/openssl_component.h"
+#include "rig/hand_cranked_loop.h"
+#include "rig/temporary_folder.h"
 #include "support/doubles.h"
-#include "support/hand_cranked_loop.h"
 #include "support/scripted_boxes.h"
-#include "support/temporary_folder.h"
 #include "transport/scan_pass.h"
 
 namespace vantrell::test {

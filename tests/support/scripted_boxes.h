@@ -17,23 +17,23 @@ public:
     void inform(const Box& box) override { informed.push_back(box); }
     /// Answers the question that is open.
     void answerOpen(Answer answer) {
-        const auto id = openIds.back();
+        const auto ticket = openIds.back();
         openIds.pop_back();
-        queue().wake(id, static_cast<int>(answer));
+        queue().wake(ticket, answer);
     }
 
     std::vector<Box> asked;
     std::vector<Box> informed;
-    std::vector<RunQueue::Id> openIds;
+    std::vector<Ticket<Answer>> openIds;
 
 protected:
-    void open(RunQueue::Id id, const Box& box) override {
+    void open(Ticket<Answer> ticket, const Box& box) override {
         asked.push_back(box);
-        if (answers_.empty()) return openIds.push_back(id);
-        queue().wake(id, static_cast<int>(answers_.front()));
+        if (answers_.empty()) return openIds.push_back(ticket);
+        queue().wake(ticket, answers_.front());
         answers_.pop_front();
     }
-    void close(RunQueue::Id id) override { std::erase(openIds, id); }
+    void close(Ticket<Answer> ticket) override { std::erase(openIds, ticket); }
 
 private:
     std::deque<Answer> answers_;

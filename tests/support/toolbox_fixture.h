@@ -11,24 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/posix_toolbox.h"
-#include "support/hand_cranked_loop.h"
-#include "support/temporary_folder.h"
+#include "platform/files/posix_toolbox.h"
+#include "rig/hand_cranked_loop.h"
+#include "rig/settable_clock.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
-
-/// A wall clock and a steady one that stand where a test puts them; they begin at the real time.
-class SettableClock final : public Clock {
-public:
-    [[nodiscard]] TimePoint now() const override { return wall; }
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return steady.time_since_epoch(); }
-    void advance(std::chrono::nanoseconds time) {
-        wall += std::chrono::duration_cast<TimePoint::duration>(time);
-        steady += time;
-    }
-    TimePoint wall = std::chrono::system_clock::now();
-    std::chrono::steady_clock::time_point steady = std::chrono::steady_clock::now();
-};
 
 /// While it lives, the process has an ordinary user's rights (only where it is root's).
 class OrdinaryUser {
@@ -77,8 +65,8 @@ public:
 
     TemporaryFolder folder;
     HandCrankedLoop loop;
-    SettableClock clock;
-    PosixToolbox toolbox{loop, clock, {true, [this] { return clock.steady; }}};
+    SettableClock clock{std::chrono::system_clock::now()};
+    PosixToolbox toolbox{loop, clock};
 
 private:
     template <class T>

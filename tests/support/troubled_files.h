@@ -5,7 +5,7 @@
 #include <new>
 #include <set>
 
-#include "platform/linux/posix_data_files.h"
+#include "platform/files/posix_data_files.h"
 
 namespace vantrell::test {
 

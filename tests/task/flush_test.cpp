@@ -5,27 +5,27 @@
 
 #include <cerrno>
 
+#include "platform/files/unique_fd.h"
 #include "platform/linux/kernel_flush.h"
-#include "platform/linux/unique_fd.h"
-#include "support/temporary_folder.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {
 
 int flushAndWait(FlushService& service, RunQueue& queue, int descriptor) {
-    const RunQueue::Id id = queue.enlist();
-    service.start(queue, id, descriptor);
-    while (!queue.isWoken(id)) {
+    const Ticket<int> ticket{queue.enlist()};
+    service.start(queue, ticket, descriptor);
+    while (!queue.isWoken(ticket.number)) {
         pollfd readable{static_cast<int>(service.completionHandle()), POLLIN, 0};
         if (::poll(&readable, 1, 10000) <= 0) return ETIMEDOUT;
         service.collect(queue);
     }
-    return queue.value(id);
+    return queue.valueOf(ticket);
 }
 
 void checkFlush(FlushService& service) {
     const TemporaryFolder folder;
-    RunQueue queue([] {});
+    RunQueue queue([] {}, [] { return std::chrono::nanoseconds(0); });
     const UniqueFd file(::open((folder / "f").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
     ASSERT_TRUE(file);
     ASSERT_EQ(::write(file.get(), "abc", 3), 3);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/hand_cranked_loop.h"
+#include "rig/hand_cranked_loop.h"
 
 namespace vantrell::test {
 namespace {

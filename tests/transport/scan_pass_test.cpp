@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/unique_fd.h"
+#include "platform/files/unique_fd.h"
 #include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
 

@@ -13,7 +13,7 @@ protected:
 
     /// What the field shows, and the interval that is saved, after this was typed into it.
     std::pair<std::string, std::int32_t> afterTyping(const char* text) {
-        auto* field = find<frmMinutesField>("ctNEdit1");
+        auto* field = find<MinutesField>("ctNEdit1");
         field->setFocus();
         field->selectAll();
         QTest::keyClicks(field, QString::fromLatin1(text));

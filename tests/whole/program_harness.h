@@ -12,8 +12,8 @@
 #include "app/program.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
+#include "rig/profile.h"
 #include "support/controls.h"
-#include "support/profile.h"
 #include "support/troubled_files.h"
 
 namespace vantrell::test {

@@ -3,8 +3,8 @@
 #include <QSet>
 #include <QToolButton>
 
-#include "core/frmElidedLabel.h"
 #include "whole/windows_harness.h"
+#include "widgets/elided_label.h"
 
 namespace vantrell::test {
 
@@ -105,7 +105,7 @@ TEST_F(Windows, CutNoTextInALargeFont) {
     openAll();
     forEachControl([](const QWidget& text) {
         const auto* label = qobject_cast<const QLabel*>(&text);
-        const bool cutsItself = qobject_cast<const frmElidedLabel*>(label) || qobject_cast<const QToolButton*>(&text);
+        const bool cutsItself = qobject_cast<const ElidedLabel*>(label) || qobject_cast<const QToolButton*>(&text);
         if (cutsItself || (!label && !qobject_cast<const QAbstractButton*>(&text))) return;
         const QSize needed = label && label->wordWrap() ? text.minimumSizeHint() : text.sizeHint();
         EXPECT_EQ(text.size(), text.size().expandedTo(needed)) << nameOf(text);

@@ -11,7 +11,7 @@ class ActivityBoxTest : public MainWindowTest {
 protected:
     void SetUp() override {
         MainWindowTest::SetUp();
-        box = find<frmActivityBox>("txtDebug");
+        box = find<ActivityBox>("txtDebug");
     }
     void append(int first, int last) {
         for (int line = first; line <= last; ++line) window.appendActivity("line " + std::to_string(line));
@@ -21,7 +21,7 @@ protected:
         return box->verticalScrollBar()->value() == box->verticalScrollBar()->maximum();
     }
 
-    frmActivityBox* box = nullptr;
+    ActivityBox* box = nullptr;
 };
 
 TEST_F(ActivityBoxTest, FollowsTheEndUntilTheReaderScrolls) {

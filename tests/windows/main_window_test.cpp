@@ -3,7 +3,7 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
-#include "support/temporary_folder.h"
+#include "rig/temporary_folder.h"
 #include "windows/window_harness.h"
 
 namespace vantrell::test {
@@ -31,7 +31,7 @@ TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
 
 TEST_F(MainWindowTest, TellsATypedNumberOnce) {
     window.setMinutes("5");
-    auto* field = find<frmMinutesField>("ctNEdit1");
+    auto* field = find<MinutesField>("ctNEdit1");
     field->setFocus();
     field->selectAll();
     QTest::keyClicks(field, QStringLiteral("12"));
@@ -82,10 +82,10 @@ TEST_F(MainWindowTest, ShowsPathsInReadableFormAndWholeInTheTip) {
 }
 
 TEST_F(MainWindowTest, SaysTheModeInWordsAndAsAShape) {
-    auto* mark = find<frmModeMark>("modeMark");
+    auto* mark = find<ModeMark>("modeMark");
     for (const auto& [text, shape] :
-         {std::pair("Mode: Auto", frmModeMark::Shape::disc), std::pair("SCANNING", frmModeMark::Shape::triangle),
-          std::pair("Mode: Stopped", frmModeMark::Shape::square)}) {
+         {std::pair("Mode: Auto", ModeMark::Shape::disc), std::pair("SCANNING", ModeMark::Shape::triangle),
+          std::pair("Mode: Stopped", ModeMark::Shape::square)}) {
         window.setModeLabel(text);
         EXPECT_EQ(textOf("lblMode"), text);
         EXPECT_EQ(mark->shape(), shape);

@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <optional>
 
-#include "support/hand_cranked_loop.h"
+#include "rig/hand_cranked_loop.h"
 #include "windows/window_harness.h"
 
 namespace vantrell::test {
@@ -16,9 +16,7 @@ protected:
         tasks.start(keepAnswer(this, box));
         loop.settle();
     }
-    static Task<void> keepAnswer(MessageBoxesTest* test, Box box) {
-        test->answer = static_cast<Answer>(co_await test->boxes->ask(box));
-    }
+    static Task<void> keepAnswer(MessageBoxesTest* test, Box box) { test->answer = co_await test->boxes->ask(box); }
 
     HandCrankedLoop loop;
     std::optional<QtMessageBoxes> boxes{std::in_place, loop.queue(), &window};

@@ -10,11 +10,12 @@
 #include "passwords/password_editor_controller.h"
 #include "passwords/supplied_password_file.h"
 #include "platform/linux/kernel_flush.h"
-#include "platform/linux/sqlite_database.h"
+#include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/sqlite/sqlite_database.h"
+#include "rig/temporary_folder.h"
 #include "support/controls.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {
@@ -55,7 +56,8 @@ protected:
     TemporaryFolder folder;
     ProgramState state;
     std::unique_ptr<FlushService> flush = makeKernelFlush();
-    QtEventLoop loop{*flush};
+    SystemClock clock;
+    QtEventLoop loop{clock, *flush};
     frmEDPasswords window;
     QtMessageBoxes boxes{loop.queue(), nullptr};
     SqliteDatabase database{loop};

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "core/frmMain.h"
-#include "platform/linux/posix_toolbox.h"
-#include "platform/linux/spilled_lines.h"
+#include "mainwindow/frmMain.h"
+#include "platform/files/posix_toolbox.h"
+#include "platform/files/spilled_lines.h"
+#include "rig/hand_cranked_loop.h"
+#include "rig/temporary_folder.h"
 #include "support/controls.h"
 #include "support/doubles.h"
-#include "support/hand_cranked_loop.h"
-#include "support/temporary_folder.h"
 
 namespace vantrell::test {
 

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow/frmFolders.h"
+
+#include <QLabel>
+
+#include "widgets/wide_button.h"
+
+namespace vantrell {
+
+frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
+    setFrameShape(StyledPanel);
+    setAccessibleName(tr("Folders"));
+    auto* grid = new QGridLayout(this);
+    grid->setHorizontalSpacing(2 * grid->horizontalSpacing());
+    grid->setColumnStretch(1, 1);
+    addRow(*grid, FolderKind::source, tr("So&urce"), QStringLiteral("lblSourcePath"), tr("Source folder"));
+    addCheckBox(*grid);
+    addRow(*grid, FolderKind::destination, tr("&Destination"), QStringLiteral("lblDestinPath"),
+           tr("Destination folder"));
+    addRow(*grid, FolderKind::done, tr("Do&ne"), QStringLiteral("lblMoveToPath"), tr("Done folder"));
+    addRow(*grid, FolderKind::reject, tr("&Rejected"), QStringLiteral("lblMoveToRejectPath"), tr("Rejected folder"));
+}
+
+void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& caption, const QString& labelName,
+                        const QString& spokenName) {
+    Row& row = this->row(kind);
+    auto* name = new QLabel(caption, this);  // first, since this is the order in which they are read out
+    row.label = new ElidedLabel(Qt::ElideMiddle, this);
+    row.label->setObjectName(labelName);
+    row.label->setAccessibleDescription(spokenName);
+    row.button = new WideButton(tr("Change Path"), this);
+    row.button->setObjectName(QStringLiteral("cmdSelectSource%1").arg(static_cast<int>(kind)));
+    row.button->setAccessibleName(tr("Change %1").arg(spokenName));
+    row.button->setAccessibleDescription(tr("Stops processing and lets you choose another folder"));
+    row.button->setAutoDefault(true);
+    connect(row.button, &QPushButton::clicked, this, [this, kind] { Q_EMIT changePressed(kind); });
+
+    name->setBuddy(row.button);
+    const int line = grid.rowCount();
+    grid.addWidget(name, line, 0);
+    grid.addWidget(row.label, line, 1);
+    grid.addWidget(row.button, line, 2);
+}
+
+void frmFolders::addCheckBox(QGridLayout& grid) {
+    chkActivateSF_ = new QCheckBox(tr("&Include Sub Directories"), this);
+    chkActivateSF_->setObjectName(QStringLiteral("chkActivateSF"));
+    chkActivateSF_->setAccessibleDescription(tr("Whether files in folders below the Source folder are processed too"));
+    connect(chkActivateSF_, &QCheckBox::clicked, this, &frmFolders::includeSubfoldersClicked);
+    grid.addWidget(chkActivateSF_, grid.rowCount(), 1);
+}
+
+void frmFolders::setFolder(FolderKind kind, const Path& folder) {
+    row(kind).folder = folder;
+    row(kind).label->showBytes(folder);
+}
+
+}  // namespace vantrell

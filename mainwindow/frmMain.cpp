@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow/frmMain.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/qt/qt_text.h"
+#include "platform/qt/x11_window.h"
+#include "widgets/wide_button.h"
+
+namespace vantrell {
+
+namespace {
+
+// 11655 by 6780 and by 9600 twips, at 15 twips a pixel.
+constexpr int kNormalWidth = 777;
+constexpr int kNormalHeight = 452;
+constexpr int kHeightWithActivity = 640;
+// Window managers report late. A window that was minimized, then hidden and brought back may hear of the first when it
+// is shown again, and must not be hidden for it.
+constexpr std::chrono::milliseconds kReportStandsAfter{100};
+
+constexpr char kScanning[] = "SCANNING";
+constexpr char kRunning[] = "Mode: Running";
+/// The pass says SCANNING at each file, and the mode is looked at twenty times a second: with small files the label
+/// would flicker between the two.
+constexpr std::chrono::milliseconds kScanningStays{1000};
+
+template <class Widget>
+Widget* named(Widget* widget, const QString& name) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+}  // namespace
+
+frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) {
+    setObjectName(QStringLiteral("frmMain"));
+    MK11_ = named(new MK1(toolbox, this), QStringLiteral("MK11"));
+    menus_ = new frmMenus(*menuBar(), this);
+    makeControls(lines);
+    arrange();
+    connectControls();
+    cmdStartDir_->setFocus();
+    setNormalSize();
+    minimizedReport_.setSingleShot(true);
+    minimizedReport_.setInterval(kReportStandsAfter);
+    connect(&minimizedReport_, &QTimer::timeout, this, [this] {
+        if (isMinimized() && isVisible() && events_) events_->minimized();
+    });
+}
+
+frmMain::~frmMain() { frmMain::setWaitPointer(false); }
+
+// In the order of the Tab key.
+void frmMain::makeControls(LineStore& lines) {
+    modeMark_ = named(new ModeMark(this), QStringLiteral("modeMark"));
+    lblMode_ = named(new SteadyLabel(this), QStringLiteral("lblMode"));
+    QFont bold = lblMode_->font();
+    bold.setBold(true);
+    lblMode_->setFont(bold);
+    lblMode_->setAccessibleDescription(tr("Mode"));
+    lblMode_->reserve({QStringLiteral("Mode: Stopped"), QString::fromLatin1(kRunning), QString::fromLatin1(kScanning)});
+    lbSched_ = named(new ElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
+    lbSched_->prefer(QStringLiteral("Scheduled: Wednesday 12:59 PM  File Create Date > 14"));
+    lbSched_->setAccessibleDescription(tr("Schedule of the weekly delete"));
+    lblcurTime_ = named(new SteadyLabel(this), QStringLiteral("lblcurTime"));
+    lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    lblcurTime_->setAccessibleDescription(tr("Time"));
+    folders_ = named(new frmFolders(this), QStringLiteral("folders"));
+    ctNEdit1_ = named(new MinutesField(this), QStringLiteral("ctNEdit1"));
+    ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
+    ctNEdit1_->setAccessibleDescription(tr("How often the Source folder is looked through"));
+    Label2_ = named(new ElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
+    Label2_->prefer(QStringLiteral("One or all of the folder  parameters are missing. Please check below."));
+    Label2_->setAccessibleDescription(tr("Status"));
+    progress_ = named(new frmProgress(this), QStringLiteral("progress"));
+    makeButtons();
+    txtDebug_ = named(new ActivityBox(lines, this), QStringLiteral("txtDebug"));
+    txtDebug_->setAccessibleName(tr("Current log"));
+    txtDebug_->setAccessibleDescription(tr("Every event since the program started, the newest at the end"));
+    txtDebug_->hide();
+}
+
+void frmMain::makeButtons() {
+    const auto make = [this](const QString& name, const QString& caption, const QString& description) {
+        auto* button = named<QPushButton>(new WideButton(caption, this), name);
+        button->setAccessibleDescription(description);
+        button->setAutoDefault(true);
+        return button;
+    };
+    cmdSched_ = make(QStringLiteral("cmdSched"), tr("&Weekly Auto-Delete Scheduler"),
+                     tr("When old originals are deleted from the Done folder"));
+    cmdStartDir_ = make(QStringLiteral("cmdStartDir"), tr("&Start"), tr("Starts processing"));
+    cmdStopDir_ = make(QStringLiteral("cmdStopDir"), tr("S&top"), tr("Stops processing before the next file"));
+    cmdExit_ = make(QStringLiteral("cmdExit"), tr("E&xit"), tr("Ends the program"));
+}
+
+void frmMain::arrange() {
+    auto* centre = new QWidget(this);
+    auto* column = new QVBoxLayout(centre);
+    const int gap = column->spacing();
+    column->addLayout(makeTopRow());
+    column->addWidget(folders_);
+    column->addSpacing(gap);
+    column->addLayout(makeIntervalRow());
+    column->addSpacing(gap);
+    column->addWidget(Label2_);
+    column->addWidget(progress_);
+    column->addSpacing(gap);
+    column->addLayout(makeButtonRow());
+    auto* note = new QLabel(tr("NOTE: Select Red X to send to system tray and not close program."), this);
+    column->addWidget(named(note, QStringLiteral("lblNote")));
+    column->addWidget(txtDebug_, 1);
+    column->addStretch(0);
+    setCentralWidget(centre);
+
+    auto* formStatusBar = named(new QStatusBar(this), QStringLiteral("formStatusBar"));
+    formStatusBar->setAccessibleName(tr("Status bar"));
+    panel1_ = named(new ElidedLabel(Qt::ElideMiddle, this), QStringLiteral("panel1"));
+    panel1_->setAccessibleDescription(tr("Last event of importance"));
+    panel1_->setContentsMargins(column->contentsMargins().left() - 2, 0, 0, 0);  // in line with what stands above
+    formStatusBar->addWidget(panel1_, 1);
+    setStatusBar(formStatusBar);
+}
+
+QLayout* frmMain::makeTopRow() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(modeMark_);
+    row->addWidget(lblMode_);
+    row->addSpacing(fontMetrics().height());
+    row->addWidget(lbSched_, 1);
+    row->addWidget(lblcurTime_);
+    return row;
+}
+
+QLayout* frmMain::makeIntervalRow() {
+    auto* before = new QLabel(tr("&Process Fles every"), this);
+    before->setBuddy(ctNEdit1_);
+    auto* row = new QHBoxLayout;
+    row->addWidget(before);
+    row->addWidget(ctNEdit1_);
+    row->addWidget(new QLabel(tr("minute(s)"), this));
+    row->addStretch(1);
+    row->addWidget(cmdSched_);
+    return row;
+}
+
+QLayout* frmMain::makeButtonRow() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdStartDir_);
+    row->addWidget(cmdStopDir_);
+    row->addStretch(1);
+    row->addWidget(cmdExit_);
+    return row;
+}
+
+void frmMain::connectControls() {
+    const auto forward = [this](auto* sender, auto signal, void (MainWindowEvents::*event)()) {
+        connect(sender, signal, this, [this, event] {
+            if (events_) (events_->*event)();
+        });
+    };
+    forward(cmdStartDir_, &QPushButton::clicked, &MainWindowEvents::startPressed);
+    forward(cmdStopDir_, &QPushButton::clicked, &MainWindowEvents::stopPressed);
+    forward(cmdExit_, &QPushButton::clicked, &MainWindowEvents::exitPressed);
+    forward(cmdSched_, &QPushButton::clicked, &MainWindowEvents::schedulePressed);
+    connect(menus_, &frmMenus::chosen, this, [this](frmMenus::Event event) {
+        if (events_) (events_->*event)();
+    });
+    connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
+    connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
+        if (events_) events_->includeSubfoldersClicked(checked);
+    });
+    connect(ctNEdit1_, &MinutesField::spun, this, [this](bool up, const QString& text) {
+        if (events_) events_->intervalSpun(up, text.toStdString());
+    });
+    connect(ctNEdit1_, &MinutesField::edited, this, [this](const QString& text) {
+        if (events_) events_->intervalEdited(text.toStdString());
+    });
+}
+
+void frmMain::setCaption(const std::string& text) { setWindowTitle(shownText(text)); }
+
+void frmMain::setLabel2(const std::string& text) { Label2_->showBytes(text); }
+
+void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
+
+void frmMain::setModeLabel(const std::string& text) {
+    if (text == kScanning) scanningIsShown_.setRemainingTime(kScanningStays);
+    const QString shown = shownText(text);
+    if (lblMode_->text() == shown) return;
+    const bool wouldFlicker = text == kRunning && lblMode_->text() == QString::fromLatin1(kScanning);
+    if (wouldFlicker && !scanningIsShown_.hasExpired()) return;
+    lblMode_->setText(shown);
+    modeMark_->showMode(text);
+}
+
+void frmMain::setClock(const std::string& text) {
+    if (text == clock_) return;
+    clock_ = text;
+    lblcurTime_->setText(shownText(text));
+}
+
+void frmMain::setSchedule(const std::string& text) { lbSched_->showBytes(text); }
+
+void frmMain::setStartEnabled(bool enabled) { enableButton(*cmdStartDir_, *cmdStopDir_, enabled); }
+
+void frmMain::setStopEnabled(bool enabled) { enableButton(*cmdStopDir_, *cmdStartDir_, enabled); }
+
+// Qt hands the focus of a button that is disabled to the next one, which would put Exit under the operator's Enter key.
+// It belongs to the other of the two, which is enabled a moment later.
+void frmMain::enableButton(QPushButton& button, QPushButton& other, bool enabled) {
+    if (button.isEnabled() == enabled) return;
+    if (!enabled && focusWidget() == &button) {
+        button.clearFocus();
+        focusGoesTo_ = &other;
+    }
+    button.setEnabled(enabled);
+    if (QPushButton* waiting = focusGoesTo_; waiting != nullptr && waiting->isEnabled()) {
+        focusGoesTo_ = nullptr;
+        if (focusWidget() == nullptr) waiting->setFocus();
+    }
+}
+
+void frmMain::setWaitPointer(bool waiting) {
+    if (std::exchange(waits_, waiting) == waiting) return;
+    if (waiting) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+// Whatever changed is painted when the event loop has its turn; painting at once would hold up the pass.
+void frmMain::repaint() { update(); }
+
+void frmMain::setCurrentFile(const std::string& name) { progress_->setCurrentFile(name); }
+
+void frmMain::setLastFile(const std::string& name) { progress_->setLastFile(name); }
+
+void frmMain::setTotalFiles(std::uint64_t count) { progress_->setTotalFiles(count); }
+
+void frmMain::setProcessedCount(std::int32_t count) { progress_->setProcessedCount(count); }
+
+void frmMain::setPassProgress(std::uint64_t done, std::uint64_t total) { progress_->setPassProgress(done, total); }
+
+void frmMain::setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) {
+    progress_->setFileProgress(bytesDone, bytesTotal);
+}
+
+void frmMain::clearProgress() { progress_->clear(); }
+
+void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFolder(kind, folder); }
+
+void frmMain::setMinutes(const std::string& text) { ctNEdit1_->showText(shownText(text)); }
+
+void frmMain::setStartupEntry(StartupEntry::State state) { menus_->setStartupEntry(state); }
+
+void frmMain::showSettings(const SettingsRecord& settings) {
+    menus_->showSettings(settings);
+    folders_->setIncludeSubfolders(settings.IncludeSubfolders);
+}
+
+void frmMain::appendActivity(const std::string& line) { txtDebug_->appendLine(line); }
+
+bool frmMain::isActivityShown() const { return !txtDebug_->isHidden(); }
+
+void frmMain::setActivityShown(bool shown) {
+    txtDebug_->setVisible(shown);
+    resizeAtLeast({width(), shown ? kHeightWithActivity : kNormalHeight});
+}
+
+void frmMain::showWindow() {
+    if (!isMinimized()) appearInNormalState(*this);
+    show();
+}
+
+void frmMain::hideWindow() { hide(); }
+
+void frmMain::minimizeWindow() {
+    if (!isMinimized()) showMinimized();
+}
+
+void frmMain::closeWindow() {
+    closesForGood_ = true;
+    MK11_->withdraw();
+    delete about_;
+    close();
+}
+
+void frmMain::setNormalState() { setWindowState(windowState() & ~Qt::WindowMinimized); }
+
+bool frmMain::isMinimized() const { return QMainWindow::isMinimized(); }
+
+void frmMain::setNormalSize() {
+    resizeAtLeast({kNormalWidth, isActivityShown() ? kHeightWithActivity : kNormalHeight});
+}
+
+void frmMain::resizeAtLeast(QSize size) {
+    if (isMaximized() || isFullScreen()) return;
+    centralWidget()->layout()->activate();
+    layout()->activate();
+    const int usual = std::min(sizeHint().width(), screen()->availableGeometry().width());
+    resize(size.expandedTo(minimumSizeHint()).expandedTo({usual, 0}));
+}
+
+void frmMain::bringToFront() {
+    raise();
+    activateWindow();
+}
+
+void frmMain::showAbout(const AboutFacts& facts) {
+    if (!about_) {
+        about_ = new frmAbout(facts, this);
+        connect(about_, &frmAbout::systemInfoPressed, this, [this] {
+            if (events_) events_->systemInfoPressed();
+        });
+        connect(about_, &frmAbout::copyDiagnosticsPressed, this, [this] {
+            if (events_)
+                about_->copyDiagnostics(
+                    QString::fromStdString(events_->diagnosticsWanted(toolkitText().toStdString())));
+        });
+    }
+    about_->show();
+    about_->raise();
+    about_->activateWindow();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();
+    event->setAccepted(!isCloseBox);
+    if (isCloseBox && events_) events_->closeBoxPressed();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
+}
+
+void frmMain::chooseFolder(FolderKind kind) {
+    // Pressed once more, the picker that is open comes to the front.
+    if (!MK11_->isPicking() && (!events_ || !events_->folderPressed(kind))) return;
+    MK11_->setParentForm(this);
+    MK11_->setShowCreate(true);
+    MK11_->setTitle("Select Current Folder or Create New Folder");
+    MK11_->setInitDir(folders_->folder(kind));
+    MK11_->SaveBrowse([this, kind](const Path& folder) {
+        if (events_) events_->folderChosen(kind, folder);
+    });
+}
+
+}  // namespace vantrell

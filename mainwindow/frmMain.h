@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QLayout>
+#include <QMainWindow>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+
+#include "core/main_window.h"
+#include "core/main_window_events.h"
+#include "folderpicker/mk1.h"
+#include "mainwindow/frmAbout.h"
+#include "mainwindow/frmFolders.h"
+#include "mainwindow/frmMenus.h"
+#include "mainwindow/frmProgress.h"
+#include "widgets/activity_box.h"
+#include "widgets/elided_label.h"
+#include "widgets/minutes_field.h"
+#include "widgets/mode_mark.h"
+#include "widgets/steady_label.h"
+
+namespace vantrell {
+
+/// The main window. It lays out the controls, shows what it is told and forwards what the operator does.
+class frmMain final : public QMainWindow, public MainWindow {
+    Q_OBJECT
+
+public:
+    /// `lines` keeps the lines of the activity box; must outlive the window.
+    /// Both must outlive the window.
+    frmMain(LineStore& lines, FileToolbox& toolbox);
+    ~frmMain() override;
+
+    /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
+    void setEvents(MainWindowEvents* events) { events_ = events; }
+
+    void setCaption(const std::string& text) override;
+    void setLabel2(const std::string& text) override;
+    void setPanel1(const std::string& text) override;
+    void setModeLabel(const std::string& text) override;
+    void setClock(const std::string& text) override;
+    void setSchedule(const std::string& text) override;
+    void setStartEnabled(bool enabled) override;
+    void setStopEnabled(bool enabled) override;
+    void setWaitPointer(bool waiting) override;
+    void repaint() override;
+
+    void setCurrentFile(const std::string& name) override;
+    void setLastFile(const std::string& name) override;
+    void setTotalFiles(std::uint64_t count) override;
+    void setProcessedCount(std::int32_t count) override;
+    void setPassProgress(std::uint64_t done, std::uint64_t total) override;
+    void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) override;
+    void clearProgress() override;
+
+    void setFolder(FolderKind kind, const Path& folder) override;
+    void setMinutes(const std::string& text) override;
+    void showSettings(const SettingsRecord& settings) override;
+    void setStartupEntry(StartupEntry::State state) override;
+
+    void appendActivity(const std::string& line) override;
+    [[nodiscard]] bool isActivityShown() const override;
+    void setActivityShown(bool shown) override;
+
+    void showWindow() override;
+    void hideWindow() override;
+    void minimizeWindow() override;
+    void closeWindow() override;
+    void setNormalState() override;
+    [[nodiscard]] bool isMinimized() const override;
+    void setNormalSize() override;
+    void bringToFront() override;
+    void showAbout(const AboutFacts& facts) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void makeControls(LineStore& lines);
+    void makeButtons();
+    void arrange();
+    [[nodiscard]] QLayout* makeTopRow();
+    [[nodiscard]] QLayout* makeIntervalRow();
+    [[nodiscard]] QLayout* makeButtonRow();
+    void connectControls();
+
+    void chooseFolder(FolderKind kind);
+    void enableButton(QPushButton& button, QPushButton& other, bool enabled);
+    void resizeAtLeast(QSize size);
+
+    MainWindowEvents* events_ = nullptr;
+    bool closesForGood_ = false;
+    bool waits_ = false;
+    QTimer minimizedReport_;
+
+    frmMenus* menus_ = nullptr;
+    QDeadlineTimer scanningIsShown_;
+    ModeMark* modeMark_ = nullptr;
+    SteadyLabel* lblMode_ = nullptr;
+    ElidedLabel* lbSched_ = nullptr;
+    SteadyLabel* lblcurTime_ = nullptr;
+    std::string clock_;
+    frmFolders* folders_ = nullptr;
+    MinutesField* ctNEdit1_ = nullptr;
+    ElidedLabel* Label2_ = nullptr;
+    frmProgress* progress_ = nullptr;
+    QPushButton* cmdStartDir_ = nullptr;
+    QPushButton* cmdStopDir_ = nullptr;
+    QPushButton* cmdExit_ = nullptr;
+    QPushButton* cmdSched_ = nullptr;
+    QPushButton* focusGoesTo_ = nullptr;
+    ActivityBox* txtDebug_ = nullptr;
+    ElidedLabel* panel1_ = nullptr;
+    MK1* MK11_ = nullptr;
+    QPointer<frmAbout> about_;
+};
+
+}  // namespace vantrell

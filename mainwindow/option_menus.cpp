@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow/option_menus.h"
+
+#include <utility>
+
+#include "base/display_text.h"
+#include "folderpicker/folder_choice.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr char kRunningOptions[] = "Running Options";
+
+}  // namespace
+
+OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
+                         WindowPlace& place, StartupEntry& entry, RunQueue& queue)
+    : state_(state),
+      window_(window),
+      settings_(settings),
+      boxes_(boxes),
+      place_(place),
+      entry_(entry),
+      questions_(queue) {}
+
+bool OptionMenus::isQuiet() { return state_.UiLoading || !questions_.isIdle(); }
+
+Task<Answer> OptionMenus::ask(std::string title, std::string text) {
+    Box box{std::move(title), std::move(text), Buttons::yesNo};
+    co_return co_await boxes_.ask(box);
+}
+
+void OptionMenus::inform(std::string title, std::string text) { boxes_.inform({std::move(title), std::move(text)}); }
+
+void OptionMenus::saved() {
+    window_.showSettings(state_.settings);
+    settings_.saveSettings();
+}
+
+void OptionMenus::setRunContinually(bool on) {
+    state_.settings.RunContinuallyAtStartup = on;
+    saved();
+}
+
+void OptionMenus::checkRunNormal() {
+    state_.settings.RunNormalAtStartup = true;
+    saved();
+    place_.restoreWindow();
+}
+
+void OptionMenus::mnuStartOnLoad() {
+    if (isQuiet()) return;
+    const bool isChecked = state_.settings.RunContinuallyAtStartup;
+    if (isChecked && !state_.settings.RunNormalAtStartup) return questions_.start(uncheckStartOnLoad());
+    setRunContinually(!isChecked);
+}
+
+Task<void> OptionMenus::uncheckStartOnLoad() {
+    const Answer answer = co_await ask(
+        kRunningOptions,
+        "Menu option 'Start Up Options - Run Normal (Not Minimized) at Start Up' is not checked.\r\n"
+        "This option can not be unchecked (i.e. Does NOT run continuously) until Menu option \r\n"
+        "'Start Up Options - Run Normal (Not Minimized) at Start Up (i.e. Does NOT Run minimized') is checked.\r\n\r\n"
+        "Would you like to check this option now?\r\n"
+        "If so the program will run NOT minimized and NOT continuously at start up");
+    if (answer != Answer::yes) {
+        inform(kRunningOptions, "Ok then this program will run minimized and continuously at start up.");
+        co_return;
+    }
+    checkRunNormal();
+    setRunContinually(false);
+}
+
+void OptionMenus::mnmax() {
+    if (isQuiet()) return;
+    if (state_.settings.RunNormalAtStartup) return questions_.start(uncheckRunNormal());
+    checkRunNormal();
+}
+
+Task<void> OptionMenus::uncheckRunNormal() {
+    if (!state_.settings.RunContinuallyAtStartup) {
+        const Answer check = co_await ask(
+            kRunningOptions,
+            "Menu option 'Start Up Options - Start and Run Continually at program Start Up' is not checked.\r\n"
+            "This option must be checked in order to run minimized.\r\n\r\n"
+            "Would you like to check this option?");
+        if (check != Answer::yes) {
+            inform(kRunningOptions, "Ok then this program will not run minimized at start up.");
+            co_return;
+        }
+        setRunContinually(true);
+    }
+    state_.settings.RunNormalAtStartup = false;
+    // Saved before the question as well: it may stay open for long.
+    saved();
+    const Answer now = co_await ask(kRunningOptions, "Would you like to run minimized now?");
+    if (now == Answer::yes && !state_.settings.RunNormalAtStartup) place_.hide();
+    saved();
+}
+
+void OptionMenus::mnOW() {
+    if (isQuiet()) return;
+    if (!state_.settings.OverwriteExistingFiles) return questions_.start(checkOverwrite());
+    state_.settings.OverwriteExistingFiles = false;
+    saved();
+}
+
+Task<void> OptionMenus::checkOverwrite() {
+    const Answer answer =
+        co_await ask("File Overwrite Options",
+                     " Are you sure you want to overwrite existing files?\r\n\r\nIf a previous encrypted file exists "
+                     "in the folder " +
+                         displayText(state_.settings.DestinationFolder) +
+                         "\r\nit will be overwritten\r\n\r\nand if the orginal file exists in the folder " +
+                         displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
+    if (answer != Answer::yes) co_return;
+    state_.settings.OverwriteExistingFiles = true;
+    saved();
+    const std::string warning = folderWarning(state_.settings);
+    if (!warning.empty()) inform(kApplicationTitle, warning);
+}
+
+bool OptionMenus::passIsActive() {
+    if (!state_.ScanActive) return false;
+    inform(kApplicationTitle,
+           "Please confirm file change notification by closing the PopUp at the bottom left\r\n"
+           "hand corner of your screen, by clicking the X to close.\r\nThen try here again!");
+    return true;
+}
+
+void OptionMenus::mnAddtoStartup() {
+    if (passIsActive()) return;
+    (void)entry_.add();
+    window_.setStartupEntry(entry_.state());
+    inform(kApplicationTitle, "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
+}
+
+void OptionMenus::mnuRemoveFromStartup() {
+    if (passIsActive()) return;
+    (void)entry_.remove();
+    window_.setStartupEntry(entry_.state());
+    inform(kApplicationTitle, "ZEP is Now Removed Start UP. ");
+}
+
+}  // namespace vantrell

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/xdg_startup_entry.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include "platform/desktop/desktop_entry.h"
+#include "platform/desktop/user_folders.h"
+#include "platform/files/place.h"
+#include "platform/files/posix_data_files.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/posix_io.h"
+#include "platform/files/temporary_name.h"
+
+namespace vantrell {
+
+namespace {
+
+// Nobody's entry is longer; a file that is holds something else.
+constexpr std::size_t kMostBytes = 65536;
+constexpr mode_t kReadableByAll = 0644;
+
+Path autostartFolder() { return userConfigFolder() + "/autostart"; }
+Path entryFile() { return autostartFolder() + "/NRD-ZEP.desktop"; }
+
+// Some desktops look for the program named in Exec before they resolve "%%", and "=" is not allowed in its name. There
+// the shell is the program, and ours its argument.
+constexpr char kShell[] = "/bin/sh";
+constexpr char kShellOption[] = "-c";
+constexpr char kShellScript[] = "exec \"$0\"";
+
+std::string commandFor(const Path& program) {
+    if (program.find_first_of("%=") == Path::npos) return quotedForExec(program);
+    return std::string(kShell) + ' ' + kShellOption + ' ' + quotedForExec(kShellScript) + ' ' + quotedForExec(program);
+}
+
+Path programOf(const std::vector<std::string>& words) {
+    const bool isByShell =
+        words.size() == 4 && words[0] == kShell && words[1] == kShellOption && words[2] == kShellScript;
+    if (isByShell) return words[3];
+    return words.empty() ? Path() : words[0];
+}
+
+// TryExec keeps the desktop from complaining at every log-on about a program that has been removed.
+std::string entryTextFor(const Path& program) {
+    return "[Desktop Entry]\n"
+           "Type=Application\n"
+           "Name=Vantrell\n"
+           "Comment=Encrypts the files that are dropped into a folder\n"
+           "Icon=vantrell-zep\n"
+           "Exec=" +
+           escapedValue(commandFor(program)) +
+           "\n"
+           "TryExec=" +
+           escapedValue(program) +
+           "\n"
+           "Terminal=false\n"
+           "X-GNOME-Autostart-enabled=true\n";
+}
+
+bool isProgram(const Path& path) {
+    struct stat status {};
+    return path.starts_with(kPathSeparator) && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), X_OK) == 0;
+}
+
+bool leadToTheSame(const Path& one, const Path& other) {
+    std::error_code fault;
+    return one == other || std::filesystem::equivalent(one, other, fault);
+}
+
+std::vector<std::string> desktopsAtWork() {
+    const char* names = std::getenv("XDG_CURRENT_DESKTOP");
+    std::vector<std::string> desktops;
+    for (std::string_view rest = names == nullptr ? "" : names; !rest.empty();) {
+        const auto end = std::min(rest.find(':'), rest.size());
+        desktops.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return desktops;
+}
+
+bool isKeptFromThisDesktop(const DesktopEntry& entry) {
+    const auto desktops = desktopsAtWork();
+    const auto namesThisOne = [&](const char* key) {
+        const auto listed = entry.list(key);
+        return std::find_first_of(listed.begin(), listed.end(), desktops.begin(), desktops.end()) != listed.end();
+    };
+    return (entry.has("OnlyShowIn") && !namesThisOne("OnlyShowIn")) || namesThisOne("NotShowIn");
+}
+
+bool isSwitchedOff(const DesktopEntry& entry) {
+    return entry.flag("Hidden", false) || !entry.flag("X-GNOME-Autostart-enabled", true) ||
+           isKeptFromThisDesktop(entry);
+}
+
+FileFault fillFile(int file, std::string_view bytes, const Path& path) {
+    if (::fchmod(file, kReadableByAll) != 0) return faultFromErrno(errno, path);
+    if (FileFault fault = writeAll(file, bytes, path)) return fault;
+    return faultFromErrno(::fsync(file) == 0 ? 0 : errno, path);
+}
+
+// Unlike the files of the data folder this one is everybody's to read, and a link in its place is no sign that someone
+// wants it kept.
+FileFault replaceEntry(std::string_view bytes) {
+    const Path folder = autostartFolder();
+    if (FileFault fault = PosixDataFiles().makePrivateFolders(folder)) return fault;
+    const Path temporary = joinPath(folder, makeTemporaryName());
+    const UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadableByAll));
+    if (!file) return faultFromErrno(errno, temporary);
+    FileFault fault = fillFile(file.get(), bytes, temporary);
+    if (!fault && ::rename(temporary.c_str(), entryFile().c_str()) != 0) fault = faultFromErrno(errno, entryFile());
+    if (!fault) return flushFolder(folder);
+    if (::unlink(temporary.c_str()) != 0) fault.text += "; " + temporary + " was left behind";
+    return fault;
+}
+
+}  // namespace
+
+StartupEntry::State XdgStartupEntry::state() const {
+    struct stat status {};
+    const Path path = entryFile();
+    if (::lstat(path.c_str(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? State::none : State::elsewhere;
+    const auto file = PosixDataFiles().read(path, kMostBytes + 1);
+    if (file.fault || file.bytes.size() > kMostBytes) return State::elsewhere;
+    const auto entry = DesktopEntry::parse(file.bytes);
+    if (!entry) return State::elsewhere;
+    if (isSwitchedOff(*entry)) return State::switchedOff;
+    return startsThisProgram(*entry) ? State::works : State::elsewhere;
+}
+
+bool XdgStartupEntry::startsThisProgram(const DesktopEntry& entry) const {
+    if (entry.value("Type") != "Application" || entry.value("Name").empty()) return false;
+    if (entry.has("TryExec") && !isProgram(entry.value("TryExec"))) return false;
+    const auto words = wordsOfExec(entry.value("Exec"));
+    if (!words) return false;
+    const Path program = programOf(*words);
+    return isProgram(program) && leadToTheSame(program, programFile());
+}
+
+bool XdgStartupEntry::add() {
+    const Path program = programFile();
+    if (!program.starts_with(kPathSeparator) || !canStandInDesktopEntry(program)) return false;
+    return !replaceEntry(entryTextFor(program));
+}
+
+bool XdgStartupEntry::remove() { return ::unlink(entryFile().c_str()) == 0 || errno == ENOENT || errno == ENOTDIR; }
+
+}  // namespace vantrell

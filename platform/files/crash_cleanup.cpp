@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/crash_cleanup.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <ctime>
+#include <utility>
+
+#include "platform/files/disposer.h"
+#include "platform/files/file_stamp.h"
+#include "platform/files/folder_descent.h"
+#include "platform/files/folder_flush.h"
+#include "platform/files/folder_reader.h"
+#include "platform/files/place.h"
+#include "platform/files/safe_rename.h"
+#include "platform/files/temporary_name.h"
+
+namespace vantrell {
+
+namespace {
+
+bool lock(const UniqueFd& file) { return file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0; }
+
+bool isFolder(int descriptor, const Path& path) {
+    struct stat one {};
+    struct stat other {};
+    return ::fstat(descriptor, &one) == 0 && ::stat(path.c_str(), &other) == 0 && identityOf(one) == identityOf(other);
+}
+
+// Open and locked; empty when it is somebody's, or no file any more.
+UniqueFd openLeftOutput(int folder, const std::string& name) {
+    constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    UniqueFd file(::openat(folder, name.c_str(), O_RDWR | kFlags));
+    if (!file) file = UniqueFd(::openat(folder, name.c_str(), O_RDONLY | kFlags));
+    struct stat status {};
+    const bool isOurs = lock(file) && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+    return isOurs ? std::move(file) : UniqueFd();
+}
+
+std::string datedName(const Clock& clock, const std::string& name) {
+    const std::time_t now = std::chrono::system_clock::to_time_t(clock.now());
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    std::array<char, sizeof "yyyymmdd hhmmss_"> date{};
+    const std::size_t length = std::strftime(date.data(), date.size(), "%Y%m%d %H%M%S_", &local);
+    // A name that is as long as names can be loses its beginning and keeps what it ends with.
+    return std::string(date.data(), length) + name.substr(name.size() - std::min(name.size(), NAME_MAX - length));
+}
+
+class Restorer {
+public:
+    Restorer(EventLoop& loop, const Clock& clock, const Path& folder) : loop_(loop), clock_(clock), descent_(folder) {}
+
+    Task<void> run() {
+        levels_.push_back(co_await foldersHere());
+        while (!levels_.empty()) {
+            co_await loop_.breathe();
+            if (levels_.back().empty()) {
+                levels_.pop_back();
+                if (!levels_.empty()) descent_.leave();
+                continue;
+            }
+            const std::string name = std::move(levels_.back().back());
+            levels_.back().pop_back();
+            if (isTemporaryName(name)) {
+                co_await restore(name);
+            } else if (descent_.enter(name)) {
+                levels_.push_back(co_await foldersHere());
+            }
+        }
+    }
+
+private:
+    using Names = std::vector<std::string>;
+
+    Task<Names> foldersHere() {
+        std::vector<FolderEntry> entries;
+        static_cast<void>(co_await readFolder(loop_, descent_.current(), entries, {}));
+        Names names;
+        for (FolderEntry& entry : entries) {
+            if (!entry.isFolder) continue;
+            entry.key.pop_back();
+            names.push_back(std::move(entry.key));
+        }
+        co_await release(loop_, std::move(entries));
+        co_return std::move(names);
+    }
+
+    Task<void> restore(std::string folderName) {
+        const int parent = descent_.current();
+        const UniqueFd folder(::openat(parent, folderName.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        if (!lock(folder)) co_return;
+        std::vector<FolderEntry> entries;
+        static_cast<void>(co_await readFolder(loop_, folder.get(), entries, {}));
+        bool isChanged = false;
+        for (const FolderEntry& entry : entries) {
+            if (!entry.isFolder) isChanged |= moveBeside(folder.get(), entry.key, parent);
+        }
+        // The new names first, then the folder goes; it stays while anything is left in it.
+        if (isChanged && co_await flushFolder(loop_, parent)) co_return;
+        static_cast<void>(::unlinkat(parent, folderName.c_str(), AT_REMOVEDIR));
+    }
+
+    bool moveBeside(int folder, const std::string& name, int parent) {
+        const int error = renameNoReplace(folder, name, parent, name);
+        return error == 0 || (error == EEXIST && renameNoReplace(folder, name, parent, datedName(clock_, name)) == 0);
+    }
+
+    EventLoop& loop_;
+    const Clock& clock_;
+    FolderDescent descent_;
+    std::vector<Names> levels_;
+};
+
+}  // namespace
+
+Task<void> removeLeftOutputs(EventLoop& loop, Path folderPath, Path neverHere) {
+    const UniqueFd folder = openFolder(folderPath);
+    if (!folder || isFolder(folder.get(), neverHere)) co_return;
+    std::vector<FolderEntry> entries;
+    static_cast<void>(co_await readFolder(loop, folder.get(), entries, {}));
+    for (const FolderEntry& entry : entries) {
+        co_await loop.breathe();
+        if (entry.isFolder || !isTemporaryName(entry.key)) continue;
+        const UniqueFd file = openLeftOutput(folder.get(), entry.key);
+        // What cannot be removed now is tried again by the next start.
+        if (!file || ::unlinkat(folder.get(), entry.key.c_str(), 0) != 0) continue;
+        co_await shrink(loop, file.get());
+    }
+    co_await release(loop, std::move(entries));
+}
+
+Task<void> restoreSources(EventLoop& loop, const Clock& clock, Path folder) {
+    Restorer restorer(loop, clock, folder);
+    co_await restorer.run();
+}
+
+}  // namespace vantrell

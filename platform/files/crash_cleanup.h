@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "base/path.h"
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "task/task.h"
+
+namespace vantrell {
+
+/// Removes the files under our temporary names, that nobody holds locked, from the top of the folder; large ones in
+/// steps. Does nothing when the folder is `neverHere` (they can be made again anywhere else).
+Task<void> removeLeftOutputs(EventLoop& loop, Path folder, Path neverHere);
+
+/// In the folder and below it, moves files out of the private folders of an earlier run back beside them, and removes
+/// those folders. Where a file's name is taken, it gets the date and time in front ("yyyymmdd hhmmss_").
+Task<void> restoreSources(EventLoop& loop, const Clock& clock, Path folder);
+
+}  // namespace vantrell

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/cross_mover.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/files/file_attributes.h"
+#include "platform/files/file_copier.h"
+#include "platform/files/folder_flush.h"
+#include "platform/files/posix_fault.h"
+
+namespace vantrell {
+
+namespace {
+
+FileFault verifyBoth(const MoveOrder& order, PosixHeldFile& original) {
+    if (FileFault fault = original.verify()) return fault;
+    return order.expected == nullptr ? FileFault{} : order.expected->verify();
+}
+
+// Renaming renews the change time only; a write also moves the modification time or the size.
+bool isUnwritten(const struct stat& now, const FileStamp& then) {
+    const FileStamp stamp = stampOf(now);
+    return stamp.identity == then.identity && stamp.size == then.size && stamp.modified == then.modified;
+}
+
+}  // namespace
+
+// Takes the copy's name away again unless the move succeeds, on a fault as on an abort.
+class CrossMover::PublishedCopy {
+public:
+    PublishedCopy(const Place& place, const PosixHeldFile& original) : place_(place), original_(original) {}
+    PublishedCopy(const PublishedCopy&) = delete;
+    PublishedCopy& operator=(const PublishedCopy&) = delete;
+    ~PublishedCopy() {
+        struct stat original {};
+        struct stat standing {};
+        // Never the last copy: the original must still have a name somewhere.
+        if (!isUndone_ || ::fstat(original_.descriptor(), &original) != 0 || original.st_nlink == 0) return;
+        if (place_.status(standing) != 0 || identityOf(standing) != copy_) return;
+        // A copy that cannot be removed is one too many, which loses nothing.
+        static_cast<void>(::unlinkat(place_.folder.get(), place_.name.c_str(), 0));
+    }
+
+    void undoUnlessKept(const FileIdentity& copy) {
+        copy_ = copy;
+        isUndone_ = true;
+    }
+    void keep() { isUndone_ = false; }
+
+private:
+    const Place& place_;
+    const PosixHeldFile& original_;
+    FileIdentity copy_;
+    bool isUndone_ = false;
+};
+
+Task<FileFault> CrossMover::move(MoveOrder order, FileIdentity source) {
+    auto [original, cannotRead] = PosixHeldFile::open(probe_, order.source);
+    if (!original) co_return cannotRead;
+    if (original->stamp().identity != source) co_return inUseFault();
+    if (FileFault fault = verifyBoth(order, *original)) co_return fault;
+    PublishedCopy copy(to_, *original);
+    // Made before anything is written: where it cannot be made, the source could not be removed either.
+    PrivateFolder aside(from_.folder.get());
+    if (aside.error() != 0) co_return faultFromErrno(aside.error(), "The source folder cannot be written");
+    auto [output, cannotWrite] = PosixOutputFile::create(parts_, folderOf(order.target));
+    if (!output) co_return cannotWrite;
+    if (FileFault fault = co_await makeCopy(*original, *output)) co_return fault;
+    if (FileFault fault = verifyBoth(order, *original)) co_return fault;
+    if (FileFault fault = co_await publish(order, *output, copy)) co_return fault;
+    if (FileFault fault = removeSource(aside, *original)) co_return fault;
+    copy.keep();
+    original.reset();
+    parts_.disposer.disposeWhenUnused(std::move(removed_));
+    // The copy stands whatever this says: at worst the source is there again after a crash.
+    static_cast<void>(co_await flushFolder(parts_.loop, from_.folder.get()));
+    co_return FileFault{};
+}
+
+Task<FileFault> CrossMover::makeCopy(PosixHeldFile& original, PosixOutputFile& output) {
+    // Until it bears the original's permissions, it is nobody else's to read.
+    if (FileFault fault = output.setPermissions(S_IRUSR | S_IWUSR)) co_return fault;
+    if (FileFault fault = co_await copyContents(original, output)) co_return fault;
+    copyAttributes(original.descriptor(), original.status(), output.descriptor());
+    co_return co_await output.flush();
+}
+
+Task<FileFault> CrossMover::publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy) {
+    copy.undoUnlessKept(output.identity());
+    FileFault fault = co_await output.publish(order.target, Replace::never);
+    if (fault.kind != FaultKind::nameTaken || order.replace == Replace::never) co_return fault;
+    // An old file that has been replaced does not come back, so its successor stays in any case.
+    copy.keep();
+    co_return co_await output.publish(order.target, Replace::allowed);
+}
+
+FileFault CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& original) {
+    if (const int error = aside.take(from_.name); error != 0)
+        return faultFromErrno(error, "The file cannot be removed from the source folder");
+    struct stat status {};
+    if (::fstatat(aside.descriptor(), from_.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return faultFromErrno(errno, "The file cannot be looked at");
+    if (!isUnwritten(status, original.stamp()) || askForWriters(original.descriptor()) == Use::writing)
+        return inUseFault();
+    removed_ =
+        UniqueFd(::openat(aside.descriptor(), from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const int error = aside.removeTaken();
+    return faultFromErrno(error, "The file cannot be removed from the source folder");
+}
+
+}  // namespace vantrell

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/files/held_file.h"
+#include "platform/files/output_file.h"
+
+namespace vantrell {
+
+/// Writes all of `from` into `to`; both outlive the task. Fault `inUse` when there are more or fewer bytes than when
+/// the file was opened.
+Task<FileFault> copyContents(HeldFile& from, OutputFile& to);
+
+/// What FileToolbox::copy promises.
+Task<FileFault> copyFile(OutputParts& parts, UseProbe& probe, Path source, Path target, unsigned permissions);
+
+}  // namespace vantrell

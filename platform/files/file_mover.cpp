@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/file_mover.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "platform/files/cross_mover.h"
+#include "platform/files/file_attributes.h"
+#include "platform/files/folder_flush.h"
+#include "platform/files/held_file.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/safe_rename.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr unsigned kMostUnflushedMoves = 256;
+
+bool areOneFolder(const UniqueFd& one, const UniqueFd& other) {
+    struct stat a {};
+    struct stat b {};
+    return ::fstat(one.get(), &a) == 0 && ::fstat(other.get(), &b) == 0 && identityOf(a) == identityOf(b);
+}
+
+bool standsAt(const Place& place, const FileIdentity& file) {
+    struct stat status {};
+    return place.status(status) == 0 && identityOf(status) == file;
+}
+
+}  // namespace
+
+FileFault FileMover::survey(const MoveOrder& order, Route& route) {
+    if (FileFault fault = openPlace(order.source, route.from)) return fault;
+    if (FileFault fault = openPlace(order.target, route.to)) return fault;
+    if (const int error = route.from.status(route.source); error != 0)
+        return faultFromErrno(error, "The file cannot be found");
+    if (!S_ISREG(route.source.st_mode)) return notRegularFault();
+    if (route.from.name == route.to.name && areOneFolder(route.from.folder, route.to.folder)) {
+        route.kind = Kind::samePlace;
+        return {};
+    }
+    return surveyTarget(order, route);
+}
+
+FileFault FileMover::surveyTarget(const MoveOrder& order, Route& route) {
+    struct stat target {};
+    const int error = route.to.status(target);
+    if (error == ENOENT) return {};
+    if (error != 0) return faultFromErrno(error, "The target cannot be looked at");
+    if (identityOf(target) == identityOf(route.source)) {
+        // A single link under two names: the file system does not tell the names apart, so there is but one place.
+        route.kind = target.st_nlink > 1 ? Kind::secondName : Kind::samePlace;
+        return {};
+    }
+    if (order.replace == Replace::never || !S_ISREG(target.st_mode))
+        return faultFromErrno(EEXIST, "The file cannot be moved");
+    route.kind = Kind::replacing;
+    return {};
+}
+
+Task<FileFault> FileMover::move(MoveOrder order, Reach reach) {
+    Route route;
+    if (FileFault fault = survey(order, route)) co_return fault;
+    if (order.expected != nullptr) {
+        if (FileFault fault = order.expected->verify()) co_return fault;
+    }
+    if (route.kind == Kind::samePlace) co_return FileFault{};
+    if (route.kind == Kind::secondName) co_return co_await dropSourceName(route);
+    const int error = renameOnce(route);
+    if (error == EXDEV && reach == Reach::anywhere) {
+        CrossMover across(parts_, probe_, route.from, route.to);
+        co_return co_await across.move(std::move(order), identityOf(route.source));
+    }
+    if (error != 0) co_return faultFromErrno(error, "The file cannot be moved");
+    co_return co_await confirm(route, order.durable);
+}
+
+int FileMover::renameOnce(const Route& route) {
+    const Place& from = route.from;
+    const Place& to = route.to;
+    if (route.kind != Kind::replacing) return renameNoReplace(from.folder.get(), from.name, to.folder.get(), to.name);
+    return ::renameat(from.folder.get(), from.name.c_str(), to.folder.get(), to.name.c_str()) == 0 ? 0 : errno;
+}
+
+bool FileMover::putBack(const Route& route) {
+    return renameNoReplace(route.to.folder.get(), route.to.name, route.from.folder.get(), route.from.name) == 0;
+}
+
+Task<FileFault> FileMover::confirm(Route& route, Durable durable) {
+    if (!standsAt(route.to, identityOf(route.source))) {
+        FileFault fault = inUseFault();
+        if (!putBack(route)) fault.text += "; it stands in the target folder now";
+        co_return fault;
+    }
+    renewChangeTime(route.to.folder.get(), route.to.name.c_str(), route.source);
+    if (durable == Durable::later) co_return co_await flushLater(route);
+    FileFault fault = co_await flushFolders(route);
+    if (fault && standsAt(route.to, identityOf(route.source)) && !putBack(route))
+        fault.text += "; the file stands in the target folder now";
+    co_return fault;
+}
+
+Task<FileFault> FileMover::flushFolders(Route& route) {
+    // The new name first: where a rename is not one step on the disk, both names are better than none.
+    if (FileFault fault = co_await flushFolder(parts_.loop, route.to.folder.get())) co_return fault;
+    if (areOneFolder(route.from.folder, route.to.folder)) co_return FileFault{};
+    co_return co_await flushFolder(parts_.loop, route.from.folder.get());
+}
+
+Task<FileFault> FileMover::flushLater(Route& route) {
+    for (const auto& [folder, unflushed] :
+         {std::pair(&route.to.folder, &unflushedTargets_), std::pair(&route.from.folder, &unflushedSources_)}) {
+        struct stat status {};
+        if (::fstat(folder->get(), &status) != 0) co_return faultFromErrno(errno, "The folder cannot be looked at");
+        unflushed->try_emplace(identityOf(status), std::move(*folder));
+    }
+    if (++unflushedMoves_ < kMostUnflushedMoves) co_return FileFault{};
+    co_return co_await flushMoves();
+}
+
+// The new names first, as in `flushFolders`.
+Task<FileFault> FileMover::flushMoves() {
+    unflushedMoves_ = 0;
+    if (FileFault fault = co_await flushAll(unflushedTargets_)) co_return fault;
+    co_return co_await flushAll(unflushedSources_);
+}
+
+Task<FileFault> FileMover::flushAll(Folders& folders) {
+    FileFault fault;
+    while (!folders.empty()) {
+        const auto folder = folders.extract(folders.begin());
+        FileFault failed = co_await flushFolder(parts_.loop, folder.mapped().get());
+        if (failed) fault = std::move(failed);
+    }
+    co_return fault;
+}
+
+Task<FileFault> FileMover::dropSourceName(Route& route) {
+    if (FileFault fault = co_await flushFolder(parts_.loop, route.to.folder.get())) co_return fault;
+    const FileIdentity file = identityOf(route.source);
+    if (!standsAt(route.from, file) || !standsAt(route.to, file)) co_return inUseFault();
+    if (::unlinkat(route.from.folder.get(), route.from.name.c_str(), 0) != 0)
+        co_return faultFromErrno(errno, "The file's second name cannot be removed");
+    co_return co_await flushFolder(parts_.loop, route.from.folder.get());
+}
+
+}  // namespace vantrell

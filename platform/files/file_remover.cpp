@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/file_remover.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/files/file_date.h"
+#include "platform/files/file_stamp.h"
+#include "platform/files/held_file.h"
+#include "platform/files/place.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/use_probe.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr char kCannotBeLookedAt[] = "The file cannot be looked at";
+
+// Opened to be shrunk once its name is gone. Not open where it may not be written: then it is dropped all at once.
+UniqueFd openLargeFile(const Place& place, const struct stat& checked) {
+    if (checked.st_size <= kDropStep) return {};
+    constexpr int kFlags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    UniqueFd contents(::openat(place.folder.get(), place.name.c_str(), kFlags));
+    struct stat opened {};
+    if (contents && (::fstat(contents.get(), &opened) != 0 || identityOf(opened) != identityOf(checked)))
+        contents.reset();
+    return contents;
+}
+
+FileFault checkFile(const UniqueFd& file, FileDate date, struct stat& status) {
+    if (!file || ::fstat(file.get(), &status) != 0) return faultFromErrno(errno, kCannotBeLookedAt);
+    if (!S_ISREG(status.st_mode)) return notRegularFault();
+    return date == FileDate() || fileDateOf(file.get()) != date ? inUseFault() : FileFault{};
+}
+
+// While `file` is open its inode is nobody else's, so that an equal one under the name is the file that was checked.
+FileFault unlinkChecked(const Place& place, FileDate date, UniqueFd& contents) {
+    const UniqueFd file(::openat(place.folder.get(), place.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    struct stat checked {};
+    if (FileFault fault = checkFile(file, date, checked)) return fault;
+    contents = openLargeFile(place, checked);
+    struct stat standing {};
+    if (const int error = place.status(standing); error != 0) return faultFromErrno(error, kCannotBeLookedAt);
+    if (identityOf(standing) != identityOf(checked)) return inUseFault();
+    const int error = ::unlinkat(place.folder.get(), place.name.c_str(), 0) == 0 ? 0 : errno;
+    return faultFromErrno(error, "The file cannot be removed");
+}
+
+}  // namespace
+
+Task<FileFault> removeDatedFile(EventLoop& loop, Disposer& disposer, Path path, FileDate date) {
+    Place place;
+    if (FileFault fault = openPlace(path, place)) co_return fault;
+    UniqueFd contents;
+    if (FileFault fault = unlinkChecked(place, date, contents)) co_return fault;
+    if (!contents) co_return FileFault{};
+    // Whoever still reads it keeps it whole.
+    if (isOnlyDescriptor(contents.get()))
+        co_await shrink(loop, contents.get());
+    else
+        disposer.disposeWhenUnused(std::move(contents));
+    co_return FileFault{};
+}
+
+}  // namespace vantrell

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/folder_descent.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/files/place.h"
+
+namespace vantrell {
+
+namespace {
+
+// The last levels are kept open, and one in so many above them: reopening takes at most that many steps.
+constexpr std::size_t kLastLevels = 32;
+constexpr std::size_t kOneIn = 64;
+
+UniqueFd openLevel(int parent, const std::string& name) {
+    return UniqueFd(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+}  // namespace
+
+FolderDescent::FolderDescent(const Path& top) {
+    UniqueFd folder = openFolder(top);
+    if (!folder) topError_ = errno;
+    levels_.push_back({{}, std::move(folder)});
+}
+
+int FolderDescent::current() {
+    std::size_t open = levels_.size() - 1;
+    while (open > 0 && !levels_[open].folder) --open;
+    if (open == levels_.size() - 1) return levels_[open].folder.get();
+    UniqueFd below = openLevel(levels_[open].folder.get(), levels_[open + 1].name);
+    for (std::size_t i = open + 2; below && i < levels_.size(); ++i) below = openLevel(below.get(), levels_[i].name);
+    levels_.back().folder = std::move(below);
+    return levels_.back().folder.get();
+}
+
+bool FolderDescent::enter(const std::string& name) {
+    UniqueFd folder = openLevel(current(), name);
+    if (!folder) return false;
+    levels_.push_back({name, std::move(folder)});
+    if (levels_.size() > kLastLevels) {
+        const std::size_t old = levels_.size() - 1 - kLastLevels;
+        if (old % kOneIn != 0) levels_[old].folder.reset();
+    }
+    return true;
+}
+
+}  // namespace vantrell

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/folder_search.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+#include "platform/files/file_stamp.h"
+#include "platform/files/folder_descent.h"
+#include "platform/files/folder_reader.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/temporary_name.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr std::size_t kBatch = 256;
+
+std::vector<FileIdentity> identitiesOf(const std::vector<Path>& folders) {
+    std::vector<FileIdentity> identities;
+    for (const Path& folder : folders) {
+        struct stat status {};
+        if (::stat(folder.c_str(), &status) == 0) identities.push_back(identityOf(status));
+    }
+    return identities;
+}
+
+bool isOurTemporary(const FolderEntry& entry) {
+    std::string_view name = entry.key;
+    if (entry.isFolder) name.remove_suffix(1);
+    return isTemporaryName(name);
+}
+
+class Search {
+public:
+    Search(EventLoop& loop, SearchOrder order)
+        : loop_(loop),
+          order_(std::move(order)),
+          notEntered_(identitiesOf(order_.notEntered)),
+          descent_(order_.folder),
+          path_(order_.folder) {
+        if (!path_.ends_with(kPathSeparator)) path_ += kPathSeparator;
+    }
+
+    Task<std::vector<Path>> run() {
+        reportUnread(path_, descent_.topError());
+        if (descent_.topError() == 0) co_await openLevel();
+        for (std::size_t count = 1; !levels_.empty(); ++count) {
+            Level& level = levels_.back();
+            if (level.next == level.entries.size()) {
+                co_await leaveLevel();
+            } else {
+                const FolderEntry entry = std::move(level.entries[level.next++]);
+                if (!entry.isFolder) found_.push_back(path_ + entry.key);
+                if (entry.isFolder && canEnter(entry)) co_await openLevel();
+            }
+            if (count % kBatch != 0) continue;
+            if (order_.isStopped && order_.isStopped()) break;
+            co_await loop_.breathe();
+        }
+        co_return std::move(found_);
+    }
+
+private:
+    struct Level {
+        std::vector<FolderEntry> entries;
+        std::size_t next = 0;
+        std::size_t pathSize = 0;
+    };
+
+    Task<void> openLevel() {
+        Level level;
+        level.pathSize = path_.size();
+        reportUnread(path_, co_await readFolder(loop_, descent_.current(), level.entries, order_.isStopped));
+        std::erase_if(level.entries, isOurTemporary);
+        co_await sortByKey(loop_, level.entries);
+        levels_.push_back(std::move(level));
+    }
+
+    Task<void> leaveLevel() {
+        co_await release(loop_, std::move(levels_.back().entries));
+        levels_.pop_back();
+        if (levels_.empty()) co_return;
+        descent_.leave();
+        path_.resize(levels_.back().pathSize);
+    }
+
+    bool canEnter(const FolderEntry& entry) {
+        if (!order_.recurse) return false;
+        const std::string name = entry.key.substr(0, entry.key.size() - 1);
+        struct stat status {};
+        if (::fstatat(descent_.current(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 || isLeftOut(status))
+            return false;
+        if (!descent_.enter(name)) {
+            reportUnread(path_ + name, errno);
+            return false;
+        }
+        path_ += entry.key;
+        // Another folder may have come under the name.
+        if (::fstat(descent_.current(), &status) == 0 && !isLeftOut(status)) return true;
+        descent_.leave();
+        path_.resize(levels_.back().pathSize);
+        return false;
+    }
+    [[nodiscard]] bool isLeftOut(const struct stat& status) const {
+        return std::find(notEntered_.begin(), notEntered_.end(), identityOf(status)) != notEntered_.end();
+    }
+    void reportUnread(Path folder, int error) const {
+        const bool isGone = error == ENOENT || error == ENOTDIR || error == ELOOP;
+        if (error == 0 || isGone) return;
+        if (folder.size() > 1 && folder.ends_with(kPathSeparator)) folder.pop_back();
+        order_.notRead(folder, faultFromErrno(error, "The folder cannot be read"));
+    }
+
+    EventLoop& loop_;
+    SearchOrder order_;
+    std::vector<FileIdentity> notEntered_;
+    FolderDescent descent_;
+    Path path_;
+    std::vector<Level> levels_;
+    std::vector<Path> found_;
+};
+
+}  // namespace
+
+Task<std::vector<Path>> searchFolder(EventLoop& loop, SearchOrder order) {
+    Search search(loop, std::move(order));
+    co_return co_await search.run();
+}
+
+}  // namespace vantrell

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_toolbox.h"
+#include "platform/files/file_stamp.h"
+#include "platform/files/unique_fd.h"
+#include "platform/files/use_probe.h"
+
+namespace vantrell {
+
+class PosixHeldFile final : public HeldFile {
+public:
+    struct Opened {
+        std::unique_ptr<PosixHeldFile> file;  ///< null on failure
+        FileFault fault;
+    };
+    /// Opens a regular file; does not ask whether it is in use. The probe must outlive it.
+    static Opened open(UseProbe& probe, const Path& path);
+
+    PosixHeldFile(UseProbe& probe, Path path, UniqueFd file, const struct stat& status)
+        : probe_(probe), path_(std::move(path)), file_(std::move(file)), status_(status), stamp_(stampOf(status)) {}
+
+    [[nodiscard]] std::uint64_t size() const override { return stamp_.size; }
+    FileFault read(std::span<std::byte> into, std::size_t& got) override;
+    FileFault verify() override;
+
+    /// Fault `inUse` when the file is in use now.
+    FileFault checkUse();
+    [[nodiscard]] int descriptor() const { return file_.get(); }
+    [[nodiscard]] const FileStamp& stamp() const { return stamp_; }
+    /// As of the opening.
+    [[nodiscard]] const struct stat& status() const { return status_; }
+
+private:
+    UseProbe& probe_;
+    Path path_;
+    UniqueFd file_;
+    struct stat status_;
+    FileStamp stamp_;
+};
+
+FileFault inUseFault();
+FileFault notRegularFault();
+
+}  // namespace vantrell

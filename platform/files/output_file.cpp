@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/output_file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "platform/files/folder_flush.h"
+#include "platform/files/place.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/safe_rename.h"
+#include "platform/files/temporary_name.h"
+
+namespace vantrell {
+
+namespace {
+
+// A larger piece can take longer than a turn of the loop while a flush is under way.
+constexpr std::size_t kPiece = std::size_t{256} << 10U;
+constexpr std::uint64_t kMostUnflushed = std::uint64_t{32} << 20U;
+constexpr mode_t kOrdinaryMode = 0666;
+
+// The lock tells a later start that the file is still being worked on.
+bool lock(int file) { return ::flock(file, LOCK_EX | LOCK_NB) == 0; }
+
+UniqueFd openNamed(int folder, std::string& name) {
+    name = makeTemporaryName();
+    UniqueFd file(::openat(folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOrdinaryMode));
+    if (!file) name.clear();
+    // A file system without locks is no reason to fail: only a second running program could mistake the file.
+    if (file) static_cast<void>(lock(file.get()));
+    return file;
+}
+
+}  // namespace
+
+PosixOutputFile::Created PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
+    UniqueFd folder = openFolder(folderPath);
+    if (!folder) return {nullptr, faultFromErrno(errno, "The folder cannot be opened")};
+    std::string name;
+    UniqueFd file =
+        parts.nameless.worksIn(folder.get()) ? UniqueFd(openNameless(folder.get())) : openNamed(folder.get(), name);
+    if (!file) return {nullptr, faultFromErrno(errno, "The new file cannot be created")};
+    return {std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name)), {}};
+}
+
+PosixOutputFile::~PosixOutputFile() {
+    dropName();
+    parts_.unflushed -= unflushed_;
+    if (file_) parts_.disposer.dispose(std::move(file_), std::move(flushUnderWay_));
+}
+
+FileFault PosixOutputFile::fail(int error, std::string_view what) {
+    if (error != 0 && !failed_) failed_ = faultFromErrno(error, what);
+    return failed_;
+}
+
+FileFault PosixOutputFile::writePiece(std::span<const std::byte> piece, std::size_t& written) {
+    const ssize_t count = ::write(file_.get(), piece.data(), piece.size());
+    if (count < 0 && errno != EINTR) return fail(errno, "The new file cannot be written");
+    written = count < 0 ? 0 : static_cast<std::size_t>(count);
+    unflushed_ += written;
+    parts_.unflushed += written;
+    isDirty_ = true;
+    return {};
+}
+
+Task<FileFault> PosixOutputFile::write(std::span<const std::byte> bytes) {
+    while (!bytes.empty() && !failed_) {
+        std::size_t written = 0;
+        if (writePiece(bytes.first(std::min(bytes.size(), kPiece)), written)) break;
+        bytes = bytes.subspan(written);
+        if (parts_.unflushed >= kMostUnflushed && co_await keepPace()) break;
+        co_await parts_.loop.breathe();
+    }
+    co_return failed_;
+}
+
+// Awaits the flush before the last one, and submits the next.
+Task<FileFault> PosixOutputFile::keepPace() {
+    if (co_await awaitFlush()) co_return failed_;
+    submitFlush();
+    co_return FileFault{};
+}
+
+void PosixOutputFile::submitFlush() {
+    flushUnderWay_.emplace(parts_.loop.flush(file_.get()));
+    parts_.unflushed -= std::exchange(unflushed_, 0);
+    isDirty_ = false;
+}
+
+Task<FileFault> PosixOutputFile::awaitFlush() {
+    if (!flushUnderWay_) co_return failed_;
+    const int error = co_await *flushUnderWay_;
+    flushUnderWay_.reset();
+    co_return fail(error, "The new file cannot be brought to stable storage");
+}
+
+Task<FileFault> PosixOutputFile::flush() {
+    if (co_await awaitFlush()) co_return failed_;
+    if (!isDirty_) co_return FileFault{};
+    submitFlush();
+    co_return co_await awaitFlush();
+}
+
+int PosixOutputFile::giveName(const std::string& name) {
+    if (temporaryName_.empty()) return nameTheNameless(file_.get(), folder_.get(), name);
+    const int error = renameNoReplace(folder_.get(), temporaryName_, folder_.get(), name);
+    if (error == 0) temporaryName_.clear();
+    return error;
+}
+
+int PosixOutputFile::replaceName(const std::string& name) {
+    struct stat status {};
+    if (::fstatat(folder_.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+    if (!S_ISREG(status.st_mode)) return EEXIST;
+    if (temporaryName_.empty()) {
+        std::string between = makeTemporaryName();
+        static_cast<void>(lock(file_.get()));
+        if (const int error = nameTheNameless(file_.get(), folder_.get(), between); error != 0) return error;
+        temporaryName_ = std::move(between);
+    }
+    if (::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), name.c_str()) != 0) return errno;
+    temporaryName_.clear();
+    return 0;
+}
+
+Task<FileFault> PosixOutputFile::publish(Path target, Replace replace) {
+    if (co_await flush()) co_return failed_;
+    const std::string name = nameOf(target);
+    int error = giveName(name);
+    const bool isReplacing = error == EEXIST && replace == Replace::allowed;
+    if (isReplacing) error = replaceName(name);
+    if (error != 0) co_return faultFromErrno(error, "The new file cannot be given its name");
+    // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
+    if (!isReplacing) temporaryName_ = name;
+    if (FileFault fault = co_await flushFolder(parts_.loop, folder_.get())) co_return failed_ = fault;
+    temporaryName_.clear();
+    file_.reset();
+    co_return FileFault{};
+}
+
+void PosixOutputFile::dropName() {
+    if (temporaryName_.empty()) return;
+    struct stat status {};
+    const bool isOurs = ::fstatat(folder_.get(), temporaryName_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                        identityOf(status) == identity();
+    // Left under a temporary name, it is removed by the next start.
+    if (isOurs) static_cast<void>(::unlinkat(folder_.get(), temporaryName_.c_str(), 0));
+    temporaryName_.clear();
+}
+
+Task<void> PosixOutputFile::discard() {
+    dropName();
+    if (!failed_) failed_ = {FaultKind::other, "The new file has been dropped"};
+    if (flushUnderWay_) co_await *flushUnderWay_;
+    flushUnderWay_.reset();
+    co_await shrink(parts_.loop, file_.get());
+    file_.reset();
+}
+
+FileFault PosixOutputFile::setPermissions(unsigned permissions) {
+    const int error = ::fchmod(file_.get(), static_cast<mode_t>(permissions)) == 0 ? 0 : errno;
+    // So answer file systems that have no permissions.
+    return faultFromErrno(error == EPERM ? 0 : error, "The new file's permissions cannot be set");
+}
+
+FileIdentity PosixOutputFile::identity() const {
+    struct stat status {};
+    return ::fstat(file_.get(), &status) == 0 ? identityOf(status) : FileIdentity{};
+}
+
+}  // namespace vantrell

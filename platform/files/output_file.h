@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/event_loop.h"
+#include "platform/file_toolbox.h"
+#include "platform/files/disposer.h"
+#include "platform/files/file_stamp.h"
+#include "platform/files/nameless_support.h"
+#include "platform/files/unique_fd.h"
+
+namespace vantrell {
+
+/// What all new files of a toolbox share; outlives them.
+struct OutputParts {
+    EventLoop& loop;
+    Disposer& disposer;
+    NamelessSupport nameless;
+    /// Bytes written to all new files together for which no flush has been submitted yet.
+    std::uint64_t unflushed = 0;
+};
+
+/// A new file without a name (or, where there are no such files, under a temporary name and locked).
+class PosixOutputFile final : public OutputFile {
+public:
+    struct Created {
+        std::unique_ptr<PosixOutputFile> file;  ///< null on failure
+        FileFault fault;
+    };
+    static Created create(OutputParts& parts, const Path& folder);
+
+    PosixOutputFile(OutputParts& parts, UniqueFd folder, UniqueFd file, std::string temporaryName)
+        : parts_(parts), folder_(std::move(folder)), file_(std::move(file)), temporaryName_(std::move(temporaryName)) {}
+    PosixOutputFile(const PosixOutputFile&) = delete;
+    PosixOutputFile& operator=(const PosixOutputFile&) = delete;
+    ~PosixOutputFile() override;
+
+    Task<FileFault> write(std::span<const std::byte> bytes) override;
+    Task<FileFault> flush() override;
+    Task<FileFault> publish(Path target, Replace replace) override;
+    Task<void> discard() override;
+
+    /// Open until the file is published.
+    [[nodiscard]] int descriptor() const { return file_.get(); }
+    /// Permission bits instead of those that the umask leaves, where the file system has such.
+    FileFault setPermissions(unsigned permissions);
+    [[nodiscard]] FileIdentity identity() const;
+
+private:
+    FileFault writePiece(std::span<const std::byte> piece, std::size_t& written);
+    Task<FileFault> keepPace();
+    Task<FileFault> awaitFlush();
+    void submitFlush();
+    FileFault fail(int error, std::string_view what);
+    int giveName(const std::string& name);
+    int replaceName(const std::string& name);
+    void dropName();
+
+    OutputParts& parts_;
+    UniqueFd folder_;
+    UniqueFd file_;
+    std::string temporaryName_;  ///< empty while the file has no name
+    std::uint64_t unflushed_ = 0;
+    bool isDirty_ = true;
+    std::optional<Pending<int>> flushUnderWay_;
+    FileFault failed_;  ///< the first failure of writing or flushing stays: a later success proves nothing
+};
+
+}  // namespace vantrell

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/file_toolbox.h"
+#include "platform/files/disposer.h"
+#include "platform/files/file_date.h"
+#include "platform/files/file_mover.h"
+#include "platform/files/output_file.h"
+#include "platform/files/quiet_time.h"
+#include "platform/files/use_probe.h"
+
+namespace vantrell {
+
+/// The file operations on Linux. Outlives its tasks and the files it gave out; what is left of large dropped files is
+/// dropped at once when it is destroyed, so it is destroyed last.
+class PosixToolbox final : public FileToolbox {
+public:
+    struct Options {
+        /// False: new files bear a temporary name from the beginning, as on file systems without nameless ones.
+        bool namelessFiles = true;
+    };
+    PosixToolbox(EventLoop& loop, const Clock& clock);
+    PosixToolbox(EventLoop& loop, const Clock& clock, Options options);
+
+    [[nodiscard]] EntryKind kindOf(const Path& path) const override;
+    [[nodiscard]] bool isFolder(const Path& path) const override;
+    [[nodiscard]] bool isSameFolder(const Path& one, const Path& other) const override;
+    bool makeFolder(const Path& path) override;
+    void clearReadOnly(const Path& path) override;
+    Task<std::vector<Path>> search(SearchOrder order) override;
+    Task<std::vector<Path>> listFiles(Path folder) override;
+    HoldResult hold(const Path& path) override;
+    OutputResult createOutput(const Path& folder) override;
+    Task<FileFault> rename(Path source, Path target) override;
+    Task<FileFault> move(MoveOrder order) override;
+    Task<FileFault> flushMoves() override { return mover_.flushMoves(); }
+    Task<FileFault> copy(Path source, Path target, unsigned permissions) override;
+    [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(path); }
+    Task<FileFault> removeFile(Path path, FileDate date) override;
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
+
+private:
+    EventLoop& loop_;
+    const Clock& clock_;
+    QuietTime quietTime_;
+    UseProbe probe_;
+    Disposer disposer_;
+    OutputParts parts_;
+    FileMover mover_;
+};
+
+}  // namespace vantrell

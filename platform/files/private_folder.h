@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "platform/files/unique_fd.h"
+
+namespace vantrell {
+
+/// A folder beside a file that only we enter, in which the file can be looked at and removed without another one
+/// taking its name meanwhile. Locked while it is in use; a start that finds one unlocked moves its file back.
+class PrivateFolder {
+public:
+    /// Makes it in the open folder `parent`, which outlives it.
+    explicit PrivateFolder(int parent);
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    /// Gives back what was taken, and removes the folder.
+    ~PrivateFolder();
+
+    /// Why it could not be made: the host's error number, or 0.
+    [[nodiscard]] int error() const { return error_; }
+    [[nodiscard]] int descriptor() const { return folder_.get(); }
+
+    // Each: 0 or the host's error number.
+    /// Takes the file of that name out of the parent folder.
+    [[nodiscard]] int take(const std::string& name);
+    /// Removes the file that was taken.
+    [[nodiscard]] int removeTaken();
+
+private:
+    int parent_;
+    int error_ = 0;
+    std::string name_;
+    UniqueFd folder_;
+    std::string taken_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/files/file_stamp.h"
+
+namespace vantrell {
+
+/// Whether a file has been left alone long enough, told by its dates alone. For files about which the system does not
+/// say who has them open.
+class QuietTime {
+public:
+    explicit QuietTime(const Clock& clock) : clock_(clock) {}
+
+    /// True when the later of the two times lies 5 s back. A time in the future tells nothing: then the file must
+    /// have been seen with this same stamp 5 s ago or earlier.
+    [[nodiscard]] bool isQuiet(const FileStamp& stamp);
+
+private:
+    struct Look {
+        FileStamp stamp;
+        std::chrono::nanoseconds first;
+    };
+
+    [[nodiscard]] bool wasSeenLongAgo(const FileStamp& stamp);
+    [[nodiscard]] bool hasRoom(std::chrono::nanoseconds now);
+
+    const Clock& clock_;
+    std::map<std::pair<dev_t, ino_t>, Look> looks_;
+};
+
+}  // namespace vantrell

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/files/quiet_time.h"
+
+namespace vantrell {
+
+enum class Use { none, writing, unknown };
+
+/// Asks the system whether anyone has the file open for writing, with a read lease that is given back at once (one that
+/// is kept would hold up writers). `unknown` when the system does not say: another owner's file, or a file system
+/// without leases.
+[[nodiscard]] Use askForWriters(int file);
+/// Whether this descriptor, which is open for writing, is the only one that anybody has of the file.
+[[nodiscard]] bool isOnlyDescriptor(int file);
+
+/// Tells whether a file is in use.
+class UseProbe {
+public:
+    explicit UseProbe(QuietTime& quietTime) : quietTime_(quietTime) {}
+
+    /// `stamp` is what the open file is now.
+    [[nodiscard]] bool isInUse(int file, const FileStamp& stamp);
+
+private:
+    QuietTime& quietTime_;
+};
+
+}  // namespace vantrell

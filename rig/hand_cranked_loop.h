@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <poll.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "platform/event_loop.h"
+#include "platform/linux/kernel_flush.h"
+#include "platform/linux/system_clock.h"
+#include "task/task_group.h"
+
+namespace vantrell::test {
+
+/// An event loop that a test turns by hand. Time stands still unless `advance` moves it; flushes are real.
+class HandCrankedLoop final : public EventLoop {
+public:
+    HandCrankedLoop() : HandCrankedLoop(machineClock()) {}
+    explicit HandCrankedLoop(const Clock& clock) : EventLoop(clock) {}
+
+    /// One turn. False when nobody was ready and no flush completed.
+    bool turn() {
+        collectFlushes(0);
+        if (!queue().hasWork()) return false;
+        queue().runTurn();
+        return true;
+    }
+
+    /// Turns until `isDone`, waiting for flushes that are under way. False when nothing moves any more.
+    bool turnUntil(const std::function<bool()>& isDone) {
+        while (!isDone()) {
+            if (turn()) continue;
+            if (!collectFlushes(2000)) return isDone();
+        }
+        return true;
+    }
+
+    /// Runs the task to its end. False when it waits for something that will not come by itself.
+    bool run(Task<void> task) {
+        TaskGroup group(queue());
+        group.start(std::move(task));
+        return turnUntil([&group] { return group.isIdle(); });
+    }
+
+    /// The value of the task; the test's own failure when it does not end.
+    template <class T>
+    T valueOf(Task<T> task) {
+        std::optional<T> value;
+        if (!run(keep(std::move(task), &value))) throw std::runtime_error("the task waits for something");
+        return std::move(*value);
+    }
+
+    /// Lets time pass: timers that are due wake their tasks, in order.
+    void advance(std::chrono::milliseconds time) {
+        now_ += time;
+        while (!timers_.empty() && timers_.begin()->first <= now_) {
+            queue().wake(timers_.begin()->second);
+            timers_.erase(timers_.begin());
+        }
+    }
+    /// Turns as long as somebody is ready.
+    void settle() {
+        while (turn()) continue;
+    }
+    /// Lets time pass in small steps until `isDone`, or until nobody waits for time; how long that took.
+    std::chrono::milliseconds waitUntil(const std::function<bool()>& isDone) {
+        constexpr std::chrono::milliseconds kStep{10};
+        for (std::chrono::milliseconds waited{0};; waited += kStep) {
+            settle();
+            if (isDone() || timers_.empty()) return waited;
+            advance(kStep);
+        }
+    }
+    [[nodiscard]] bool waitsForTime() const { return !timers_.empty(); }
+
+protected:
+    void requestTurn() override {}
+    void startTimer(Ticket<> ticket, std::chrono::milliseconds time) override { timers_.emplace(now_ + time, ticket); }
+    void startFlush(Ticket<int> ticket, NativeFile file) override {
+        flush_->start(queue(), ticket, file);
+        if (!queue().isWoken(ticket.number)) underWay_.push_back(ticket.number);
+    }
+
+private:
+    static const Clock& machineClock() {
+        static const SystemClock clock;
+        return clock;
+    }
+    template <class T>
+    static Task<void> keep(Task<T> task, std::optional<T>* value) {
+        value->emplace(co_await std::move(task));
+    }
+
+    bool collectFlushes(int waitMilliseconds) {
+        const int handle = static_cast<int>(flush_->completionHandle());
+        pollfd readable{handle, POLLIN, 0};
+        std::erase_if(underWay_, [this](RunQueue::Id id) { return !queue().isAwaited(id); });
+        if (underWay_.empty()) return false;
+        if (::poll(&readable, 1, waitMilliseconds) <= 0) return false;
+        flush_->collect(queue());
+        return true;
+    }
+
+    std::unique_ptr<FlushService> flush_ = makeKernelFlush();
+    std::vector<RunQueue::Id> underWay_;
+    std::chrono::milliseconds now_{0};
+    std::multimap<std::chrono::milliseconds, Ticket<>> timers_;
+};
+
+}  // namespace vantrell::test

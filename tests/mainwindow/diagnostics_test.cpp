@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow/diagnostics.h"
+
+#include <gtest/gtest.h>
+
+#include "mainwindow/masked_text.h"
+#include "mainwindow/system_information.h"
+#include "support/doubles.h"
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+TEST(MaskedMessage, KeepsTheProgramsOwnWordsAlone) {
+    for (const auto& [message, masked] : {
+             std::pair("ZEP Timer Is STOPPED", "ZEP Timer Is STOPPED"),
+             std::pair("Encrypting:  a - FAILED: b - FAILED: /x/y: No space left on device",
+                       "Encrypting:  <…> - FAILED: <…>: No space left on device"),
+             std::pair("Encrypting:  a - FAILED: /x: no such thing", "Encrypting:  <…> - FAILED: <…>"),
+             std::pair("Destination Folder /a b does not exist bypassing /c events!",
+                       "Destination Folder <…> does not exist bypassing <…> events!"),
+             std::pair("File /in/a File exists rename file to 20261116 140000_a",
+                       "File <…> File exists rename file to <…>"),
+             std::pair("File a did move to b", "<…>"),
+             std::pair("ZEP Timer Is STOPPED by secret", "<…>"),
+         }) {
+        EXPECT_EQ(maskedMessage(message), masked);
+    }
+}
+
+// What the program really logs, with names that would be noticed anywhere.
+class DiagnosticsTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::string text() { return bench.controller.diagnosticsWanted("Qt 6.4.2 (xcb)"); }
+    PassBench bench;
+};
+
+TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
+    bench.state.settings.DestinationFolder = bench.root.makeFolder("zanzibar");
+    bench.state.settings.WeeklyDeleteAmPm = "zanzibar";
+    bench.state.settings.RejectFolder = bench.root.makeFolder("rejected quagga");
+    bench.state.ActivePassword = "hunter2";
+    bench.host.variables = {{"XDG_CURRENT_DESKTOP", "XFCE"}, {"XDG_SESSION_TYPE", "/home/zanzibar"}};
+    writeFile(bench.in("quagga.txt"), "a");
+    writeFile(bench.in("zanzibar"), "b");
+    writeFile(bench.done("quagga.txt"), "older");
+    bench.boxes.answerNext(Answer::no);
+    EXPECT_TRUE(bench.runPass());
+    for (const char* secret : {"zanzibar", "quagga", "hunter2", "vantrell-test", "/"})
+        EXPECT_EQ(text().find(secret), std::string::npos) << secret << " in\n" << text();
+    for (const char* part :
+         {"Vantrell: ", "OpenSSL: 3", "SQLite: 3", "liburing: ", "Linux: ", "Toolkit: Qt 6.4.2 (xcb)", "Desktop: XFCE",
+          "SourceFolder: <source>", "ScanIntervalMs: 65535", "RunContinuallyAtStartup: False",
+          "20261116 140000 Encryped:  <…> - Sucessful: \n"}) {
+        EXPECT_NE(text().find(part), std::string::npos) << part << " not in\n" << text();
+    }
+    for (int i = 0; i < 60; ++i) bench.log.logEvent(i < 10 ? "Loading" : "Loaded");
+    EXPECT_EQ(text().find("Loading"), std::string::npos) << "fifty events are enough";
+}
+
+TEST_F(DiagnosticsTest, SystemInformationIsTheDesktopsOwnProgram) {
+    bench.host.installed = {"kinfocenter", "xfce4-about", "gnome-control-center"};
+    for (const char* desktop : {"ubuntu:GNOME", "KDE", "XFCE", "LXQt"}) {
+        bench.host.variables["XDG_CURRENT_DESKTOP"] = desktop;
+        if (std::string(desktop) == "LXQt") bench.host.installed = {"hardinfo"};
+        bench.controller.systemInfoPressed();
+    }
+    EXPECT_EQ(bench.host.started,
+              (std::vector<Path>{"gnome-control-center info-overview", "kinfocenter", "xfce4-about", "hardinfo"}));
+    EXPECT_TRUE(bench.boxes.informed.empty());
+    bench.host.installed.clear();
+    bench.controller.systemInfoPressed();
+    ASSERT_EQ(bench.boxes.informed.size(), 1U);
+    EXPECT_EQ(bench.boxes.informed[0].text, "System Information Is Unavailable At This Time");
+}
+
+}  // namespace
+}  // namespace vantrell::test

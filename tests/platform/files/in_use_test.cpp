@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+
+#include "support/toolbox_fixture.h"
+
+namespace vantrell::test {
+namespace {
+
+class InUse : public WithToolbox {
+public:
+    InUse() {
+        path = folder / "file";
+        writeFile(path, "contents");
+    }
+    std::string path;
+};
+
+TEST_F(InUse, AFileThatIsOpenForWritingIsInUseUntilItIsClosed) {
+    {
+        const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+        EXPECT_EQ(toolbox.hold(path).fault.kind, FaultKind::inUse);
+    }
+    const auto held = toolbox.hold(path);
+    ASSERT_TRUE(held.file) << held.fault.text;
+    EXPECT_FALSE(held.file->verify());
+    const UniqueFd reader(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_FALSE(held.file->verify()) << "readers disturb nobody";
+    const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    EXPECT_TRUE(writer) << "no lease may be left that holds up writers";
+    EXPECT_EQ(held.file->verify().kind, FaultKind::inUse);
+}
+
+TEST_F(InUse, WhateverChangesAHeldFileIsSeen) {
+    const auto faultAfter = [this](const std::function<void()>& change) {
+        writeFile(path, "contents");
+        const auto held = toolbox.hold(path);
+        if (!held.file || held.file->verify()) return FaultKind::other;
+        change();
+        return held.file->verify().kind;
+    };
+    const std::function<void()> changes[] = {
+        [this] { writeFile(path, "other contents"); },
+        [this] { std::filesystem::last_write_time(path, {}); },
+        [this] {
+            writeFile(path + ".new", "contents");
+            std::filesystem::rename(path + ".new", path);
+        },
+        [this] {
+            std::filesystem::rename(path, path + ".away");
+            std::filesystem::create_symlink(path + ".away", path);
+        },
+    };
+    for (const auto& change : changes) EXPECT_EQ(faultAfter(change), FaultKind::inUse);
+    std::filesystem::remove(path);
+    EXPECT_EQ(faultAfter([this] { std::filesystem::remove(path); }), FaultKind::notThere);
+}
+
+// For another owner's file the system does not say who has it open.
+TEST_F(InUse, AnotherOwnersFileMustHaveBeenQuietForFiveSeconds) {
+    if (::geteuid() != 0) GTEST_SKIP() << "another owner's file needs root's rights";
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    const OrdinaryUser user;
+    clock.time = std::chrono::system_clock::now() + std::chrono::milliseconds(4000);
+    EXPECT_EQ(toolbox.hold(path).fault.kind, FaultKind::inUse);
+    clock.advance(std::chrono::milliseconds(1100));
+    const auto held = toolbox.hold(path);
+    ASSERT_TRUE(held.file) << held.fault.text;
+    EXPECT_FALSE(held.file->verify());
+}
+
+TEST(QuietTimes, TheLaterTimeCountsAndOneInTheFutureNeedsASecondLook) {
+    SettableClock clock;
+    QuietTime quiet{clock};
+    const auto stampAt = [&clock](int modified, int changed) {
+        const std::int64_t now = std::chrono::system_clock::to_time_t(clock.time);
+        return FileStamp{{1, 2}, 3, {now + modified, 0}, {now + changed, 0}};
+    };
+    EXPECT_TRUE(quiet.isQuiet(stampAt(-60, -6)));
+    EXPECT_FALSE(quiet.isQuiet(stampAt(-60, -3)));
+    EXPECT_FALSE(quiet.isQuiet(stampAt(-3, -60)));
+
+    FileStamp stamp = stampAt(3600, -60);
+    EXPECT_FALSE(quiet.isQuiet(stamp));
+    clock.advance(std::chrono::milliseconds(4900));
+    EXPECT_FALSE(quiet.isQuiet(stamp));
+    clock.advance(std::chrono::milliseconds(200));
+    EXPECT_TRUE(quiet.isQuiet(stamp)) << "the moment before the move asks again";
+    ++stamp.size;
+    EXPECT_FALSE(quiet.isQuiet(stamp)) << "it has changed: the five seconds begin anew";
+    clock.advance(std::chrono::seconds(5));
+    EXPECT_TRUE(quiet.isQuiet(stamp));
+}
+
+}  // namespace
+}  // namespace vantrell::test
