@@ -17,19 +17,19 @@ void ActivityLog::appendActivityLine(const std::string& line) {
     unsaved_ += "\r\n";
 }
 
-void ActivityLog::logEvent(const std::string& message) {
+void ActivityLog::logEvent(const Message& message) {
     const WallTime now = clock_.now();
-    events_.push_back({now, message});
+    events_.push_back({now, message.masked()});
     if (events_.size() > kEventsKept) events_.pop_front();
-    appendActivityLine(generalDateText(now) + " " + message);
+    appendActivityLine(generalDateText(now) + " " + message.text());
 }
 
 void ActivityLog::writetofile() {
     chooseFile();
     if (unsaved_.empty()) return;
-    FileFault fault = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
-    if (!fault) fault = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
-    if (fault) return reportOnce(fault);
+    Result<> saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
+    if (saved.ok()) saved = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
+    if (!saved.ok()) return reportOnce(saved.fault());
     fileIsChecked_ = true;
     failureIsShown_ = false;
     unsaved_.clear();
@@ -42,8 +42,9 @@ void ActivityLog::saveWhenOn() {
 void ActivityLog::saveForGood() {
     if (state_.settings.LoggingTurnedOff) return;
     writetofile();
-    if (fileIsChecked_)
-        if (const FileFault fault = files_.flush(logFilePath_)) reportOnce(fault);
+    if (!fileIsChecked_) return;
+    const Result<> flushed = files_.flush(logFilePath_);
+    if (!flushed.ok()) reportOnce(flushed.fault());
 }
 
 void ActivityLog::chooseFile() {
@@ -53,7 +54,7 @@ void ActivityLog::chooseFile() {
     fileIsChecked_ = false;
 }
 
-void ActivityLog::reportOnce(const FileFault& fault) {
+void ActivityLog::reportOnce(const Fault& fault) {
     if (failureIsShown_) return;
     failureIsShown_ = true;
     window_.setPanel1("The activity log could not be saved: " + fault.text);

@@ -17,13 +17,13 @@ SettingsFile::SettingsFile(ProgramState& state, DataFiles& files, const Clock& c
     : state_(state), files_(files), clock_(clock) {}
 
 SettingsFile::Loaded SettingsFile::loadSettings() {
-    const DataFiles::ReadResult file = files_.read(state_.SettingsFilePath, kMostBytes);
-    if (file.fault.kind == FaultKind::notThere)
+    const Result<std::string> file = files_.read(state_.SettingsFilePath, kMostBytes);
+    if (file.failedWith(FaultKind::notThere))
         loaded_ = Loaded::missing;
-    else if (file.fault)
+    else if (!file.ok())
         loaded_ = Loaded::unreadable;
     else
-        loaded_ = parseSettings(file.bytes, state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+        loaded_ = parseSettings(file.value(), state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
     foundIncomplete_ = foundIncomplete_ || loaded_ == Loaded::incomplete;
     return loaded_;
 }
@@ -33,14 +33,14 @@ void SettingsFile::saveSettings() {
     if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
     const std::string line = formatSettings(state_.settings);
     // Every pass saves; a file that says the same already need not be flushed to the disk once more.
-    const DataFiles::ReadResult present = files_.read(state_.SettingsFilePath, line.size() + 1);
-    if (!present.fault && present.bytes == line) return;
+    const Result<std::string> present = files_.read(state_.SettingsFilePath, line.size() + 1);
+    if (present.ok() && present.value() == line) return;
     (void)files_.writeAtomically(state_.SettingsFilePath, line);
 }
 
 bool SettingsFile::keepIncompleteFile() {
     const Path dated = state_.SettingsFilePath + "." + secondStamp(clock_.now());
-    if (files_.setAside(state_.SettingsFilePath, dated)) return false;
+    if (!files_.setAside(state_.SettingsFilePath, dated).ok()) return false;
     loaded_ = Loaded::whole;
     return true;
 }

@@ -45,7 +45,7 @@ Task<void> MainWindowController::start() {
     if (!once) p_.state.SinglePassMode = false;
     p_.state.FreshStartPending = !once;
     p_.mode.TurnOnTimRun();
-    p_.report.showInLabel2("ZEP Is Started at " + timeText(p_.clock.now()));
+    p_.report.showInLabel2("ZEP Is Started at " + named(timeText(p_.clock.now())));
     if (once)
         p_.state.SinglePassMode = true;
     else
@@ -166,7 +166,7 @@ Task<void> MainWindowController::turnOffLogging() {
         p_.boxes.inform({kApplicationTitle, "Ok then this program will keep logging."});
 }
 
-void MainWindowController::switchLogging(bool turnedOff, const char* event) {
+void MainWindowController::switchLogging(bool turnedOff, const Message& event) {
     p_.state.settings.LoggingTurnedOff = turnedOff;
     p_.window.showSettings(p_.state.settings);
     p_.log.logEvent(event);

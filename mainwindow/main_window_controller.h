@@ -122,7 +122,7 @@ private:
     Task<void> turnOffLogging();
     Task<void> viewCurrentPassword();
     void endPass();
-    void switchLogging(bool turnedOff, const char* event);
+    void switchLogging(bool turnedOff, const Message& event);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
     void warnOfFolders();

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "activitylog/activity_log.h"
@@ -38,7 +39,7 @@ enum class EncryptOutcome {
 
 struct EncryptResult {
     EncryptOutcome outcome = EncryptOutcome::carried;
-    FileFault fault;
+    std::optional<Fault> fault;
     std::unique_ptr<HeldFile> held;  ///< the source as it was read; null when it could not be opened
 };
 
@@ -55,10 +56,7 @@ public:
     };
     using WorkPointer = std::unique_ptr<Work, DeleteWork>;
 
-    /// Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the program state.
-    Task<EncryptResult> encryptFile(EncryptOrder order);
-
-    // The same in steps, so that a file can be prepared while the one before it is finished.
+    // In steps, so that a file can be prepared while the one before it is finished.
 
     /// Opens the source, which is held from here on.
     WorkPointer begin(EncryptOrder order);
@@ -66,7 +64,8 @@ public:
     [[nodiscard]] static std::uint64_t sizeOf(const Work& work);
     /// Encrypts into a file that has no name yet. Nothing of it can be seen.
     Task<void> prepare(Work& work);
-    /// Everything else, with all that is said and asked.
+    /// Everything else, with all that is said and asked. Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the
+    /// program state.
     Task<EncryptResult> finish(WorkPointer work);
     [[nodiscard]] static EncryptOrder& orderOf(Work& work);
 
@@ -76,12 +75,12 @@ private:
 
     Task<EncryptResult> encryptAndMove(Work& work);
     Task<Permission> mayReplace(Work& work, Obstacle obstacle);
-    Task<FileFault> writeOutput(Work& work, Replace replace);
+    Task<Result<>> writeOutput(Work& work, Replace replace);
     Task<EncryptResult> moveToDone(Work& work);
-    EncryptResult failedBy(Work& work, const FileFault& fault);
+    EncryptResult failedBy(Work& work, const Fault& fault);
     EncryptResult notPermitted(Work& work, Permission permission);
     void logFailure(const Work& work, const std::string& words);
-    static EncryptResult resultOf(Work& work, EncryptOutcome outcome, FileFault fault = {});
+    static EncryptResult resultOf(Work& work, EncryptOutcome outcome, std::optional<Fault> fault = {});
 
     ProgramState& state_;
     MainWindow& window_;

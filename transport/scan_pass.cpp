@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "base/date_text.h"
-#include "core/scan_interval.h"
 #include "core/file_helpers.h"
+#include "core/scan_interval.h"
 
 namespace vantrell {
 
@@ -79,7 +79,7 @@ Task<bool> ScanPass::hasActivePassword() {
 // Nobody waits for the answer: a box that stays open for weeks must not keep the state of the program in between.
 void ScanPass::reportNoPassword() {
     p_.mode.TurnOffTimRun();
-    p_.report.showInLabel2(std::string(kNoActivePassword) + ".");
+    p_.report.showInLabel2(Message(kNoActivePassword) + ".");
     p_.boxes.inform({kApplicationTitle, kNoActivePassword});
     p_.notices.passEnded(Trouble::noPassword, kNoActivePassword, 0);
 }
@@ -94,7 +94,7 @@ Task<void> ScanPass::searchAndCarry() {
 
     p_.window.setCaption("ZEP is now searching folders!");
     p_.window.setWaitPointer(true);
-    p_.report.showInLabel2("ZEP Is Running at " + timeText(p_.clock.now()));
+    p_.report.showInLabel2("ZEP Is Running at " + named(timeText(p_.clock.now())));
     p_.state.ScanActive = true;
     // From here on, so that Start and Stop mean the same during the search as between two files.
     p_.state.PassInProgress = true;
@@ -111,35 +111,35 @@ Task<void> ScanPass::searchAndCarry() {
 }
 
 bool ScanPass::foldersAreThere() {
-    const std::string bypassing = " does not exist bypassing ";
+    const Message source = named(settings_.SourceFolder);
+    const Message bypassing = " does not exist bypassing ";
+    const Message bypassingSource = bypassing + source + " events!";
     const bool missing =
-        missingFolderIsReported(settings_.SourceFolder,
-                                "Source Folder " + settings_.SourceFolder + bypassing + "events!") ||
-        missingFolderIsReported(settings_.DestinationFolder, "Destination Folder " + settings_.DestinationFolder +
-                                                                 bypassing + settings_.SourceFolder + " events!") ||
-        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + settings_.DoneFolder + bypassing +
-                                                          settings_.SourceFolder + " events!") ||
+        missingFolderIsReported(settings_.SourceFolder, "Source Folder " + source + bypassing + "events!") ||
+        missingFolderIsReported(settings_.DestinationFolder,
+                                "Destination Folder " + named(settings_.DestinationFolder) + bypassingSource) ||
+        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + named(settings_.DoneFolder) + bypassingSource) ||
         sourceIsReported(settings_.DoneFolder, "Done Folder ") ||
         sourceIsReported(settings_.RejectFolder, "Reject Folder ");
     if (missing) p_.window.setWaitPointer(false);
     return !missing;
 }
 
-bool ScanPass::missingFolderIsReported(const Path& folder, const std::string& text) {
+bool ScanPass::missingFolderIsReported(const Path& folder, const Message& text) {
     if (p_.toolbox.isFolder(folder)) return false;
     reportFolderTrouble(text);
     return true;
 }
 
 // Originals that are moved to where they came from would be found again by every pass.
-bool ScanPass::sourceIsReported(const Path& folder, const char* what) {
+bool ScanPass::sourceIsReported(const Path& folder, const Message& what) {
     if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
-    reportFolderTrouble(what + folder + " is the Source Folder bypassing events!");
+    reportFolderTrouble(what + named(folder) + " is the Source Folder bypassing events!");
     return true;
 }
 
-void ScanPass::reportFolderTrouble(const std::string& text) {
-    folderTrouble_ = text;
+void ScanPass::reportFolderTrouble(const Message& text) {
+    folderTrouble_ = text.text();
     p_.report.showInLabel2(text);
 }
 
@@ -151,7 +151,7 @@ Task<void> ScanPass::searchFiles() {
     order.isStopped = [&state = p_.state] { return state.StopRequested; };
     unreadBefore_ = std::exchange(unread_, {});
     unreadWords_.clear();
-    order.notRead = [this](const Path& folder, const FileFault& fault) { reportUnread(folder, fault); };
+    order.notRead = [this](const Path& folder, const Fault& fault) { reportUnread(folder, fault); };
     std::vector<Path> found = co_await p_.toolbox.search(std::move(order));
     found.insert(found.begin(), Path());
     p_.state.FileList = std::move(found);
@@ -159,9 +159,9 @@ Task<void> ScanPass::searchFiles() {
 }
 
 // What stands in it is not encrypted, and nobody would know.
-void ScanPass::reportUnread(const Path& folder, const FileFault& fault) {
-    const std::string words = "Folder " + folder + " - FAILED: " + fault.text;
-    if (unread_.empty()) unreadWords_ = words;
+void ScanPass::reportUnread(const Path& folder, const Fault& fault) {
+    const Message words = "Folder " + named(folder) + " - FAILED: " + failureWords(fault.text);
+    if (unread_.empty()) unreadWords_ = words.text();
     unread_.insert(folder);
     if (!unreadBefore_.contains(folder)) p_.report.showInPanel1(words);
 }
@@ -217,8 +217,8 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
 }
 
 Task<void> ScanPass::flushMoves() {
-    const FileFault fault = co_await p_.toolbox.flushMoves();
-    if (fault) p_.report.showInPanel1(fault.text);
+    const Result<> flushed = co_await p_.toolbox.flushMoves();
+    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
 }
 
 bool ScanPass::stopIsTaken() {
@@ -251,7 +251,7 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
             break;
     }
     countCarried(name);
-    if (result.fault.isTheMachines()) co_return afterMachineFault({}, result.fault);
+    if (result.fault && result.fault->isTheMachines()) co_return afterMachineFault({}, *result.fault);
     if (result.fault && !foldersAreThere()) {
         endMissingFolders();
         co_return Next::end;
@@ -287,15 +287,17 @@ ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
 }
 
 Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
-    FileFault fault = result.fault;
+    std::optional<Fault> fault = result.fault;
     // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
     const bool folderIsGone = !foldersAreThere();
-    if (!folderIsGone && !fault.isTheMachines() && FileExists(p_.toolbox, path)) {
-        const FileFault changed = result.held ? result.held->verify() : FileFault{};
-        if (changed.kind == FaultKind::inUse) co_return afterFileInUse(path);
-        fault = co_await reject(path, result.held.get());
+    const bool isTheMachines = fault && fault->isTheMachines();
+    if (!folderIsGone && !isTheMachines && FileExists(p_.toolbox, path)) {
+        const Result<> unchanged = result.held ? result.held->verify() : Result<>();
+        if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path);
+        const Result<> rejected = co_await reject(path, result.held.get());
+        fault = rejected.ok() ? std::nullopt : std::optional(rejected.fault());
     }
-    if (fault.isTheMachines()) co_return afterMachineFault(path, fault);
+    if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault);
     machineFaults_ = 0;
     reportNotEncrypted(path);
     p_.state.EncryptFailed = false;
@@ -316,7 +318,7 @@ ScanPass::Next ScanPass::unlessStopped() {
 }
 
 // The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
-ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fault) {
+ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault) {
     if (!path.empty()) reportNotEncrypted(path);
     p_.state.EncryptFailed = false;
     ++machineFaults_;
@@ -325,31 +327,31 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fa
     return Next::end;
 }
 
-Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
+Task<Result<>> ScanPass::reject(Path path, HeldFile* held) {
     const std::string name = FileNameOf(path);
     Path target = joinPath(settings_.RejectFolder, name);
     bool isThere = false;
     if (p_.toolbox.kindOf(target) != EntryKind::missing) {
         const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
         target = joinPath(settings_.RejectFolder, newName);
-        p_.report.showInPanel1("File " + path + " File exists rename file to " + newName);
-        const FileFault fault = co_await p_.toolbox.rename(path, target);
-        isThere = !fault;
-        if (fault) p_.report.showInPanel1("File " + path + " did not rename file!");
+        p_.report.showInPanel1("File " + named(path) + " File exists rename file to " + named(newName));
+        const Result<> renamed = co_await p_.toolbox.rename(path, target);
+        isThere = renamed.ok();
+        if (!isThere) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
     }
     p_.state.FileOpSource = path;
     p_.state.FileOpTarget = target;
-    FileFault fault;
-    if (!isThere) fault = co_await p_.toolbox.move({path, target, Replace::never, held});
-    if (fault)
-        p_.report.showInPanel1("File " + path + " did not move to reject folder!");
-    else
+    Result<> moved;
+    if (!isThere) moved = co_await p_.toolbox.move({path, target, Replace::never, held});
+    if (moved.ok())
         ++rejected_;
-    co_return fault;
+    else
+        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
+    co_return moved;
 }
 
 void ScanPass::reportNotEncrypted(const Path& path) {
-    p_.report.showInPanel1("File " + path + " did not encrypt!");
+    p_.report.showInPanel1("File " + named(path) + " did not encrypt!");
     p_.log.saveWhenOn();
 }
 
@@ -376,9 +378,9 @@ void ScanPass::end() {
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {
-    const std::string text = "ZEP Is PAUSED at " + timeText(p_.clock.now());
-    p_.window.setPanel1(text);
-    p_.window.setCaption(text);
+    const Message text = "ZEP Is PAUSED at " + named(timeText(p_.clock.now()));
+    p_.window.setPanel1(text.text());
+    p_.window.setCaption(text.text());
     p_.report.showInLabel2(text);
     finishEnding(trouble, words);
     // A single pass is over when it has ended, however it did.

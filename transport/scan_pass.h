@@ -58,11 +58,11 @@ private:
     void reportNoPassword();
     Task<void> searchAndCarry();
     bool foldersAreThere();
-    void reportFolderTrouble(const std::string& text);
-    bool missingFolderIsReported(const Path& folder, const std::string& text);
-    bool sourceIsReported(const Path& folder, const char* what);
+    void reportFolderTrouble(const Message& text);
+    bool missingFolderIsReported(const Path& folder, const Message& text);
+    bool sourceIsReported(const Path& folder, const Message& what);
     Task<void> searchFiles();
-    void reportUnread(const Path& folder, const FileFault& fault);
+    void reportUnread(const Path& folder, const Fault& fault);
     Task<void> carryFiles();
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
@@ -70,10 +70,10 @@ private:
     Task<void> flushMoves();
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
-    Next afterMachineFault(const Path& path, const FileFault& fault);
+    Next afterMachineFault(const Path& path, const Fault& fault);
     Next afterFileInUse(const Path& path);
     void countCarried(const std::string& name);
-    Task<FileFault> reject(Path path, HeldFile* held);
+    Task<Result<>> reject(Path path, HeldFile* held);
     void reportNotEncrypted(const Path& path);
     bool stopIsTaken();
     Next unlessStopped();
