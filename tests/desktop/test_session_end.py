@@ -80,14 +80,6 @@ class ByLogind(DesktopTest):
         self.assertEqual(os.path.getsize(os.path.join(self.profile.source, "big")), GIB)
         self.assertEqual(os.listdir(self.profile.destination), [])
 
-    def test_after_logind_was_started_anew(self):
-        self.start()
-        self.logind.delay = None
-        self.logind.go()
-        self.logind.appear()
-        self.wait_for_delay()
-        self.assert_saved_before_the_delay_ends()
-
 
 class BySessionManager(DesktopTest):
     def start(self, **settings):

@@ -1,33 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <optional>
-
-#include "app/program.h"
-#include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
-#include "platform/qt/qt_timers.h"
-#include "rig/temporary_folder.h"
-#include "support/environment.h"
+#include "whole/program_harness.h"
 
 namespace vantrell::test {
 namespace {
 
-class OpenedMsgTest : public testing::Test {
+class OpenedMsgTest : public ProgramTest {
 protected:
-    /// The whole program on a fresh profile.
-    void runProgram() {
-        program.emplace(clock, timers, dataFiles);
-        ASSERT_TRUE(program->start());
-    }
     void openMessage() {
-        message.emplace(appFolderBelow(folder.path()));
+        message.emplace(profile.data);
         message->start();
         ASSERT_TRUE(QTest::qWaitFor([&] { return message->isVisible(); }, 20000));
         ASSERT_TRUE(QTest::qWaitForWindowActive(&*message));
@@ -37,18 +19,11 @@ protected:
         return message->findChild<QLabel*>(QStringLiteral("lblHeadline"))->text().toStdString();
     }
 
-    TemporaryFolder folder;
-    Environment profile{"ALLUSERSPROFILE", folder.path().c_str()};
-    Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
-    SystemClock clock;
-    QtTimers timers;
-    PosixDataFiles dataFiles;
-    std::optional<Program> program;
     std::optional<OpenedMsgWindow> message;
 };
 
 TEST_F(OpenedMsgTest, EnterBringsTheHiddenWindowBack) {
-    ASSERT_NO_FATAL_FAILURE(runProgram());
+    startProgram();
     program->window().minimizeWindow();
     program->window().hideWindow();
     ASSERT_NO_FATAL_FAILURE(openMessage());
@@ -61,7 +36,7 @@ TEST_F(OpenedMsgTest, EnterBringsTheHiddenWindowBack) {
 }
 
 TEST_F(OpenedMsgTest, SaysWhenThereIsNoProgram) {
-    ASSERT_NO_FATAL_FAILURE(runProgram());
+    startProgram();
     ASSERT_NO_FATAL_FAILURE(openMessage());
     program.reset();
     button("cmdShow")->click();
@@ -74,9 +49,8 @@ TEST_F(OpenedMsgTest, SaysWhenThereIsNoProgram) {
 }
 
 TEST_F(OpenedMsgTest, SaysWhenTheProgramDoesNotAnswer) {
-    std::filesystem::create_directories(appFolderBelow(folder.path()));
     UnixShowListener stuck;
-    ASSERT_TRUE(stuck.listen(appFolderBelow(folder.path()), [] {}));
+    ASSERT_TRUE(stuck.listen(profile.data, [] {}));
     ASSERT_NO_FATAL_FAILURE(openMessage());
     button("cmdShow")->click();
     EXPECT_FALSE(button("cmdShow")->isEnabled());

@@ -79,17 +79,6 @@ TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
     EXPECT_TRUE(bench.window.visible);
 }
 
-TEST_F(OptionMenusTest, OverwritingIsAskedForAndTakenBackWithoutAsking) {
-    bench.boxes.answerNext(Answer::no);
-    bench.boxes.answerNext(Answer::yes);
-    for (const bool after : {false, true, false}) {
-        bench.menus.mnOW();
-        bench.settle();
-        EXPECT_EQ(bench.state.settings.OverwriteExistingFiles, after);
-    }
-    EXPECT_EQ(bench.boxes.asked.size(), 2U);
-}
-
 TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     bench.menus.mnAddtoStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::works);

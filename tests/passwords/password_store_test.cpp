@@ -51,15 +51,6 @@ TEST_F(PasswordStoreTest, ComparesExactlyAndNeverStoresTwice) {
     EXPECT_EQ(stored(), (Strings{"Secret=0", "secret=0", " secret=0", "secret =0", "it's \"x\"; --=0"}));
 }
 
-TEST_F(PasswordStoreTest, DeletesTheFirstCopyOnly) {
-    fill("INSERT INTO EncDecPasswords VALUES ('a', 0), ('twice', 1), ('twice', 0)");
-    state.ActivePassword = "twice";
-    for (const char* password : {"twice", "unknown"}) EXPECT_TRUE(erase(password));
-    EXPECT_EQ(stored(), (Strings{"a=0", "twice=0"}));
-    EXPECT_EQ(state.ActivePassword, "twice");
-    EXPECT_TRUE(boxes.informed.empty());
-}
-
 TEST_F(PasswordStoreTest, DeletedPasswordIsNotToBeFoundInTheFile) {
     EXPECT_TRUE(save("LongForgotten", true));
     EXPECT_NE(readFile(file).find("LongForgotten"), std::string::npos);

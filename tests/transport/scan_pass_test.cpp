@@ -68,12 +68,6 @@ TEST_F(ScanPassTest, CarriesFilesAndSaysSoLineByLine) {
     EXPECT_EQ(readFile(bench.log.LogFilePath()), saved);
 }
 
-TEST_F(ScanPassTest, EndsPausedWithoutFiles) {
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(bench.messages(), wholePass({"No Records this pass!"}));
-    EXPECT_EQ(bench.window.panel1, (Texts{"No Records this pass!", paused()}));
-}
-
 // A failure (here a folder stands where the output should), while the name is taken in the rejected folder.
 TEST_F(ScanPassTest, RejectsUnderADatedNameWhenTheNameIsTaken) {
     writeFile(bench.in("a.txt"), "new");

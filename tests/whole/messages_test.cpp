@@ -19,9 +19,8 @@ protected:
         EXPECT_GE(words->width(), words->minimumSizeHint().width()) << "cut off";
         EXPECT_EQ(answer(QMessageBox::Ok), text);
     }
-    void expectTheOldFileDeleted() {
-        EXPECT_TRUE(showsText("panel1", "Executing Weekly Delete ...Deleting File: " + profile.done + "/old"));
-        EXPECT_TRUE(waitFor([&] { return countIn(profile.done) == 0; }));
+    bool isOldFileDeleted() {
+        return waitFor([&] { return countIn(profile.done) == 0; });
     }
     void expectRootRefused() {
         EXPECT_TRUE(showsText("Label2", "You can not define a root of any drive!"));
@@ -48,7 +47,8 @@ TEST_F(Messages, OldOriginalsAreDeletedByHand) {
     clock.ahead = std::chrono::days(8);
     startProgram();
     trigger("mnDeleteDone");
-    expectTheOldFileDeleted();
+    EXPECT_TRUE(showsText("panel1", "Executing Weekly Delete ...Deleting File: " + profile.done + "/old"));
+    EXPECT_TRUE(isOldFileDeleted());
 }
 
 TEST_F(Messages, OldOriginalsAreDeletedAtTheScheduledMinute) {
@@ -59,7 +59,7 @@ TEST_F(Messages, OldOriginalsAreDeletedAtTheScheduledMinute) {
     clock.ahead = day + std::chrono::hours(19) - now;
     startProgram();
     EXPECT_TRUE(showsText("lbSched", "Scheduled: Monday 7:0 PM  File Create Date > 7"));
-    expectTheOldFileDeleted();
+    EXPECT_TRUE(isOldFileDeleted());
 }
 
 TEST_F(Messages, TheRootAndNoFolderAreRefused) {

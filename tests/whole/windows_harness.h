@@ -55,6 +55,10 @@ protected:
         click("cmdSelectSource1");
         for (const char* name : {"frmEDPasswords", "frmHistory", "frmweeklyDelete", "frmButton"}) opened(name);
     }
+    static void pressOk(const OtherWindow& picker) {
+        QPushButton* ok = picker.window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+        QTest::mouseClick(ok, Qt::LeftButton);
+    }
     /// With a name, a new folder of that name inside it.
     void chooseFolder(const char* button, const std::string& path, const char* create = nullptr) {
         click(button);
@@ -65,8 +69,7 @@ protected:
             picker.type("txtName", create);
             picker.click("cmdNameOk");
         }
-        QPushButton* ok = picker.window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
-        QTest::mouseClick(ok, Qt::LeftButton);
+        pressOk(picker);
         EXPECT_TRUE(isGone("frmButton"));
     }
     /// As the active one.

@@ -85,24 +85,6 @@ TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
     }));
 }
 
-TEST_F(MainWindowTest, ShowsTheWorkWithoutBeingBusyWithIt) {
-    QElapsedTimer time;
-    time.start();
-    for (std::uint64_t file = 1; file <= 10'000; ++file) {
-        window.setCurrentFile("file " + std::to_string(file));
-        window.setFileProgress(file, 20'000);
-        window.setPassProgress(file, 10'000);
-        window.repaint();
-    }
-    EXPECT_LT(time.elapsed(), 500);
-    EXPECT_TRUE(showsText("lblCurrentProcessingFile", "file 10000"));
-    EXPECT_EQ(find<QProgressBar>("prgFile")->text(), QStringLiteral("50 %"));
-    EXPECT_EQ(find<QProgressBar>("prgPass")->text(), QStringLiteral("10000 of 10000 files"));
-    window.clearProgress();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return find<QProgressBar>("prgFile")->text().isEmpty(); }));
-    EXPECT_TRUE(showsText("lblCurrentProcessingFile", ""));
-}
-
 TEST(TimeLeft, IsSaidInTheUnitThatMatters) {
     EXPECT_EQ(timeLeftText(1, 100, 500), QString());
     EXPECT_EQ(timeLeftText(0, 100, 5000), QString());

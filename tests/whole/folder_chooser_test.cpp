@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include <QListView>
+
+#include "whole/windows_harness.h"
+
+namespace vantrell::test {
+
+/// The chooser of the Source folder, which opens on that folder.
+class FolderChooser : public Windows {
+protected:
+    void SetUp() override { startProgram(); }
+    OtherWindow open() {
+        click("cmdSelectSource1");
+        OtherWindow picker = opened("frmButton");
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&picker.window));
+        return picker;
+    }
+    static bool showsStatus(const OtherWindow& picker, const std::string& path) {
+        return waitFor([&] { return picker.find<QLabel>("lblStatus")->text().toStdString() == path; });
+    }
+    static void create(const OtherWindow& picker, const char* name) {
+        picker.click("Command1");
+        ASSERT_EQ(QApplication::activePopupWidget(), nullptr) << "it would take the first letter of the name";
+        ASSERT_TRUE(picker.find<QLineEdit>("txtName")->text().isEmpty());
+        QTest::keyClicks(picker.find<QLineEdit>("txtName"), QString::fromLatin1(name));
+        picker.click("cmdNameOk");
+    }
+    /// The box that refuses; it is closed.
+    static std::string refusal(const OtherWindow& picker) {
+        QMessageBox* box = nullptr;
+        if (!waitFor([&] { return (box = picker.window.findChild<QMessageBox*>()); }, 10)) return "no box came";
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("Tessaly Folder Browser"));
+        const std::string text = box->text().remove(QChar(0x200B)).toStdString();  // where long names may go on
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_TRUE(waitFor([&] { return picker.window.findChild<QMessageBox*>() == nullptr; }));
+        return text;
+    }
+};
+
+TEST_F(FolderChooser, FollowsTheSelection) {
+    std::filesystem::create_directories(profile.in + "/a/inner");
+    const OtherWindow picker = open();
+    EXPECT_EQ(picker.window.windowModality(), Qt::WindowModal) << "the main window is blocked, the event loop is not";
+    auto* field = picker.find<QLineEdit>("fileNameEdit");
+    field->setText(QStringLiteral("ab"));
+    EXPECT_TRUE(showsStatus(picker, profile.in + "/ab"));
+    EXPECT_FALSE(picker.find<QWidget>("Command1")->isEnabled()) << "nothing can be created in what does not exist";
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(refusal(picker), "There is no folder\n" + profile.in + "/ab");
+    field->setText(QStringLiteral("a"));
+    EXPECT_TRUE(showsStatus(picker, profile.in + "/a"));
+    EXPECT_TRUE(picker.find<QWidget>("Command1")->isEnabled());
+    qobject_cast<QFileDialog*>(&picker.window)->setDirectory(QString::fromStdString(profile.in + "/a/inner"));
+    field->clear();
+    pressOk(picker);
+    EXPECT_TRUE(showsText("lblSourcePath", profile.in + "/a/inner"));
+}
+
+TEST_F(FolderChooser, CreatesNothingWithoutANewName) {
+    const OtherWindow picker = open();
+    for (const char* none : {"", "  "}) {
+        create(picker, none);
+        EXPECT_FALSE(picker.find<QWidget>("prompt")->isVisible());
+    }
+    auto* name = picker.find<QLineEdit>("txtName");
+    picker.click("Command1");
+    QTest::keyClicks(name, QStringLiteral("pending"));
+    QTest::keyClick(name, Qt::Key_Escape);
+    EXPECT_TRUE(picker.window.isVisible()) << "Escape closes the prompt alone";
+    EXPECT_TRUE(std::filesystem::is_empty(profile.in));
+    std::filesystem::create_directory(profile.in + "/New");
+    create(picker, "New");
+    EXPECT_EQ(refusal(picker), "A Folder of that name already exists.\nPlease enter a different name");
+    EXPECT_EQ(name->selectedText(), QStringLiteral("New"));
+    QTest::keyClicks(name, QStringLiteral("Newer"));
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_TRUE(showsStatus(picker, profile.in + "/Newer"));
+    EXPECT_EQ(profile.saved().SourceFolder, profile.in) << "the chooser stays open";
+}
+
+TEST_F(FolderChooser, TakesTheWholeComputerForTheRootFolder) {
+    const OtherWindow picker = open();
+    auto* places = picker.find<QListView>("sidebar");
+    QTest::mouseClick(places->viewport(), Qt::LeftButton, {},
+                      places->visualRect(places->model()->index(0, 0)).center());
+    EXPECT_TRUE(showsStatus(picker, "/"));
+    picker.find<QLineEdit>("fileNameEdit")->setText(QStringLiteral("etc"));
+    pressOk(picker);
+    EXPECT_TRUE(showsText("lblSourcePath", "/etc"));
+}
+
+}  // namespace vantrell::test
