@@ -17,11 +17,11 @@ void ActivityLog::appendActivityLine(const std::string& line) {
     unsaved_ += "\r\n";
 }
 
-void ActivityLog::logEvent(const std::string& message) {
+void ActivityLog::logEvent(const Message& message) {
     const WallTime now = clock_.now();
-    events_.push_back({now, message});
+    events_.push_back({now, message.masked()});
     if (events_.size() > kEventsKept) events_.pop_front();
-    appendActivityLine(generalDateText(now) + " " + message);
+    appendActivityLine(generalDateText(now) + " " + message.text());
 }
 
 void ActivityLog::writetofile() {

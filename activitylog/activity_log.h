@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/date_text.h"
+#include "base/message.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
 #include "platform/clock.h"
@@ -14,10 +15,10 @@
 
 namespace vantrell {
 
-/// An event as it was logged, before it became a line.
+/// An event that was logged, without names (see Message::masked).
 struct LoggedEvent {
     WallTime time;
-    std::string message;
+    std::string masked;
 };
 
 /// Every event of the program as one line: at once in the activity box, and with the next save in the day's file.
@@ -32,7 +33,7 @@ public:
     /// Appends a ready line, without its line end. Bytes that are not text are made visible, so it stays one line.
     void appendActivityLine(const std::string& line);
     /// Appends the line made of the current date and time, a blank and the message.
-    void logEvent(const std::string& message);
+    void logEvent(const Message& message);
 
     /// Saves the lines that are not saved yet, whatever `LoggingTurnedOff` says.
     void writetofile();

@@ -21,7 +21,7 @@ Task<void> LogMenus::turnOffLogging() {
         boxes_.inform({kApplicationTitle, "Ok then this program will keep logging."});
 }
 
-void LogMenus::switchLogging(bool turnedOff, const char* event) {
+void LogMenus::switchLogging(bool turnedOff, const Message& event) {
     state_.settings.LoggingTurnedOff = turnedOff;
     window_.showSettings(state_.settings);
     log_.logEvent(event);

@@ -26,7 +26,7 @@ public:
 
 private:
     Task<void> turnOffLogging();
-    void switchLogging(bool turnedOff, const char* event);
+    void switchLogging(bool turnedOff, const Message& event);
 
     ProgramState& state_;
     MainWindow& window_;

@@ -15,19 +15,19 @@ public:
     StatusReport(ProgramState& state, MainWindow& window, ActivityLog& log)
         : state_(state), window_(window), log_(log) {}
 
-    void showInLabel2(const std::string& text) {
-        window_.setLabel2(text);
-        logStatus(text);
+    void showInLabel2(const Message& message) {
+        window_.setLabel2(message.text());
+        logStatus(message);
     }
-    void showInPanel1(const std::string& text) {
-        window_.setPanel1(text);
-        logStatus(text);
+    void showInPanel1(const Message& message) {
+        window_.setPanel1(message.text());
+        logStatus(message);
     }
 
 private:
-    void logStatus(const std::string& text) {
-        state_.StatusText = text;
-        log_.logEvent(state_.StatusText);
+    void logStatus(const Message& message) {
+        state_.StatusText = message.text();
+        log_.logEvent(message);
         state_.StatusText.clear();
     }
 

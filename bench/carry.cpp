@@ -17,10 +17,10 @@
 #include <string>
 
 #include "app/program.h"
+#include "bench/heart_beat.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
-#include "rig/heart_beat.h"
 #include "rig/profile.h"
 
 namespace fs = std::filesystem;

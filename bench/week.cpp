@@ -19,9 +19,9 @@
 
 #include "app/program.h"
 #include "base/date_text.h"
+#include "bench/heart_beat.h"
 #include "platform/files/posix_data_files.h"
 #include "rig/hand_driven_timers.h"
-#include "rig/heart_beat.h"
 #include "rig/profile.h"
 
 namespace {

@@ -5,12 +5,8 @@ install(FILES data/vantrell-zep.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/app
 install(FILES data/vantrell-zep.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
 set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
-foreach(size 16 22 24 32 48 64 128 256)
-  if(EXISTS ${CMAKE_SOURCE_DIR}/data/icons/vantrell-zep-${size}.png)
-    install(FILES data/icons/vantrell-zep-${size}.png
-      DESTINATION ${icons}/${size}x${size}/apps RENAME vantrell-zep.png)
-  endif()
+foreach(size ${VANTRELL_ICON_SIZES})
+  install(FILES data/icons/vantrell-zep-${size}.png
+    DESTINATION ${icons}/${size}x${size}/apps RENAME vantrell-zep.png)
 endforeach()
-if(EXISTS ${CMAKE_SOURCE_DIR}/data/icons/vantrell-zep.svg)
-  install(FILES data/icons/vantrell-zep.svg DESTINATION ${icons}/scalable/apps)
-endif()
+install(FILES data/icons/vantrell-zep.svg DESTINATION ${icons}/scalable/apps)

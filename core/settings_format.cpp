@@ -20,17 +20,6 @@ bool equalIgnoringCase(std::string_view one, std::string_view other) {
     return true;
 }
 
-// Visits the fields in the order of the file; stops at the first one for which the visitor answers False.
-template <class Settings, class Visitor>
-int visitFields(Settings& s, Visitor visit) {
-    int visited = 0;
-    const auto all = [&](auto&... fields) { (void)((visit(fields) && (++visited, true)) && ...); };
-    all(s.SourceFolder, s.IncludeSubfolders, s.DestinationFolder, s.DoneFolder, s.RunNormalAtStartup, s.ScanIntervalMs,
-        s.WeeklyDeleteDay, s.WeeklyDeleteHour, s.WeeklyDeleteMinute, s.WeeklyDeleteAmPm, s.WeeklyDeleteDaysOld,
-        s.RunContinuallyAtStartup, s.RejectFolder, s.OverwriteExistingFiles, s.LoggingTurnedOff);
-    return visited;
-}
-
 // Takes the items off the line, one after the other.
 class ItemReader {
 public:
@@ -125,10 +114,12 @@ private:
 
 std::string formatSettings(const SettingsRecord& settings) {
     std::string line;
-    visitFields(settings, ItemWriter(line));
+    visitSettings([&, write = ItemWriter(line)](const auto& row) mutable { return write(settings.*row.field); });
     return line + "\r\n";
 }
 
-int parseSettings(std::string_view bytes, SettingsRecord& settings) { return visitFields(settings, ItemReader(bytes)); }
+int parseSettings(std::string_view bytes, SettingsRecord& settings) {
+    return visitSettings([&, read = ItemReader(bytes)](const auto& row) mutable { return read(settings.*row.field); });
+}
 
 }  // namespace vantrell

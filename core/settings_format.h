@@ -4,12 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/program_state.h"
+#include "core/settings_rows.h"
 
 namespace vantrell {
-
-/// Items in the one line of ZEP.cfg.
-inline constexpr int kSettingsItems = 15;
 
 /// The line of ZEP.cfg, CR LF included: items separated by commas, texts in double quotes without any escaping,
 /// Booleans as #TRUE# or #FALSE#, numbers in decimal. Texts are bytes.

@@ -64,7 +64,7 @@ void WeeklyDelete::resumeProcessing(unsigned switches) {
 
 Task<void> WeeklyDelete::scandirDel(Path folder) {
     if (folder == Path(1, kPathSeparator)) co_return;
-    if (const std::string reason = reasonNotTo(folder); !reason.empty()) co_return p_.report.showInPanel1(reason);
+    if (const std::optional<Message> reason = reasonNotTo(folder)) co_return p_.report.showInPanel1(*reason);
     const auto today = localDay(p_.clock.now());
     const auto cutOff = today - std::chrono::days(p_.state.settings.WeeklyDeleteDaysOld);
     const std::vector<Path> names = co_await p_.toolbox.listFiles(folder);
@@ -77,25 +77,27 @@ Task<void> WeeklyDelete::scandirDel(Path folder) {
 }
 
 // In every other folder the files are the only ones of their kind: not encrypted yet, or the encrypted ones.
-std::string WeeklyDelete::reasonNotTo(const Path& folder) const {
+std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
     const SettingsRecord& settings = p_.state.settings;
     if (!daysOldAreSet(settings)) return kDaysAreNotSet;
-    const std::pair<const char*, const Path&> others[] = {{"Source", settings.SourceFolder},
-                                                          {"Destination", settings.DestinationFolder},
-                                                          {"Reject", settings.RejectFolder}};
+    const std::pair<Message, const Path&> others[] = {{"Source", settings.SourceFolder},
+                                                      {"Destination", settings.DestinationFolder},
+                                                      {"Reject", settings.RejectFolder}};
     for (const auto& [name, other] : others) {
         if (!p_.toolbox.isSameFolder(folder, other)) continue;
-        return "Done Folder " + settings.DoneFolder + " is the " + name + " Folder too. Weekly Delete deletes nothing.";
+        return "Done Folder " + named(settings.DoneFolder) + " is the " + name +
+               " Folder too. Weekly Delete deletes nothing.";
     }
-    return {};
+    return std::nullopt;
 }
 
 // Said beforehand: an abort after the removal must not leave it unsaid.
 Task<void> WeeklyDelete::deleteFile(Path path, FileDate date) {
-    p_.report.showInPanel1("Executing Weekly Delete ...Deleting File: " + path);
+    p_.report.showInPanel1("Executing Weekly Delete ...Deleting File: " + named(path));
     const FileFault fault = co_await p_.toolbox.removeFile(path, date);
     if (!fault || fault.kind == FaultKind::notThere) co_return;
-    p_.report.showInPanel1("Weekly Delete could not delete File: " + path + " - FAILED: " + fault.text);
+    p_.report.showInPanel1("Weekly Delete could not delete File: " + named(path) +
+                           " - FAILED: " + failureWords(fault.text));
 }
 
 }  // namespace vantrell

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "activitylog/status_report.h"
@@ -55,7 +56,7 @@ private:
     [[nodiscard]] bool mayBegin();
     Task<void> deleteOnce();
     Task<void> deleteFile(Path path, FileDate date);
-    [[nodiscard]] std::string reasonNotTo(const Path& folder) const;
+    [[nodiscard]] std::optional<Message> reasonNotTo(const Path& folder) const;
     void resumeProcessing(unsigned switches);
 
     WeeklyDeleteParts p_;

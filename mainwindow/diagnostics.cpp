@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/date_text.h"
-#include "mainwindow/masked_text.h"
+#include "core/settings_rows.h"
 
 namespace vantrell {
 
@@ -28,32 +28,21 @@ void addLine(std::string& text, std::string_view title, std::string_view value) 
     text.append(title).append(": ").append(value).append("\n");
 }
 
-void addFolder(std::string& text, std::string_view field, const Path& folder, std::string_view standIn) {
-    addLine(text, field, folder.empty() ? "(empty)" : standIn);
+std::string shownSetting(bool value, Disclosure, const char*) { return value ? "True" : "False"; }
+
+std::string shownSetting(int value, Disclosure, const char*) { return std::to_string(value); }
+
+std::string shownSetting(const std::string& text, Disclosure disclosure, const char* standIn) {
+    if (disclosure == Disclosure::folder) return text.empty() ? "(empty)" : standIn;
+    return text == "AM" || text == "PM" ? text : "(neither AM nor PM)";
 }
-
-void addFlag(std::string& text, std::string_view field, bool value) { addLine(text, field, value ? "True" : "False"); }
-
-void addNumber(std::string& text, std::string_view field, int value) { addLine(text, field, std::to_string(value)); }
 
 std::string settingsText(const SettingsRecord& settings) {
     std::string text;
-    addFolder(text, "SourceFolder", settings.SourceFolder, "<source>");
-    addFlag(text, "IncludeSubfolders", settings.IncludeSubfolders);
-    addFolder(text, "DestinationFolder", settings.DestinationFolder, "<destination>");
-    addFolder(text, "DoneFolder", settings.DoneFolder, "<done>");
-    addFlag(text, "RunNormalAtStartup", settings.RunNormalAtStartup);
-    addNumber(text, "ScanIntervalMs", settings.ScanIntervalMs);
-    addNumber(text, "WeeklyDeleteDay", settings.WeeklyDeleteDay);
-    addNumber(text, "WeeklyDeleteHour", settings.WeeklyDeleteHour);
-    addNumber(text, "WeeklyDeleteMinute", settings.WeeklyDeleteMinute);
-    const bool isHalfOfDay = settings.WeeklyDeleteAmPm == "AM" || settings.WeeklyDeleteAmPm == "PM";
-    addLine(text, "WeeklyDeleteAmPm", isHalfOfDay ? settings.WeeklyDeleteAmPm : "(neither AM nor PM)");
-    addNumber(text, "WeeklyDeleteDaysOld", settings.WeeklyDeleteDaysOld);
-    addFlag(text, "RunContinuallyAtStartup", settings.RunContinuallyAtStartup);
-    addFolder(text, "RejectFolder", settings.RejectFolder, "<rejected>");
-    addFlag(text, "OverwriteExistingFiles", settings.OverwriteExistingFiles);
-    addFlag(text, "LoggingTurnedOff", settings.LoggingTurnedOff);
+    visitSettings([&](const auto& row) {
+        addLine(text, row.name, shownSetting(settings.*row.field, row.disclosure, row.standIn));
+        return true;
+    });
     return text;
 }
 
@@ -67,7 +56,7 @@ std::string diagnosticsText(const DiagnosticsFacts& facts) {
     text.append("\nSettings\n").append(settingsText(facts.settings));
     text.append("\nLast events (<…> stands for names, which are left out)\n");
     for (const LoggedEvent& event : facts.events)
-        text.append(secondStamp(event.time)).append(" ").append(maskedMessage(event.message)).append("\n");
+        text.append(secondStamp(event.time)).append(" ").append(event.masked).append("\n");
     return text;
 }
 

@@ -23,7 +23,7 @@ Task<void> MainWindowController::start() {
     if (!once) p_.state.SinglePassMode = false;
     p_.state.FreshStartPending = !once;
     p_.mode.TurnOnTimRun();
-    p_.report.showInLabel2("ZEP Is Started at " + timeText(p_.clock.now()));
+    p_.report.showInLabel2("ZEP Is Started at " + named(timeText(p_.clock.now())));
     if (once)
         p_.state.SinglePassMode = true;
     else

@@ -22,7 +22,7 @@ struct FileEncryption::Work {
 // A file that stands under a name which is needed, and what is said about it.
 struct FileEncryption::Obstacle {
     Path path;
-    std::string status;
+    Message status;
     std::string question;
 };
 
@@ -93,7 +93,7 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
     Replace replace = Replace::never;
     if (FileExists(toolbox_, output)) {
         const Permission permission = co_await mayReplace(
-            work, {output, " Encrypting file " + work.order.sourcePath + " already exists in the folder!.",
+            work, {output, " Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
                    " Encrypting file \r\n" + shownSource + " already exists in the folder " +
                        displayText(work.order.destinationFolder) + ".\r\n\r\nDo you want to overwrite this file?\r\n" +
                        refusal});
@@ -105,7 +105,7 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
     if (fault) co_return failedBy(work, fault);
     if (!FileExists(toolbox_, output)) co_return resultOf(work, EncryptOutcome::carried);
 
-    log_.logEvent("Encryped:  " + work.name + " - Sucessful: ");
+    log_.logEvent("Encryped:  " + named(work.name) + " - Sucessful: ");
     log_.saveWhenOn();
     co_return co_await moveToDone(work);
 }
@@ -127,7 +127,7 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     Replace replace = Replace::never;
     if (FileExists(toolbox_, target)) {
         const Permission permission = co_await mayReplace(
-            work, {target, " Moving orginal file " + target + " already exists in the folder!.",
+            work, {target, " Moving orginal file " + named(target) + " already exists in the folder!.",
                    " The orginal file  " + displayText(work.order.sourcePath) + " already exists in the folder " +
                        displayText(work.order.doneFolder) +
                        "!.\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
@@ -139,7 +139,9 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const FileFault fault =
         co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get(), Durable::later});
     if (fault.kind == FaultKind::inUse) co_return failedBy(work, fault);
-    if (fault) report_.showInPanel1("File " + work.order.sourcePath + " did move to " + work.order.doneFolder + "!");
+    if (fault)
+        report_.showInPanel1("File " + named(work.order.sourcePath) + " did move to " + named(work.order.doneFolder) +
+                             "!");
     co_return resultOf(work, EncryptOutcome::carried, fault);
 }
 
@@ -184,7 +186,7 @@ EncryptResult FileEncryption::failedBy(Work& work, const FileFault& fault) {
 }
 
 void FileEncryption::logFailure(const Work& work, const std::string& words) {
-    log_.logEvent("Encrypting:  " + work.name + " - FAILED: " + words);
+    log_.logEvent("Encrypting:  " + named(work.name) + " - FAILED: " + failureWords(words));
     log_.saveWhenOn();
 }
 

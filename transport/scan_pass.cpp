@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "base/date_text.h"
-#include "core/scan_interval.h"
 #include "core/file_helpers.h"
+#include "core/scan_interval.h"
 
 namespace vantrell {
 
@@ -79,7 +79,7 @@ Task<bool> ScanPass::hasActivePassword() {
 // Nobody waits for the answer: a box that stays open for weeks must not keep the state of the program in between.
 void ScanPass::reportNoPassword() {
     p_.mode.TurnOffTimRun();
-    p_.report.showInLabel2(std::string(kNoActivePassword) + ".");
+    p_.report.showInLabel2(Message(kNoActivePassword) + ".");
     p_.boxes.inform({kApplicationTitle, kNoActivePassword});
     p_.notices.passEnded(Trouble::noPassword, kNoActivePassword, 0);
 }
@@ -94,7 +94,7 @@ Task<void> ScanPass::searchAndCarry() {
 
     p_.window.setCaption("ZEP is now searching folders!");
     p_.window.setWaitPointer(true);
-    p_.report.showInLabel2("ZEP Is Running at " + timeText(p_.clock.now()));
+    p_.report.showInLabel2("ZEP Is Running at " + named(timeText(p_.clock.now())));
     p_.state.ScanActive = true;
     // From here on, so that Start and Stop mean the same during the search as between two files.
     p_.state.PassInProgress = true;
@@ -111,35 +111,35 @@ Task<void> ScanPass::searchAndCarry() {
 }
 
 bool ScanPass::foldersAreThere() {
-    const std::string bypassing = " does not exist bypassing ";
+    const Message source = named(settings_.SourceFolder);
+    const Message bypassing = " does not exist bypassing ";
+    const Message bypassingSource = bypassing + source + " events!";
     const bool missing =
-        missingFolderIsReported(settings_.SourceFolder,
-                                "Source Folder " + settings_.SourceFolder + bypassing + "events!") ||
-        missingFolderIsReported(settings_.DestinationFolder, "Destination Folder " + settings_.DestinationFolder +
-                                                                 bypassing + settings_.SourceFolder + " events!") ||
-        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + settings_.DoneFolder + bypassing +
-                                                          settings_.SourceFolder + " events!") ||
+        missingFolderIsReported(settings_.SourceFolder, "Source Folder " + source + bypassing + "events!") ||
+        missingFolderIsReported(settings_.DestinationFolder,
+                                "Destination Folder " + named(settings_.DestinationFolder) + bypassingSource) ||
+        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + named(settings_.DoneFolder) + bypassingSource) ||
         sourceIsReported(settings_.DoneFolder, "Done Folder ") ||
         sourceIsReported(settings_.RejectFolder, "Reject Folder ");
     if (missing) p_.window.setWaitPointer(false);
     return !missing;
 }
 
-bool ScanPass::missingFolderIsReported(const Path& folder, const std::string& text) {
+bool ScanPass::missingFolderIsReported(const Path& folder, const Message& text) {
     if (p_.toolbox.isFolder(folder)) return false;
     reportFolderTrouble(text);
     return true;
 }
 
 // Originals that are moved to where they came from would be found again by every pass.
-bool ScanPass::sourceIsReported(const Path& folder, const char* what) {
+bool ScanPass::sourceIsReported(const Path& folder, const Message& what) {
     if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
-    reportFolderTrouble(what + folder + " is the Source Folder bypassing events!");
+    reportFolderTrouble(what + named(folder) + " is the Source Folder bypassing events!");
     return true;
 }
 
-void ScanPass::reportFolderTrouble(const std::string& text) {
-    folderTrouble_ = text;
+void ScanPass::reportFolderTrouble(const Message& text) {
+    folderTrouble_ = text.text();
     p_.report.showInLabel2(text);
 }
 
@@ -160,8 +160,8 @@ Task<void> ScanPass::searchFiles() {
 
 // What stands in it is not encrypted, and nobody would know.
 void ScanPass::reportUnread(const Path& folder, const FileFault& fault) {
-    const std::string words = "Folder " + folder + " - FAILED: " + fault.text;
-    if (unread_.empty()) unreadWords_ = words;
+    const Message words = "Folder " + named(folder) + " - FAILED: " + failureWords(fault.text);
+    if (unread_.empty()) unreadWords_ = words.text();
     unread_.insert(folder);
     if (!unreadBefore_.contains(folder)) p_.report.showInPanel1(words);
 }
@@ -218,7 +218,7 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
 
 Task<void> ScanPass::flushMoves() {
     const FileFault fault = co_await p_.toolbox.flushMoves();
-    if (fault) p_.report.showInPanel1(fault.text);
+    if (fault) p_.report.showInPanel1(failureWords(fault.text));
 }
 
 bool ScanPass::stopIsTaken() {
@@ -332,24 +332,24 @@ Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
     if (p_.toolbox.kindOf(target) != EntryKind::missing) {
         const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
         target = joinPath(settings_.RejectFolder, newName);
-        p_.report.showInPanel1("File " + path + " File exists rename file to " + newName);
+        p_.report.showInPanel1("File " + named(path) + " File exists rename file to " + named(newName));
         const FileFault fault = co_await p_.toolbox.rename(path, target);
         isThere = !fault;
-        if (fault) p_.report.showInPanel1("File " + path + " did not rename file!");
+        if (fault) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
     }
     p_.state.FileOpSource = path;
     p_.state.FileOpTarget = target;
     FileFault fault;
     if (!isThere) fault = co_await p_.toolbox.move({path, target, Replace::never, held});
     if (fault)
-        p_.report.showInPanel1("File " + path + " did not move to reject folder!");
+        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
     else
         ++rejected_;
     co_return fault;
 }
 
 void ScanPass::reportNotEncrypted(const Path& path) {
-    p_.report.showInPanel1("File " + path + " did not encrypt!");
+    p_.report.showInPanel1("File " + named(path) + " did not encrypt!");
     p_.log.saveWhenOn();
 }
 
@@ -376,9 +376,9 @@ void ScanPass::end() {
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {
-    const std::string text = "ZEP Is PAUSED at " + timeText(p_.clock.now());
-    p_.window.setPanel1(text);
-    p_.window.setCaption(text);
+    const Message text = "ZEP Is PAUSED at " + named(timeText(p_.clock.now()));
+    p_.window.setPanel1(text.text());
+    p_.window.setCaption(text.text());
     p_.report.showInLabel2(text);
     finishEnding(trouble, words);
     // A single pass is over when it has ended, however it did.

@@ -60,9 +60,9 @@ private:
     void reportNoPassword();
     Task<void> searchAndCarry();
     bool foldersAreThere();
-    void reportFolderTrouble(const std::string& text);
-    bool missingFolderIsReported(const Path& folder, const std::string& text);
-    bool sourceIsReported(const Path& folder, const char* what);
+    void reportFolderTrouble(const Message& text);
+    bool missingFolderIsReported(const Path& folder, const Message& text);
+    bool sourceIsReported(const Path& folder, const Message& what);
     Task<void> searchFiles();
     void reportUnread(const Path& folder, const FileFault& fault);
     Task<void> carryFiles();

@@ -40,7 +40,7 @@ TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
     std::string expected = "whole\r\n";
     for (int i = 0; i < 50; ++i) {
         const std::string message = "line " + std::to_string(i);
-        log_.logEvent(message);
+        log_.logEvent(named(message));
         expected += at(message);
         if (i % 3 == 0) log_.writetofile();
         clock_.time += std::chrono::seconds(1);
@@ -75,7 +75,7 @@ TEST_F(ActivityLogTest, SavesWithTheNextSaveThatSucceedsAndSaysSoOnce) {
     {
         const FileSizeLimit full(1);
         for (const char* message : {"first", "second"}) {
-            log_.logEvent(message);
+            log_.logEvent(named(message));
             log_.writetofile();
         }
     }
@@ -120,7 +120,7 @@ TEST_F(ActivityLogTest, TheDocumentedLinesHold) {
         const char* const message = ::strptime(line.c_str(), "%m/%d/%y %H:%M:%S ", &time);
         ASSERT_NE(message, nullptr) << line;
         clock_.time = std::chrono::system_clock::from_time_t(::timegm(&time));
-        log_.logEvent(withBytes(message));
+        log_.logEvent(named(withBytes(message)));
         expected += line + "\r\n";
     }
     log_.writetofile();

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <set>
 
-#include "rig/heart_beat.h"
+#include "bench/heart_beat.h"
 #include "whole/program_harness.h"
 
 namespace vantrell::test {
