@@ -9,12 +9,12 @@
 #include <QTimer>
 
 #include "core/main_window.h"
-#include "core/main_window_events.h"
 #include "folderpicker/mk1.h"
 #include "mainwindow/frmAbout.h"
 #include "mainwindow/frmFolders.h"
 #include "mainwindow/frmMenus.h"
 #include "mainwindow/frmProgress.h"
+#include "mainwindow/main_window_listeners.h"
 #include "widgets/elided_label.h"
 #include "widgets/line_view.h"
 #include "widgets/minutes_field.h"
@@ -34,7 +34,7 @@ public:
     ~frmMain() override;
 
     /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
-    void setEvents(MainWindowEvents* events) { events_ = events; }
+    void setListeners(const MainWindowListeners* listeners);
 
     void setCaption(const std::string& text) override;
     void setLabel2(const std::string& text) override;
@@ -92,7 +92,7 @@ private:
     void resizeAtLeast(QSize size);
 
     StoredLines activityLines_;
-    MainWindowEvents* events_ = nullptr;
+    const MainWindowListeners* listeners_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
     QTimer minimizedReport_;

@@ -33,17 +33,16 @@ inline void writeLogs(const std::string& folder) {
 inline void drawHistory(const std::function<void(QWidget&, const QString&)>& save,
                         const std::function<void(int)>& wait) {
     const TemporaryFolder folder;
-    writeLogs(folder.makeFolder("Daily Activity Logs"));
-    ProgramState state;
-    state.AppFolder = folder.path();
+    const Path& logs = folder.path();
+    writeLogs(logs);
     const std::unique_ptr<FlushService> flush = makeKernelFlush();
     const SystemClock clock;
     QtEventLoop loop(clock, *flush);
     PosixToolbox toolbox(loop, clock);
     const PosixFileReading files;
     QWidget mainWindow;
-    frmHistoryInfo log(state, files, loop, mainWindow);
-    frmHistory list(state, toolbox, loop, log, mainWindow);
+    frmHistoryInfo log(logs, files, loop, mainWindow);
+    frmHistory list(logs, toolbox, loop, log, mainWindow);
     list.open();
     wait(300);
     auto* grid = list.findChild<QTableView*>();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace vantrell {
 
@@ -21,6 +22,17 @@ public:
     [[nodiscard]] virtual std::int32_t interval() const = 0;
     virtual void setEnabled(bool enabled) = 0;
     [[nodiscard]] virtual bool isEnabled() const = 0;
+
+    /// What is done at each tick; nothing before this is called. It must not destroy the timer.
+    void onTick(std::function<void()> tick) { tick_ = std::move(tick); }
+
+protected:
+    void tick() const {
+        if (tick_) tick_();
+    }
+
+private:
+    std::function<void()> tick_;
 };
 
 class Timers {
@@ -31,7 +43,7 @@ public:
     virtual ~Timers() = default;
 
     /// `name` is for people who look into the running program.
-    virtual std::unique_ptr<Timer> create(const std::string& name, std::function<void()> tick) = 0;
+    virtual std::unique_ptr<Timer> create(const std::string& name) = 0;
 };
 
 }  // namespace vantrell

@@ -33,10 +33,6 @@ std::string numberedLines(int count) {
 
 class HistoryReaderTest : public testing::Test {
 protected:
-    HistoryReaderTest() {
-        state.AppFolder = folder.path();
-        logs = folder.makeFolder("Daily Activity Logs");
-    }
     void write(const std::string& name, const std::string& bytes) const { writeFile(logs + "/" + name, bytes); }
     void read(const std::string& name) {
         reader.readtheHistoryfile(name);
@@ -50,12 +46,11 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string logs;
-    ProgramState state;
+    std::string logs = folder.makeFolder("logs");
     HandCrankedLoop loop;
     RecordedReader view;
     PosixFileReading files;
-    HistoryReader reader{state, files, loop, view};
+    HistoryReader reader{logs, files, loop, view};
     HistoryFind find{loop, reader.lines(), view};
 };
 

@@ -124,9 +124,7 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
 }
 
 TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
-    bool isOpen = false;
-    weekly.weekly->setPauses([&isOpen] { return isOpen; });
-    ModeDisplay& mode = weekly.bench.mode;
+    ModeDisplay& mode = weekly.bench.engine.mode;
     weekly.weekly->mnDeleteDone();
     EXPECT_FALSE(weekly.bench.timRun.isEnabled());
     ASSERT_TRUE(weekly.finish());
@@ -134,10 +132,10 @@ TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
 
     weekly.weekly->mnDeleteDone();
     weekly.bench.loop.turn();
-    isOpen = true;
+    weekly.weekly->pauseProcessing(true);
     ASSERT_TRUE(weekly.deleteByHand());
     EXPECT_EQ(mode.mode(), Mode::stopped) << "the settings window is open";
-    isOpen = false;
+    weekly.weekly->pauseProcessing(false);
 
     weekly.bench.state.PassInProgress = true;
     ASSERT_TRUE(weekly.deleteByHand());

@@ -15,15 +15,15 @@ struct ControllerTest : ::testing::Test {
 TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");
-    bench.controller.timRun_Timer();
+    bench.engine.passes.timRun_Timer();
     bench.settle();
     ASSERT_EQ(bench.boxes.openIds.size(), 1U);
-    bench.controller.timRun_Timer();
+    bench.engine.passes.timRun_Timer();
     bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    (void)bench.controller.folderPressed(FolderKind::done);
+    (void)bench.engine.fields.folderPressed(FolderKind::done);
     bench.settle();
-    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
     EXPECT_TRUE(bench.exists(bench.in("a")));
 }
 

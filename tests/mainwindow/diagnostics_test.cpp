@@ -21,7 +21,7 @@ TEST(Message, ShowsStrangersTheProgramsOwnWordsAlone) {
 // What the program really logs, with names that would be noticed anywhere.
 class DiagnosticsTest : public ::testing::Test {
 protected:
-    [[nodiscard]] std::string text() { return bench.controller.diagnosticsWanted("Qt 6.4.2 (xcb)"); }
+    [[nodiscard]] std::string text() { return bench.engine.about.diagnosticsWanted("Qt 6.4.2 (xcb)"); }
     PassBench bench;
 };
 
@@ -44,7 +44,7 @@ TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
           "20261116 140000 Encryped:  <…> - Sucessful: \n"}) {
         EXPECT_NE(text().find(part), std::string::npos) << part << " not in\n" << text();
     }
-    for (int i = 0; i < 60; ++i) bench.log.logEvent(i < 10 ? Message("Loading") : Message("Loaded"));
+    for (int i = 0; i < 60; ++i) bench.engine.log.logEvent(i < 10 ? Message("Loading") : Message("Loaded"));
     EXPECT_EQ(text().find("Loading"), std::string::npos) << "fifty events are enough";
 }
 
