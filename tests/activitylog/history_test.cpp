@@ -84,17 +84,6 @@ TEST_F(HistoryReaderTest, SaysNothingOfWhatCannotBeOpened) {
     EXPECT_TRUE(reader.reading().isIncomplete);
 }
 
-TEST_F(HistoryReaderTest, ReadsOnInAFileThatVanishedAndBearsOneThatWasCut) {
-    write("a", numberedLines(200));
-    write("b", numberedLines(200));
-    read("a");
-    read("b");
-    std::filesystem::remove(logs + "/a");
-    std::filesystem::resize_file(logs + "/b", 5);
-    EXPECT_EQ(reader.lines().line(150), "line 150");
-    EXPECT_EQ(reader.lines().line(399), "(this line cannot be read again)");
-}
-
 TEST_F(HistoryReaderTest, CopiesInOrderAndNoMoreThanProgramsCanTake) {
     const std::string longLine(60'000, 'x');
     const std::size_t count = HistoryReader::kLargestCopy / longLine.size() + 2;

@@ -91,22 +91,8 @@ TEST_F(NotifierTest, SaysWhoItIsAndReplacesItsOwn) {
     EXPECT_EQ(anew.at(1).toUInt(), 0U) << "it owes nothing to a server that was started anew";
     EXPECT_EQ(anew.at(3).toString(), QStringLiteral("<b>"));
     EXPECT_EQ(bodyOf(anew), QStringLiteral("&lt;a href=&quot;x&quot;&gt;&amp;"));
-}
-
-TEST_F(NotifierTest, WithdrawsEvenWhatIsStillOnItsWay) {
-    serve({QStringLiteral("body")});
-    QtNotifier notifier;
-    notifier.show("Title", "one");
-    ASSERT_TRUE(isShown(1));
     notifier.withdraw();
     EXPECT_TRUE(QTest::qWaitFor([&] { return server->closed == QList<quint32>{7}; }));
-    notifier.show("Title", "taken back at once");
-    notifier.withdraw();
-    notifier.show("Title", "two");
-    notifier.show("Title", "three");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return bodyOf(server->shown.back()) == QStringLiteral("three"); }));
-    notifier.withdraw();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return server->closed == QList<quint32>({7, 8}); }));
 }
 
 }  // namespace

@@ -62,16 +62,6 @@ TEST_P(EditorInTrouble, FullDiskIsReportedAndNothingChanges) {
     expectAllAsItWasAndThatItWorksAgain();
 }
 
-TEST_P(EditorInTrouble, MissingFileIsReportedAndNotMade) {
-    std::filesystem::remove(file);
-    press(GetParam());
-    EXPECT_FALSE(std::filesystem::exists(file));
-    // Deleting opens the store anew, which closes the editor of a missing file.
-    EXPECT_EQ(theBox().text == "Missing Data Base", GetParam() == kDelete);
-    EXPECT_EQ(window.isOpen, GetParam() != kDelete);
-    EXPECT_EQ(window.text, "one");
-}
-
 TEST_P(EditorInTrouble, ExitDuringTheWaitClosesOnlyAfterSuccess) {
     lock();
     for (const bool isLocked : {true, false}) {

@@ -63,19 +63,6 @@ class ManyStarts(Instances):
         wait_until(lambda: profile.helper_starts("KillZEP") == 1, "the helper for the end")
         self.assertEqual(profile.log().count("Loaded"), 1)
 
-    def test_after_a_kill_one_takes_over(self):
-        profile, first = self.running()
-        second = profile.start(program=os.path.join(profile.root, "bin", "ZEP"))
-        self.assertEqual(second.wait(60), 0)
-        self.assertIsNone(first.poll())
-        first.kill()
-        first.wait()
-        third = profile.start(program=os.path.join(profile.root, "bin", "ZEP"))
-        self.assert_carries(profile, "after the kill")
-        self.assertEqual(answer(profile), b"shown\n")
-        self.assertEqual(profile.end(third), 0)
-        self.assertFalse(os.path.exists(os.path.join(profile.data, "show.sock")))
-
 
 class TheSocket(Instances):
     def test_bears_garbage_half_lines_and_silence(self):

@@ -187,13 +187,6 @@ TEST_F(ScanPassTest, StopWithdrawsTheQuestionAndLeavesTheFile) {
     EXPECT_EQ(bench.window.caption, "Done Encrpting Files");
 }
 
-TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
-    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
-    group.abort();
-    expectBothFilesInSource();
-    EXPECT_TRUE(bench.messages().empty());
-}
-
 TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");

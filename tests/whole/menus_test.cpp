@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "whole/program_harness.h"
+#include <QClipboard>
+
+#include "support/environment.h"
+#include "whole/windows_harness.h"
 
 namespace vantrell::test {
 
 /// Fields and menus, and what stays of them in the settings file.
-class FieldsAndMenus : public ProgramTest {
+class FieldsAndMenus : public Windows {
 protected:
     void SetUp() override { startProgram(); }
 
@@ -23,6 +26,8 @@ protected:
         EXPECT_TRUE(waitFor([&] { return profile.saved().LoggingTurnedOff == off; }));
         EXPECT_EQ(find<QAction>("mnLogOffOn")->isChecked(), off);
     }
+
+    const Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
 };
 
 TEST_F(FieldsAndMenus, TakeWholeMinutesFromOneUp) {
@@ -33,8 +38,33 @@ TEST_F(FieldsAndMenus, TakeWholeMinutesFromOneUp) {
     EXPECT_EQ(afterTyping("abc"), Minutes("7", 7 * 65535)) << "letters are not taken";
     EXPECT_EQ(afterTyping("1,5"), Minutes("15", 15 * 65535)) << "nor is a comma";
     EXPECT_EQ(afterTyping("9999999"), Minutes("32768", 32768 * 65535));
+    QTest::keyClicks(find<QWidget>("ctNEdit1"), QStringLiteral("7"));
+    QTest::keyClick(find<QWidget>("ctNEdit1"), Qt::Key_Escape);
+    EXPECT_EQ(find<MinutesField>("ctNEdit1")->text(), QStringLiteral("32768"));
     QTest::keyClick(find<QWidget>("ctNEdit1"), Qt::Key_Up);
     EXPECT_EQ(profile.saved().ScanIntervalMs, 65535);
+}
+
+TEST_F(FieldsAndMenus, DoWhatTheirEntriesSay) {
+    trigger("mnuStartOnLoad");
+    EXPECT_TRUE(waitFor([&] { return profile.saved().RunContinuallyAtStartup; }));
+    trigger("mnOW");
+    answer(QMessageBox::Yes);
+    EXPECT_TRUE(waitFor([&] { return profile.saved().OverwriteExistingFiles; }));
+    trigger("mnmax");
+    EXPECT_EQ(answer(QMessageBox::No), "Would you like to run minimized now?");
+    EXPECT_FALSE(profile.saved().RunNormalAtStartup);
+    trigger("mnviewCL");
+    EXPECT_TRUE(find<QWidget>("txtDebug")->isVisible());
+    trigger("mnAddtoStartup");
+    EXPECT_EQ(answer(QMessageBox::Ok), "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
+    EXPECT_TRUE(std::filesystem::exists(folder / "config/autostart/NRD-ZEP.desktop"));
+    trigger("mnuRemoveFromStartup");
+    EXPECT_EQ(answer(QMessageBox::Ok), "ZEP is Now Removed Start UP. ");
+    EXPECT_FALSE(std::filesystem::exists(folder / "config/autostart/NRD-ZEP.desktop"));
+    trigger("mnuabout");
+    opened("frmAbout").click("cmdCopyDiagnostics");
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(QStringLiteral("Toolkit: Qt ")));
 }
 
 TEST_F(FieldsAndMenus, TurnLoggingOffAndOn) {

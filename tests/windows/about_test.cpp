@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QClipboard>
-
 #include "windows/window_harness.h"
 
 namespace vantrell::test {
@@ -25,10 +23,6 @@ TEST_F(AboutTest, IsOneWindowThatTellsMuchAndHoldsUpNothing) {
         EXPECT_TRUE(texts.contains(QString::fromLatin1(text))) << text;
     window.showAbout({});
     EXPECT_EQ(window.findChildren<frmAbout*>().size(), 1);
-    for (const char* name : {"cmdStartDir", "cmdSysInfo", "cmdCopyDiagnostics"}) click(name);
-    EXPECT_EQ(events.seen, (Seen{"start", "system info"}));
-    EXPECT_EQ(QGuiApplication::clipboard()->text(),
-              QStringLiteral("diagnostics of Qt %1 (offscreen)").arg(QString::fromLatin1(qVersion())));
     QTest::keyClick(about, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<frmAbout*>() == nullptr; }));
     EXPECT_TRUE(window.isVisible());

@@ -17,26 +17,6 @@ TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
     EXPECT_EQ(window.focusWidget(), find<QPushButton>("cmdStopDir"));
 }
 
-TEST_F(MainWindowTest, TellsATypedNumberOnce) {
-    window.setMinutes("5");
-    auto* field = find<MinutesField>("ctNEdit1");
-    field->setFocus();
-    field->selectAll();
-    QTest::keyClicks(field, QStringLiteral("12"));
-    EXPECT_TRUE(events.seen.empty()) << "not finished yet";
-    QTest::keyClick(field, Qt::Key_Return);
-    QTest::keyClick(field, Qt::Key_Return);
-    find<QPushButton>("cmdStartDir")->setFocus();
-    EXPECT_EQ(events.seen, (Seen{"edited 12"}));
-
-    field->setFocus();
-    QTest::keyClicks(field, QStringLiteral("7"));
-    QTest::keyClick(field, Qt::Key_Escape);
-    QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(field->text(), QStringLiteral("12"));
-    EXPECT_EQ(events.seen.size(), 1U);
-}
-
 TEST_F(MainWindowTest, LongTextsMoveNothing) {
     window.setModeLabel("Mode: Stopped");
     window.setClock("20:41:03");

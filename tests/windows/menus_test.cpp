@@ -9,15 +9,6 @@ namespace vantrell::test {
 
 class MenusTest : public MainWindowTest {
 protected:
-    /// As people do: a click on the menu in the bar, then one on the entry.
-    void choose(const char* menuName, const char* entryName) {
-        auto* menu = find<QMenu>(menuName);
-        QTest::mouseClick(window.menuBar(), Qt::LeftButton, {},
-                          window.menuBar()->actionGeometry(menu->menuAction()).center());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));
-        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(find<QAction>(entryName)).center());
-        EXPECT_FALSE(menu->isVisible());
-    }
     [[nodiscard]] static std::string captionOf(const QAction* entry) {
         return QString(entry->text()).remove(QLatin1Char('&')).toStdString();
     }
@@ -30,17 +21,6 @@ protected:
         }
     }
 };
-
-TEST_F(MenusTest, ForwardWhatIsChosen) {
-    for (const char* entry : {"mnAddtoStartup", "mnuRemoveFromStartup", "mnuStartOnLoad", "mnmax"})
-        choose("mnuStartup", entry);
-    choose("mnuPasswordsAndFiles", "mnOW");
-    for (const char* entry : {"mnviewCL", "mnuCurrentPass", "mnLogOffOn"}) choose("mnview", entry);
-    QTest::mouseClick(window.menuBar(), Qt::LeftButton, {},
-                      window.menuBar()->actionGeometry(find<QAction>("mnuabout")).center());
-    EXPECT_EQ(events.seen, (Seen{"add", "remove", "start on load", "run normal", "overwrite", "view log", "password",
-                                 "logging", "about"}));
-}
 
 TEST_F(MenusTest, CheckMarksFollowTheSettingsAndNotTheClick) {
     SettingsRecord settings;
