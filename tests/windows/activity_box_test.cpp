@@ -51,6 +51,7 @@ TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
 
 TEST_F(ActivityBoxTest, LongLinesCanBeScrolledIntoSight) {
     window.setActivityShown(true);
+    window.appendActivity("short");
     window.appendActivity(std::string(2000, 'W'));
     const int needed = box->fontMetrics().horizontalAdvance(QString(2000, QLatin1Char('W')));
     EXPECT_TRUE(
