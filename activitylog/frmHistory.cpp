@@ -160,7 +160,8 @@ void frmHistory::open() {
 
 void frmHistory::checkRow(const QModelIndex& index) { list_.gridClicked(static_cast<std::size_t>(asRow(index))); }
 
-// With the keyboard a row is chosen as by a click: the mark would otherwise stay with a row that is not to be opened.
+// The arrow keys move the mark along, as a click does. Otherwise the mark would stay with a row that will not be
+// opened.
 bool frmHistory::eventFilter(QObject* watched, QEvent* event) {
     if (watched != GridDetails_ || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
     const QModelIndex current = GridDetails_->currentIndex();

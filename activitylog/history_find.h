@@ -13,9 +13,9 @@ namespace vantrell {
 
 class HistoryLines;
 
-/// Where the search stands.
+/// How far the search has come.
 struct FindState {
-    std::size_t matches = 0;   ///< lines that hold the text, as far as they are known
+    std::size_t matches = 0;   ///< the number of lines found so far that hold the text
     std::size_t position = 0;  ///< which of them is shown, from 1 on; 0: none yet
     bool isUnderWay = false;
     bool isSearching = false;  ///< there is something to look for
@@ -33,8 +33,8 @@ public:
     virtual void showFindState(const FindState& state) = 0;
 };
 
-/// Finds the lines that hold a text, without holding up the window. Letters of the English alphabet match in both
-/// cases, every other character only itself; what is compared is what is shown.
+/// Finds the lines that hold a text, without making the window wait. Small and capital letters of the English alphabet
+/// count as the same; every other character matches only itself. The text is looked for in the lines as they are shown.
 class HistoryFind {
 public:
     HistoryFind(EventLoop& loop, const HistoryLines& lines, HistoryFindView& view);
@@ -42,10 +42,10 @@ public:
     /// Looks for a text (UTF-8) anew; an empty one ends the search. The first line that is shown is the first match
     /// from line `from` on, else the first of all.
     void find(const std::string& text, std::size_t from);
-    /// From the match that is shown to its neighbour; behind the last one comes the first.
+    /// Shows the next or the previous match. After the last match comes the first one.
     void findNext() { step(1); }
     void findPrevious() { step(-1); }
-    /// Lines have joined: they are searched too.
+    /// To be called when lines have joined the source, so that these are searched as well.
     void linesJoined();
     /// Ends the search and forgets its text.
     void clear();

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{256} * 1024;
 constexpr char kCannotBeRead[] = "(this line cannot be read again)";
 
-/// The length of the line that `rest` begins with, its line end included; 0 when its end is not in sight.
+/// The length of the first line of `rest`, its line end included; 0 when `rest` does not hold the whole line.
 std::size_t lengthOfLine(std::string_view rest, bool isAll) {
     const std::string_view longest = rest.substr(0, HistoryLines::kLongestLine);
     const std::size_t lineFeed = longest.find('\n');
@@ -38,7 +38,7 @@ void HistoryLines::addFile(std::unique_ptr<ReadableFile> file) {
     sections_.push_back(std::move(section));
 }
 
-// Each piece begins with the line that the one before it did not hold whole.
+// A piece may end in the middle of a line. The next piece begins with that line.
 Result<bool> HistoryLines::takePiece() {
     Section& section = sections_.back();
     piece_.resize(kPiece);
@@ -79,7 +79,7 @@ std::size_t HistoryLines::size() const {
 }
 
 const HistoryLines::Section& HistoryLines::sectionOf(std::size_t index) const {
-    // A file without lines begins where the next one does, and is passed over.
+    // A file without lines has the same first line as the next file; the search must find the next file.
     const auto behind = std::upper_bound(sections_.begin(), sections_.end(), index,
                                          [](std::size_t line, const Section& one) { return line < one.firstLine; });
     return *std::prev(behind);

@@ -30,7 +30,8 @@ public:
 
     /// Lines have joined, or the reading has ended. Comes often.
     virtual void readingWentOn() = 0;
-    /// The lines that were to be copied, each ended by a line feed; one line alone without. They may be large.
+    /// Gives the lines for the clipboard. Each line ends with a line feed, but a single line does not. The text may be
+    /// large, up to `kLargestCopy`.
     virtual void takeCopy(std::string text) = 0;
     virtual void refuseCopy() = 0;
 };

@@ -10,7 +10,7 @@ namespace {
 
 std::uint8_t byteAt(std::string_view bytes, std::size_t index) { return static_cast<std::uint8_t>(bytes[index]); }
 
-/// How many bytes the sequence has that this lead byte announces; 0 when no sequence begins with it.
+/// The length in bytes of a sequence that begins with this byte; 0 when no sequence can begin with it.
 std::size_t announcedLength(std::uint8_t lead) {
     if (lead < 0x80) return 1;
     if (lead >= 0xC2 && lead <= 0xDF) return 2;
@@ -19,7 +19,8 @@ std::size_t announcedLength(std::uint8_t lead) {
     return 0;
 }
 
-/// The second byte rules out what is written too long, surrogates, and what lies above U+10FFFF.
+/// UTF-8 forbids sequences that are longer than needed, surrogates, and code points above U+10FFFF. The second byte
+/// shows all three.
 bool mayFollow(std::uint8_t lead, std::uint8_t second) {
     const std::uint8_t lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const std::uint8_t highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;

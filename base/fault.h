@@ -7,9 +7,9 @@ namespace vantrell {
 
 /// What the caller can do about something that failed.
 enum class FaultKind {
-    inUse,          ///< somebody writes to the file, or it is another one than before: try again later
+    inUse,          ///< another program writes to the file, or a different file has its name now: try again later
     notThere,       ///< the file or a folder on its way does not exist
-    nameTaken,      ///< something stands under the target name and may not be replaced
+    nameTaken,      ///< there is something with the target name already, and it may not be replaced
     noSpace,        ///< the target's file system is full or over quota
     deviceFailing,  ///< the target's file system is read-only or its writes fail
     other,          ///< anything else; the text says what

@@ -33,7 +33,7 @@ public:
     [[nodiscard]] virtual std::size_t widestLine() const = 0;
 };
 
-/// Finds the widest of the lines that join a source, and keeps none of them.
+/// Finds out which line of a source is the widest. Every line is shown to it once; it keeps none of them.
 class WidestLine {
 public:
     /// `widest` is the text of the line `index()`. It alone is measured again: what was the widest line in one font is

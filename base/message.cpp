@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kMask[] = "<…>";
 
-// How the host ends the words of a failure: these tell what happened and nothing of where.
+// The reasons that the host gives for failures. They say what happened, but not to which file.
 constexpr std::array<std::string_view, 13> kReasons{
     ": No such file or directory",
     ": Permission denied",

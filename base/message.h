@@ -11,9 +11,9 @@ namespace vantrell {
 ///
 ///     report.showInPanel1("File " + named(path) + " did not encrypt!");
 ///
-/// It knows which is which, so that a report for strangers can be given the words without the names. The program's own
-/// words are string literals, everything else has to come by `named` or `failureWords`: what is new is masked without
-/// anybody having to think of it. Bytes of names are kept as they are (see displayText).
+/// It remembers which parts are names, so that a report for strangers can leave the names out. Only string literals
+/// count as the program's own words; everything else must be added by `named` or `failureWords`. A new message is
+/// therefore masked correctly without further work. The bytes of names are kept unchanged (see displayText).
 class Message {
 public:
     template <std::size_t N>

@@ -9,7 +9,7 @@ namespace vantrell {
 /// A path: exactly the bytes that the host uses for it, in no particular encoding. Only windows and the log decode it.
 using Path = std::string;
 
-/// What stands between the levels of a path (POSIX: the only character besides NUL that a name cannot hold).
+/// The character between the levels of a path. Under POSIX a name can hold any character but this one and NUL.
 inline constexpr char kPathSeparator = '/';
 
 // The one place where paths are taken apart and put together.

@@ -79,7 +79,8 @@ struct Figures {
     std::size_t clockTexts = 0;
 };
 
-// Watches the event loop from inside: how long it let nobody in, and how memory grew once it had settled.
+// Watches from within the event loop: measures the longest time in which no event was handled, and how much memory grew
+// after the beginning.
 Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;

@@ -13,7 +13,7 @@
 
 namespace vantrell::test {
 
-/// For how long this thread was ready to run and another one had the processor.
+/// How long this thread was ready to run while another thread had the processor.
 inline std::int64_t waitedForProcessorNs() {
     std::ifstream statistics("/proc/thread-self/schedstat");
     std::int64_t ran = 0;
@@ -33,7 +33,7 @@ public:
         timer_.start(1);
     }
 
-    /// Longer than this, and people notice.
+    /// People notice a window that does not react for longer than this.
     static constexpr qint64 kNoticedMs = 100;
 
     [[nodiscard]] qint64 longestGapMs() const { return longest_; }
@@ -59,7 +59,7 @@ private:
     int noticed_ = 0;
 };
 
-/// The memory of this process that is in the machine's memory.
+/// How much of the machine's memory this process uses at the moment (its resident set).
 inline std::int64_t residentKiB() {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)

@@ -52,7 +52,7 @@ void clickAt(QWidget& widget, const QPoint& place) {
     }
 }
 
-/// Tells when a widget has been painted.
+/// Remembers that a widget has been painted.
 class PaintWatch final : public QObject {
 public:
     explicit PaintWatch(QWidget& widget) : widget_(widget) { widget_.installEventFilter(this); }
@@ -67,7 +67,7 @@ private:
     bool painted_ = false;
 };
 
-/// The longest time from a click on a menu until it stands there, of some.
+/// Opens a menu several times; the longest time from the click until it is painted.
 double menuMs(frmMain& window) {
     double longest = 0;
     QMenuBar& bar = *window.menuBar();
@@ -107,7 +107,7 @@ public:
         waitForPass();
     }
 
-    /// The caption tells that the pass of this minute has ended.
+    /// The pass of this minute has ended when the caption says so.
     void waitForPass() {
         const QString ended = QString::fromStdString("ZEP Is PAUSED at " + timeText(clock_.time));
         while (window().windowTitle() != ended) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

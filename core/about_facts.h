@@ -9,7 +9,7 @@
 
 namespace vantrell {
 
-/// What the About window says. The window adds what it is made of itself.
+/// What the About window says. The window itself adds the version of Qt.
 struct AboutFacts {
     std::string title;
     std::string version;

@@ -7,7 +7,7 @@
 
 namespace vantrell {
 
-/// Puts the active password into `ActivePassword`, which stays empty when there is none.
+/// Looks up the active password and puts it into `ActivePassword`, which stays empty when no password is active.
 using ActivePasswordLookup = std::function<Task<void>()>;
 
 inline constexpr char kNoActivePassword[] = "There is no active password.  Encryption has stopped.";

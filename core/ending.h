@@ -11,8 +11,8 @@ public:
     Endable& operator=(const Endable&) = delete;
     virtual ~Endable() = default;
 
-    /// Ends it at once, without a word: tasks are destroyed, which undoes what is not whole; questions are withdrawn,
-    /// windows close. Not to be called from within one of its tasks.
+    /// Ends it at once and says nothing: its tasks are destroyed, which undoes what they had only half done, its
+    /// questions are taken back and its windows close. Must not be called from within one of its own tasks.
     virtual void abort() = 0;
 };
 
@@ -24,7 +24,7 @@ public:
     ProgramEnd& operator=(const ProgramEnd&) = delete;
     virtual ~ProgramEnd() = default;
 
-    /// Writes down settings and log, and nothing else: the session may be about to end, or not after all.
+    /// Saves settings and log, and changes nothing else, since the end of the session may still be called off.
     virtual void saveAll() = 0;
     /// The full closing, for every reason but the close box. Not to be called from within a task.
     virtual void closeForGood() = 0;

@@ -38,7 +38,7 @@ public:
     virtual void setLastFile(const std::string& name) = 0;
     virtual void setTotalFiles(std::uint64_t count) = 0;
     virtual void setProcessedCount(std::int32_t count) = 0;
-    /// The number of files of this pass that are behind us, of `total`.
+    /// How many of the `total` files of this pass are finished.
     virtual void setPassProgress(std::uint64_t done, std::uint64_t total) = 0;
     virtual void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) = 0;
     /// No file is at work: the progress display is empty.
@@ -61,11 +61,11 @@ public:
 
     // The window itself
     virtual void showWindow() = 0;
-    /// Out of sight altogether; only where something is left to bring it back.
+    /// Hides the window altogether. Only to be called where the tray icon can bring it back.
     virtual void hideWindow() = 0;
     virtual void minimizeWindow() = 0;
     virtual void closeWindow() = 0;
-    /// Out of the minimized state.
+    /// Ends the minimized state.
     virtual void setNormalState() = 0;
     [[nodiscard]] virtual bool isMinimized() const = 0;
     /// 6780 by 11655 twips, or what the texts need.

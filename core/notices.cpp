@@ -23,7 +23,8 @@ Notices::Notices(Notifier& notifier, const Clock& clock, MainWindow& window, Win
     : notifier_(notifier), clock_(clock), window_(window), place_(place) {}
 
 void Notices::passEnded(Trouble trouble, const std::string& words, std::uint64_t rejected) {
-    // Rejected files stay news until the operator has been here: a pass without any does not undo them.
+    // Rejected files are worth telling until the operator has looked: a later pass without rejected files does not
+    // change that.
     if (trouble == Trouble::none && (rejected > 0 || trouble_ == Trouble::filesRejected))
         trouble = Trouble::filesRejected;
     if (trouble == Trouble::none) return operatorActed();
@@ -52,7 +53,7 @@ void Notices::tick() {
     const bool hasNews = trouble_ != Trouble::filesRejected || rejected_ > rejectedTold_;
     if (trouble_ == Trouble::none || !hasNews) return;
     const auto since = clock_.now() - told_;
-    // A clock that was put back must not silence us.
+    // Without this, a clock that was set back would stop all notifications until it has caught up.
     if (since >= pause_ || since < std::chrono::hours(0)) {
         pause_ = std::min(pause_ * 2, kLongestPause);
         tell();

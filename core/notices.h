@@ -15,21 +15,22 @@ namespace vantrell {
 /// What keeps the program from doing its work, or what an operator should know of a pass.
 enum class Trouble { none, filesRejected, folderGone, folderUnread, diskFails, noPassword };
 
-/// Tells the operator who does not look at the window: one notification at a time, replaced or withdrawn when things
-/// change. The same trouble is told again after growing pauses only, and never forgotten: what stands still is told
-/// again even when no pass comes.
+/// Notifies an operator who does not look at the window. There is one notification at a time, which is replaced or
+/// withdrawn when things change. The same trouble is told again after longer and longer pauses, and it is told as long
+/// as it lasts, even when no further pass comes.
 class Notices {
 public:
     Notices(Notifier& notifier, const Clock& clock, MainWindow& window, WindowPlace& place);
 
     /// How a pass ended, with the words the operator was shown and the number of files it rejected.
     void passEnded(Trouble trouble, const std::string& words, std::uint64_t rejected);
-    /// The operator is here and knows: nothing is told until the next pass.
+    /// To be called when the operator has done something: nothing is told until the next pass.
     void operatorActed();
-    /// To be called now and then.
+    /// To be called regularly, for example with each tick of the clock.
     void tick();
 
-    /// A question of a pass: brings a window that is out of sight back, and says that it waits.
+    /// To be called when a pass asks a question: shows the window again if it is out of sight, and notifies that the
+    /// pass waits for an answer.
     void questionOpened(const Box& box);
     void questionClosed();
 

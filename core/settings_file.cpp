@@ -8,7 +8,7 @@ namespace vantrell {
 
 namespace {
 
-// Far more than fifteen items can need, and little enough to read at once.
+// Fifteen items never need this much, and it is small enough to be read at once.
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 }  // namespace
@@ -32,7 +32,8 @@ void SettingsFile::saveSettings() {
     if (loaded_ == Loaded::unreadable) return;
     if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
     const std::string line = formatSettings(state_.settings);
-    // Every pass saves; a file that says the same already need not be flushed to the disk once more.
+    // Every pass saves the settings. When the file holds the same already, writing and flushing it again would only
+    // wear out the disk.
     const Result<std::string> present = files_.read(state_.SettingsFilePath, line.size() + 1);
     if (present.ok() && present.value() == line) return;
     (void)files_.writeAtomically(state_.SettingsFilePath, line);

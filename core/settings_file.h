@@ -23,8 +23,8 @@ public:
     Loaded loadSettings();
     /// Writes all fields. Errors are ignored: the file then stays as it was.
     void saveSettings();
-    /// Whether a load since the start of the program found an incomplete file: what is saved since is only a part of
-    /// what had been set.
+    /// True when a load since the start of the program found an incomplete file. What has been saved since then is only
+    /// a part of the settings that there once were.
     [[nodiscard]] bool wasFoundIncomplete() const { return foundIncomplete_; }
 
 private:

@@ -20,7 +20,7 @@ bool equalIgnoringCase(std::string_view one, std::string_view other) {
     return true;
 }
 
-// Takes the items off the line, one after the other.
+// Reads the items of the line from left to right.
 class ItemReader {
 public:
     explicit ItemReader(std::string_view bytes) : rest_(bytes) {}

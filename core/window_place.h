@@ -11,8 +11,9 @@ class WindowPlace {
 public:
     WindowPlace(MainWindow& window, const Tray& tray) : window_(window), tray_(tray) {}
 
-    /// Out of sight. Without a notification area nothing could bring the window back, so it is minimized instead. Not
-    /// both: window managers report the one late, and a window that was brought back meanwhile would be hidden again.
+    /// Puts the window out of sight: hides it, or minimizes it where no notification area could bring it back. It never
+    /// does both, since window managers report a minimized window late; the window might be shown again by then, and
+    /// would be hidden once more.
     void hide() {
         isOutOfSight_ = true;
         isHidden_ = tray_.isAvailable();
@@ -21,7 +22,7 @@ public:
         else
             window_.minimizeWindow();
     }
-    /// In its normal state and in front.
+    /// Shows the window in its normal state and brings it to the front.
     void show() {
         isOutOfSight_ = isHidden_ = false;
         window_.setNormalState();
@@ -33,8 +34,9 @@ public:
         show();
         if (!window_.isMinimized()) window_.setNormalSize();
     }
-    /// A window that lives in an area that goes away comes back, and one that is minimized only for want of an area
-    /// (panels often start after us) goes into the one that comes.
+    /// To be called when a notification area has come or gone. When the area has gone, a hidden window is shown again.
+    /// When an area comes (panels often start after this program), a window that is minimized only because there was
+    /// none is hidden.
     void trayAvailabilityChanged(bool available) {
         if (!available && isHidden_) show();
         if (available && isOutOfSight_ && window_.isMinimized()) hide();

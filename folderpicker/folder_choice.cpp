@@ -7,7 +7,7 @@ namespace vantrell {
 
 namespace {
 
-// Two spellings of one folder: "/srv//in/" is "/srv/in".
+// Removes double and closing separators, so that "/srv//in/" equals "/srv/in".
 Path plain(const Path& folder) {
     Path result;
     for (const char byte : folder)
@@ -77,7 +77,8 @@ Path startFolder(const Path& wanted, const Path& home, const FileToolbox& toolbo
     for (Path folder = plain(wanted), above; !folder.empty(); folder = above) {
         if (toolbox.isFolder(folder)) return folder;
         above = folderOf(folder);
-        // Above everything lies the root, or nothing: neither is a place to look for a lost folder.
+        // The search upwards ends at the root, or at an empty path. Neither is a useful place to open when a folder is
+        // lost.
         if (above.size() == 1) break;
     }
     return home;

@@ -10,7 +10,7 @@
 
 namespace vantrell {
 
-/// What stands above the chooser when its caller gave no title.
+/// The title of the chooser when its caller gave none.
 inline constexpr char kDefaultPickTitle[] = "Select a Folder";
 /// The title of the chooser's own message boxes.
 inline constexpr char kPickerTitle[] = "Tessaly Folder Browser";
@@ -29,8 +29,8 @@ struct NewFolder {
 /// Creates one folder inside another. Whatever already bears the name, a folder or not, is left as it is.
 [[nodiscard]] NewFolder createFolder(const Path& inside, const std::string& name, FileToolbox& toolbox);
 
-/// Plain sentences (UTF-8) on what the four folders and the options together lead to that the operator may not expect,
-/// one blank between them; empty when there is nothing to say. The folders are compared as texts.
+/// Warnings (UTF-8, one blank between two sentences) about consequences of the four folders and the options that the
+/// operator may not expect; empty when there is nothing to warn of. The folders are compared as texts.
 [[nodiscard]] std::string folderWarning(const SettingsRecord& settings);
 
 }  // namespace vantrell

@@ -174,13 +174,14 @@ void frmButton::connectControls() {
 
 Path frmButton::selection() const {
     QString selected = selectedFiles().value(0);
-    // For the computer as a whole there is no path, and Qt would take the working directory for it.
+    // The entry for the whole computer has no path. Qt would use the working directory instead.
     if (const QDir open = directory(); selected.isEmpty())
         selected = open.isRelative() ? QDir::rootPath() : open.absolutePath();
     return QFile::encodeName(QDir::cleanPath(selected)).toStdString();
 }
 
-// A listing that was under way when a folder was created does not hold it, and drops it where it is shown already.
+// A listing that began before a folder was created does not contain that folder. When it ends, Qt removes the new
+// folder from the view again.
 void frmButton::reopenWhenDropped() {
     const auto* list = findChild<QListView*>(QStringLiteral("listView"));
     const QString open = directory().absolutePath();
@@ -198,7 +199,8 @@ void frmButton::selectionChanged() {
 }
 
 void frmButton::openPrompt(bool open) {
-    // While its list is open, the field for the folder takes the next key, wherever the focus is.
+    // While its list of suggestions is open, the folder field takes the next key, even when another field has the
+    // focus.
     if (const auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")); field && field->completer())
         field->completer()->popup()->hide();
     prompt_->setVisible(open);
@@ -215,7 +217,7 @@ void frmButton::createFolderAsTyped() {
     const NewFolder made = createFolder(selection(), name, toolbox_);
     if (made.path.empty()) return refuse(made.refusal);
     openPrompt(false);
-    // What was typed or clicked before would still be the selection.
+    // Otherwise the folder that was typed or clicked before would stay selected.
     findChild<QTreeView*>(QStringLiteral("treeView"))->selectionModel()->clear();
     setDirectory(namedFolder(made.path));
     findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->clear();
@@ -237,7 +239,7 @@ void frmButton::refuse(const std::string& words) {
     box->open();
 }
 
-// Qt's own way asks in a box that holds up the event loop when the folder that was typed does not exist.
+// When the typed folder does not exist, Qt itself would show a box that stops the event loop.
 void frmButton::accept() {
     if (prompt_->isVisible() && !txtName_->text().isEmpty()) return createFolderAsTyped();
     if (!toolbox_.isFolder(selection())) return refuse("There is no folder\r\n" + shownText(selection()).toStdString());

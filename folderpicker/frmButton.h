@@ -16,8 +16,8 @@ namespace vantrell {
 /// The chooser for one pick: Qt's own folder dialog, with a title line above it and, below, the full path of the
 /// selection and, when asked for, the button that creates a folder or the check box for sub-folders.
 ///
-/// The name of a new folder is asked for inside the dialog. After a Create the dialog stands where it stood, with the
-/// new folder selected.
+/// The name of a new folder is asked for inside the dialog. After the folder has been created, the dialog stays open at
+/// its place and the new folder is selected.
 class frmButton final : public QFileDialog {
     Q_OBJECT
 

@@ -46,7 +46,8 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
     return true;
 }
 
-// From the first Create on, every chooser opens where the one stood in which a folder was created last.
+// Once a folder has been created, every chooser opens at the place and with the size that the chooser had at the last
+// creation.
 void MK1::rememberPlace() {
     DlgRect_ = dialog_->geometry();
     KeepDlgRect_ = true;

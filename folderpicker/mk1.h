@@ -9,8 +9,8 @@
 
 namespace vantrell {
 
-/// The folder picker as the windows use it: set it up, then ask it for one pick. It stands on its owner's window
-/// without being seen, and remembers from one pick to the next where the operator had the chooser.
+/// The folder picker as the windows use it: set it up, then ask it for one pick. It is an invisible child of its
+/// owner's window, and it remembers the place of the chooser from one pick to the next.
 ///
 /// A pick blocks the owner window, but no event loop: its outcome comes through a function.
 class MK1 final : public QWidget {
@@ -26,7 +26,8 @@ public:
     ~MK1() override;
 
     void setParentForm(QWidget* owner) { ParentForm_ = owner; }
-    /// Where the chooser opens; empty: the home folder. One that has gone: the nearest one above it.
+    /// The folder on which the chooser opens. An empty path means the home folder. For a folder that no longer exists
+    /// it is the nearest existing folder above it.
     void setInitDir(Path folder) { InitDir_ = std::move(folder); }
     /// The line above the folders (UTF-8); empty: "Select a Folder".
     void setTitle(std::string title) { Title_ = std::move(title); }

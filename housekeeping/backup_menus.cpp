@@ -7,7 +7,7 @@ void BackupMenus::mnBackup() {
     if (backups_.isIdle()) backups_.start(p_.backup.backupConfig());
 }
 
-// The settings are read at once: whatever saves them in between would undo the restore.
+// The settings are read at once. If they were saved before they are read, that would undo the restore.
 void BackupMenus::mnONLBackup() {
     p_.backup.restoreOnCloseConfig();
     p_.reloadSettings();

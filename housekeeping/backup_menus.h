@@ -40,7 +40,7 @@ public:
     void mnuRPassOn() override { restorePassword(&ConfigBackup::restoreOnClosePassword); }
     void mnuPassNormal() override { restorePassword(&ConfigBackup::restoreNormalPassword); }
 
-    /// What is copied by then is whole, the rest is as it was.
+    /// Every file that has been copied by then is whole; the other files are unchanged.
     void abort() override;
 
 private:

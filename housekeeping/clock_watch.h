@@ -11,7 +11,7 @@ namespace vantrell {
 /// program ran (an empty battery, a wrong time server), since files then look older or younger than they are.
 class ClockWatch {
 public:
-    /// Takes the wall clock for right.
+    /// Begins by trusting the wall clock.
     explicit ClockWatch(const Clock& clock) : clock_(clock) { accept(); }
 
     /// To be called often: a jump counts even when the clock is put right again afterwards.
@@ -19,7 +19,7 @@ public:
         if (std::chrono::abs(difference() - accepted_) > kTolerance) hasJumped_ = true;
     }
     [[nodiscard]] bool hasJumped() const { return hasJumped_; }
-    /// A person has looked at the clock.
+    /// To be called when a person has checked the date: the wall clock is trusted again.
     void accept() {
         accepted_ = difference();
         hasJumped_ = false;

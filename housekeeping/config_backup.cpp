@@ -19,7 +19,7 @@ constexpr char kPasswordsNotRestored[] = "Password file has NOT been restored fr
 constexpr std::chrono::milliseconds kRetryInterval(50);
 constexpr std::chrono::milliseconds kPatience(5000);
 
-// Numbers and words are those that the program has always given for them.
+// The program has always used these numbers and words for these errors.
 constexpr char kOutOfMemory[] = "7  Out of memory";
 constexpr char kInternalError[] = "51  Internal error";
 
@@ -45,7 +45,7 @@ Task<void> ConfigBackup::backupConfig() {
     try {
         const Path folder = makeBackupFolder(kBackupByHand);
         texts.push_back(settingsBackedUp(folder));
-        // Before the first box is answered, however long that takes.
+        // The passwords are copied before the first box is shown, since its answer may take long.
         texts.push_back(co_await passwordsBackedUp(folder));
     } catch (...) {
         texts.push_back(unexpectedError());
@@ -58,7 +58,7 @@ Task<void> ConfigBackup::backupConfig() {
 
 Path ConfigBackup::makeBackupFolder(const char* name) {
     Path folder = joinPath(p_.state.AppFolder, name);
-    // Private to the user; a folder that cannot be made is told by the copies.
+    // Only the user may read it. If the folder cannot be made, the copies fail and report it.
     if (!FolderExists(p_.toolbox, folder)) (void)p_.files.makePrivateFolders(folder);
     return folder;
 }
@@ -88,19 +88,19 @@ void ConfigBackup::onCloseConfigBackup() noexcept try {
         const Path backup = joinPath(folder, name);
         if (!exists(live(name)) || (!replaces && exists(backup))) return;
         remember(live(name), backup);
-        // Nobody is left to be told; the older copy stays.
+        // A failure cannot be shown to anybody any more; the older copy stays.
         (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
     const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
     if (!settingsArePart) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
     copy(kPasswordFileName, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
 } catch (...) {
-    // Ends in silence, as the program does.
+    // The program is ending and nobody could read a message.
     return;
 }
 
-// A data folder that was lost is set up anew by the next start: its empty files must not take the place of the last
-// copies of the lost ones.
+// When the data folder was lost, the next start makes a new one with empty files. These must not replace the last
+// copies of the lost files.
 bool ConfigBackup::settingsAreWorthACopy() const {
     const SettingsRecord& settings = p_.state.settings;
     return !(settings.SourceFolder + settings.DestinationFolder + settings.DoneFolder + settings.RejectFolder).empty();
@@ -123,7 +123,7 @@ void ConfigBackup::restoreNormalConfig() {
                                   kSettingsNotRestored, "   Configruation file has NOT been restored from backup."});
 }
 
-// Nobody waits for the box: until the settings are read, whatever saves them would undo the restore.
+// The box is not waited for. As long as the restored settings are not read, saving the settings would undo the restore.
 void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try {
     const Path backup = existingBackup(folderName, kSettingsFileName);
     if (backup.empty()) return;
@@ -171,7 +171,7 @@ CopyResult ConfigBackup::copySettings(const Path& source, const Path& target) {
     return copies_.copySettings(source, target, Unchanged::written);
 }
 
-// Tries are counted, not the time: a busy event loop makes us more patient, never less.
+// The tries are counted, not the seconds. A busy event loop then makes the wait longer, but never shorter.
 Task<bool> ConfigBackup::copyOnceUnlocked(Copy copy, Path source, Path target) {
     remember(source, target);
     for (auto waited = std::chrono::milliseconds::zero();; waited += kRetryInterval) {

@@ -11,7 +11,7 @@ namespace vantrell {
 
 namespace {
 
-// Far more than fifteen items can need, and little enough to read at once.
+// Fifteen items never need this much, and it is small enough to be read at once.
 constexpr std::size_t kMostSettingsBytes = std::size_t{1} << 20;
 
 CopyResult resultOf(DatabaseFault fault) {
@@ -26,7 +26,8 @@ public:
     SetAside(const SetAside&) = delete;
     SetAside& operator=(const SetAside&) = delete;
     ~SetAside() {
-        // A name that has been taken meanwhile stays taken; the file is still there under the other one.
+        // If the old name has been taken by another file meanwhile, that file is left alone; ours still exists under
+        // its dated name.
         for (const auto& [from, to] : moved_) (void)files_.setAside(to, from);
     }
 
@@ -83,7 +84,7 @@ CopyResult FileCopies::write(const Path& target, const std::string& bytes, Uncha
     return files_.writeAtomically(target, bytes).ok() ? CopyResult::copied : CopyResult::failed;
 }
 
-// A journal that was left beside the older backup would be rolled into the new one.
+// SQLite would apply a journal that was left beside the older backup to the new one.
 CopyResult FileCopies::settleCompanions(const Path& backup) {
     if (companionsOf(backup).empty()) return CopyResult::copied;
     if (databases_.read(backup).fault == DatabaseFault::inUse) return CopyResult::locked;
@@ -101,7 +102,7 @@ CopyResult FileCopies::putInPlaceOf(const Path& live, const std::string& bytes) 
     SetAside moved(files_);
     const Path dated = datedName(live);
     if (kind == EntryKind::regularFile && !moved.move(live, dated)) return CopyResult::failed;
-    // Under the name that makes it belong to the dated file, so that the two can still be brought together.
+    // The journal gets the name that SQLite expects beside the dated file, so that the two still belong together.
     for (const Path& companion : companionsOf(live))
         if (!moved.move(companion, dated + companion.substr(live.size()))) return CopyResult::failed;
     if (!files_.writeAtomically(live, bytes).ok()) return CopyResult::failed;

@@ -14,7 +14,7 @@ enum class CopyResult {
     failed,  ///< nothing changed
 };
 
-/// What a copy does with a target that equals the source already.
+/// Says whether a copy leaves a target alone that equals the source already.
 enum class Unchanged { written, leftAlone };
 
 /// Copies of the two files that hold the configuration, each whole or not made. A source that is not what it should be
@@ -25,9 +25,9 @@ public:
     FileCopies(const FileToolbox& toolbox, DataFiles& files, DatabaseCopier& databases, const Clock& clock)
         : toolbox_(toolbox), files_(files), databases_(databases), clock_(clock) {}
 
-    /// Both ways.
+    /// For backing up and for restoring.
     [[nodiscard]] CopyResult copySettings(const Path& source, const Path& target, Unchanged unchanged);
-    /// Takes the live password file as of one moment, whoever writes to it.
+    /// Copies the live password file as it is at one moment, even while another program writes to it.
     [[nodiscard]] CopyResult backUpPasswords(const Path& live, const Path& backup, Unchanged unchanged);
     /// Gives the live password file the contents of the backup, for others who have it open too. A live file that is no
     /// database is kept under a dated name, with what belongs to it. It is always written.

@@ -56,7 +56,7 @@ Task<void> WeeklyDelete::deleteOnce() {
     if (!passDecides) resumeProcessing(switches);
 }
 
-// What the operator or a pass has decided meanwhile stands.
+// If the operator or a pass has switched processing on or off meanwhile, that decision holds.
 void WeeklyDelete::resumeProcessing(unsigned switches) {
     if (p_.state.PassInProgress || p_.mode.switches() != switches || paused_) return;
     p_.mode.TurnOnTimRun();
@@ -76,7 +76,7 @@ Task<void> WeeklyDelete::scandirDel(Path folder) {
     }
 }
 
-// In every other folder the files are the only ones of their kind: not encrypted yet, or the encrypted ones.
+// In the other folders there is no second copy of a file: it is not encrypted yet, or it is the encrypted one.
 std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
     const SettingsRecord& settings = p_.state.settings;
     if (!daysOldAreSet(settings)) return kDaysAreNotSet;
@@ -91,7 +91,8 @@ std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
     return std::nullopt;
 }
 
-// Said beforehand: an abort after the removal must not leave it unsaid.
+// This is logged before the file is removed. If the program ended right after the removal, the log would not show it
+// otherwise.
 Task<void> WeeklyDelete::deleteFile(Path path, FileDate date) {
     p_.report.showInPanel1("Executing Weekly Delete ...Deleting File: " + named(path));
     const Result<> removed = co_await p_.toolbox.removeFile(path, date);

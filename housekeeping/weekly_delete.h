@@ -41,7 +41,7 @@ public:
     void clockTick();
     /// Begins one deletion; while one is under way, the timer stays armed and tries again.
     void timDelete_Timer();
-    /// The same at once, whatever the day and the time.
+    /// Deletes at once, on any day and at any time.
     void mnDeleteDone() override;
 
     /// Deletes the old files at the top level of the folder, whose path ends with the separator.

@@ -27,7 +27,7 @@ WeeklyLists makeLists() {
     return lists;
 }
 
-// A stored value that is not in the list (of a damaged file) selects nothing.
+// A stored value that is not in the list, from a damaged file for example, selects nothing.
 int indexOf(int value, int first, int count) { return value < first || value >= first + count ? -1 : value - first; }
 
 WeeklyChoice choiceFrom(const SettingsRecord& settings) {
@@ -37,7 +37,7 @@ WeeklyChoice choiceFrom(const SettingsRecord& settings) {
             settings.WeeklyDeleteAmPm == "AM"};
 }
 
-// Where nothing is selected the field keeps its value.
+// A list without a selection leaves its setting unchanged.
 void take(std::int16_t& field, int index, int first) {
     if (index >= 0) field = static_cast<std::int16_t>(index + first);
 }

@@ -33,7 +33,7 @@ public:
     void timClock_Timer();
     void okPressed(const WeeklyChoice& choice) override;
     void cancelPressed() override;
-    /// The window goes, nothing is kept and processing stays as it is.
+    /// Closes the window without saving and leaves processing as it is.
     void abort() override;
 
     [[nodiscard]] bool isOpen() const { return isOpen_; }

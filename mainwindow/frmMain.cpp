@@ -25,14 +25,14 @@ namespace {
 constexpr int kNormalWidth = 777;
 constexpr int kNormalHeight = 452;
 constexpr int kHeightWithActivity = 640;
-// Window managers report late. A window that was minimized, then hidden and brought back may hear of the first when it
-// is shown again, and must not be hidden for it.
+// Window managers report late. A window that was minimized, then hidden and shown again may be told of the first only
+// now, and must not be hidden because of it.
 constexpr std::chrono::milliseconds kReportStandsAfter{100};
 
 constexpr char kScanning[] = "SCANNING";
 constexpr char kRunning[] = "Mode: Running";
-/// The pass says SCANNING at each file, and the mode is looked at twenty times a second: with small files the label
-/// would flicker between the two.
+/// The pass shows SCANNING at each file, and the mode is shown twenty times a second. With small files the label would
+/// flicker between the two texts.
 constexpr std::chrono::milliseconds kScanningStays{1000};
 
 template <class Widget>
@@ -225,8 +225,8 @@ void frmMain::setStartEnabled(bool enabled) { enableButton(*cmdStartDir_, *cmdSt
 
 void frmMain::setStopEnabled(bool enabled) { enableButton(*cmdStopDir_, *cmdStartDir_, enabled); }
 
-// Qt hands the focus of a button that is disabled to the next one, which would put Exit under the operator's Enter key.
-// It belongs to the other of the two, which is enabled a moment later.
+// When a button is disabled, Qt gives its focus to the next one. That may be Exit, and the operator's Enter key would
+// then end the program. The focus goes to the other one of Start and Stop instead, which is enabled a moment later.
 void frmMain::enableButton(QPushButton& button, QPushButton& other, bool enabled) {
     if (button.isEnabled() == enabled) return;
     if (!enabled && focusWidget() == &button) {
@@ -249,7 +249,7 @@ void frmMain::setWaitPointer(bool waiting) {
     }
 }
 
-// Whatever changed is painted when the event loop has its turn; painting at once would hold up the pass.
+// Changes are painted when control is back in the event loop; painting at once would make the pass wait.
 void frmMain::repaint() { update(); }
 
 void frmMain::setCurrentFile(const std::string& name) { progress_->setCurrentFile(name); }
@@ -359,7 +359,7 @@ void frmMain::changeEvent(QEvent* event) {
 }
 
 void frmMain::chooseFolder(FolderKind kind) {
-    // Pressed once more, the picker that is open comes to the front.
+    // While a picker is open, pressing the button again only brings that picker to the front.
     if (!MK11_->isPicking() && (!listeners_ || !listeners_->fields.folderPressed(kind))) return;
     MK11_->setParentForm(this);
     MK11_->setShowCreate(true);

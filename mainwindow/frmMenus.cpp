@@ -21,7 +21,7 @@ QString startupStateText(StartupEntry::State state) {
     return {};
 }
 
-/// A disabled entry here has something to say, and is to be read as easily as the others.
+/// The disabled entry in this menu is a message, so it must be as easy to read as the others.
 void keepDisabledReadable(QMenu& menu) {
     QPalette palette = QGuiApplication::palette();
     const QColor text = palette.color(QPalette::Active, QPalette::Text);

@@ -12,8 +12,8 @@
 
 namespace vantrell {
 
-/// The menu bar of the main window. A check mark says what the settings say: choosing an entry does not move it, what
-/// comes of the choice does.
+/// The menu bar of the main window. A check mark shows what the settings say. Choosing an entry does not change its
+/// mark; the mark changes when the setting has changed.
 class frmMenus final : public QObject {
     Q_OBJECT
 

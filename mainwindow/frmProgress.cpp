@@ -26,7 +26,7 @@ QString bytesText(std::uint64_t done, std::uint64_t total) {
     return QObject::tr("%1 of %2").arg(sizeText(done), sizeText(total));
 }
 
-/// Wide enough for the longest text that is usual.
+/// Reserves room for the longest text that usually comes.
 class Bar final : public QProgressBar {
 public:
     using QProgressBar::QProgressBar;
@@ -113,7 +113,8 @@ void frmProgress::arrange() {
     grid->addWidget(lblTotFileTobe_, 2, 1);
     grid->addWidget(new QLabel(tr("Processed since start"), this), 2, 2);
     grid->addWidget(lblCurNumFilesProcessed_, 2, 3, 1, 2);
-    // They are read out in the order in which they lie upon each other.
+    // Screen readers read the controls out from the lowest to the topmost one. Raising each in turn gives the order of
+    // the grid.
     for (int i = 0; i < grid->count(); ++i) grid->itemAt(i)->widget()->raise();
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);

@@ -13,7 +13,8 @@
 
 namespace vantrell {
 
-/// The file and the pass at work. Every setter is cheap: it stores, and the controls follow at most every 50 ms.
+/// Shows the file and the pass at work. Every setter is cheap: it only stores the value, and the controls are brought
+/// up to date at most every 50 ms.
 class frmProgress final : public QWidget {
     Q_OBJECT
 

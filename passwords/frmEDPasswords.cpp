@@ -23,13 +23,14 @@ Widget* named(Widget* widget, const QString& name) {
     return widget;
 }
 
-/// Line breaks and the like come with what is pasted, and nobody would see them in the box.
+/// A pasted text may hold line breaks and other control characters, which nobody would see in the field. They are left
+/// out.
 QString withoutControlCharacters(QString text) {
     text.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
     return text;
 }
 
-/// Its place stays while it is hidden, so that nothing moves.
+/// A hidden control keeps its place, so that the others do not move.
 void keepPlace(QWidget& control) {
     QSizePolicy policy = control.sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -156,7 +157,8 @@ void frmEDPasswords::showControls(const PasswordControls& controls) {
     show(*chkActive_, controls.active);
 }
 
-// Qt hands the focus of a control that is hidden to the next one, which would put Delete or Exit under Enter.
+// When a control is hidden, Qt gives its focus to the next one. That may be Delete or Exit, and the Enter key would
+// then press it.
 void frmEDPasswords::show(QWidget& control, bool shown) {
     if (control.isHidden() == !shown && control.isEnabled() == shown) return;
     if (!shown && focusWidget() == &control) txtpassword_->setFocus();

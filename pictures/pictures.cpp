@@ -116,7 +116,7 @@ void paint(QPainter& painter, QMenu& menu, const frmMain& window) {
     painter.drawPixmap(menu.pos() - window.mapToGlobal(QPoint()), menu.grab());
 }
 
-/// The window with the menu open over it, as it is seen, and with the menu that opens beside its last such entry.
+/// Draws the window with an open menu over it, and beside that the sub-menu of its last entry that has one.
 void saveMenu(frmMain& window, const QString& name, const QString& path) {
     auto* const menu = window.findChild<QMenu*>(name);
     QMenuBar* bar = window.menuBar();

@@ -24,7 +24,7 @@ public:
     HandCrankedLoop() : HandCrankedLoop(machineClock()) {}
     explicit HandCrankedLoop(const Clock& clock) : EventLoop(clock) {}
 
-    /// One turn. False when nobody was ready and no flush completed.
+    /// Runs one turn. False when no task was ready and no flush has completed.
     bool turn() {
         collectFlushes(0);
         if (!queue().hasWork()) return false;
@@ -32,7 +32,8 @@ public:
         return true;
     }
 
-    /// Turns until `isDone`, waiting for flushes that are under way. False when nothing moves any more.
+    /// Runs turns until `isDone`, and waits for flushes that are under way. False when no task is ready and no flush is
+    /// under way any more.
     bool turnUntil(const std::function<bool()>& isDone) {
         while (!isDone()) {
             if (turn()) continue;
@@ -48,7 +49,7 @@ public:
         return turnUntil([&group] { return group.isIdle(); });
     }
 
-    /// The value of the task; the test's own failure when it does not end.
+    /// Runs the task and returns its value; the test fails when the task does not end.
     template <class T>
     T valueOf(Task<T> task) {
         std::optional<T> value;
@@ -64,11 +65,11 @@ public:
             timers_.erase(timers_.begin());
         }
     }
-    /// Turns as long as somebody is ready.
+    /// Runs turns as long as a task is ready.
     void settle() {
         while (turn()) continue;
     }
-    /// Lets time pass in small steps until `isDone`, or until nobody waits for time; how long that took.
+    /// Lets time pass in small steps until `isDone`, or until no task waits for time. Returns how much time has passed.
     std::chrono::milliseconds waitUntil(const std::function<bool()>& isDone) {
         constexpr std::chrono::milliseconds kStep{10};
         for (std::chrono::milliseconds waited{0};; waited += kStep) {

@@ -36,7 +36,7 @@ public:
         ::setenv("ALLUSERSPROFILE", root.c_str(), 1);
     }
 
-    /// What ZEP.cfg says now.
+    /// The settings that ZEP.cfg holds now.
     [[nodiscard]] SettingsRecord saved() const {
         SettingsRecord read;
         (void)parseSettings(readFile(data + "/ZEP.cfg"), read);

@@ -14,7 +14,7 @@ public:
 
     [[nodiscard]] TimePoint now() const override { return time; }
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return boot; }
-    /// Time passes; setting `time` alone is somebody setting the clock.
+    /// Lets time pass. Setting `time` alone is what somebody does who sets the clock.
     void advance(std::chrono::nanoseconds passed) {
         time += std::chrono::duration_cast<TimePoint::duration>(passed);
         boot += passed;

@@ -13,7 +13,8 @@ public:
         std::suspend_never initial_suspend() noexcept { return {}; }
         std::suspend_always final_suspend() noexcept { return {}; }
         void return_void() noexcept {}
-        // An exception that nobody caught leaves the state unknown; the files are safe whenever the process ends.
+        // After an exception that nobody caught, the state of the program is unknown. Ending the process at once is
+        // safe, since files are safe at every moment.
         void unhandled_exception() noexcept { std::terminate(); }
     };
 

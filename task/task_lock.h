@@ -9,8 +9,9 @@
 
 namespace vantrell {
 
-/// Lets one task at a time work with something that is not to be touched by another one meanwhile, in the order of
-/// asking. A task that is destroyed while it waits or holds takes nothing with it.
+/// Lets only one task at a time work with something. Tasks get the lock in the order in which they asked for it. A task
+/// that is destroyed while it waits for the lock leaves the queue, and one that is destroyed while it has the lock
+/// gives it back.
 class TaskLock {
 public:
     /// Whoever has it holds the lock until it is destroyed.
@@ -47,7 +48,8 @@ public:
 private:
     void release() {
         isHeld_ = false;
-        // All of them look again, in order: were only the first one woken and destroyed before it runs, nobody would.
+        // All waiting tasks are woken, in their order. If only the first one were woken and then destroyed before it
+        // runs, nobody would get the lock.
         for (const Ticket<> ticket : std::exchange(waiting_, {})) queue_.wake(ticket);
     }
 

@@ -16,7 +16,7 @@ class ElidedLabel final : public QLabel {
 public:
     explicit ElidedLabel(Qt::TextElideMode mode, QWidget* parent = nullptr);
 
-    /// Asks for room for this text, which a wide enough window then has.
+    /// Asks the layout for enough room to show this text whole, where the window is wide enough.
     void prefer(const QString& text);
     /// Cheap when called often.
     void showBytes(const std::string& bytes);

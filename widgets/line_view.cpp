@@ -158,7 +158,7 @@ void LineView::showLine(std::size_t line) {
     horizontalScrollBar()->setValue(sideways);
 }
 
-// The shortcuts of the menu's entries are shown there, and they hold when the list has the keyboard.
+// Qt's own list would copy the current line alone.
 void LineView::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) return askForCopy();
     QListView::keyPressEvent(event);

@@ -10,7 +10,7 @@ namespace vantrell {
 
 namespace {
 
-// Room for every number that the field is asked about, up to 24 x 65535.
+// The range allows every number that may be shown or typed, up to 24 x 65535.
 constexpr int kDigits = 7;
 
 }  // namespace

@@ -7,12 +7,12 @@
 #include "platform/linux/posix_host.h"
 
 int main(int argc, char** argv) {
-    // The name of the program's own windows: one entry and one icon for both.
+    // The windows of both programs have the same name, so that the desktop shows one entry and one icon for them.
     const QString id = QStringLiteral("vantrell-zep");
     QApplication::setApplicationName(id);
     QApplication::setDesktopFileName(id);
     const QApplication application(argc, argv);
-    // What it tells is of no use in the next session.
+    // The session manager must not start it again: what it says is of no use in the next session.
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     vantrell::OpenedMsgWindow window(vantrell::appFolderBelow(vantrell::PosixHost().profileFolder()));

@@ -15,8 +15,8 @@ namespace vantrell {
 
 namespace {
 
-// Both are tried so often: the program may have taken its folder and not listen yet, and may be in the middle of a
-// turn.
+// Finding the program and asking it are both tried this often. The program may have locked its folder and not listen
+// yet, and it may be busy for a moment.
 constexpr int kTryEveryMs = 50;
 constexpr int kLookTries = 40;
 constexpr int kAnswerTries = 100;

@@ -21,7 +21,7 @@ public:
     explicit OpenedMsgWindow(Path appFolder);
     ~OpenedMsgWindow() override;
 
-    /// Looks for the running program, which may be just about to start, and then opens with what is found.
+    /// Looks for the running program, which may only just be starting, and then opens the window with the result.
     void start();
 
 private:

@@ -75,7 +75,7 @@ bool UnixShowListener::watch(int descriptor) const {
 }
 
 void UnixShowListener::serve() {
-    std::erase_if(connections_, [this](Connection& connection) { return isFinishedWith(connection); });
+    std::erase_if(connections_, [this](Connection& connection) { return answerWhatCame(connection); });
     acceptSome();
 }
 
@@ -83,7 +83,7 @@ void UnixShowListener::acceptSome() {
     for (int count = 0; count < kMostAcceptedAtOnce; ++count) {
         Connection connection{UniqueFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)), {}};
         if (!connection.socket) return hangUpOnWhoCannotBeTaken(errno);
-        if (!isOwnUsers(connection.socket.get(), ::geteuid()) || isFinishedWith(connection)) continue;
+        if (!isOwnUsers(connection.socket.get(), ::geteuid()) || answerWhatCame(connection)) continue;
         makeRoom();
         if (watch(connection.socket.get())) connections_.push_back(std::move(connection));
     }
@@ -97,15 +97,15 @@ void UnixShowListener::hangUpOnWhoCannotBeTaken(int error) {
     spare_ = openSpare();
 }
 
-// The one that has been silent longest goes, unless it has just spoken.
+// The oldest connections are closed. What they have just sent is answered before.
 void UnixShowListener::makeRoom() {
     while (connections_.size() >= kMostConnections) {
-        static_cast<void>(isFinishedWith(connections_.front()));
+        static_cast<void>(answerWhatCame(connections_.front()));
         connections_.pop_front();
     }
 }
 
-bool UnixShowListener::isFinishedWith(Connection& connection) {
+bool UnixShowListener::answerWhatCame(Connection& connection) {
     std::array<char, kShowRequestLine.size() + 1> piece;
     const ssize_t got = ::recv(connection.socket.get(), piece.data(), piece.size(), 0);
     if (got < 0 && (errno == EAGAIN || errno == EINTR)) return false;
@@ -113,7 +113,7 @@ bool UnixShowListener::isFinishedWith(Connection& connection) {
     connection.heard.append(piece.data(), static_cast<std::size_t>(got));
     if (connection.heard != kShowRequestLine) return !kShowRequestLine.starts_with(connection.heard);
     show_();
-    // Who does not take the answer did not wait for it.
+    // If the answer cannot be sent at once, the caller did not wait for it, and we do not wait for the caller.
     static_cast<void>(
         ::send(connection.socket.get(), kShownLine.data(), kShownLine.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
     return true;

@@ -23,7 +23,7 @@ public:
 
     /// Readable when `serve` has something to do; -1 while nothing is listened to.
     [[nodiscard]] int descriptor() const { return events_.get(); }
-    /// Does what is to be done now, a bounded amount of it.
+    /// Accepts and answers callers that wait now, a limited number of them, and never waits itself.
     void serve();
 
 private:
@@ -37,7 +37,8 @@ private:
     void acceptSome();
     void hangUpOnWhoCannotBeTaken(int error);
     void makeRoom();
-    bool isFinishedWith(Connection& connection);
+    /// Reads what has come and answers it. True when the connection is no longer needed.
+    bool answerWhatCame(Connection& connection);
     [[nodiscard]] bool socketIsOurs() const;
 
     std::function<void()> show_;

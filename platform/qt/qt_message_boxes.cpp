@@ -13,7 +13,7 @@ namespace vantrell {
 
 namespace {
 
-/// Line by line, since a path in the text may hold what would end a line.
+/// Each line is made visible by itself, since a path in the text may hold characters that would end the line.
 QString shownLines(std::string_view text) {
     constexpr std::string_view kLineEnd = "\r\n";
     QStringList lines;
@@ -45,8 +45,8 @@ void addOk(QMessageBox& box) {
     box.setEscapeButton(QMessageBox::Ok);
 }
 
-/// Whether a window is kept above all others, and with that above a box. One that holds up its owner may hide a box
-/// that is not its own.
+/// True when a window of the program is kept above all others, so that it would also cover a box. A modal dialog may
+/// cover a box that does not belong to it as well.
 bool isWindowKeptAbove() {
     if (QApplication::activeModalWidget() != nullptr) return true;
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -65,7 +65,7 @@ QtMessageBoxes::~QtMessageBoxes() {
 }
 
 QMessageBox* QtMessageBoxes::make(const Box& box) {
-    // While a window holds up the parent, it would hold up a box that belongs to it as well.
+    // A modal dialog that blocks the parent would also block a box that belongs to the parent.
     auto* made = new QMessageBox(QApplication::activeModalWidget() == nullptr ? parent_.data() : nullptr);
     made->setAttribute(Qt::WA_DeleteOnClose);
     made->setModal(false);
@@ -87,7 +87,8 @@ void QtMessageBoxes::show(QMessageBox& shown) {
         parent_->setWindowState(parent_->windowState() & ~Qt::WindowMinimized);
         parent_->show();
     }
-    // Window managers hand the keyboard to the parent, whichever window the operator was working in.
+    // When a box closes, window managers give the keyboard to its parent, even if the operator was working in another
+    // window.
     if (QWidget* before = QApplication::activeWindow(); before != nullptr && before != &shown)
         QObject::connect(&shown, &QMessageBox::finished, before, [before] {
             if (before->isVisible()) before->activateWindow();
@@ -115,7 +116,8 @@ void QtMessageBoxes::close(Ticket<Answer> ticket) {
     asked_.erase(found);
 }
 
-// The box may be the sender of the very event that is being handled: it goes when the event loop comes round.
+// The box may have sent the event that is being handled at this moment, so it is only deleted when control is back in
+// the event loop.
 void QtMessageBoxes::drop(QMessageBox* shown) {
     if (shown == nullptr) return;
     shown->disconnect(&context_);

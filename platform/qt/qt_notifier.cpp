@@ -46,8 +46,8 @@ void QtNotifier::withdraw() {
     goOn();
 }
 
-// One call at a time, so that the answer's number is known before the next one needs it; what was asked for meanwhile
-// counts in its latest form.
+// Only one call is under way at a time, since the next call needs the number from its answer. Of several requests that
+// come meanwhile only the latest is carried out.
 void QtNotifier::goOn() {
     if (isCalling_) return;
     if (next_ && !hasMarkup_) return askForMarkup();
@@ -67,7 +67,7 @@ void QtNotifier::call(const QDBusMessage& message, Finished finished) {
     });
 }
 
-// A desktop without a server says so at once, and what was to be shown is dropped.
+// Where no notification server runs, the bus says so at once, and the notification is dropped.
 void QtNotifier::askForMarkup() {
     call(message(QStringLiteral("GetCapabilities")), [this](const QDBusPendingCall& answer) {
         const QDBusPendingReply<QStringList> reply = answer;
@@ -94,7 +94,7 @@ void QtNotifier::close() {
     call(message(QStringLiteral("CloseNotification"), {std::exchange(id_, 0)}), [](const QDBusPendingCall&) {});
 }
 
-// Another server knows nothing of our number; with it, another program's notification would be replaced.
+// A new server does not know our number. With the old number we might replace the notification of another program.
 void QtNotifier::serverChanged() {
     id_ = 0;
     hasMarkup_.reset();

@@ -30,8 +30,8 @@ void QtSessionEnd::start() {
     listenToLogind();
 }
 
-// Whether the program starts with the session is settled by its start-up entry alone: a session manager that started it
-// a second time would only make the second instance complain.
+// Only the start-up entry decides whether the program starts with the session. If the session manager started it as
+// well, the second instance would only complain.
 void QtSessionEnd::listenToSessionManager() {
     const auto neverRestart = [](QSessionManager& manager) { manager.setRestartHint(QSessionManager::RestartNever); };
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, neverRestart);
@@ -43,8 +43,8 @@ void QtSessionEnd::listenToSessionManager() {
     qGuiApp->installEventFilter(this);
 }
 
-// What Qt makes of the session manager's order to die. Unfiltered it would close the windows one by one and give up at
-// the first that declines.
+// Qt turns the session manager's order to end into this event. Without this filter Qt would close the windows one by
+// one, and stop at the first one that refuses.
 bool QtSessionEnd::eventFilter(QObject* object, QEvent* event) {
     if (object != qGuiApp || event->type() != QEvent::Quit) return false;
     closeForGood_();

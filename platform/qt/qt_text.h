@@ -6,14 +6,14 @@
 
 namespace vantrell {
 
-/// What people are shown for bytes of the engine.
+/// The text that is shown to people for bytes of the engine, such as a path.
 [[nodiscard]] QString shownText(std::string_view bytes);
 
 /// The same text for a tool tip, where Qt would take a name such as "<b>" for formatting; a long one wraps.
 [[nodiscard]] QString tipText(const QString& text);
 
-/// The same text for a label that wraps: a long name goes on in the next line, by zero-width spaces. The first of them
-/// comes behind what counts of a password.
+/// The same text for a label that breaks lines. Zero-width spaces let a long word go on in the next line. The first one
+/// comes after 40 characters, so a password, of which 32 characters count, is shown without any.
 [[nodiscard]] QString breakableText(const QString& text);
 
 }  // namespace vantrell

@@ -15,7 +15,7 @@ public:
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
     }
 
-    // Qt would tick without a pause at 0 ms, and refuses negative intervals.
+    // With 0 ms Qt would tick without any pause, and it refuses negative intervals.
     void setInterval(std::int32_t milliseconds) override { timer_.setInterval(std::max(milliseconds, 1)); }
     [[nodiscard]] std::int32_t interval() const override { return timer_.interval(); }
     void setEnabled(bool enabled) override {

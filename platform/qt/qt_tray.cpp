@@ -29,7 +29,8 @@ void QtTray::remove() {
     icon_.reset();
 }
 
-// The entries are carried out from the event loop, since the last one takes the icon and its menu away.
+// The entries are carried out later, from the event loop, since the last entry removes the icon together with this
+// menu.
 void QtTray::makeMenu() {
     mPopupSys_ = std::make_unique<QMenu>(QStringLiteral("&SysTray"));
     mPopupSys_->setObjectName(QStringLiteral("mPopupSys"));
@@ -60,7 +61,7 @@ QtTray::Kind QtTray::kindOfArea() const {
     return areas_.hasXEmbedTray() ? Kind::xEmbed : Kind::none;
 }
 
-// Qt is asked only when there is an area: its first look is its last.
+// Qt looks for a notification area only once. It must therefore not look before there is one.
 void QtTray::makeIcon() {
     kind_ = kindOfArea();
     if (kind_ == Kind::none || !QSystemTrayIcon::isSystemTrayAvailable()) return;

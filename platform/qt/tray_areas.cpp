@@ -24,7 +24,7 @@ const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 constexpr int kAnswerWithinMs = 2000;
-// The X server tells of a new owner only those who know the old one's window, so it is asked.
+// The X server reports a new owner only to programs that know the old owner's window, so we have to ask for it.
 constexpr std::chrono::milliseconds kXEmbedInterval{1000};
 
 xcb_connection_t* xConnection() {
