@@ -12,25 +12,6 @@ struct ControllerTest : ::testing::Test {
     PassBench bench;
 };
 
-TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
-    bench.engine.controller.startPressed();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    bench.boxes.answerOpen(Answer::no);
-    bench.settle();
-
-    (void)bench.messages();
-    bench.state.settings.DoneFolder.clear();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    EXPECT_TRUE(bench.messages().empty());
-    EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
-}
-
 TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");

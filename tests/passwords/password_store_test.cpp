@@ -81,22 +81,5 @@ TEST_F(PasswordStoreTest, FirstActivePasswordWinsAndNoneIsNone) {
     EXPECT_NE(theBox().text.find("ASCII"), std::string::npos);
 }
 
-TEST_F(PasswordStoreTest, ConnectionStringDependsOnTheTypeExactly) {
-    EXPECT_EQ(StoreObjects::connectionString("MSACCESS", "/d/f.mdb", "u", "p"),
-              "Provider=Microsoft.Jet.OLEDB.4.0;data source=/d/f.mdb;Persist Security Info=False;Persist Security "
-              "Info=False");
-    EXPECT_EQ(StoreObjects::connectionString("ORACLE", "d", "u", "p"),
-              "Driver={Microsoft ODBC Driver For Oracle};ConnectString=d;UID=u;PWD=p;");
-    EXPECT_EQ(StoreObjects::connectionString("MsAccess", "d", "u", "p"), "");
-}
-
-TEST_F(PasswordStoreTest, DataFolderMayHoldWhatConnectionStringsAreMadeOf) {
-    state.AppFolder = folder.makeFolder("a;b='c' \xFF?");
-    std::filesystem::copy(file, state.AppFolder + "/EDPasswords.mdb");
-    EXPECT_TRUE(save("there", true));
-    EXPECT_EQ(OtherProgram(state.AppFolder + "/EDPasswords.mdb").column("SELECT Password FROM EncDecPasswords"),
-              Strings{"there"});
-}
-
 }  // namespace
 }  // namespace vantrell::test
