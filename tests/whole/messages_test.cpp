@@ -56,8 +56,8 @@ TEST_F(Messages, OldOriginalsAreDeletedAtTheScheduledMinute) {
     const auto now = std::chrono::floor<std::chrono::seconds>(SystemClock().now());
     auto day = std::chrono::floor<std::chrono::days>(now) + std::chrono::days(9);
     while (std::chrono::weekday(day) != std::chrono::Monday) day += std::chrono::days(1);
-    clock.ahead = day + std::chrono::hours(19) - now;
     startProgram();
+    clock.ahead = day + std::chrono::hours(19) - now;
     EXPECT_TRUE(showsText("lbSched", "Scheduled: Monday 7:0 PM  File Create Date > 7"));
     EXPECT_TRUE(isOldFileDeleted());
 }
