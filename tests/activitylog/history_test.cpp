@@ -84,25 +84,6 @@ TEST_F(HistoryReaderTest, SaysNothingOfWhatCannotBeOpened) {
     EXPECT_TRUE(reader.reading().isIncomplete);
 }
 
-TEST_F(HistoryReaderTest, CopiesInOrderAndNoMoreThanProgramsCanTake) {
-    const std::string longLine(60'000, 'x');
-    const std::size_t count = HistoryReader::kLargestCopy / longLine.size() + 2;
-    std::string text = numberedLines(300);
-    for (std::size_t i = 0; i < count; ++i) text += longLine + "\n";
-    write("a", text);
-    read("a");
-    reader.copy({{250, 251}, {63, 64}});
-    run();
-    EXPECT_EQ(view.copied, "line 63\nline 64\nline 250\nline 251\n");
-    reader.copy({{7, 7}});
-    run();
-    EXPECT_EQ(view.copied, "line 7");
-    reader.copy({{300, 299 + count}});
-    run();
-    EXPECT_TRUE(view.refused);
-    EXPECT_EQ(view.copied, "line 7");
-}
-
 TEST_F(HistoryReaderTest, FindsForwardsAndBackwardsAlsoInLinesThatJoin) {
     write("a", "Ab\r\nx\r\naB ab\r\n\\x\r\nM\xFC\r\n");
     write("b", "ab\r\n");

@@ -68,16 +68,6 @@ TEST(SettingsFormat, TakesTheItemsBeforeACut) {
     }
 }
 
-TEST(SettingsFormat, StopsAtWhatIsNoValueOfTheField) {
-    SettingsRecord read;
-    EXPECT_EQ(parseSettings("\"/in\",maybe,\"/out\"", read), 1);
-    EXPECT_EQ(parseSettings("\"/in\",#FALSE#,\"/out\",\"/done\",#TRUE#,2147483648,0", read), 5);
-    EXPECT_EQ(parseSettings("\"/in\",#FALSE#,\"/out\",\"/done\",#TRUE#,5,32768", read), 6);
-    EXPECT_EQ(parseSettings("\"/in\"x,#FALSE#", read), 0) << "a stray quote";
-    EXPECT_EQ(parseSettings(std::string(1, '\0'), read), 1) << "a text may be anything";
-    EXPECT_EQ(parseSettings(std::string(100000, '"'), read), 0);
-}
-
 class SettingsFileTest : public ::testing::Test {
 protected:
     SettingsFileTest() { state_.SettingsFilePath = folder_ / "ZEP.cfg"; }

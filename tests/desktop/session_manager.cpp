@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A session manager for one program, driven by words on its standard input: "save", "log-out", "cancel", "die". It
+// A session manager for one program, driven by the words "log-out" and "die" on its standard input. It
 // prints the address for SESSION_MANAGER, then what the program does: "registered", "saved", "restart N" (its wish, as
 // SmRestart... numbers it).
 #include <X11/ICE/ICElib.h>
@@ -67,9 +67,7 @@ Status newClient(SmsConn connection, SmPointer, unsigned long* mask, SmsCallback
 }
 
 void obey(const std::string& order) {
-    if (order == "save") SmsSaveYourself(program, SmSaveBoth, False, SmInteractStyleNone, False);
     if (order == "log-out") SmsSaveYourself(program, SmSaveBoth, True, SmInteractStyleAny, False);
-    if (order == "cancel") SmsShutdownCancelled(program);
     if (order == "die") SmsDie(program);
     if (program != nullptr) IceFlush(SmsGetIceConnection(program));
 }

@@ -119,21 +119,6 @@ class BySessionManager(DesktopTest):
                 said = self.next_word()
             self.assertEqual(said, word)
 
-    def test_saving_and_a_log_out_that_is_called_off_end_nothing(self):
-        self.start()
-        settings = os.path.join(self.profile.data, "ZEP.cfg")
-        for words in (("save",), ("log-out", "cancel")):
-            os.unlink(settings)
-            self.order(words[0])
-            self.expect("saved")
-            self.assertTrue(os.path.exists(settings))
-            for word in words[1:]:
-                self.order(word)
-            self.profile.drop("after " + words[0], b"x")
-            self.profile.wait_for_empty_source()
-            self.assertTrue(self.screen.is_shown())
-        self.assertEqual(self.profile.end(self.process), 0)
-
     def test_log_out_is_never_refused(self):
         for continually in (True, False):  # the close box would refuse where nothing is processed
             with self.subTest(continually=continually):

@@ -123,25 +123,6 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
     EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack}) << "it was wrong for a while, which is remembered";
 }
 
-TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
-    ModeDisplay& mode = weekly.bench.engine.mode;
-    weekly.weekly->mnDeleteDone();
-    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
-    ASSERT_TRUE(weekly.finish());
-    EXPECT_EQ(mode.mode(), Mode::automatic) << "whatever it was before";
-
-    weekly.weekly->mnDeleteDone();
-    weekly.bench.loop.turn();
-    weekly.weekly->pauseProcessing(true);
-    ASSERT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(mode.mode(), Mode::stopped) << "the settings window is open";
-    weekly.weekly->pauseProcessing(false);
-
-    weekly.bench.state.PassInProgress = true;
-    ASSERT_TRUE(weekly.deleteByHand());
-    EXPECT_EQ(mode.mode(), Mode::running) << "the pass decides";
-}
-
 /// Asks the real toolbox, slowly, and fails to remove when told.
 class TroubledFolder final : public ForwardingToolbox {
 public:

@@ -65,20 +65,6 @@ INSTANTIATE_TEST_SUITE_P(
             "uncheck normal, idle, yes, no", false, true, kNormal, {Answer::yes, Answer::no}, true, false, 0, false},
         OptionPath{"a fresh profile checks normal", false, false, kNormal, {}, false, true, 0, true}));
 
-TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
-    bench.state.settings.RunContinuallyAtStartup = bench.state.settings.RunNormalAtStartup = true;
-    bench.window.visible = true;
-    bench.engine.optionMenus.mnmax();
-    bench.settle();
-    ASSERT_EQ(bench.boxes.openIds.size(), 1U);
-    bench.engine.optionMenus.mnuStartOnLoad();
-    EXPECT_TRUE(bench.state.settings.RunContinuallyAtStartup) << "one question at a time";
-    bench.state.settings.RunNormalAtStartup = true;
-    bench.boxes.answerOpen(Answer::yes);
-    bench.settle();
-    EXPECT_TRUE(bench.window.visible);
-}
-
 TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     bench.engine.optionMenus.mnAddtoStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::works);

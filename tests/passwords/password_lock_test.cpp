@@ -31,24 +31,6 @@ protected:
     std::optional<bool> result;
 };
 
-TEST_F(LockedPasswordFile, IsReportedAfterFiveSecondsAndLeftAsItIs) {
-    // A reader's lock lets us write into our own pages, but not commit.
-    for (const char* lock : {"BEGIN EXCLUSIVE", "BEGIN; SELECT * FROM EncDecPasswords"}) {
-        const std::string before = readFile(file);
-        boxes.informed.clear();
-        state.ActivePassword = "before";
-        other.run(lock);
-        start(lock[5] == ';' ? store.savePassword() : store.findCurrentPassword());
-        const auto waited = waitForResult();
-        other.run("COMMIT");
-        EXPECT_EQ(result, false);
-        EXPECT_TRUE(waited >= std::chrono::seconds(5) && waited < std::chrono::seconds(6));
-        expectErrorBox(kTimeoutExpired, "in use by another program");
-        EXPECT_EQ(state.ActivePassword, "before");
-        EXPECT_EQ(readFile(file), before);
-    }
-}
-
 TEST_F(LockedPasswordFile, SaveThatIsCutOffLeavesTheTableAndLocksNothing) {
     for (const bool isAborted : {true, false}) {
         other.run("BEGIN; SELECT * FROM EncDecPasswords");

@@ -25,19 +25,6 @@ TEST_F(Closing, ByTheCloseBoxIsRefusedWhileNothingIsDone) {
     EXPECT_TRUE(hasLogged(" Loaded\r\n"));
 }
 
-TEST_F(Closing, ByExitSavesSettingsAndLog) {
-    startProgram();
-    EXPECT_EQ(runUntilEnd([&] {
-                  find<QAbstractButton>("chkActivateSF")->click();
-                  std::filesystem::remove(profile.data + "/ZEP.cfg");
-                  click("cmdExit");
-              }),
-              0);
-    EXPECT_FALSE(program->window().isVisible());
-    EXPECT_TRUE(profile.saved().IncludeSubfolders);
-    EXPECT_TRUE(hasLogged(" Loading\r\n"));
-}
-
 TEST_F(Closing, BySignalIsTheSame) {
     SignalSource requests;
     startProgram();

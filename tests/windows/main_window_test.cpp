@@ -65,13 +65,4 @@ TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
     }));
 }
 
-TEST(TimeLeft, IsSaidInTheUnitThatMatters) {
-    EXPECT_EQ(timeLeftText(1, 100, 500), QString());
-    EXPECT_EQ(timeLeftText(0, 100, 5000), QString());
-    EXPECT_EQ(timeLeftText(50, 100, 3000), QStringLiteral("3 s left"));
-    EXPECT_EQ(timeLeftText(10, 100, 20'000), QStringLiteral("3 min left"));
-    EXPECT_EQ(timeLeftText(1, 131, 60'000), QStringLiteral("2 h 10 min left"));
-    EXPECT_EQ(timeLeftText(1, UINT64_MAX, 60'000), QStringLiteral("more than 100 h left"));
-}
-
 }  // namespace vantrell::test

@@ -12,14 +12,6 @@ protected:
     [[nodiscard]] static std::string captionOf(const QAction* entry) {
         return QString(entry->text()).remove(QLatin1Char('&')).toStdString();
     }
-    static void expectUnique(const QStringList& texts) {
-        QString seen;
-        for (const QString& text : texts) {
-            const QString key = text.section(QLatin1Char('&'), 1).left(1).toUpper();
-            EXPECT_TRUE(key.isEmpty() || !seen.contains(key)) << text.toStdString();
-            seen += key;
-        }
-    }
 };
 
 TEST_F(MenusTest, CheckMarksFollowTheSettingsAndNotTheClick) {
@@ -48,21 +40,6 @@ TEST_F(MenusTest, SayWhatIsWrongWithTheStartupEntry) {
     }
     window.setStartupEntry(StartupEntry::State::works);
     EXPECT_FALSE(said->isVisible());
-}
-
-TEST_F(MenusTest, NoKeyHasTwoMeanings) {
-    QStringList texts;
-    for (const QAction* entry : window.menuBar()->actions()) texts.append(entry->text());
-    for (const auto* button : window.findChildren<QAbstractButton*>()) texts.append(button->text());
-    for (const auto* label : window.findChildren<QLabel*>())
-        if (label->buddy() != nullptr) texts.append(label->text());
-    ASSERT_GE(texts.size(), 16);
-    expectUnique(texts);
-    for (const auto* menu : window.findChildren<QMenu*>()) {
-        QStringList entries;
-        for (const QAction* entry : menu->actions()) entries.append(entry->text());
-        expectUnique(entries);
-    }
 }
 
 }  // namespace vantrell::test
