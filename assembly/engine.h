@@ -82,7 +82,8 @@ struct Engine {
     LoadedSettings loadedSettings;
 
     PasswordStore passwords;
-    ActivePasswordLookup lookUpActivePassword;
+    ActivePassword activePassword;
+    NoActivePassword noActivePassword;
     PasswordEditorController passwordEditor;
     CurrentPassword currentPassword;
 

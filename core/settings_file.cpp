@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/settings_file.h"
 
+#include <utility>
+
 #include "base/date_text.h"
 #include "core/settings_format.h"
 
@@ -13,11 +15,11 @@ constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 }  // namespace
 
-SettingsFile::SettingsFile(ProgramState& state, DataFiles& files, const Clock& clock)
-    : state_(state), files_(files), clock_(clock) {}
+SettingsFile::SettingsFile(Path file, ProgramState& state, DataFiles& files, const Clock& clock)
+    : path_(std::move(file)), state_(state), files_(files), clock_(clock) {}
 
 SettingsFile::Loaded SettingsFile::loadSettings() {
-    const DataFiles::ReadResult file = files_.read(state_.SettingsFilePath, kMostBytes);
+    const DataFiles::ReadResult file = files_.read(path_, kMostBytes);
     if (file.fault.kind == FaultKind::notThere)
         loaded_ = Loaded::missing;
     else if (file.fault)
@@ -33,14 +35,14 @@ void SettingsFile::saveSettings() {
     if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
     const std::string line = formatSettings(state_.settings);
     // Every pass saves; a file that says the same already need not be flushed to the disk once more.
-    const DataFiles::ReadResult present = files_.read(state_.SettingsFilePath, line.size() + 1);
+    const DataFiles::ReadResult present = files_.read(path_, line.size() + 1);
     if (!present.fault && present.bytes == line) return;
-    (void)files_.writeAtomically(state_.SettingsFilePath, line);
+    (void)files_.writeAtomically(path_, line);
 }
 
 bool SettingsFile::keepIncompleteFile() {
-    const Path dated = state_.SettingsFilePath + "." + secondStamp(clock_.now());
-    if (files_.setAside(state_.SettingsFilePath, dated)) return false;
+    const Path dated = path_ + "." + secondStamp(clock_.now());
+    if (files_.setAside(path_, dated)) return false;
     loaded_ = Loaded::whole;
     return true;
 }

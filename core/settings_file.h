@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/path.h"
 #include "core/program_state.h"
 #include "platform/clock.h"
 #include "platform/data_files.h"
 
 namespace vantrell {
 
-/// The settings of the program state, and the file ZEP.cfg at `SettingsFilePath`.
+/// The settings of the program state, and the file ZEP.cfg.
 class SettingsFile {
 public:
-    SettingsFile(ProgramState& state, DataFiles& files, const Clock& clock);
+    SettingsFile(Path file, ProgramState& state, DataFiles& files, const Clock& clock);
 
     enum class Loaded {
         whole,       ///< all items came
@@ -30,6 +31,7 @@ public:
 private:
     [[nodiscard]] bool keepIncompleteFile();
 
+    const Path path_;
     ProgramState& state_;
     DataFiles& files_;
     const Clock& clock_;

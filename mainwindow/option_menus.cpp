@@ -24,7 +24,7 @@ OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& 
       entry_(entry),
       questions_(queue) {}
 
-bool OptionMenus::isQuiet() { return state_.UiLoading || !questions_.isIdle(); }
+bool OptionMenus::ignoresClicks() { return state_.UiLoading || !questions_.isIdle(); }
 
 Task<Answer> OptionMenus::ask(std::string title, std::string text) {
     Box box{std::move(title), std::move(text), Buttons::yesNo};
@@ -33,24 +33,24 @@ Task<Answer> OptionMenus::ask(std::string title, std::string text) {
 
 void OptionMenus::inform(std::string title, std::string text) { boxes_.inform({std::move(title), std::move(text)}); }
 
-void OptionMenus::saved() {
+void OptionMenus::showAndSave() {
     window_.showSettings(state_.settings);
     settings_.saveSettings();
 }
 
 void OptionMenus::setRunContinually(bool on) {
     state_.settings.RunContinuallyAtStartup = on;
-    saved();
+    showAndSave();
 }
 
 void OptionMenus::checkRunNormal() {
     state_.settings.RunNormalAtStartup = true;
-    saved();
+    showAndSave();
     place_.restoreWindow();
 }
 
 void OptionMenus::mnuStartOnLoad() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     const bool isChecked = state_.settings.RunContinuallyAtStartup;
     if (isChecked && !state_.settings.RunNormalAtStartup) return questions_.start(uncheckStartOnLoad());
     setRunContinually(!isChecked);
@@ -73,7 +73,7 @@ Task<void> OptionMenus::uncheckStartOnLoad() {
 }
 
 void OptionMenus::mnmax() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     if (state_.settings.RunNormalAtStartup) return questions_.start(uncheckRunNormal());
     checkRunNormal();
 }
@@ -93,17 +93,17 @@ Task<void> OptionMenus::uncheckRunNormal() {
     }
     state_.settings.RunNormalAtStartup = false;
     // Saved before the question as well: it may stay open for long.
-    saved();
+    showAndSave();
     const Answer now = co_await ask(kRunningOptions, "Would you like to run minimized now?");
     if (now == Answer::yes && !state_.settings.RunNormalAtStartup) place_.hide();
-    saved();
+    showAndSave();
 }
 
 void OptionMenus::mnOW() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     if (!state_.settings.OverwriteExistingFiles) return questions_.start(checkOverwrite());
     state_.settings.OverwriteExistingFiles = false;
-    saved();
+    showAndSave();
 }
 
 Task<void> OptionMenus::checkOverwrite() {
@@ -116,13 +116,13 @@ Task<void> OptionMenus::checkOverwrite() {
                          displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
-    saved();
+    showAndSave();
     const std::string warning = folderWarning(state_.settings);
     if (!warning.empty()) inform(kApplicationTitle, warning);
 }
 
-bool OptionMenus::passIsActive() {
-    if (!state_.ScanActive) return false;
+bool OptionMenus::refuseDuringPass() {
+    if (!state_.PassInProgress) return false;
     inform(kApplicationTitle,
            "Please confirm file change notification by closing the PopUp at the bottom left\r\n"
            "hand corner of your screen, by clicking the X to close.\r\nThen try here again!");
@@ -130,14 +130,14 @@ bool OptionMenus::passIsActive() {
 }
 
 void OptionMenus::mnAddtoStartup() {
-    if (passIsActive()) return;
+    if (refuseDuringPass()) return;
     (void)entry_.add();
     window_.setStartupEntry(entry_.state());
     inform(kApplicationTitle, "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
 }
 
 void OptionMenus::mnuRemoveFromStartup() {
-    if (passIsActive()) return;
+    if (refuseDuringPass()) return;
     (void)entry_.remove();
     window_.setStartupEntry(entry_.state());
     inform(kApplicationTitle, "ZEP is Now Removed Start UP. ");

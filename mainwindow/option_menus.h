@@ -31,13 +31,14 @@ public:
     void abort() override { questions_.abort(); }
 
 private:
-    [[nodiscard]] bool isQuiet();
+    [[nodiscard]] bool ignoresClicks();
     Task<Answer> ask(std::string title, std::string text);
     void inform(std::string title, std::string text);
-    bool passIsActive();
+    /// True while a pass is in progress: a box has said so.
+    bool refuseDuringPass();
     void setRunContinually(bool on);
     void checkRunNormal();
-    void saved();
+    void showAndSave();
     Task<void> uncheckStartOnLoad();
     Task<void> uncheckRunNormal();
     Task<void> checkOverwrite();

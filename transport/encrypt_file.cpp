@@ -26,7 +26,7 @@ struct FileEncryption::Obstacle {
     std::string question;
 };
 
-FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+FileEncryption::FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                                FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions)
     : state_(state),
       window_(window),
@@ -37,11 +37,6 @@ FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusRe
       questions_(questions) {}
 
 void FileEncryption::DeleteWork::operator()(Work* work) const { std::default_delete<Work>()(work); }
-
-Task<EncryptResult> FileEncryption::encryptFile(EncryptOrder order) {
-    WorkPointer work = begin(std::move(order));
-    co_return co_await finish(std::move(work));
-}
 
 FileEncryption::WorkPointer FileEncryption::begin(EncryptOrder order) {
     WorkPointer work(std::make_unique<Work>().release());
@@ -76,11 +71,8 @@ Task<void> FileEncryption::prepare(Work& work) {
 }
 
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
-    state_.EncryptFailed = false;
     work->isAtItsTurn = true;
-    EncryptResult result = co_await encryptAndMove(*work);
-    state_.EncryptFailed = result.outcome == EncryptOutcome::failed || result.outcome == EncryptOutcome::inUse;
-    co_return result;
+    co_return co_await encryptAndMove(*work);
 }
 
 Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
@@ -122,8 +114,6 @@ Task<FileFault> FileEncryption::writeOutput(Work& work, Replace replace) {
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
-    state_.FileOpSource = work.order.sourcePath;
-    state_.FileOpTarget = target;
     Replace replace = Replace::never;
     if (FileExists(toolbox_, target)) {
         const Permission permission = co_await mayReplace(

@@ -45,7 +45,7 @@ struct EncryptResult {
 /// Turns one source file into `name`.enc in the destination folder, and moves the source file into the done folder.
 class FileEncryption {
 public:
-    FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+    FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                    FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions);
 
     /// One file on its way: from `begin` to `finish`.
@@ -55,10 +55,7 @@ public:
     };
     using WorkPointer = std::unique_ptr<Work, DeleteWork>;
 
-    /// Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the program state.
-    Task<EncryptResult> encryptFile(EncryptOrder order);
-
-    // The same in steps, so that a file can be prepared while the one before it is finished.
+    // In steps, so that a file can be prepared while the one before it is finished.
 
     /// Opens the source, which is held from here on.
     WorkPointer begin(EncryptOrder order);
@@ -83,7 +80,7 @@ private:
     void logFailure(const Work& work, const std::string& words);
     static EncryptResult resultOf(Work& work, EncryptOutcome outcome, FileFault fault = {});
 
-    ProgramState& state_;
+    const ProgramState& state_;
     MainWindow& window_;
     StatusReport& report_;
     ActivityLog& log_;

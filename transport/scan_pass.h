@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "activitylog/status_report.h"
 #include "core/active_password.h"
@@ -35,17 +36,23 @@ struct PassParts {
     Timer& timRun;
     ModeDisplay& mode;
     Notices& notices;
+    ActivePassword& password;
+    NoActivePassword& noPassword;
 };
 
 /// One scan pass: searches the source folder, has every file encrypted and moved, and rejects what failed.
 class ScanPass {
 public:
-    ScanPass(PassParts parts, CryptoFactory makeComponent, ActivePasswordLookup lookUpActivePassword);
+    ScanPass(PassParts parts, CryptoFactory makeComponent);
+
+    /// The operator wants one full pass, or passes until he stops them.
+    void takeStart(bool once);
 
     /// One pass from its first step to one of its endings. Not to be started while another one is under way.
     Task<void> timRun_Timer();
     /// From its search to its ending.
     [[nodiscard]] bool isInProgress() const { return p_.state.PassInProgress; }
+    [[nodiscard]] bool isSearching() const { return isInProgress() && files_.empty(); }
     /// The pass under way ends before its next file; a question that it asks is withdrawn.
     void requestStop();
     /// Puts the state in order after the pass under way was aborted.
@@ -54,15 +61,17 @@ public:
 private:
     enum class Next { goOn, end };
 
-    bool startsUpWithoutPass();
-    bool emptyFolderIsReported();
-    Task<bool> hasActivePassword();
+    /// False when this is the start's own pass, and the program is not to process at its start.
+    bool beginsAtStartup();
+    /// True when one of the four is empty, which has been said then.
+    bool reportEmptyFolder();
     void reportNoPassword();
     Task<void> searchAndCarry();
-    bool foldersAreThere();
+    /// False when the pass cannot go on with its folders; the words are in `folderTrouble_` then.
+    bool checkFolders();
     void reportFolderTrouble(const Message& text);
-    bool missingFolderIsReported(const Path& folder, const Message& text);
-    bool sourceIsReported(const Path& folder, const Message& what);
+    bool reportIfMissing(const Path& folder, const Message& text);
+    bool reportIfSource(const Path& folder, const Message& what);
     Task<void> searchFiles();
     void reportUnread(const Path& folder, const FileFault& fault);
     Task<void> carryFiles();
@@ -77,7 +86,8 @@ private:
     void countCarried(const std::string& name);
     Task<FileFault> reject(Path path, HeldFile* held);
     void reportNotEncrypted(const Path& path);
-    bool stopIsTaken();
+    /// True when Stop was pressed, which has been said then.
+    bool takeStop();
     Next unlessStopped();
     void stopAndReport();
 
@@ -90,9 +100,13 @@ private:
     PassParts p_;
     QuestionDesk questions_;
     FileEncryption encryption_;
-    ActivePasswordLookup lookUpActivePassword_;
+
+    bool freshStart_ = false;        // Start was pressed, not for one pass, and no pass has begun since
+    bool singlePassWanted_ = false;  // for the next pass
+    bool stopRequested_ = false;
 
     SettingsRecord settings_;  // as taken at the start of the pass
+    std::vector<Path> files_;  // what the search of this pass found
     bool singlePass_ = false;
     int machineFaults_ = 0;  // in a row
     std::uint64_t rejected_ = 0;

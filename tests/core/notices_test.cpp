@@ -65,10 +65,10 @@ TEST_F(NoticesTest, RejectedFilesAreCountedAndNotForgottenByAGoodPass) {
 }
 
 TEST_F(NoticesTest, EndingsOfPassesAreTroubles) {
-    bench.state.ActivePassword.clear();
+    bench.engine.activePassword.set({});
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: There is no active password.  Encryption has stopped.");
-    bench.state.ActivePassword = "secret";
+    bench.engine.activePassword.set("secret");
     const std::string gone = bench.state.settings.DoneFolder;
     std::filesystem::remove(gone);
     ASSERT_TRUE(bench.runPass());

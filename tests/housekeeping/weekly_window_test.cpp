@@ -35,8 +35,7 @@ protected:
     }
     [[nodiscard]] SettingsRecord saved() {
         ProgramState state;
-        state.SettingsFilePath = weekly.bench.state.SettingsFilePath;
-        SettingsFile file(state, weekly.bench.files, weekly.bench.clock);
+        SettingsFile file(weekly.bench.settingsFile, state, weekly.bench.files, weekly.bench.clock);
         EXPECT_EQ(file.loadSettings(), SettingsFile::Loaded::whole);
         return state.settings;
     }

@@ -206,7 +206,7 @@ std::vector<Situation> Messages::ofPasswords() {
              m.trigger("mnuCurrentPass");
          },
          {kNoneActive, kNoneActiveBelow},
-         [](Messages& m) { EXPECT_TRUE(m.isStopped() && !m.program->state().UiLoading); }},
+         [](Messages& m) { EXPECT_TRUE(m.isStopped() && !m.program->engine().activePassword.isBeingLookedUp()); }},
         {"ALookupWhileTheEditorIsOpen",
          [](Messages& m) {
              m.editor();
@@ -371,7 +371,7 @@ std::vector<Situation> Messages::ofFolders() {
              m.other.emplace(m.passwordFile());
              m.other->run("BEGIN EXCLUSIVE");
              m.pressStart(kNo);
-             EXPECT_TRUE(m.waitFor([&] { return m.program->state().UiLoading; }));
+             EXPECT_TRUE(m.waitFor([&] { return m.program->engine().activePassword.isBeingLookedUp(); }));
              press(m.picker(), QDialogButtonBox::Cancel);
              m.other.reset();
          },

@@ -25,7 +25,6 @@ class PasswordsWindowTest : public testing::Test, protected Controls {
 protected:
     void SetUp() override {
         useWindow(window);
-        state.AppFolder = folder.path();
         writeFile(folder / "EDPasswords.mdb", std::string(suppliedPasswordFile()));
         window.setEvents(&controller);
         controller.open();
@@ -48,21 +47,21 @@ protected:
         if (!find<QCheckBox>("chkActive")->isChecked()) alt(Qt::Key_T);
         alt(Qt::Key_A);
         ASSERT_TRUE(QTest::qWaitFor([&] { return list()->topLevelItemCount() == before + 1 && text().isEmpty(); }));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return state.ActivePassword == password; }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return active.known() == password; }));
     }
     frmPasswordList* list() { return find<frmPasswordList>("ListView1"); }
     QString text() { return find<QLineEdit>("txtpassword")->text(); }
 
     TemporaryFolder folder;
-    ProgramState state;
     std::unique_ptr<FlushService> flush = makeKernelFlush();
     SystemClock clock;
     QtEventLoop loop{clock, *flush};
     frmEDPasswords window;
     QtMessageBoxes boxes{loop.queue(), nullptr};
     SqliteDatabase database{loop};
-    PasswordStore store{loop.queue(), database, boxes, state, [](const Path&) { return true; }};
-    PasswordEditorController controller{store, window, boxes, state, loop.queue()};
+    PasswordStore store{loop.queue(), database, boxes, folder / "EDPasswords.mdb", [](const Path&) { return true; }};
+    ActivePassword active{loop.queue(), [this] { return store.lookUpActivePassword(); }};
+    PasswordEditorController controller{store, active, window, boxes, loop.queue()};
 };
 
 TEST_F(PasswordsWindowTest, AddsChoosesAndDeletesByKeyboardAndMouse) {
