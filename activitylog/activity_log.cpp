@@ -27,9 +27,9 @@ void ActivityLog::logEvent(const Message& message) {
 void ActivityLog::writetofile() {
     chooseFile();
     if (unsaved_.empty()) return;
-    FileFault fault = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
-    if (!fault) fault = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
-    if (fault) return reportOnce(fault);
+    Result<> saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
+    if (saved.ok()) saved = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
+    if (!saved.ok()) return reportOnce(saved.fault());
     fileIsChecked_ = true;
     failureIsShown_ = false;
     unsaved_.clear();
@@ -42,8 +42,9 @@ void ActivityLog::saveWhenOn() {
 void ActivityLog::saveForGood() {
     if (state_.settings.LoggingTurnedOff) return;
     writetofile();
-    if (fileIsChecked_)
-        if (const FileFault fault = files_.flush(logFilePath_)) reportOnce(fault);
+    if (!fileIsChecked_) return;
+    const Result<> flushed = files_.flush(logFilePath_);
+    if (!flushed.ok()) reportOnce(flushed.fault());
 }
 
 void ActivityLog::chooseFile() {
@@ -53,7 +54,7 @@ void ActivityLog::chooseFile() {
     fileIsChecked_ = false;
 }
 
-void ActivityLog::reportOnce(const FileFault& fault) {
+void ActivityLog::reportOnce(const Fault& fault) {
     if (failureIsShown_) return;
     failureIsShown_ = true;
     window_.setPanel1("The activity log could not be saved: " + fault.text);

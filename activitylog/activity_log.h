@@ -51,7 +51,7 @@ public:
 
 private:
     void chooseFile();
-    void reportOnce(const FileFault& fault);
+    void reportOnce(const Fault& fault);
 
     ProgramState& state_;
     MainWindow& window_;

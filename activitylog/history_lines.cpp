@@ -39,20 +39,20 @@ void HistoryLines::addFile(std::unique_ptr<ReadableFile> file) {
 }
 
 // Each piece begins with the line that the one before it did not hold whole.
-bool HistoryLines::takePiece(FileFault& fault) {
+Result<bool> HistoryLines::takePiece() {
     Section& section = sections_.back();
     piece_.resize(kPiece);
-    std::size_t got = 0;
-    fault = section.file->readAt(section.end, piece_, got);
-    const bool isAll = !fault && got < piece_.size();
-    std::string_view rest(piece_.data(), fault ? 0 : got);
+    const Result<std::size_t> got = section.file->readAt(section.end, piece_);
+    if (!got.ok()) return got.fault();
+    const bool isAll = got.value() < piece_.size();
+    std::string_view rest(piece_.data(), got.value());
     while (!rest.empty()) {
         const std::size_t length = lengthOfLine(rest, isAll);
         if (length == 0) break;
         addLine(section, rest.substr(0, length));
         rest.remove_prefix(length);
     }
-    return !fault && !isAll;
+    return !isAll;
 }
 
 void HistoryLines::addLine(Section& section, std::string_view bytes) {
@@ -109,8 +109,8 @@ std::vector<std::string> HistoryLines::readBlock(const Section& section, std::si
     const bool isLast = block + 1 == section.blockBegins.size();
     const std::uint64_t begin = section.blockBegins[block];
     std::string bytes((isLast ? section.end : section.blockBegins[block + 1]) - begin, '\0');
-    std::size_t got = 0;
-    if (section.file->readAt(begin, bytes, got)) got = 0;
+    const Result<std::size_t> read = section.file->readAt(begin, bytes);
+    const std::size_t got = read.ok() ? read.value() : 0;
     std::string_view rest = std::string_view(bytes).substr(0, got);
     const std::size_t count = isLast ? section.lines - block * kBlock : kBlock;
     std::vector<std::string> lines;

@@ -25,9 +25,9 @@ public:
 
     /// The lines of this file will follow those that are there.
     void addFile(std::unique_ptr<ReadableFile> file);
-    /// Takes in the next 256 KiB of the file that was added last. False when it has come to its end or to a fault; the
-    /// lines up to there stay.
-    bool takePiece(FileFault& fault);
+    /// Takes in the next 256 KiB of the file that was added last. The value is False when it has come to its end. The
+    /// lines before the end or a fault stay.
+    Result<bool> takePiece();
     /// Forgets all lines and closes the files.
     void clear();
 

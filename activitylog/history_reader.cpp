@@ -33,17 +33,20 @@ Task<void> HistoryReader::readWaiting() {
 }
 
 Task<void> HistoryReader::readOne(Path fileName) {
-    auto [file, fault] = files_.openForReading(joinPath(logFolder_, fileName));
-    if (!fault) {
-        lines_.addFile(std::move(file));
-        while (lines_.takePiece(fault)) {
-            reading_.lines = lines_.size();
-            view_.readingWentOn();
-            co_await loop_.breathe();
-        }
+    Result<std::unique_ptr<ReadableFile>> file = files_.openForReading(joinPath(logFolder_, fileName));
+    if (!file.ok()) {
+        reading_.isIncomplete = true;
+        co_return;
     }
-    reading_.lines = lines_.size();
-    if (fault) reading_.isIncomplete = true;
+    lines_.addFile(file.take());
+    for (;;) {
+        const Result<bool> isMore = lines_.takePiece();
+        reading_.lines = lines_.size();
+        if (!isMore.ok()) reading_.isIncomplete = true;
+        if (!isMore.ok() || !isMore.value()) co_return;
+        view_.readingWentOn();
+        co_await loop_.breathe();
+    }
 }
 
 void HistoryReader::clear() {

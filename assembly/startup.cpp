@@ -52,7 +52,7 @@ bool Startup::takeDataFolder() {
 void Startup::supplyPasswordFile() {
     const Path settings = joinPath(p_.state.AppFolder, kSettingsFileName);
     const Path passwords = joinPath(p_.state.AppFolder, kPasswordFileName);
-    const auto isMissing = [&](const Path& path) { return p_.files.read(path, 1).fault.kind == FaultKind::notThere; };
+    const auto isMissing = [&](const Path& path) { return p_.files.read(path, 1).failedWith(FaultKind::notThere); };
     if (isMissing(settings) && isMissing(passwords)) (void)p_.files.writeAtomically(passwords, suppliedPasswordFile());
 }
 

@@ -2,13 +2,11 @@
 #pragma once
 
 #include <string>
-#include <utility>
 
 namespace vantrell {
 
-/// What the caller can do about a failed file operation.
+/// What the caller can do about something that failed.
 enum class FaultKind {
-    none,           ///< it succeeded
     inUse,          ///< somebody writes to the file, or it is another one than before: try again later
     notThere,       ///< the file or a folder on its way does not exist
     nameTaken,      ///< something stands under the target name and may not be replaced
@@ -17,12 +15,11 @@ enum class FaultKind {
     other,          ///< anything else; the text says what
 };
 
-/// Outcome of a file operation: nothing on success, else a kind and words for people (UTF-8).
-struct [[nodiscard]] FileFault {
-    FaultKind kind = FaultKind::none;
+/// What went wrong: a kind for the program, and words for people (UTF-8).
+struct Fault {
+    FaultKind kind = FaultKind::other;
     std::string text;
 
-    explicit operator bool() const { return kind != FaultKind::none; }
     /// True when the machine is at fault and not the file that was at work.
     [[nodiscard]] bool isTheMachines() const { return kind == FaultKind::noSpace || kind == FaultKind::deviceFailing; }
 };

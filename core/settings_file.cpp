@@ -19,13 +19,13 @@ SettingsFile::SettingsFile(Path file, ProgramState& state, DataFiles& files, con
     : path_(std::move(file)), state_(state), files_(files), clock_(clock) {}
 
 SettingsFile::Loaded SettingsFile::loadSettings() {
-    const DataFiles::ReadResult file = files_.read(path_, kMostBytes);
-    if (file.fault.kind == FaultKind::notThere)
+    const Result<std::string> file = files_.read(path_, kMostBytes);
+    if (file.failedWith(FaultKind::notThere))
         loaded_ = Loaded::missing;
-    else if (file.fault)
+    else if (!file.ok())
         loaded_ = Loaded::unreadable;
     else
-        loaded_ = parseSettings(file.bytes, state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+        loaded_ = parseSettings(file.value(), state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
     foundIncomplete_ = foundIncomplete_ || loaded_ == Loaded::incomplete;
     return loaded_;
 }
@@ -35,14 +35,14 @@ void SettingsFile::saveSettings() {
     if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
     const std::string line = formatSettings(state_.settings);
     // Every pass saves; a file that says the same already need not be flushed to the disk once more.
-    const DataFiles::ReadResult present = files_.read(path_, line.size() + 1);
-    if (!present.fault && present.bytes == line) return;
+    const Result<std::string> present = files_.read(path_, line.size() + 1);
+    if (present.ok() && present.value() == line) return;
     (void)files_.writeAtomically(path_, line);
 }
 
 bool SettingsFile::keepIncompleteFile() {
     const Path dated = path_ + "." + secondStamp(clock_.now());
-    if (files_.setAside(path_, dated)) return false;
+    if (!files_.setAside(path_, dated).ok()) return false;
     loaded_ = Loaded::whole;
     return true;
 }

@@ -106,8 +106,8 @@ bool ConfigBackup::settingsAreWorthACopy() const {
 }
 
 bool ConfigBackup::passwordsAreWorthACopy() const {
-    const DataFiles::ReadResult file = p_.files.read(live(kPasswordFileName), p_.suppliedPasswords.size() + 1);
-    return file.bytes != p_.suppliedPasswords;
+    const Result<std::string> file = p_.files.read(live(kPasswordFileName), p_.suppliedPasswords.size() + 1);
+    return !file.ok() || file.value() != p_.suppliedPasswords;
 }
 
 // Restoring

@@ -31,7 +31,7 @@ public:
     }
 
     [[nodiscard]] bool move(const Path& from, const Path& to) {
-        if (files_.setAside(from, to)) return false;
+        if (!files_.setAside(from, to).ok()) return false;
         moved_.emplace(moved_.begin(), from, to);
         return true;
     }
@@ -45,11 +45,11 @@ private:
 }  // namespace
 
 CopyResult FileCopies::copySettings(const Path& source, const Path& target, Unchanged unchanged) {
-    const DataFiles::ReadResult file = files_.read(source, kMostSettingsBytes + 1);
-    if (file.fault || file.bytes.size() > kMostSettingsBytes) return CopyResult::failed;
+    const Result<std::string> file = files_.read(source, kMostSettingsBytes + 1);
+    if (!file.ok() || file.value().size() > kMostSettingsBytes) return CopyResult::failed;
     SettingsRecord record;
-    if (parseSettings(file.bytes, record) != kSettingsItems) return CopyResult::failed;
-    return write(target, file.bytes, unchanged);
+    if (parseSettings(file.value(), record) != kSettingsItems) return CopyResult::failed;
+    return write(target, file.value(), unchanged);
 }
 
 CopyResult FileCopies::backUpPasswords(const Path& live, const Path& backup, Unchanged unchanged) {
@@ -77,10 +77,10 @@ DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {
 
 CopyResult FileCopies::write(const Path& target, const std::string& bytes, Unchanged unchanged) {
     if (unchanged == Unchanged::leftAlone) {
-        const DataFiles::ReadResult present = files_.read(target, bytes.size() + 1);
-        if (!present.fault && present.bytes == bytes) return CopyResult::copied;
+        const Result<std::string> present = files_.read(target, bytes.size() + 1);
+        if (present.ok() && present.value() == bytes) return CopyResult::copied;
     }
-    return files_.writeAtomically(target, bytes) ? CopyResult::failed : CopyResult::copied;
+    return files_.writeAtomically(target, bytes).ok() ? CopyResult::copied : CopyResult::failed;
 }
 
 // A journal that was left beside the older backup would be rolled into the new one.
@@ -104,7 +104,7 @@ CopyResult FileCopies::putInPlaceOf(const Path& live, const std::string& bytes) 
     // Under the name that makes it belong to the dated file, so that the two can still be brought together.
     for (const Path& companion : companionsOf(live))
         if (!moved.move(companion, dated + companion.substr(live.size()))) return CopyResult::failed;
-    if (files_.writeAtomically(live, bytes)) return CopyResult::failed;
+    if (!files_.writeAtomically(live, bytes).ok()) return CopyResult::failed;
     moved.keep();
     return CopyResult::copied;
 }

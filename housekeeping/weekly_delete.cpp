@@ -94,10 +94,10 @@ std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
 // Said beforehand: an abort after the removal must not leave it unsaid.
 Task<void> WeeklyDelete::deleteFile(Path path, FileDate date) {
     p_.report.showInPanel1("Executing Weekly Delete ...Deleting File: " + named(path));
-    const FileFault fault = co_await p_.toolbox.removeFile(path, date);
-    if (!fault || fault.kind == FaultKind::notThere) co_return;
+    const Result<> removed = co_await p_.toolbox.removeFile(path, date);
+    if (removed.ok() || removed.failedWith(FaultKind::notThere)) co_return;
     p_.report.showInPanel1("Weekly Delete could not delete File: " + named(path) +
-                           " - FAILED: " + failureWords(fault.text));
+                           " - FAILED: " + failureWords(removed.fault().text));
 }
 
 }  // namespace vantrell

@@ -11,8 +11,8 @@
 
 namespace vantrell {
 
-/// Encrypts one file into another one. One instance serves one file: settings first, then `encryptFile`, or its two
-/// halves one after the other.
+/// Encrypts one file into another one. One instance serves one file: settings first, then its two halves one after
+/// the other.
 ///
 /// The only combination there is: algorithm "aes", mode "ecb", 256 bits (FIPS 197, NIST SP 800-38A). The key is the
 /// text's ASCII bytes, cut at 32 or filled up with zero bytes to 32. The last block is padded as in PKCS #7 (RFC 5652,
@@ -35,20 +35,12 @@ public:
     virtual void setInitialisationVector(std::string_view text, std::string_view encoding) = 0;
     virtual void setProgress(Progress progress) = 0;
 
-    /// Value of `encryptFile` on success.
-    static constexpr int kSuccess = 1;
-    /// The target appears under its name only when it is whole and on stable storage. `source` must outlive the task.
-    Task<int> encryptFile(HeldFile& source, Path target, Replace replace) {
-        const int prepared = co_await prepareFile(source, folderOf(target));
-        if (prepared != kSuccess) co_return prepared;
-        co_return co_await publishFile(source, std::move(target), replace);
-    }
     /// The first half: encrypts into a file without a name in the target's folder, and brings it to stable storage.
-    virtual Task<int> prepareFile(HeldFile& source, Path folder) = 0;
-    /// The second half: looks at the source once more and gives the prepared file its name.
-    virtual Task<int> publishFile(HeldFile& source, Path target, Replace replace) = 0;
-    /// What kept the last of these from succeeding.
-    [[nodiscard]] virtual const FileFault& lastError() const = 0;
+    /// `source` must outlive the task.
+    virtual Task<Result<>> prepareFile(HeldFile& source, Path folder) = 0;
+    /// The second half: looks at the source once more and gives the prepared file its name. The target appears under
+    /// its name only when it is whole and on stable storage. `source` must outlive the task.
+    virtual Task<Result<>> publishFile(HeldFile& source, Path target, Replace replace) = 0;
 };
 
 using CryptoFactory = std::function<std::unique_ptr<CryptoComponent>()>;

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/fault.h"
 #include "base/path.h"
+#include "base/result.h"
 
 namespace vantrell {
 
@@ -18,28 +18,24 @@ public:
     DataFiles& operator=(const DataFiles&) = delete;
     virtual ~DataFiles() = default;
 
-    struct ReadResult {
-        std::string bytes;
-        FileFault fault;
-    };
     /// At most `limit` bytes from the beginning of a regular file.
-    [[nodiscard]] virtual ReadResult read(const Path& path, std::size_t limit) const = 0;
+    [[nodiscard]] virtual Result<std::string> read(const Path& path, std::size_t limit) const = 0;
 
     /// Replaces or creates the file: temporary name in the same folder (mode 0600), flush, rename, flush of the folder.
     /// An existing file that may not be written, or is no regular file, is left as it is and reported.
-    virtual FileFault writeAtomically(const Path& path, std::string_view bytes) = 0;
+    virtual Result<> writeAtomically(const Path& path, std::string_view bytes) = 0;
 
     /// Gives an existing file another name in the same folder; never replaces.
-    virtual FileFault setAside(const Path& path, const Path& newName) = 0;
+    virtual Result<> setAside(const Path& path, const Path& newName) = 0;
 
     /// Appends to a text file of CR LF lines (created with mode 0600 when missing). All or nothing: after a failed
     /// write the file is cut back to what it was. With `cutTornLine` a last line without its CR LF is removed first.
-    virtual FileFault appendLines(const Path& path, std::string_view lines, bool cutTornLine) = 0;
+    virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) = 0;
     /// Brings an appended file to stable storage.
-    virtual FileFault flush(const Path& path) = 0;
+    virtual Result<> flush(const Path& path) = 0;
 
     /// Creates each missing level, private to the user (POSIX: 0700).
-    virtual FileFault makePrivateFolders(const Path& path) = 0;
+    virtual Result<> makePrivateFolders(const Path& path) = 0;
 };
 
 }  // namespace vantrell

@@ -9,8 +9,8 @@
 #include <span>
 #include <vector>
 
-#include "base/fault.h"
 #include "base/path.h"
+#include "base/result.h"
 #include "task/task.h"
 
 namespace vantrell {
@@ -33,16 +33,12 @@ public:
 
     /// Bytes, as of the opening.
     [[nodiscard]] virtual std::uint64_t size() const = 0;
-    /// Reads the next bytes; `got` is 0 at the end of the file.
-    virtual FileFault read(std::span<std::byte> into, std::size_t& got) = 0;
+    /// Reads the next bytes; the value is how many came, 0 at the end of the file. A fault is never the machine's: what
+    /// cannot be read is one file's trouble, even where it is the disk's.
+    virtual Result<std::size_t> read(std::span<std::byte> into) = 0;
     /// Fault `inUse` when somebody has the file open for writing, or when it or what stands under its path is not what
     /// was opened (a changed file, another file, a link); `notThere` when nothing stands there any more.
-    virtual FileFault verify() = 0;
-};
-
-struct HoldResult {
-    std::unique_ptr<HeldFile> file;  ///< null on failure
-    FileFault fault;
+    virtual Result<> verify() = 0;
 };
 
 /// A new file that has no final name until it is whole and on stable storage. Destroying it before `publish` has ended
@@ -55,18 +51,13 @@ public:
     virtual ~OutputFile() = default;
 
     /// Appends the bytes, which must stay valid until the task has ended.
-    virtual Task<FileFault> write(std::span<const std::byte> bytes) = 0;
+    virtual Task<Result<>> write(std::span<const std::byte> bytes) = 0;
     /// Brings everything written to stable storage.
-    virtual Task<FileFault> flush() = 0;
+    virtual Task<Result<>> flush() = 0;
     /// Gives the flushed file its name in the folder in which it was created, and flushes the folder.
-    virtual Task<FileFault> publish(Path target, Replace replace) = 0;
+    virtual Task<Result<>> publish(Path target, Replace replace) = 0;
     /// Drops the file in steps that do not hold up the event loop.
     virtual Task<void> discard() = 0;
-};
-
-struct OutputResult {
-    std::unique_ptr<OutputFile> file;  ///< null on failure
-    FileFault fault;
 };
 
 struct SearchOrder {
@@ -78,7 +69,7 @@ struct SearchOrder {
     std::function<bool()> isStopped;
     /// Told of each folder whose files are missing from the result, all or some, because it cannot be read. A folder
     /// that went away meanwhile is none.
-    std::function<void(const Path&, const FileFault&)> notRead = [](const Path&, const FileFault&) {};
+    std::function<void(const Path&, const Fault&)> notRead = [](const Path&, const Fault&) {};
 };
 
 /// When a move within one file system is brought to stable storage. `later`: with the next `flushMoves`; until then a
@@ -123,24 +114,24 @@ public:
     virtual Task<std::vector<Path>> listFiles(Path folder) = 0;
 
     /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing.
-    virtual HoldResult hold(const Path& path) = 0;
+    virtual Result<std::unique_ptr<HeldFile>> hold(const Path& path) = 0;
     /// Begins a new file that will get its name in the given folder.
-    virtual OutputResult createOutput(const Path& folder) = 0;
+    virtual Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) = 0;
 
     /// Within one file system; never replaces. Nothing changed when there is a fault.
-    virtual Task<FileFault> rename(Path source, Path target) = 0;
+    virtual Task<Result<>> rename(Path source, Path target) = 0;
     /// Also across file systems. The file is at the target on success; nothing changed when there is a fault.
-    virtual Task<FileFault> move(MoveOrder order) = 0;
+    virtual Task<Result<>> move(MoveOrder order) = 0;
     /// Brings the moves that were to be durable later to stable storage, those of one folder together.
-    virtual Task<FileFault> flushMoves() = 0;
+    virtual Task<Result<>> flushMoves() = 0;
     /// Replaces the target atomically; the copy gets the given permission bits (POSIX mode).
-    virtual Task<FileFault> copy(Path source, Path target, unsigned permissions) = 0;
+    virtual Task<Result<>> copy(Path source, Path target, unsigned permissions) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
     [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;
     /// Removes a regular file for good, provided that it is still the one whose `fileDate` was `date`; otherwise fault
     /// `inUse`, and nothing is removed. A large file's space is given back in steps that do not hold up the event loop.
-    virtual Task<FileFault> removeFile(Path path, FileDate date) = 0;
+    virtual Task<Result<>> removeFile(Path path, FileDate date) = 0;
 
     /// After a crash: removes our left-over temporary files from `outputFolders`, and moves files that were being
     /// removed from `sourceFolder` (and below it) back to their place.

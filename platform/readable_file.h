@@ -6,8 +6,8 @@
 #include <memory>
 #include <span>
 
-#include "base/fault.h"
 #include "base/path.h"
+#include "base/result.h"
 
 namespace vantrell {
 
@@ -20,8 +20,8 @@ public:
     ReadableFile& operator=(const ReadableFile&) = delete;
     virtual ~ReadableFile() = default;
 
-    /// Reads from `offset` (bytes) on until `into` is full or the file ends; `got` says how much came.
-    virtual FileFault readAt(std::uint64_t offset, std::span<char> into, std::size_t& got) const = 0;
+    /// Reads from `offset` (bytes) on until `into` is full or the file ends; the value is how much came.
+    [[nodiscard]] virtual Result<std::size_t> readAt(std::uint64_t offset, std::span<char> into) const = 0;
 };
 
 /// Opens files for reading only.
@@ -32,12 +32,8 @@ public:
     FileReading& operator=(const FileReading&) = delete;
     virtual ~FileReading() = default;
 
-    struct Opened {
-        std::unique_ptr<ReadableFile> file;  ///< null on failure
-        FileFault fault;
-    };
     /// A link, a folder and whatever else is no regular file is a fault; nothing waits for a FIFO's other end.
-    [[nodiscard]] virtual Opened openForReading(const Path& path) const = 0;
+    [[nodiscard]] virtual Result<std::unique_ptr<ReadableFile>> openForReading(const Path& path) const = 0;
 };
 
 }  // namespace vantrell

@@ -13,9 +13,9 @@ struct FileEncryption::Work {
     std::string name;
     std::unique_ptr<CryptoComponent> component;
     std::unique_ptr<HeldFile> held;
-    FileFault holdFault;
+    Result<> holding;  // whether it could be opened, and still is what it was then
     bool isPrepared = false;
-    FileFault prepareFault;
+    Result<> preparing;
     bool isAtItsTurn = false;  // its progress may be shown
 };
 
@@ -54,9 +54,11 @@ FileEncryption::WorkPointer FileEncryption::begin(EncryptOrder order) {
         });
 
     // Held from here to the move, so that what is moved is known to be what was read.
-    HoldResult hold = toolbox_.hold(work->order.sourcePath);
-    work->held = std::move(hold.file);
-    work->holdFault = std::move(hold.fault);
+    Result<std::unique_ptr<HeldFile>> held = toolbox_.hold(work->order.sourcePath);
+    if (held.ok())
+        work->held = held.take();
+    else
+        work->holding = held.fault();
     return work;
 }
 
@@ -66,8 +68,7 @@ EncryptOrder& FileEncryption::orderOf(Work& work) { return work.order; }
 Task<void> FileEncryption::prepare(Work& work) {
     if (!work.held || work.isPrepared) co_return;
     work.isPrepared = true;
-    const int result = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
-    if (result != CryptoComponent::kSuccess) work.prepareFault = work.component->lastError();
+    work.preparing = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
 }
 
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
@@ -76,7 +77,7 @@ Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
 }
 
 Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
-    if (work.holdFault.kind == FaultKind::inUse) co_return failedBy(work, work.holdFault);
+    if (work.holding.failedWith(FaultKind::inUse)) co_return failedBy(work, work.holding.fault());
 
     const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
     const std::string shownSource = displayText(work.order.sourcePath);
@@ -93,8 +94,8 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
         replace = Replace::allowed;
     }
 
-    const FileFault fault = co_await writeOutput(work, replace);
-    if (fault) co_return failedBy(work, fault);
+    const Result<> written = co_await writeOutput(work, replace);
+    if (!written.ok()) co_return failedBy(work, written.fault());
     if (!FileExists(toolbox_, output)) co_return resultOf(work, EncryptOutcome::carried);
 
     log_.logEvent("Encryped:  " + named(work.name) + " - Sucessful: ");
@@ -102,14 +103,12 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
     co_return co_await moveToDone(work);
 }
 
-Task<FileFault> FileEncryption::writeOutput(Work& work, Replace replace) {
-    if (!work.held) co_return work.holdFault;
+Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
+    if (!work.held) co_return work.holding;
     const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
     co_await prepare(work);
-    if (work.prepareFault) co_return work.prepareFault;
-    const int result = co_await work.component->publishFile(*work.held, output, replace);
-    if (result == CryptoComponent::kSuccess) co_return FileFault{};
-    co_return work.component->lastError();
+    if (!work.preparing.ok()) co_return work.preparing;
+    co_return co_await work.component->publishFile(*work.held, output, replace);
 }
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
@@ -126,13 +125,12 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
         replace = Replace::allowed;
     }
 
-    const FileFault fault =
+    const Result<> moved =
         co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get(), Durable::later});
-    if (fault.kind == FaultKind::inUse) co_return failedBy(work, fault);
-    if (fault)
-        report_.showInPanel1("File " + named(work.order.sourcePath) + " did move to " + named(work.order.doneFolder) +
-                             "!");
-    co_return resultOf(work, EncryptOutcome::carried, fault);
+    if (moved.ok()) co_return resultOf(work, EncryptOutcome::carried);
+    if (moved.failedWith(FaultKind::inUse)) co_return failedBy(work, moved.fault());
+    report_.showInPanel1("File " + named(work.order.sourcePath) + " did move to " + named(work.order.doneFolder) + "!");
+    co_return resultOf(work, EncryptOutcome::carried, moved.fault());
 }
 
 Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle obstacle) {
@@ -150,9 +148,9 @@ Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle
         default:
             co_return Permission::refused;
     }
-    const FileFault changed = work.held ? work.held->verify() : FileFault{};
-    if (changed.kind == FaultKind::inUse) {
-        work.holdFault = changed;
+    const Result<> unchanged = work.held ? work.held->verify() : Result<>();
+    if (unchanged.failedWith(FaultKind::inUse)) {
+        work.holding = unchanged;
         co_return Permission::inUse;
     }
     co_return Permission::replace;
@@ -163,13 +161,13 @@ EncryptResult FileEncryption::notPermitted(Work& work, Permission permission) {
         case Permission::withdrawn:
             return resultOf(work, EncryptOutcome::withdrawn);
         case Permission::inUse:
-            return failedBy(work, work.holdFault);
+            return failedBy(work, work.holding.fault());
         default:
             return resultOf(work, EncryptOutcome::failed);
     }
 }
 
-EncryptResult FileEncryption::failedBy(Work& work, const FileFault& fault) {
+EncryptResult FileEncryption::failedBy(Work& work, const Fault& fault) {
     const bool inUse = fault.kind == FaultKind::inUse;
     if (!inUse || !work.order.inUseWasTold) logFailure(work, fault.text);
     return resultOf(work, inUse ? EncryptOutcome::inUse : EncryptOutcome::failed, fault);
@@ -180,7 +178,7 @@ void FileEncryption::logFailure(const Work& work, const std::string& words) {
     log_.saveWhenOn();
 }
 
-EncryptResult FileEncryption::resultOf(Work& work, EncryptOutcome outcome, FileFault fault) {
+EncryptResult FileEncryption::resultOf(Work& work, EncryptOutcome outcome, std::optional<Fault> fault) {
     return {outcome, std::move(fault), std::move(work.held)};
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "activitylog/activity_log.h"
@@ -38,7 +39,7 @@ enum class EncryptOutcome {
 
 struct EncryptResult {
     EncryptOutcome outcome = EncryptOutcome::carried;
-    FileFault fault;
+    std::optional<Fault> fault;
     std::unique_ptr<HeldFile> held;  ///< the source as it was read; null when it could not be opened
 };
 
@@ -73,12 +74,12 @@ private:
 
     Task<EncryptResult> encryptAndMove(Work& work);
     Task<Permission> mayReplace(Work& work, Obstacle obstacle);
-    Task<FileFault> writeOutput(Work& work, Replace replace);
+    Task<Result<>> writeOutput(Work& work, Replace replace);
     Task<EncryptResult> moveToDone(Work& work);
-    EncryptResult failedBy(Work& work, const FileFault& fault);
+    EncryptResult failedBy(Work& work, const Fault& fault);
     EncryptResult notPermitted(Work& work, Permission permission);
     void logFailure(const Work& work, const std::string& words);
-    static EncryptResult resultOf(Work& work, EncryptOutcome outcome, FileFault fault = {});
+    static EncryptResult resultOf(Work& work, EncryptOutcome outcome, std::optional<Fault> fault = {});
 
     const ProgramState& state_;
     MainWindow& window_;

@@ -141,13 +141,13 @@ Task<void> ScanPass::searchFiles() {
     order.isStopped = [this] { return stopRequested_; };
     unreadBefore_ = std::exchange(unread_, {});
     unreadWords_.clear();
-    order.notRead = [this](const Path& folder, const FileFault& fault) { reportUnread(folder, fault); };
+    order.notRead = [this](const Path& folder, const Fault& fault) { reportUnread(folder, fault); };
     files_ = co_await p_.toolbox.search(std::move(order));
     p_.window.setTotalFiles(files_.size());
 }
 
 // What stands in it is not encrypted, and nobody would know.
-void ScanPass::reportUnread(const Path& folder, const FileFault& fault) {
+void ScanPass::reportUnread(const Path& folder, const Fault& fault) {
     const Message words = "Folder " + named(folder) + " - FAILED: " + failureWords(fault.text);
     if (unread_.empty()) unreadWords_ = words.text();
     unread_.insert(folder);
@@ -203,8 +203,8 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
 }
 
 Task<void> ScanPass::flushMoves() {
-    const FileFault fault = co_await p_.toolbox.flushMoves();
-    if (fault) p_.report.showInPanel1(failureWords(fault.text));
+    const Result<> flushed = co_await p_.toolbox.flushMoves();
+    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
 }
 
 bool ScanPass::takeStop() {
@@ -237,7 +237,7 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
             break;
     }
     countCarried(name);
-    if (result.fault.isTheMachines()) co_return afterMachineFault({}, result.fault);
+    if (result.fault && result.fault->isTheMachines()) co_return afterMachineFault({}, *result.fault);
     if (result.fault && !checkFolders()) {
         endMissingFolders();
         co_return Next::end;
@@ -272,15 +272,17 @@ ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
 }
 
 Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
-    FileFault fault = result.fault;
+    std::optional<Fault> fault = result.fault;
     // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
     const bool folderIsGone = !checkFolders();
-    if (!folderIsGone && !fault.isTheMachines() && FileExists(p_.toolbox, path)) {
-        const FileFault changed = result.held ? result.held->verify() : FileFault{};
-        if (changed.kind == FaultKind::inUse) co_return afterFileInUse(path);
-        fault = co_await reject(path, result.held.get());
+    const bool isTheMachines = fault && fault->isTheMachines();
+    if (!folderIsGone && !isTheMachines && FileExists(p_.toolbox, path)) {
+        const Result<> unchanged = result.held ? result.held->verify() : Result<>();
+        if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path);
+        const Result<> rejected = co_await reject(path, result.held.get());
+        fault = rejected.ok() ? std::nullopt : std::optional(rejected.fault());
     }
-    if (fault.isTheMachines()) co_return afterMachineFault(path, fault);
+    if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault);
     machineFaults_ = 0;
     reportNotEncrypted(path);
     if (folderIsGone) {
@@ -300,7 +302,7 @@ ScanPass::Next ScanPass::unlessStopped() {
 }
 
 // The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
-ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fault) {
+ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault) {
     if (!path.empty()) reportNotEncrypted(path);
     ++machineFaults_;
     if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return unlessStopped();
@@ -308,7 +310,7 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const FileFault& fa
     return Next::end;
 }
 
-Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
+Task<Result<>> ScanPass::reject(Path path, HeldFile* held) {
     const std::string name = FileNameOf(path);
     Path target = joinPath(settings_.RejectFolder, name);
     bool isThere = false;
@@ -316,17 +318,17 @@ Task<FileFault> ScanPass::reject(Path path, HeldFile* held) {
         const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
         target = joinPath(settings_.RejectFolder, newName);
         p_.report.showInPanel1("File " + named(path) + " File exists rename file to " + named(newName));
-        const FileFault fault = co_await p_.toolbox.rename(path, target);
-        isThere = !fault;
-        if (fault) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
+        const Result<> renamed = co_await p_.toolbox.rename(path, target);
+        isThere = renamed.ok();
+        if (!isThere) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
     }
-    FileFault fault;
-    if (!isThere) fault = co_await p_.toolbox.move({path, target, Replace::never, held});
-    if (fault)
-        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
-    else
+    Result<> moved;
+    if (!isThere) moved = co_await p_.toolbox.move({path, target, Replace::never, held});
+    if (moved.ok())
         ++rejected_;
-    co_return fault;
+    else
+        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
+    co_return moved;
 }
 
 void ScanPass::reportNotEncrypted(const Path& path) {

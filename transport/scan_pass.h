@@ -73,7 +73,7 @@ private:
     bool reportIfMissing(const Path& folder, const Message& text);
     bool reportIfSource(const Path& folder, const Message& what);
     Task<void> searchFiles();
-    void reportUnread(const Path& folder, const FileFault& fault);
+    void reportUnread(const Path& folder, const Fault& fault);
     Task<void> carryFiles();
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
@@ -81,10 +81,10 @@ private:
     Task<void> flushMoves();
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
-    Next afterMachineFault(const Path& path, const FileFault& fault);
+    Next afterMachineFault(const Path& path, const Fault& fault);
     Next afterFileInUse(const Path& path);
     void countCarried(const std::string& name);
-    Task<FileFault> reject(Path path, HeldFile* held);
+    Task<Result<>> reject(Path path, HeldFile* held);
     void reportNotEncrypted(const Path& path);
     /// True when Stop was pressed, which has been said then.
     bool takeStop();

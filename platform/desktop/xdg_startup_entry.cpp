@@ -101,23 +101,24 @@ bool isSwitchedOff(const DesktopEntry& entry) {
            isKeptFromThisDesktop(entry);
 }
 
-FileFault fillFile(int file, std::string_view bytes, const Path& path) {
+Result<> fillFile(int file, std::string_view bytes, const Path& path) {
     if (::fchmod(file, kReadableByAll) != 0) return faultFromErrno(errno, path);
-    if (FileFault fault = writeAll(file, bytes, path)) return fault;
-    return faultFromErrno(::fsync(file) == 0 ? 0 : errno, path);
+    if (Result<> done = writeAll(file, bytes, path); !done.ok()) return done.fault();
+    return resultFromErrno(::fsync(file) == 0 ? 0 : errno, path);
 }
 
 // Unlike the files of the data folder this one is everybody's to read, and a link in its place is no sign that someone
 // wants it kept.
-FileFault replaceEntry(std::string_view bytes) {
+Result<> replaceEntry(std::string_view bytes) {
     const Path folder = autostartFolder();
-    if (FileFault fault = PosixDataFiles().makePrivateFolders(folder)) return fault;
+    if (Result<> done = PosixDataFiles().makePrivateFolders(folder); !done.ok()) return done.fault();
     const Path temporary = joinPath(folder, makeTemporaryName());
     const UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadableByAll));
     if (!file) return faultFromErrno(errno, temporary);
-    FileFault fault = fillFile(file.get(), bytes, temporary);
-    if (!fault && ::rename(temporary.c_str(), entryFile().c_str()) != 0) fault = faultFromErrno(errno, entryFile());
-    if (!fault) return flushFolder(folder);
+    Result<> done = fillFile(file.get(), bytes, temporary);
+    if (done.ok() && ::rename(temporary.c_str(), entryFile().c_str()) != 0) done = faultFromErrno(errno, entryFile());
+    if (done.ok()) return flushFolder(folder);
+    Fault fault = done.fault();
     if (::unlink(temporary.c_str()) != 0) fault.text += "; " + temporary + " was left behind";
     return fault;
 }
@@ -130,8 +131,8 @@ StartupEntry::State XdgStartupEntry::state() const {
     if (::lstat(path.c_str(), &status) != 0)
         return errno == ENOENT || errno == ENOTDIR ? State::none : State::elsewhere;
     const auto file = PosixDataFiles().read(path, kMostBytes + 1);
-    if (file.fault || file.bytes.size() > kMostBytes) return State::elsewhere;
-    const auto entry = DesktopEntry::parse(file.bytes);
+    if (!file.ok() || file.value().size() > kMostBytes) return State::elsewhere;
+    const auto entry = DesktopEntry::parse(file.value());
     if (!entry) return State::elsewhere;
     if (isSwitchedOff(*entry)) return State::switchedOff;
     return startsThisProgram(*entry) ? State::works : State::elsewhere;
@@ -149,7 +150,7 @@ bool XdgStartupEntry::startsThisProgram(const DesktopEntry& entry) const {
 bool XdgStartupEntry::add() {
     const Path program = programFile();
     if (!program.starts_with(kPathSeparator) || !canStandInDesktopEntry(program)) return false;
-    return !replaceEntry(entryTextFor(program));
+    return replaceEntry(entryTextFor(program)).ok();
 }
 
 bool XdgStartupEntry::remove() { return ::unlink(entryFile().c_str()) == 0 || errno == ENOENT || errno == ENOTDIR; }

@@ -71,7 +71,7 @@ public:
             levels_.back().pop_back();
             if (isTemporaryName(name)) {
                 co_await restore(name);
-            } else if (descent_.enter(name)) {
+            } else if (descent_.enter(name).ok()) {
                 levels_.push_back(co_await foldersHere());
             }
         }
@@ -104,7 +104,10 @@ private:
             if (!entry.isFolder) isChanged |= moveBeside(folder.get(), entry.key, parent);
         }
         // The new names first, then the folder goes; it stays while anything is left in it.
-        if (isChanged && co_await flushFolder(loop_, parent)) co_return;
+        if (isChanged) {
+            const Result<> flushed = co_await flushFolder(loop_, parent);
+            if (!flushed.ok()) co_return;
+        }
         static_cast<void>(::unlinkat(parent, folderName.c_str(), AT_REMOVEDIR));
     }
 

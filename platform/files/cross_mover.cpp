@@ -17,9 +17,9 @@ namespace vantrell {
 
 namespace {
 
-FileFault verifyBoth(const MoveOrder& order, PosixHeldFile& original) {
-    if (FileFault fault = original.verify()) return fault;
-    return order.expected == nullptr ? FileFault{} : order.expected->verify();
+Result<> verifyBoth(const MoveOrder& order, PosixHeldFile& original) {
+    if (Result<> done = original.verify(); !done.ok()) return done.fault();
+    return order.expected == nullptr ? Result<>() : order.expected->verify();
 }
 
 // Renaming renews the change time only; a write also moves the modification time or the size.
@@ -59,47 +59,49 @@ private:
     bool isUndone_ = false;
 };
 
-Task<FileFault> CrossMover::move(MoveOrder order, FileIdentity source) {
-    auto [original, cannotRead] = PosixHeldFile::open(probe_, order.source);
-    if (!original) co_return cannotRead;
+Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
+    Result<std::unique_ptr<PosixHeldFile>> opened = PosixHeldFile::open(probe_, order.source);
+    if (!opened.ok()) co_return opened.fault();
+    std::unique_ptr<PosixHeldFile> original = opened.take();
     if (original->stamp().identity != source) co_return inUseFault();
-    if (FileFault fault = verifyBoth(order, *original)) co_return fault;
+    if (Result<> done = verifyBoth(order, *original); !done.ok()) co_return done.fault();
     PublishedCopy copy(to_, *original);
     // Made before anything is written: where it cannot be made, the source could not be removed either.
     PrivateFolder aside(from_.folder.get());
     if (aside.error() != 0) co_return faultFromErrno(aside.error(), "The source folder cannot be written");
-    auto [output, cannotWrite] = PosixOutputFile::create(parts_, folderOf(order.target));
-    if (!output) co_return cannotWrite;
-    if (FileFault fault = co_await makeCopy(*original, *output)) co_return fault;
-    if (FileFault fault = verifyBoth(order, *original)) co_return fault;
-    if (FileFault fault = co_await publish(order, *output, copy)) co_return fault;
-    if (FileFault fault = removeSource(aside, *original)) co_return fault;
+    const Result<std::unique_ptr<PosixOutputFile>> created = PosixOutputFile::create(parts_, folderOf(order.target));
+    if (!created.ok()) co_return created.fault();
+    PosixOutputFile& output = *created.value();
+    if (Result<> done = co_await makeCopy(*original, output); !done.ok()) co_return done.fault();
+    if (Result<> done = verifyBoth(order, *original); !done.ok()) co_return done.fault();
+    if (Result<> done = co_await publish(order, output, copy); !done.ok()) co_return done.fault();
+    if (Result<> done = removeSource(aside, *original); !done.ok()) co_return done.fault();
     copy.keep();
     original.reset();
     parts_.disposer.disposeWhenUnused(std::move(removed_));
     // The copy stands whatever this says: at worst the source is there again after a crash.
     static_cast<void>(co_await flushFolder(parts_.loop, from_.folder.get()));
-    co_return FileFault{};
+    co_return Result<>();
 }
 
-Task<FileFault> CrossMover::makeCopy(PosixHeldFile& original, PosixOutputFile& output) {
+Task<Result<>> CrossMover::makeCopy(PosixHeldFile& original, PosixOutputFile& output) {
     // Until it bears the original's permissions, it is nobody else's to read.
-    if (FileFault fault = output.setPermissions(S_IRUSR | S_IWUSR)) co_return fault;
-    if (FileFault fault = co_await copyContents(original, output)) co_return fault;
+    if (Result<> done = output.setPermissions(S_IRUSR | S_IWUSR); !done.ok()) co_return done.fault();
+    if (Result<> done = co_await copyContents(original, output); !done.ok()) co_return done.fault();
     copyAttributes(original.descriptor(), original.status(), output.descriptor());
     co_return co_await output.flush();
 }
 
-Task<FileFault> CrossMover::publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy) {
+Task<Result<>> CrossMover::publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy) {
     copy.undoUnlessKept(output.identity());
-    FileFault fault = co_await output.publish(order.target, Replace::never);
-    if (fault.kind != FaultKind::nameTaken || order.replace == Replace::never) co_return fault;
+    const Result<> published = co_await output.publish(order.target, Replace::never);
+    if (!published.failedWith(FaultKind::nameTaken) || order.replace == Replace::never) co_return published;
     // An old file that has been replaced does not come back, so its successor stays in any case.
     copy.keep();
     co_return co_await output.publish(order.target, Replace::allowed);
 }
 
-FileFault CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& original) {
+Result<> CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& original) {
     if (const int error = aside.take(from_.name); error != 0)
         return faultFromErrno(error, "The file cannot be removed from the source folder");
     struct stat status {};
@@ -109,8 +111,7 @@ FileFault CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& or
         return inUseFault();
     removed_ =
         UniqueFd(::openat(aside.descriptor(), from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    const int error = aside.removeTaken();
-    return faultFromErrno(error, "The file cannot be removed from the source folder");
+    return resultFromErrno(aside.removeTaken(), "The file cannot be removed from the source folder");
 }
 
 }  // namespace vantrell

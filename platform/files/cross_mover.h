@@ -17,14 +17,14 @@ public:
         : parts_(parts), probe_(probe), from_(from), to_(to) {}
 
     /// `source`: which file the order is about.
-    Task<FileFault> move(MoveOrder order, FileIdentity source);
+    Task<Result<>> move(MoveOrder order, FileIdentity source);
 
 private:
     class PublishedCopy;
 
-    Task<FileFault> makeCopy(PosixHeldFile& original, PosixOutputFile& copy);
-    Task<FileFault> publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy);
-    FileFault removeSource(PrivateFolder& aside, const PosixHeldFile& original);
+    Task<Result<>> makeCopy(PosixHeldFile& original, PosixOutputFile& copy);
+    Task<Result<>> publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy);
+    Result<> removeSource(PrivateFolder& aside, const PosixHeldFile& original);
 
     OutputParts& parts_;
     UseProbe& probe_;

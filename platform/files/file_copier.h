@@ -8,9 +8,9 @@ namespace vantrell {
 
 /// Writes all of `from` into `to`; both outlive the task. Fault `inUse` when there are more or fewer bytes than when
 /// the file was opened.
-Task<FileFault> copyContents(HeldFile& from, OutputFile& to);
+Task<Result<>> copyContents(HeldFile& from, OutputFile& to);
 
 /// What FileToolbox::copy promises.
-Task<FileFault> copyFile(OutputParts& parts, UseProbe& probe, Path source, Path target, unsigned permissions);
+Task<Result<>> copyFile(OutputParts& parts, UseProbe& probe, Path source, Path target, unsigned permissions);
 
 }  // namespace vantrell

@@ -34,20 +34,24 @@ bool standsAt(const Place& place, const FileIdentity& file) {
 
 }  // namespace
 
-FileFault FileMover::survey(const MoveOrder& order, Route& route) {
-    if (FileFault fault = openPlace(order.source, route.from)) return fault;
-    if (FileFault fault = openPlace(order.target, route.to)) return fault;
+Result<FileMover::Route> FileMover::survey(const MoveOrder& order) {
+    Result<Place> from = openPlace(order.source);
+    if (!from.ok()) return from.fault();
+    Result<Place> to = openPlace(order.target);
+    if (!to.ok()) return to.fault();
+    Route route{from.take(), to.take()};
     if (const int error = route.from.status(route.source); error != 0)
         return faultFromErrno(error, "The file cannot be found");
     if (!S_ISREG(route.source.st_mode)) return notRegularFault();
     if (route.from.name == route.to.name && areOneFolder(route.from.folder, route.to.folder)) {
         route.kind = Kind::samePlace;
-        return {};
+        return route;
     }
-    return surveyTarget(order, route);
+    if (Result<> done = surveyTarget(order, route); !done.ok()) return done.fault();
+    return route;
 }
 
-FileFault FileMover::surveyTarget(const MoveOrder& order, Route& route) {
+Result<> FileMover::surveyTarget(const MoveOrder& order, Route& route) {
     struct stat target {};
     const int error = route.to.status(target);
     if (error == ENOENT) return {};
@@ -63,13 +67,14 @@ FileFault FileMover::surveyTarget(const MoveOrder& order, Route& route) {
     return {};
 }
 
-Task<FileFault> FileMover::move(MoveOrder order, Reach reach) {
-    Route route;
-    if (FileFault fault = survey(order, route)) co_return fault;
+Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
+    Result<Route> surveyed = survey(order);
+    if (!surveyed.ok()) co_return surveyed.fault();
+    Route& route = surveyed.value();
     if (order.expected != nullptr) {
-        if (FileFault fault = order.expected->verify()) co_return fault;
+        if (Result<> done = order.expected->verify(); !done.ok()) co_return done.fault();
     }
-    if (route.kind == Kind::samePlace) co_return FileFault{};
+    if (route.kind == Kind::samePlace) co_return Result<>();
     if (route.kind == Kind::secondName) co_return co_await dropSourceName(route);
     const int error = renameOnce(route);
     if (error == EXDEV && reach == Reach::anywhere) {
@@ -91,57 +96,59 @@ bool FileMover::putBack(const Route& route) {
     return renameNoReplace(route.to.folder.get(), route.to.name, route.from.folder.get(), route.from.name) == 0;
 }
 
-Task<FileFault> FileMover::confirm(Route& route, Durable durable) {
+Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
     if (!standsAt(route.to, identityOf(route.source))) {
-        FileFault fault = inUseFault();
+        Fault fault = inUseFault();
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
         co_return fault;
     }
     renewChangeTime(route.to.folder.get(), route.to.name.c_str(), route.source);
     if (durable == Durable::later) co_return co_await flushLater(route);
-    FileFault fault = co_await flushFolders(route);
-    if (fault && standsAt(route.to, identityOf(route.source)) && !putBack(route))
+    const Result<> flushed = co_await flushFolders(route);
+    if (flushed.ok()) co_return flushed;
+    Fault fault = flushed.fault();
+    if (standsAt(route.to, identityOf(route.source)) && !putBack(route))
         fault.text += "; the file stands in the target folder now";
     co_return fault;
 }
 
-Task<FileFault> FileMover::flushFolders(Route& route) {
+Task<Result<>> FileMover::flushFolders(Route& route) {
     // The new name first: where a rename is not one step on the disk, both names are better than none.
-    if (FileFault fault = co_await flushFolder(parts_.loop, route.to.folder.get())) co_return fault;
-    if (areOneFolder(route.from.folder, route.to.folder)) co_return FileFault{};
+    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder.get()); !done.ok()) co_return done.fault();
+    if (areOneFolder(route.from.folder, route.to.folder)) co_return Result<>();
     co_return co_await flushFolder(parts_.loop, route.from.folder.get());
 }
 
-Task<FileFault> FileMover::flushLater(Route& route) {
+Task<Result<>> FileMover::flushLater(Route& route) {
     for (const auto& [folder, unflushed] :
          {std::pair(&route.to.folder, &unflushedTargets_), std::pair(&route.from.folder, &unflushedSources_)}) {
         struct stat status {};
         if (::fstat(folder->get(), &status) != 0) co_return faultFromErrno(errno, "The folder cannot be looked at");
         unflushed->try_emplace(identityOf(status), std::move(*folder));
     }
-    if (++unflushedMoves_ < kMostUnflushedMoves) co_return FileFault{};
+    if (++unflushedMoves_ < kMostUnflushedMoves) co_return Result<>();
     co_return co_await flushMoves();
 }
 
 // The new names first, as in `flushFolders`.
-Task<FileFault> FileMover::flushMoves() {
+Task<Result<>> FileMover::flushMoves() {
     unflushedMoves_ = 0;
-    if (FileFault fault = co_await flushAll(unflushedTargets_)) co_return fault;
+    if (Result<> done = co_await flushAll(unflushedTargets_); !done.ok()) co_return done.fault();
     co_return co_await flushAll(unflushedSources_);
 }
 
-Task<FileFault> FileMover::flushAll(Folders& folders) {
-    FileFault fault;
+Task<Result<>> FileMover::flushAll(Folders& folders) {
+    Result<> all;
     while (!folders.empty()) {
         const auto folder = folders.extract(folders.begin());
-        FileFault failed = co_await flushFolder(parts_.loop, folder.mapped().get());
-        if (failed) fault = std::move(failed);
+        const Result<> flushed = co_await flushFolder(parts_.loop, folder.mapped().get());
+        if (!flushed.ok()) all = flushed;
     }
-    co_return fault;
+    co_return all;
 }
 
-Task<FileFault> FileMover::dropSourceName(Route& route) {
-    if (FileFault fault = co_await flushFolder(parts_.loop, route.to.folder.get())) co_return fault;
+Task<Result<>> FileMover::dropSourceName(Route& route) {
+    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder.get()); !done.ok()) co_return done.fault();
     const FileIdentity file = identityOf(route.source);
     if (!standsAt(route.from, file) || !standsAt(route.to, file)) co_return inUseFault();
     if (::unlinkat(route.from.folder.get(), route.from.name.c_str(), 0) != 0)

@@ -17,8 +17,8 @@ public:
     FileMover(OutputParts& parts, UseProbe& probe) : parts_(parts), probe_(probe) {}
 
     enum class Reach { oneFileSystem, anywhere };
-    Task<FileFault> move(MoveOrder order, Reach reach);
-    Task<FileFault> flushMoves();
+    Task<Result<>> move(MoveOrder order, Reach reach);
+    Task<Result<>> flushMoves();
 
 private:
     enum class Kind { plain, replacing, samePlace, secondName };
@@ -33,15 +33,15 @@ private:
 
     using Folders = std::map<FileIdentity, UniqueFd>;
 
-    static FileFault survey(const MoveOrder& order, Route& route);
-    static FileFault surveyTarget(const MoveOrder& order, Route& route);
+    static Result<Route> survey(const MoveOrder& order);
+    static Result<> surveyTarget(const MoveOrder& order, Route& route);
     static int renameOnce(const Route& route);
     static bool putBack(const Route& route);
-    Task<FileFault> confirm(Route& route, Durable durable);
-    Task<FileFault> flushLater(Route& route);
-    Task<FileFault> flushFolders(Route& route);
-    Task<FileFault> flushAll(Folders& folders);
-    Task<FileFault> dropSourceName(Route& route);
+    Task<Result<>> confirm(Route& route, Durable durable);
+    Task<Result<>> flushLater(Route& route);
+    Task<Result<>> flushFolders(Route& route);
+    Task<Result<>> flushAll(Folders& folders);
+    Task<Result<>> dropSourceName(Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;

@@ -32,39 +32,43 @@ UniqueFd openLargeFile(const Place& place, const struct stat& checked) {
     return contents;
 }
 
-FileFault checkFile(const UniqueFd& file, FileDate date, struct stat& status) {
+Result<> checkFile(const UniqueFd& file, FileDate date, struct stat& status) {
     if (!file || ::fstat(file.get(), &status) != 0) return faultFromErrno(errno, kCannotBeLookedAt);
     if (!S_ISREG(status.st_mode)) return notRegularFault();
-    return date == FileDate() || fileDateOf(file.get()) != date ? inUseFault() : FileFault{};
+    if (date == FileDate() || fileDateOf(file.get()) != date) return inUseFault();
+    return {};
 }
 
 // While `file` is open its inode is nobody else's, so that an equal one under the name is the file that was checked.
-FileFault unlinkChecked(const Place& place, FileDate date, UniqueFd& contents) {
+// The value: the contents of a large file, still to be dropped.
+Result<UniqueFd> unlinkChecked(const Place& place, FileDate date) {
     const UniqueFd file(::openat(place.folder.get(), place.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat checked {};
-    if (FileFault fault = checkFile(file, date, checked)) return fault;
-    contents = openLargeFile(place, checked);
+    if (Result<> done = checkFile(file, date, checked); !done.ok()) return done.fault();
+    UniqueFd contents = openLargeFile(place, checked);
     struct stat standing {};
     if (const int error = place.status(standing); error != 0) return faultFromErrno(error, kCannotBeLookedAt);
     if (identityOf(standing) != identityOf(checked)) return inUseFault();
-    const int error = ::unlinkat(place.folder.get(), place.name.c_str(), 0) == 0 ? 0 : errno;
-    return faultFromErrno(error, "The file cannot be removed");
+    if (::unlinkat(place.folder.get(), place.name.c_str(), 0) != 0)
+        return faultFromErrno(errno, "The file cannot be removed");
+    return contents;
 }
 
 }  // namespace
 
-Task<FileFault> removeDatedFile(EventLoop& loop, Disposer& disposer, Path path, FileDate date) {
-    Place place;
-    if (FileFault fault = openPlace(path, place)) co_return fault;
-    UniqueFd contents;
-    if (FileFault fault = unlinkChecked(place, date, contents)) co_return fault;
-    if (!contents) co_return FileFault{};
+Task<Result<>> removeDatedFile(EventLoop& loop, Disposer& disposer, Path path, FileDate date) {
+    const Result<Place> place = openPlace(path);
+    if (!place.ok()) co_return place.fault();
+    Result<UniqueFd> unlinked = unlinkChecked(place.value(), date);
+    if (!unlinked.ok()) co_return unlinked.fault();
+    UniqueFd contents = unlinked.take();
+    if (!contents) co_return Result<>();
     // Whoever still reads it keeps it whole.
     if (isOnlyDescriptor(contents.get()))
         co_await shrink(loop, contents.get());
     else
         disposer.disposeWhenUnused(std::move(contents));
-    co_return FileFault{};
+    co_return Result<>();
 }
 
 }  // namespace vantrell

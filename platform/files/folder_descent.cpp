@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/files/folder_reader.h"
 #include "platform/files/place.h"
+#include "platform/files/posix_fault.h"
 
 namespace vantrell {
 
@@ -20,11 +22,17 @@ UniqueFd openLevel(int parent, const std::string& name) {
     return UniqueFd(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
+Fault openingFault(int error) {
+    Fault fault = faultFromErrno(error, kFolderCannotBeRead);
+    if (error == ENOTDIR || error == ELOOP) fault.kind = FaultKind::notThere;
+    return fault;
+}
+
 }  // namespace
 
 FolderDescent::FolderDescent(const Path& top) {
     UniqueFd folder = openFolder(top);
-    if (!folder) topError_ = errno;
+    if (!folder) topOpened_ = openingFault(errno);
     levels_.push_back({{}, std::move(folder)});
 }
 
@@ -38,15 +46,15 @@ int FolderDescent::current() {
     return levels_.back().folder.get();
 }
 
-bool FolderDescent::enter(const std::string& name) {
+Result<> FolderDescent::enter(const std::string& name) {
     UniqueFd folder = openLevel(current(), name);
-    if (!folder) return false;
+    if (!folder) return openingFault(errno);
     levels_.push_back({name, std::move(folder)});
     if (levels_.size() > kLastLevels) {
         const std::size_t old = levels_.size() - 1 - kLastLevels;
         if (old % kOneIn != 0) levels_[old].folder.reset();
     }
-    return true;
+    return {};
 }
 
 }  // namespace vantrell

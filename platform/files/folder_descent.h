@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/path.h"
+#include "base/result.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
@@ -15,13 +16,14 @@ class FolderDescent {
 public:
     /// The top itself may be reached through links.
     explicit FolderDescent(const Path& top);
-    /// The errno of what kept it from opening the top, else 0.
-    [[nodiscard]] int topError() const { return topError_; }
+    /// Whether the top could be opened. Here as in `enter`, the fault is `notThere` also when what stands there is no
+    /// folder, or a link.
+    [[nodiscard]] const Result<>& topOpened() const { return topOpened_; }
 
     /// The folder in which we are; -1 when it cannot be reached (any more).
     [[nodiscard]] int current();
-    /// Goes into a folder of the current one. False, and nothing has changed but errno, when it cannot be opened.
-    bool enter(const std::string& name);
+    /// Goes into a folder of the current one. Nothing has changed when there is a fault.
+    Result<> enter(const std::string& name);
     /// Goes back up; never from the top.
     void leave() { levels_.pop_back(); }
 
@@ -31,7 +33,7 @@ private:
         UniqueFd folder;
     };
     std::vector<Level> levels_;
-    int topError_ = 0;
+    Result<> topOpened_;
 };
 
 }  // namespace vantrell

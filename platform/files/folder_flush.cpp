@@ -7,10 +7,10 @@
 
 namespace vantrell {
 
-Task<FileFault> flushFolder(EventLoop& loop, int folder) {
+Task<Result<>> flushFolder(EventLoop& loop, int folder) {
     const int error = co_await loop.flush(folder);
     const bool noSuchThing = error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
-    co_return faultFromErrno(noSuchThing ? 0 : error, "The folder cannot be brought to stable storage");
+    co_return resultFromErrno(noSuchThing ? 0 : error, "The folder cannot be brought to stable storage");
 }
 
 }  // namespace vantrell

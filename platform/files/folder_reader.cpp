@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "base/path.h"
+#include "platform/files/posix_fault.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
@@ -72,16 +73,16 @@ Task<void> merge(EventLoop& loop, Entries& from, std::size_t begin, std::size_t 
 
 }  // namespace
 
-Task<int> readFolder(EventLoop& loop, int folder, Entries& into, const IsStopped& isStopped) {
+Task<Result<>> readFolder(EventLoop& loop, int folder, Entries& into, const IsStopped& isStopped) {
     const OpenFolder stream = openStream(folder);
-    if (!stream) co_return errno;
+    if (!stream) co_return faultFromErrno(errno, kFolderCannotBeRead);
     for (std::size_t count = 1;; ++count) {
         errno = 0;  // the only thing that tells a failure from the end
         const dirent* entry = ::readdir(stream.get());
-        if (entry == nullptr) co_return errno;
+        if (entry == nullptr) co_return resultFromErrno(errno, kFolderCannotBeRead);
         append(into, folder, *entry);
         if (count % kBatch != 0) continue;
-        if (isStopped && isStopped()) co_return 0;
+        if (isStopped && isStopped()) co_return Result<>();
         co_await loop.breathe();
     }
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/event_loop.h"
 #include "task/task.h"
 
@@ -19,9 +20,11 @@ struct FolderEntry {
 /// Asked now and then by long work, which ends early when it answers True. May be empty.
 using IsStopped = std::function<bool()>;
 
-/// Appends the regular files and the folders of an open folder, in no order. The errno of what kept it from reading the
-/// whole folder, else 0. `into` and `isStopped` outlive the task.
-Task<int> readFolder(EventLoop& loop, int folder, std::vector<FolderEntry>& into, const IsStopped& isStopped);
+inline constexpr char kFolderCannotBeRead[] = "The folder cannot be read";
+
+/// Appends the regular files and the folders of an open folder, in no order. When there is a fault, those that could be
+/// read are there. `into` and `isStopped` outlive the task.
+Task<Result<>> readFolder(EventLoop& loop, int folder, std::vector<FolderEntry>& into, const IsStopped& isStopped);
 
 /// Sorts ascending by the keys' bytes, also a million of them, without holding up the event loop.
 Task<void> sortByKey(EventLoop& loop, std::vector<FolderEntry>& entries);

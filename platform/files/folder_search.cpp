@@ -5,14 +5,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 #include <utility>
 
 #include "platform/files/file_stamp.h"
 #include "platform/files/folder_descent.h"
 #include "platform/files/folder_reader.h"
-#include "platform/files/posix_fault.h"
 #include "platform/files/temporary_name.h"
 
 namespace vantrell {
@@ -48,8 +46,8 @@ public:
     }
 
     Task<std::vector<Path>> run() {
-        reportUnread(path_, descent_.topError());
-        if (descent_.topError() == 0) co_await openLevel();
+        reportUnread(path_, descent_.topOpened());
+        if (descent_.topOpened().ok()) co_await openLevel();
         for (std::size_t count = 1; !levels_.empty(); ++count) {
             Level& level = levels_.back();
             if (level.next == level.entries.size()) {
@@ -96,8 +94,8 @@ private:
         struct stat status {};
         if (::fstatat(descent_.current(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 || isLeftOut(status))
             return false;
-        if (!descent_.enter(name)) {
-            reportUnread(path_ + name, errno);
+        if (const Result<> entered = descent_.enter(name); !entered.ok()) {
+            reportUnread(path_ + name, entered);
             return false;
         }
         path_ += entry.key;
@@ -110,11 +108,10 @@ private:
     [[nodiscard]] bool isLeftOut(const struct stat& status) const {
         return std::find(notEntered_.begin(), notEntered_.end(), identityOf(status)) != notEntered_.end();
     }
-    void reportUnread(Path folder, int error) const {
-        const bool isGone = error == ENOENT || error == ENOTDIR || error == ELOOP;
-        if (error == 0 || isGone) return;
+    void reportUnread(Path folder, const Result<>& read) const {
+        if (read.ok() || read.failedWith(FaultKind::notThere)) return;
         if (folder.size() > 1 && folder.ends_with(kPathSeparator)) folder.pop_back();
-        order_.notRead(folder, faultFromErrno(error, "The folder cannot be read"));
+        order_.notRead(folder, read.fault());
     }
 
     EventLoop& loop_;

@@ -10,45 +10,45 @@
 
 namespace vantrell {
 
-FileFault inUseFault() { return {FaultKind::inUse, "The file is in use by another program"}; }
-FileFault notRegularFault() { return {FaultKind::other, "It is not a regular file"}; }
+Fault inUseFault() { return {FaultKind::inUse, "The file is in use by another program"}; }
+Fault notRegularFault() { return {FaultKind::other, "It is not a regular file"}; }
 
 namespace {
 
+constexpr char kCannotBeOpened[] = "The file cannot be opened";
+
 // A source that cannot be read says nothing about the machine to which we write.
-FileFault sourceFault(int number, std::string_view what) {
-    FileFault fault = faultFromErrno(number, what);
+Fault sourceFault(int number, std::string_view what) {
+    Fault fault = faultFromErrno(number, what);
     if (fault.isTheMachines()) fault.kind = FaultKind::other;
     return fault;
 }
 
 }  // namespace
 
-PosixHeldFile::Opened PosixHeldFile::open(UseProbe& probe, const Path& path) {
+Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(UseProbe& probe, const Path& path) {
     // Looked at first: opening a FIFO or a device would do something to whoever is at its other end.
     struct stat status {};
-    if (const int error = statusOf(path, status); error != 0)
-        return {nullptr, sourceFault(error, "The file cannot be opened")};
-    if (!S_ISREG(status.st_mode)) return {nullptr, notRegularFault()};
+    if (const int error = statusOf(path, status); error != 0) return sourceFault(error, kCannotBeOpened);
+    if (!S_ISREG(status.st_mode)) return notRegularFault();
     UniqueFd file = openForReading(path);
-    if (!file) return {nullptr, sourceFault(errno, "The file cannot be opened")};
-    if (::fstat(file.get(), &status) != 0) return {nullptr, sourceFault(errno, "The file cannot be opened")};
-    if (!S_ISREG(status.st_mode)) return {nullptr, notRegularFault()};
-    return {std::make_unique<PosixHeldFile>(probe, path, std::move(file), status), {}};
+    if (!file || ::fstat(file.get(), &status) != 0) return sourceFault(errno, kCannotBeOpened);
+    if (!S_ISREG(status.st_mode)) return notRegularFault();
+    return std::make_unique<PosixHeldFile>(probe, path, std::move(file), status);
 }
 
-FileFault PosixHeldFile::read(std::span<std::byte> into, std::size_t& got) {
+Result<std::size_t> PosixHeldFile::read(std::span<std::byte> into) {
     ssize_t count = -1;
     do {
         count = ::read(file_.get(), into.data(), into.size());
     } while (count < 0 && errno == EINTR);
-    got = count < 0 ? 0 : static_cast<std::size_t>(count);
-    return sourceFault(count < 0 ? errno : 0, "The file cannot be read");
+    if (count < 0) return sourceFault(errno, "The file cannot be read");
+    return static_cast<std::size_t>(count);
 }
 
-FileFault PosixHeldFile::checkUse() { return probe_.isInUse(file_.get(), stamp_) ? inUseFault() : FileFault{}; }
+Result<> PosixHeldFile::checkUse() { return probe_.isInUse(file_.get(), stamp_) ? inUseFault() : Result<>(); }
 
-FileFault PosixHeldFile::verify() {
+Result<> PosixHeldFile::verify() {
     struct stat status {};
     if (const int error = statusOf(path_, status); error != 0)
         return sourceFault(error, "The file cannot be looked at");

@@ -10,22 +10,18 @@ namespace vantrell {
 
 class PosixHeldFile final : public HeldFile {
 public:
-    struct Opened {
-        std::unique_ptr<PosixHeldFile> file;  ///< null on failure
-        FileFault fault;
-    };
     /// Opens a regular file; does not ask whether it is in use. The probe must outlive it.
-    static Opened open(UseProbe& probe, const Path& path);
+    static Result<std::unique_ptr<PosixHeldFile>> open(UseProbe& probe, const Path& path);
 
     PosixHeldFile(UseProbe& probe, Path path, UniqueFd file, const struct stat& status)
         : probe_(probe), path_(std::move(path)), file_(std::move(file)), status_(status), stamp_(stampOf(status)) {}
 
     [[nodiscard]] std::uint64_t size() const override { return stamp_.size; }
-    FileFault read(std::span<std::byte> into, std::size_t& got) override;
-    FileFault verify() override;
+    Result<std::size_t> read(std::span<std::byte> into) override;
+    Result<> verify() override;
 
     /// Fault `inUse` when the file is in use now.
-    FileFault checkUse();
+    Result<> checkUse();
     [[nodiscard]] int descriptor() const { return file_.get(); }
     [[nodiscard]] const FileStamp& stamp() const { return stamp_; }
     /// As of the opening.
@@ -39,7 +35,7 @@ private:
     FileStamp stamp_;
 };
 
-FileFault inUseFault();
-FileFault notRegularFault();
+Fault inUseFault();
+Fault notRegularFault();
 
 }  // namespace vantrell

@@ -39,14 +39,14 @@ UniqueFd openNamed(int folder, std::string& name) {
 
 }  // namespace
 
-PosixOutputFile::Created PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
+Result<std::unique_ptr<PosixOutputFile>> PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
     UniqueFd folder = openFolder(folderPath);
-    if (!folder) return {nullptr, faultFromErrno(errno, "The folder cannot be opened")};
+    if (!folder) return faultFromErrno(errno, "The folder cannot be opened");
     std::string name;
     UniqueFd file =
         parts.nameless.worksIn(folder.get()) ? UniqueFd(openNameless(folder.get())) : openNamed(folder.get(), name);
-    if (!file) return {nullptr, faultFromErrno(errno, "The new file cannot be created")};
-    return {std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name)), {}};
+    if (!file) return faultFromErrno(errno, "The new file cannot be created");
+    return std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name));
 }
 
 PosixOutputFile::~PosixOutputFile() {
@@ -55,37 +55,34 @@ PosixOutputFile::~PosixOutputFile() {
     if (file_) parts_.disposer.dispose(std::move(file_), std::move(flushUnderWay_));
 }
 
-FileFault PosixOutputFile::fail(int error, std::string_view what) {
-    if (error != 0 && !failed_) failed_ = faultFromErrno(error, what);
-    return failed_;
+void PosixOutputFile::fail(int error, std::string_view what) {
+    if (error != 0 && failed_.ok()) failed_ = faultFromErrno(error, what);
 }
 
-FileFault PosixOutputFile::writePiece(std::span<const std::byte> piece, std::size_t& written) {
+std::size_t PosixOutputFile::writePiece(std::span<const std::byte> piece) {
     const ssize_t count = ::write(file_.get(), piece.data(), piece.size());
-    if (count < 0 && errno != EINTR) return fail(errno, "The new file cannot be written");
-    written = count < 0 ? 0 : static_cast<std::size_t>(count);
+    if (count < 0 && errno != EINTR) fail(errno, "The new file cannot be written");
+    if (count < 0) return 0;
+    const auto written = static_cast<std::size_t>(count);
     unflushed_ += written;
     parts_.unflushed += written;
     isDirty_ = true;
-    return {};
+    return written;
 }
 
-Task<FileFault> PosixOutputFile::write(std::span<const std::byte> bytes) {
-    while (!bytes.empty() && !failed_) {
-        std::size_t written = 0;
-        if (writePiece(bytes.first(std::min(bytes.size(), kPiece)), written)) break;
-        bytes = bytes.subspan(written);
-        if (parts_.unflushed >= kMostUnflushed && co_await keepPace()) break;
+Task<Result<>> PosixOutputFile::write(std::span<const std::byte> bytes) {
+    while (!bytes.empty() && failed_.ok()) {
+        bytes = bytes.subspan(writePiece(bytes.first(std::min(bytes.size(), kPiece))));
+        if (failed_.ok() && parts_.unflushed >= kMostUnflushed) co_await keepPace();
         co_await parts_.loop.breathe();
     }
     co_return failed_;
 }
 
 // Awaits the flush before the last one, and submits the next.
-Task<FileFault> PosixOutputFile::keepPace() {
-    if (co_await awaitFlush()) co_return failed_;
-    submitFlush();
-    co_return FileFault{};
+Task<void> PosixOutputFile::keepPace() {
+    co_await awaitFlush();
+    if (failed_.ok()) submitFlush();
 }
 
 void PosixOutputFile::submitFlush() {
@@ -94,18 +91,20 @@ void PosixOutputFile::submitFlush() {
     isDirty_ = false;
 }
 
-Task<FileFault> PosixOutputFile::awaitFlush() {
-    if (!flushUnderWay_) co_return failed_;
+Task<void> PosixOutputFile::awaitFlush() {
+    if (!flushUnderWay_) co_return;
     const int error = co_await *flushUnderWay_;
     flushUnderWay_.reset();
-    co_return fail(error, "The new file cannot be brought to stable storage");
+    fail(error, "The new file cannot be brought to stable storage");
 }
 
-Task<FileFault> PosixOutputFile::flush() {
-    if (co_await awaitFlush()) co_return failed_;
-    if (!isDirty_) co_return FileFault{};
-    submitFlush();
-    co_return co_await awaitFlush();
+Task<Result<>> PosixOutputFile::flush() {
+    co_await awaitFlush();
+    if (failed_.ok() && isDirty_) {
+        submitFlush();
+        co_await awaitFlush();
+    }
+    co_return failed_;
 }
 
 int PosixOutputFile::giveName(const std::string& name) {
@@ -130,8 +129,9 @@ int PosixOutputFile::replaceName(const std::string& name) {
     return 0;
 }
 
-Task<FileFault> PosixOutputFile::publish(Path target, Replace replace) {
-    if (co_await flush()) co_return failed_;
+Task<Result<>> PosixOutputFile::publish(Path target, Replace replace) {
+    const Result<> flushed = co_await flush();
+    if (!flushed.ok()) co_return flushed;
     const std::string name = nameOf(target);
     int error = giveName(name);
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
@@ -139,10 +139,11 @@ Task<FileFault> PosixOutputFile::publish(Path target, Replace replace) {
     if (error != 0) co_return faultFromErrno(error, "The new file cannot be given its name");
     // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
     if (!isReplacing) temporaryName_ = name;
-    if (FileFault fault = co_await flushFolder(parts_.loop, folder_.get())) co_return failed_ = fault;
+    failed_ = co_await flushFolder(parts_.loop, folder_.get());
+    if (!failed_.ok()) co_return failed_;
     temporaryName_.clear();
     file_.reset();
-    co_return FileFault{};
+    co_return Result<>();
 }
 
 void PosixOutputFile::dropName() {
@@ -157,17 +158,17 @@ void PosixOutputFile::dropName() {
 
 Task<void> PosixOutputFile::discard() {
     dropName();
-    if (!failed_) failed_ = {FaultKind::other, "The new file has been dropped"};
+    if (failed_.ok()) failed_ = Fault{FaultKind::other, "The new file has been dropped"};
     if (flushUnderWay_) co_await *flushUnderWay_;
     flushUnderWay_.reset();
     co_await shrink(parts_.loop, file_.get());
     file_.reset();
 }
 
-FileFault PosixOutputFile::setPermissions(unsigned permissions) {
+Result<> PosixOutputFile::setPermissions(unsigned permissions) {
     const int error = ::fchmod(file_.get(), static_cast<mode_t>(permissions)) == 0 ? 0 : errno;
     // So answer file systems that have no permissions.
-    return faultFromErrno(error == EPERM ? 0 : error, "The new file's permissions cannot be set");
+    return resultFromErrno(error == EPERM ? 0 : error, "The new file's permissions cannot be set");
 }
 
 FileIdentity PosixOutputFile::identity() const {

@@ -25,11 +25,7 @@ struct OutputParts {
 /// A new file without a name (or, where there are no such files, under a temporary name and locked).
 class PosixOutputFile final : public OutputFile {
 public:
-    struct Created {
-        std::unique_ptr<PosixOutputFile> file;  ///< null on failure
-        FileFault fault;
-    };
-    static Created create(OutputParts& parts, const Path& folder);
+    static Result<std::unique_ptr<PosixOutputFile>> create(OutputParts& parts, const Path& folder);
 
     PosixOutputFile(OutputParts& parts, UniqueFd folder, UniqueFd file, std::string temporaryName)
         : parts_(parts), folder_(std::move(folder)), file_(std::move(file)), temporaryName_(std::move(temporaryName)) {}
@@ -37,23 +33,23 @@ public:
     PosixOutputFile& operator=(const PosixOutputFile&) = delete;
     ~PosixOutputFile() override;
 
-    Task<FileFault> write(std::span<const std::byte> bytes) override;
-    Task<FileFault> flush() override;
-    Task<FileFault> publish(Path target, Replace replace) override;
+    Task<Result<>> write(std::span<const std::byte> bytes) override;
+    Task<Result<>> flush() override;
+    Task<Result<>> publish(Path target, Replace replace) override;
     Task<void> discard() override;
 
     /// Open until the file is published.
     [[nodiscard]] int descriptor() const { return file_.get(); }
     /// Permission bits instead of those that the umask leaves, where the file system has such.
-    FileFault setPermissions(unsigned permissions);
+    Result<> setPermissions(unsigned permissions);
     [[nodiscard]] FileIdentity identity() const;
 
 private:
-    FileFault writePiece(std::span<const std::byte> piece, std::size_t& written);
-    Task<FileFault> keepPace();
-    Task<FileFault> awaitFlush();
+    std::size_t writePiece(std::span<const std::byte> piece);
+    Task<void> keepPace();
+    Task<void> awaitFlush();
     void submitFlush();
-    FileFault fail(int error, std::string_view what);
+    void fail(int error, std::string_view what);
     int giveName(const std::string& name);
     int replaceName(const std::string& name);
     void dropName();
@@ -65,7 +61,7 @@ private:
     std::uint64_t unflushed_ = 0;
     bool isDirty_ = true;
     std::optional<Pending<int>> flushUnderWay_;
-    FileFault failed_;  ///< the first failure of writing or flushing stays: a later success proves nothing
+    Result<> failed_;  ///< the first failure of writing or flushing stays: a later success proves nothing
 };
 
 }  // namespace vantrell

@@ -38,12 +38,12 @@ UniqueFd openFolder(const Path& path) {
     return folder;
 }
 
-FileFault openPlace(const Path& path, Place& into) {
-    into.name = nameOf(path);
-    if (into.name.empty() || into.name == "." || into.name == "..")
-        return {FaultKind::other, "The path does not name a file"};
-    into.folder = openFolder(folderOf(path));
-    return faultFromErrno(into.folder ? 0 : errno, "The folder cannot be opened");
+Result<Place> openPlace(const Path& path) {
+    std::string name = nameOf(path);
+    if (name.empty() || name == "." || name == "..") return Fault{FaultKind::other, "The path does not name a file"};
+    UniqueFd folder = openFolder(folderOf(path));
+    if (!folder) return faultFromErrno(errno, "The folder cannot be opened");
+    return Place{std::move(folder), std::move(name)};
 }
 
 UniqueFd openForReading(const Path& path) {

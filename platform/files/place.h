@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "base/fault.h"
 #include "base/path.h"
+#include "base/result.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
@@ -21,7 +21,7 @@ struct Place {
 };
 
 /// Opens the folder of a path. Fault `notThere` when it does not exist.
-FileFault openPlace(const Path& path, Place& into);
+Result<Place> openPlace(const Path& path);
 
 // These serve paths of any length, also beyond what the host takes in one call. Each sets errno when it fails.
 UniqueFd openFolder(const Path& path);

@@ -11,18 +11,18 @@ namespace vantrell {
 class PosixDataFiles final : public DataFiles {
 public:
     /// Follows links; never waits at a FIFO. A path that is no regular file is a fault.
-    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override;
+    [[nodiscard]] Result<std::string> read(const Path& path, std::size_t limit) const override;
     /// Whether the existing file may be written is what the kernel says for this process. When the flush of the folder
     /// fails, the new contents stand under the name and the fault says that they may not outlive a power failure.
-    FileFault writeAtomically(const Path& path, std::string_view bytes) override;
+    Result<> writeAtomically(const Path& path, std::string_view bytes) override;
     /// `newName` is a bare name or a path in the same folder.
-    FileFault setAside(const Path& path, const Path& newName) override;
+    Result<> setAside(const Path& path, const Path& newName) override;
     /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps
     /// its lines.
-    FileFault appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;
+    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;
     /// Also flushes the folder of a file that `appendLines` created.
-    FileFault flush(const Path& path) override;
-    FileFault makePrivateFolders(const Path& path) override;
+    Result<> flush(const Path& path) override;
+    Result<> makePrivateFolders(const Path& path) override;
 
 private:
     std::set<Path> notYetInFlushedFolder_;

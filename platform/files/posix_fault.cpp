@@ -11,8 +11,6 @@ namespace {
 
 FaultKind kindOf(int number) {
     switch (number) {
-        case 0:
-            return FaultKind::none;
         case ENOENT:
             return FaultKind::notThere;
         case EEXIST:
@@ -30,9 +28,13 @@ FaultKind kindOf(int number) {
 
 }  // namespace
 
-FileFault faultFromErrno(int number, std::string_view what) {
-    if (number == 0) return {};
+Fault faultFromErrno(int number, std::string_view what) {
     return {kindOf(number), std::string(what) + ": " + std::generic_category().message(number)};
+}
+
+Result<> resultFromErrno(int number, std::string_view what) {
+    if (number == 0) return {};
+    return faultFromErrno(number, what);
 }
 
 }  // namespace vantrell

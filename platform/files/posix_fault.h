@@ -3,11 +3,15 @@
 
 #include <string_view>
 
-#include "base/fault.h"
+#include "base/result.h"
 
 namespace vantrell {
 
-/// The one place where an error number of the host becomes a fault. `what` says what was tried, for people.
-FileFault faultFromErrno(int number, std::string_view what);
+// The one place where error numbers of the host become faults. `what` says what was tried, for people.
+
+/// The number is not 0.
+[[nodiscard]] Fault faultFromErrno(int number, std::string_view what);
+/// 0 is success.
+[[nodiscard]] Result<> resultFromErrno(int number, std::string_view what);
 
 }  // namespace vantrell

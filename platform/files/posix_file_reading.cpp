@@ -18,8 +18,8 @@ class PosixReadableFile final : public ReadableFile {
 public:
     PosixReadableFile(UniqueFd file, Path path) : file_(std::move(file)), path_(std::move(path)) {}
 
-    FileFault readAt(std::uint64_t offset, std::span<char> into, std::size_t& got) const override {
-        return vantrell::readAt(file_.get(), into, offset, got, path_);
+    [[nodiscard]] Result<std::size_t> readAt(std::uint64_t offset, std::span<char> into) const override {
+        return vantrell::readAt(file_.get(), into, offset, path_);
     }
 
 private:
@@ -29,13 +29,12 @@ private:
 
 }  // namespace
 
-FileReading::Opened PosixFileReading::openForReading(const Path& path) const {
+Result<std::unique_ptr<ReadableFile>> PosixFileReading::openForReading(const Path& path) const {
     UniqueFd file = vantrell::openForReading(path);
-    if (!file) return {nullptr, faultFromErrno(errno, path)};
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0) return {nullptr, faultFromErrno(errno, path)};
-    if (!S_ISREG(status.st_mode)) return {nullptr, {FaultKind::other, path + ": is no regular file"}};
-    return {std::make_unique<PosixReadableFile>(std::move(file), path), {}};
+    if (!file || ::fstat(file.get(), &status) != 0) return faultFromErrno(errno, path);
+    if (!S_ISREG(status.st_mode)) return Fault{FaultKind::other, path + ": is no regular file"};
+    return std::make_unique<PosixReadableFile>(std::move(file), path);
 }
 
 }  // namespace vantrell

@@ -8,7 +8,7 @@ namespace vantrell {
 /// Reading on a POSIX system.
 class PosixFileReading final : public FileReading {
 public:
-    [[nodiscard]] Opened openForReading(const Path& path) const override;
+    [[nodiscard]] Result<std::unique_ptr<ReadableFile>> openForReading(const Path& path) const override;
 };
 
 }  // namespace vantrell

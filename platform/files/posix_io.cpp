@@ -14,7 +14,7 @@ namespace vantrell {
 namespace {
 
 template <class Write>
-FileFault writeRest(std::string_view bytes, std::string_view what, Write write) {
+Result<> writeRest(std::string_view bytes, std::string_view what, Write write) {
     while (!bytes.empty()) {
         const ssize_t written = write(bytes);
         if (written > 0) {
@@ -28,19 +28,19 @@ FileFault writeRest(std::string_view bytes, std::string_view what, Write write) 
 
 }  // namespace
 
-FileFault writeAll(int descriptor, std::string_view bytes, std::string_view what) {
+Result<> writeAll(int descriptor, std::string_view bytes, std::string_view what) {
     return writeRest(bytes, what, [&](std::string_view rest) { return ::write(descriptor, rest.data(), rest.size()); });
 }
 
-FileFault writeAllAt(int descriptor, std::string_view bytes, std::size_t offset, std::string_view what) {
+Result<> writeAllAt(int descriptor, std::string_view bytes, std::size_t offset, std::string_view what) {
     const std::size_t end = offset + bytes.size();
     return writeRest(bytes, what, [&](std::string_view rest) {
         return ::pwrite(descriptor, rest.data(), rest.size(), static_cast<off_t>(end - rest.size()));
     });
 }
 
-FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::size_t& got, std::string_view what) {
-    got = 0;
+Result<std::size_t> readAt(int descriptor, std::span<char> into, std::size_t offset, std::string_view what) {
+    std::size_t got = 0;
     while (got < into.size()) {
         const ssize_t count =
             ::pread(descriptor, into.data() + got, into.size() - got, static_cast<off_t>(offset + got));
@@ -51,10 +51,10 @@ FileFault readAt(int descriptor, std::span<char> into, std::size_t offset, std::
             return faultFromErrno(errno, what);
         }
     }
-    return {};
+    return got;
 }
 
-FileFault flushFolder(const Path& folder) {
+Result<> flushFolder(const Path& folder) {
     const UniqueFd descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor || ::fsync(descriptor.get()) != 0) return faultFromErrno(errno, folder);
     return {};

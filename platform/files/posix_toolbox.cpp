@@ -63,31 +63,30 @@ Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) { return searchF
 
 Task<std::vector<Path>> PosixToolbox::listFiles(Path folder) { return listFolder(loop_, std::move(folder)); }
 
-HoldResult PosixToolbox::hold(const Path& path) {
-    auto [file, fault] = PosixHeldFile::open(probe_, path);
-    if (!fault) fault = file->checkUse();
-    if (fault) return {nullptr, std::move(fault)};
-    return {std::move(file), {}};
+Result<std::unique_ptr<HeldFile>> PosixToolbox::hold(const Path& path) {
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(probe_, path);
+    if (!file.ok()) return file.fault();
+    if (Result<> done = file.value()->checkUse(); !done.ok()) return done.fault();
+    return file.take();
 }
 
-OutputResult PosixToolbox::createOutput(const Path& folder) {
-    auto [file, fault] = PosixOutputFile::create(parts_, folder);
-    return {std::move(file), std::move(fault)};
+Result<std::unique_ptr<OutputFile>> PosixToolbox::createOutput(const Path& folder) {
+    Result<std::unique_ptr<PosixOutputFile>> file = PosixOutputFile::create(parts_, folder);
+    if (!file.ok()) return file.fault();
+    return file.take();
 }
 
-Task<FileFault> PosixToolbox::rename(Path source, Path target) {
+Task<Result<>> PosixToolbox::rename(Path source, Path target) {
     return mover_.move({std::move(source), std::move(target)}, FileMover::Reach::oneFileSystem);
 }
 
-Task<FileFault> PosixToolbox::move(MoveOrder order) {
-    return mover_.move(std::move(order), FileMover::Reach::anywhere);
-}
+Task<Result<>> PosixToolbox::move(MoveOrder order) { return mover_.move(std::move(order), FileMover::Reach::anywhere); }
 
-Task<FileFault> PosixToolbox::copy(Path source, Path target, unsigned permissions) {
+Task<Result<>> PosixToolbox::copy(Path source, Path target, unsigned permissions) {
     return copyFile(parts_, probe_, std::move(source), std::move(target), permissions);
 }
 
-Task<FileFault> PosixToolbox::removeFile(Path path, FileDate date) {
+Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, disposer_, std::move(path), date);
 }
 

@@ -31,14 +31,14 @@ public:
     void clearReadOnly(const Path& path) override;
     Task<std::vector<Path>> search(SearchOrder order) override;
     Task<std::vector<Path>> listFiles(Path folder) override;
-    HoldResult hold(const Path& path) override;
-    OutputResult createOutput(const Path& folder) override;
-    Task<FileFault> rename(Path source, Path target) override;
-    Task<FileFault> move(MoveOrder order) override;
-    Task<FileFault> flushMoves() override { return mover_.flushMoves(); }
-    Task<FileFault> copy(Path source, Path target, unsigned permissions) override;
+    Result<std::unique_ptr<HeldFile>> hold(const Path& path) override;
+    Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) override;
+    Task<Result<>> rename(Path source, Path target) override;
+    Task<Result<>> move(MoveOrder order) override;
+    Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
+    Task<Result<>> copy(Path source, Path target, unsigned permissions) override;
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(path); }
-    Task<FileFault> removeFile(Path path, FileDate date) override;
+    Task<Result<>> removeFile(Path path, FileDate date) override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
 
 private:

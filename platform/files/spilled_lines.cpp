@@ -67,7 +67,7 @@ void SpilledLines::append(std::string_view line) {
 // After a failure the next attempt waits for as many lines more, so that a full disk does not cost time at every line.
 void SpilledLines::spill() {
     std::vector<std::uint64_t> ends;
-    if (!openFile() || writeBlocks(kStep, ends)) {
+    if (!openFile() || !writeBlocks(kStep, ends).ok()) {
         spillAt_ = recent_.size() + kStep;
         return;
     }
@@ -85,7 +85,7 @@ bool SpilledLines::openFile() {
 }
 
 // A write that fails half way is written over by the next attempt: the place is the end of the last whole block.
-FileFault SpilledLines::writeBlocks(std::size_t lines, std::vector<std::uint64_t>& ends) {
+Result<> SpilledLines::writeBlocks(std::size_t lines, std::vector<std::uint64_t>& ends) {
     const std::uint64_t begin = blockEnds_.empty() ? 0 : blockEnds_.back();
     std::string bytes;
     for (std::size_t i = 0; i < lines; ++i) {
@@ -105,9 +105,9 @@ bool SpilledLines::loadBlock(std::size_t block) const {
     blockNumber_ = SIZE_MAX;
     const std::uint64_t begin = block == 0 ? 0 : blockEnds_[block - 1];
     std::string bytes(blockEnds_[block] - begin, '\0');
-    std::size_t got = 0;
-    if (readAt(file_.get(), bytes, begin, got, kWhat)) return false;
-    block_ = take(std::string_view(bytes).substr(0, got));
+    const Result<std::size_t> got = readAt(file_.get(), bytes, begin, kWhat);
+    if (!got.ok()) return false;
+    block_ = take(std::string_view(bytes).substr(0, got.value()));
     if (block_.size() != kBlock) return false;
     blockNumber_ = block;
     return true;

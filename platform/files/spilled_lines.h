@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "base/fault.h"
 #include "base/path.h"
+#include "base/result.h"
 #include "platform/files/unique_fd.h"
 #include "platform/line_store.h"
 
@@ -35,7 +35,7 @@ public:
 private:
     void spill();
     [[nodiscard]] bool openFile();
-    FileFault writeBlocks(std::size_t lines, std::vector<std::uint64_t>& ends);
+    Result<> writeBlocks(std::size_t lines, std::vector<std::uint64_t>& ends);
     [[nodiscard]] bool loadBlock(std::size_t block) const;
 
     const Path& folder_;

@@ -13,8 +13,8 @@ namespace {
 constexpr std::uint64_t kPieceBytes = 256 * 1024;
 constexpr std::size_t kBlockBytes = 16;
 
-FileFault cipherFault() { return {FaultKind::other, "AES-256-ECB is not available from OpenSSL"}; }
-FileFault changedFault() { return {FaultKind::inUse, "the file changed while it was being read"}; }
+Fault cipherFault() { return {FaultKind::other, "AES-256-ECB is not available from OpenSSL"}; }
+Fault changedFault() { return {FaultKind::inUse, "the file changed while it was being read"}; }
 
 unsigned char* asBytes(std::span<std::byte> bytes) { return reinterpret_cast<unsigned char*>(bytes.data()); }
 
@@ -38,15 +38,15 @@ void AesEcbEncryptor::makeRoomFor(std::uint64_t fileSize) {
     cipher_ = {buffer_.get() + piece, piece + kBlockBytes};
 }
 
-FileFault AesEcbEncryptor::fill(HeldFile& source, std::size_t& filled) const {
-    filled = 0;
-    for (std::size_t got = 1; got != 0 && filled < plain_.size(); filled += got)
-        if (FileFault fault = source.read(plain_.subspan(filled), got)) {
-            // What cannot be read is one file's trouble, even where it is the disk's: the files behind it go on.
-            if (fault.isTheMachines()) fault.kind = FaultKind::other;
-            return fault;
-        }
-    return {};
+Result<std::size_t> AesEcbEncryptor::fill(HeldFile& source) const {
+    std::size_t filled = 0;
+    while (filled < plain_.size()) {
+        const Result<std::size_t> got = source.read(plain_.subspan(filled));
+        if (!got.ok()) return got;
+        if (got.value() == 0) break;
+        filled += got.value();
+    }
+    return filled;
 }
 
 // All pieces but the last are whole blocks, so no more than one piece and the padding comes out at once.
@@ -60,25 +60,27 @@ bool AesEcbEncryptor::encryptPiece(std::size_t plainBytes, bool isLast, std::siz
     return true;
 }
 
-Task<FileFault> AesEcbEncryptor::encrypt(EventLoop& loop, HeldFile& source, OutputFile& output,
-                                         CryptoComponent::Progress progress) {
+Task<Result<>> AesEcbEncryptor::encrypt(EventLoop& loop, HeldFile& source, OutputFile& output,
+                                        CryptoComponent::Progress progress) {
     if (!context_) co_return cipherFault();
     const std::uint64_t total = source.size();
     makeRoomFor(total);
     std::uint64_t done = 0;
     for (bool atEnd = false; !atEnd;) {
-        std::size_t got = 0;
+        const Result<std::size_t> filled = fill(source);
+        if (!filled.ok()) co_return filled.fault();
+        const std::size_t got = filled.value();
         std::size_t made = 0;
-        if (FileFault fault = fill(source, got)) co_return fault;
         atEnd = got < plain_.size();
         done += got;
         if (done > total || (atEnd && done < total)) co_return changedFault();
         if (!encryptPiece(got, atEnd, made)) co_return cipherFault();
-        if (FileFault fault = co_await output.write(cipher_.first(made))) co_return fault;
+        const Result<> written = co_await output.write(cipher_.first(made));
+        if (!written.ok()) co_return written.fault();
         if (progress) progress(done, total);
         co_await loop.breathe();
     }
-    co_return FileFault{};
+    co_return Result<>();
 }
 
 }  // namespace vantrell

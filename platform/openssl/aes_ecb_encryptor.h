@@ -24,11 +24,11 @@ public:
     /// Reads `source` to its end and appends the ciphertext to `output`, which is neither flushed nor published here.
     /// Fault `inUse` when the source turns out shorter or longer than it was when it was opened. All parameters that
     /// are references must outlive the task, and so must the encryptor. Memory does not grow with the file.
-    Task<FileFault> encrypt(EventLoop& loop, HeldFile& source, OutputFile& output, CryptoComponent::Progress progress);
+    Task<Result<>> encrypt(EventLoop& loop, HeldFile& source, OutputFile& output, CryptoComponent::Progress progress);
 
 private:
     void makeRoomFor(std::uint64_t fileSize);
-    FileFault fill(HeldFile& source, std::size_t& filled) const;
+    Result<std::size_t> fill(HeldFile& source) const;
     bool encryptPiece(std::size_t plainBytes, bool isLast, std::size_t& made);
 
     struct FreeContext {

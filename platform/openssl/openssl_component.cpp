@@ -67,46 +67,44 @@ void OpensslComponent::setInitialisationVector(std::string_view text, std::strin
 
 void OpensslComponent::setProgress(Progress progress) { progress_ = std::move(progress); }
 
-FileFault OpensslComponent::settingsFault() const {
-    if (!refusal_.empty()) return {FaultKind::other, refusal_};
-    if (!algorithmIsSet_) return {FaultKind::other, "no algorithm is set"};
-    if (!modeIsSet_) return {FaultKind::other, "no cipher mode is set"};
-    if (!lengthIsSet_) return {FaultKind::other, "no key length is set"};
-    if (!keyIsSet_) return {FaultKind::other, "no secret key is set"};
+Result<> OpensslComponent::checkSettings() const {
+    if (!refusal_.empty()) return Fault{FaultKind::other, refusal_};
+    if (!algorithmIsSet_) return Fault{FaultKind::other, "no algorithm is set"};
+    if (!modeIsSet_) return Fault{FaultKind::other, "no cipher mode is set"};
+    if (!lengthIsSet_) return Fault{FaultKind::other, "no key length is set"};
+    if (!keyIsSet_) return Fault{FaultKind::other, "no secret key is set"};
     return {};
 }
 
-Task<int> OpensslComponent::prepareFile(HeldFile& source, Path folder) {
-    lastError_ = settingsFault();
-    if (!lastError_) lastError_ = co_await prepare(source, std::move(folder));
+Task<Result<>> OpensslComponent::prepareFile(HeldFile& source, Path folder) {
+    Result<> prepared = checkSettings();
+    if (prepared.ok()) prepared = co_await prepare(source, std::move(folder));
     wipeKey();
-    co_return lastError_ ? 0 : kSuccess;
+    co_return prepared;
 }
 
-Task<FileFault> OpensslComponent::prepare(HeldFile& source, Path folder) {
+Task<Result<>> OpensslComponent::prepare(HeldFile& source, Path folder) {
     AesEcbEncryptor encryptor(key_);
     wipeKey();
-    OutputResult output = toolbox_.createOutput(folder);
-    if (!output.file) co_return std::move(output.fault);
-    FileFault fault = co_await encryptor.encrypt(loop_, source, *output.file, progress_);
-    if (!fault) fault = co_await output.file->flush();
-    if (fault)
-        co_await output.file->discard();
+    Result<std::unique_ptr<OutputFile>> created = toolbox_.createOutput(folder);
+    if (!created.ok()) co_return created.fault();
+    std::unique_ptr<OutputFile> output = created.take();
+    Result<> written = co_await encryptor.encrypt(loop_, source, *output, progress_);
+    if (written.ok()) written = co_await output->flush();
+    if (written.ok())
+        prepared_ = std::move(output);
     else
-        prepared_ = std::move(output.file);
-    co_return fault;
+        co_await output->discard();
+    co_return written;
 }
 
-Task<int> OpensslComponent::publishFile(HeldFile& source, Path target, Replace replace) {
-    if (!prepared_) {
-        lastError_ = {FaultKind::other, "no file is prepared"};
-        co_return 0;
-    }
-    lastError_ = source.verify();
-    if (!lastError_) lastError_ = co_await prepared_->publish(std::move(target), replace);
-    if (lastError_) co_await prepared_->discard();
+Task<Result<>> OpensslComponent::publishFile(HeldFile& source, Path target, Replace replace) {
+    if (!prepared_) co_return Fault{FaultKind::other, "no file is prepared"};
+    Result<> published = source.verify();
+    if (published.ok()) published = co_await prepared_->publish(std::move(target), replace);
+    if (!published.ok()) co_await prepared_->discard();
     prepared_.reset();
-    co_return lastError_ ? 0 : kSuccess;
+    co_return published;
 }
 
 }  // namespace vantrell

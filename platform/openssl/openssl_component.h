@@ -13,7 +13,7 @@ namespace vantrell {
 /// has been handed to the cipher, and in any case with the component.
 class OpensslComponent final : public CryptoComponent {
 public:
-    /// Both must outlive the component, and the component every task of its `encryptFile`.
+    /// Both must outlive the component, and the component its tasks.
     OpensslComponent(EventLoop& loop, FileToolbox& toolbox);
     ~OpensslComponent() override;
 
@@ -24,16 +24,15 @@ public:
     void setInitialisationVector(std::string_view text, std::string_view encoding) override;
     void setProgress(Progress progress) override;
 
-    Task<int> prepareFile(HeldFile& source, Path folder) override;
-    Task<int> publishFile(HeldFile& source, Path target, Replace replace) override;
-    [[nodiscard]] const FileFault& lastError() const override { return lastError_; }
+    Task<Result<>> prepareFile(HeldFile& source, Path folder) override;
+    Task<Result<>> publishFile(HeldFile& source, Path target, Replace replace) override;
 
 private:
     void refuse(const std::string& why);
     bool acceptsText(std::string_view text, std::string_view encoding, const std::string& what);
-    [[nodiscard]] FileFault settingsFault() const;
+    [[nodiscard]] Result<> checkSettings() const;
     void wipeKey();
-    Task<FileFault> prepare(HeldFile& source, Path folder);
+    Task<Result<>> prepare(HeldFile& source, Path folder);
 
     EventLoop& loop_;
     FileToolbox& toolbox_;
@@ -45,7 +44,6 @@ private:
     CipherKey key_{};
     Progress progress_;
     std::unique_ptr<OutputFile> prepared_;
-    FileFault lastError_;
 };
 
 }  // namespace vantrell

@@ -12,14 +12,15 @@ namespace {
 /// Empty lines, and then a place that cannot be read.
 class FailingReading final : public FileReading {
     struct File final : ReadableFile {
-        FileFault readAt(std::uint64_t offset, std::span<char> into, std::size_t& got) const override {
-            if (offset > 600'000) return {FaultKind::other, "the medium has a fault"};
+        [[nodiscard]] Result<std::size_t> readAt(std::uint64_t offset, std::span<char> into) const override {
+            if (offset > 600'000) return Fault{FaultKind::other, "the medium has a fault"};
             std::fill(into.begin(), into.end(), '\n');
-            got = into.size();
-            return {};
+            return into.size();
         }
     };
-    [[nodiscard]] Opened openForReading(const Path&) const override { return {std::make_unique<File>(), {}}; }
+    [[nodiscard]] Result<std::unique_ptr<ReadableFile>> openForReading(const Path&) const override {
+        return std::make_unique<File>();
+    }
 };
 
 class RecordedReader final : public HistoryReaderView, public HistoryFindView {

@@ -151,12 +151,12 @@ public:
         }
         return path.ends_with(unreadable) ? FileDate() : ForwardingToolbox::fileDate(path);
     }
-    Task<FileFault> removeFile(Path path, FileDate date) override {
-        if (fault) co_return fault;
+    Task<Result<>> removeFile(Path path, FileDate date) override {
+        if (fault) co_return *fault;
         co_return co_await ForwardingToolbox::removeFile(path, date);
     }
     std::string unreadable = "unreadable";
-    FileFault fault;
+    std::optional<Fault> fault;
 };
 
 class TroubledDeleteTest : public WeeklyDeleteTest {
@@ -203,7 +203,7 @@ TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
 
 TEST_F(TroubledDeleteTest, TellsWhatCouldNotBeDeletedAndEndsAtAFileWithoutADate) {
     folder.unreadable = "/103";
-    folder.fault = {FaultKind::other, "Operation not permitted"};
+    folder.fault = Fault{FaultKind::other, "Operation not permitted"};
     ASSERT_TRUE(weekly.deleteByHand());
     EXPECT_EQ(left().size(), 300U);
     const Texts said = weekly.bench.messages();

@@ -22,11 +22,11 @@ public:
         co_return names;
     }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return files.at(nameOf(path)); }
-    Task<FileFault> removeFile(Path path, FileDate date) override {
+    Task<Result<>> removeFile(Path path, FileDate date) override {
         EXPECT_EQ(files.at(nameOf(path)), date);
         files.erase(nameOf(path));
         gone.push_back(nameOf(path));
-        co_return FileFault{};
+        co_return Result<>();
     }
     std::map<Path, FileDate> files;
     std::vector<Path> gone;

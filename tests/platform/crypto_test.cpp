@@ -23,17 +23,17 @@ enum class Step { none, create, write, flush, publish };
 class FailingOutput final : public OutputFile {
 public:
     FailingOutput(std::unique_ptr<OutputFile> real, Step failing) : real_(std::move(real)), failing_(failing) {}
-    Task<FileFault> write(std::span<const std::byte> bytes) override {
+    Task<Result<>> write(std::span<const std::byte> bytes) override {
         return failing_ == Step::write ? fail() : real_->write(bytes);
     }
-    Task<FileFault> flush() override { return failing_ == Step::flush ? fail() : real_->flush(); }
-    Task<FileFault> publish(Path target, Replace replace) override {
+    Task<Result<>> flush() override { return failing_ == Step::flush ? fail() : real_->flush(); }
+    Task<Result<>> publish(Path target, Replace replace) override {
         return failing_ == Step::publish ? fail() : real_->publish(target, replace);
     }
     Task<void> discard() override { return real_->discard(); }
 
 private:
-    static Task<FileFault> fail() { co_return FileFault{FaultKind::deviceFailing, "failing"}; }
+    static Task<Result<>> fail() { co_return Fault{FaultKind::deviceFailing, "failing"}; }
 
     std::unique_ptr<OutputFile> real_;
     Step failing_;
@@ -42,10 +42,9 @@ private:
 class FailingOutputs final : public ForwardingToolbox {
 public:
     using ForwardingToolbox::ForwardingToolbox;
-    OutputResult createOutput(const Path& where) override {
-        if (failing == Step::create) return {nullptr, {FaultKind::deviceFailing, "failing"}};
-        OutputResult made = ForwardingToolbox::createOutput(where);
-        return {std::make_unique<FailingOutput>(std::move(made.file), failing), made.fault};
+    Result<std::unique_ptr<OutputFile>> createOutput(const Path& where) override {
+        if (failing == Step::create) return Fault{FaultKind::deviceFailing, "failing"};
+        return std::make_unique<FailingOutput>(ForwardingToolbox::createOutput(where).take(), failing);
     }
     Step failing = Step::none;
 };
@@ -63,25 +62,24 @@ protected:
     }
     std::unique_ptr<HeldFile> fileOf(const std::string& plain) {
         writeFile(folder / "a", plain);
-        HoldResult held = toolbox.hold(folder / "a");
-        EXPECT_TRUE(held.file) << held.fault.text;
-        return std::move(held.file);
+        return toolbox.hold(folder / "a").take();
     }
-    int encrypt(CryptoComponent& component, HeldFile& source, Replace replace = Replace::never) {
-        return loop.valueOf(component.encryptFile(source, folder / "a.enc", replace));
+    Result<> encrypt(CryptoComponent& component, HeldFile& source, Replace replace = Replace::never) {
+        const Result<> prepared = loop.valueOf(component.prepareFile(source, folder.path()));
+        return prepared.ok() ? loop.valueOf(component.publishFile(source, folder / "a.enc", replace)) : prepared;
     }
     std::string encrypted(const std::string& password, const std::string& plain) {
         const auto component = componentFor(password);
-        EXPECT_EQ(encrypt(*component, *fileOf(plain), Replace::allowed), CryptoComponent::kSuccess)
-            << component->lastError().text;
+        EXPECT_EQ(wordsOf(encrypt(*component, *fileOf(plain), Replace::allowed)), "");
         return readFile(folder / "a.enc");
     }
-    void expectFailure(CryptoComponent& component, HeldFile& source, FaultKind kind) {
+    std::string expectFailure(CryptoComponent& component, HeldFile& source, FaultKind kind) {
         const Names before = namesIn(folder.path());
-        EXPECT_EQ(encrypt(component, source), 0);
-        EXPECT_EQ(component.lastError().kind, kind) << component.lastError().text;
-        EXPECT_FALSE(component.lastError().text.empty());
+        const Result<> encrypted = encrypt(component, source);
+        EXPECT_EQ(faultOf(encrypted), kind) << wordsOf(encrypted);
+        EXPECT_FALSE(wordsOf(encrypted).empty());
         EXPECT_EQ(namesIn(folder.path()), before);
+        return wordsOf(encrypted);
     }
 
     FailingOutputs outputs{toolbox};
@@ -102,10 +100,10 @@ TEST_F(Crypto, PublishedVectorsComeOutOfTheFilePath) {
     for (const auto& [keyText, plain, cipherText] : kKnownAnswers) {
         CipherKey key{};
         std::ranges::copy(fromHex(keyText), key.begin());
-        OutputResult output = toolbox.createOutput(folder.path());
+        const auto output = toolbox.createOutput(folder.path()).take();
         AesEcbEncryptor encryptor(key);
-        ASSERT_FALSE(loop.valueOf(encryptor.encrypt(loop, *fileOf(fromHex(plain)), *output.file, {})));
-        ASSERT_FALSE(loop.valueOf(output.file->publish(folder / "v", Replace::allowed)));
+        ASSERT_TRUE(loop.valueOf(encryptor.encrypt(loop, *fileOf(fromHex(plain)), *output, {})).ok());
+        ASSERT_TRUE(loop.valueOf(output->publish(folder / "v", Replace::allowed)).ok());
         const std::string cipher = readFile(folder / "v");
         ASSERT_GT(cipher.size(), kBlock);
         EXPECT_EQ(toHex(cipher.substr(0, cipher.size() - kBlock)), toHex(fromHex(cipherText)));
@@ -150,13 +148,13 @@ TEST_F(Crypto, WhatCannotBeSetIsRefused) {
     for (const Change change : changes) {
         const auto component = componentFor("secret");
         change(*component);
-        expectFailure(*component, *source, FaultKind::other);
-        EXPECT_EQ(component->lastError().text.find("same"), std::string::npos) << "no word of the password may be told";
+        EXPECT_EQ(expectFailure(*component, *source, FaultKind::other).find("same"), std::string::npos)
+            << "no word of the password may be told";
     }
     OpensslComponent untouched(loop, toolbox);
     expectFailure(untouched, *source, FaultKind::other);
     const auto used = componentFor("secret");
-    EXPECT_EQ(encrypt(*used, *source), CryptoComponent::kSuccess);
+    EXPECT_EQ(faultOf(encrypt(*used, *source)), kSuccess);
     expectFailure(*used, *fileOf("another"), FaultKind::other);
 }
 

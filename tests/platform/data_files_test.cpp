@@ -19,39 +19,39 @@ protected:
 
 TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {
     writeFile(file, std::string("a\0b", 3));
-    EXPECT_EQ(files.read(file, 100).bytes, std::string("a\0b", 3));
-    EXPECT_EQ(files.read(file, 2).bytes, std::string("a\0", 2));
-    EXPECT_EQ(files.read(folder / "missing", 100).fault.kind, FaultKind::notThere);
+    EXPECT_EQ(files.read(file, 100).value(), std::string("a\0b", 3));
+    EXPECT_EQ(files.read(file, 2).value(), std::string("a\0", 2));
+    EXPECT_EQ(faultOf(files.read(folder / "missing", 100)), FaultKind::notThere);
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
-    EXPECT_TRUE(files.read(folder / "fifo", 100).fault);
-    EXPECT_TRUE(files.read(folder.path(), 100).fault);
+    EXPECT_FALSE(files.read(folder / "fifo", 100).ok());
+    EXPECT_FALSE(files.read(folder.path(), 100).ok());
 }
 
 TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
     writeFile(file, "old and longer");
     fs::permissions(file, fs::perms{0644});
     const mode_t before = ::umask(0);
-    EXPECT_FALSE(files.writeAtomically(file, "new"));
-    EXPECT_FALSE(files.writeAtomically(folder / "other", ""));
-    EXPECT_FALSE(files.appendLines(folder / "log", "a\r\n", true));
+    EXPECT_TRUE(files.writeAtomically(file, "new").ok());
+    EXPECT_TRUE(files.writeAtomically(folder / "other", "").ok());
+    EXPECT_TRUE(files.appendLines(folder / "log", "a\r\n", true).ok());
     ::umask(before);
-    EXPECT_FALSE(files.flush(folder / "log"));
+    EXPECT_TRUE(files.flush(folder / "log").ok());
     EXPECT_EQ(readFile(file), "new");
     EXPECT_EQ(readFile(folder / "log"), "a\r\n");
     for (const char* name : {"f", "other", "log"}) EXPECT_EQ(modeOf(folder / name), 0600U) << name;
     EXPECT_EQ(namesIn(folder.path()).size(), 3U);
-    EXPECT_EQ(files.flush(folder / "missing").kind, FaultKind::notThere);
-    EXPECT_EQ(files.appendLines(folder / "missing/f", "a\r\n", false).kind, FaultKind::notThere);
+    EXPECT_EQ(faultOf(files.flush(folder / "missing")), FaultKind::notThere);
+    EXPECT_EQ(faultOf(files.appendLines(folder / "missing/f", "a\r\n", false)), FaultKind::notThere);
 }
 
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(file, "old\r\n");
     const FileSizeLimit limit(1000);
-    EXPECT_TRUE(files.writeAtomically(file, std::string(2000, 'x')));
-    EXPECT_TRUE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false));
+    EXPECT_FALSE(files.writeAtomically(file, std::string(2000, 'x')).ok());
+    EXPECT_FALSE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false).ok());
     EXPECT_EQ(readFile(file), "old\r\n");
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
-    EXPECT_FALSE(files.appendLines(file, "b\r\n", false));
+    EXPECT_TRUE(files.appendLines(file, "b\r\n", false).ok());
     EXPECT_EQ(readFile(file), "old\r\nb\r\n");
 }
 
@@ -63,8 +63,8 @@ TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
     folder.makeFolder("folder");
     const OrdinaryUser user;
     for (const char* name : {"link", "folder", "f"}) {
-        EXPECT_TRUE(files.writeAtomically(folder / name, "new")) << name;
-        EXPECT_TRUE(files.appendLines(folder / name, "new\r\n", false)) << name;
+        EXPECT_FALSE(files.writeAtomically(folder / name, "new").ok()) << name;
+        EXPECT_FALSE(files.appendLines(folder / name, "new\r\n", false).ok()) << name;
     }
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(readFile(file), "old");
@@ -84,11 +84,11 @@ TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {
     };
     for (const auto& [before, kept] : cases) {
         writeFile(file, before);
-        EXPECT_FALSE(files.appendLines(file, "new\r\n", true));
+        EXPECT_TRUE(files.appendLines(file, "new\r\n", true).ok());
         EXPECT_TRUE(readFile(file) == kept + "new\r\n") << before.substr(0, 20);
     }
     writeFile(file, "torn");
-    EXPECT_FALSE(files.appendLines(file, "new\r\n", false));
+    EXPECT_TRUE(files.appendLines(file, "new\r\n", false).ok());
     EXPECT_EQ(readFile(file), "tornnew\r\n");
 }
 

@@ -20,14 +20,14 @@ public:
     void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
     Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
     Task<std::vector<Path>> listFiles(Path folder) override { return real_.listFiles(std::move(folder)); }
-    HoldResult hold(const Path& path) override { return real_.hold(path); }
-    OutputResult createOutput(const Path& folder) override { return real_.createOutput(folder); }
-    Task<FileFault> rename(Path source, Path target) override { return real_.rename(source, target); }
-    Task<FileFault> move(MoveOrder order) override { return real_.move(std::move(order)); }
-    Task<FileFault> flushMoves() override { return real_.flushMoves(); }
-    Task<FileFault> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
+    Result<std::unique_ptr<HeldFile>> hold(const Path& path) override { return real_.hold(path); }
+    Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) override { return real_.createOutput(folder); }
+    Task<Result<>> rename(Path source, Path target) override { return real_.rename(source, target); }
+    Task<Result<>> move(MoveOrder order) override { return real_.move(std::move(order)); }
+    Task<Result<>> flushMoves() override { return real_.flushMoves(); }
+    Task<Result<>> copy(Path source, Path target, unsigned mode) override { return real_.copy(source, target, mode); }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return real_.fileDate(path); }
-    Task<FileFault> removeFile(Path path, FileDate date) override { return real_.removeFile(std::move(path), date); }
+    Task<Result<>> removeFile(Path path, FileDate date) override { return real_.removeFile(std::move(path), date); }
     Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source) override {
         return real_.cleanUpAfterCrash(std::move(outputs), std::move(source));
     }

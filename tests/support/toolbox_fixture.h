@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,11 +49,24 @@ inline struct stat statusAt(const std::string& path) {
 
 using Names = std::vector<std::string>;
 
+/// How it failed; nothing when it succeeded.
+template <class T>
+std::optional<FaultKind> faultOf(const Result<T>& result) {
+    return result.ok() ? std::nullopt : std::optional(result.fault().kind);
+}
+inline constexpr std::optional<FaultKind> kSuccess;
+
+/// What went wrong, for the words of a failed test.
+template <class T>
+std::string wordsOf(const Result<T>& result) {
+    return result.ok() ? std::string() : result.fault().text;
+}
+
 /// A real toolbox on real folders.
 class WithToolbox : public testing::Test {
 public:
     void write(OutputFile& file, const std::string& bytes) {
-        EXPECT_FALSE(loop.valueOf(file.write(std::as_bytes(std::span(bytes)))));
+        EXPECT_TRUE(loop.valueOf(file.write(std::as_bytes(std::span(bytes)))).ok());
     }
     /// Runs the task for so many turns, waiting for flushes; then aborts it. True when it came to its end before.
     template <class T>

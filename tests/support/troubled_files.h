@@ -12,22 +12,22 @@ namespace vantrell::test {
 /// The real data files, with troubles that cannot be provoked.
 class TroubledFiles final : public DataFiles {
 public:
-    [[nodiscard]] ReadResult read(const Path& path, std::size_t limit) const override {
+    [[nodiscard]] Result<std::string> read(const Path& path, std::size_t limit) const override {
         look(path);
         return real_.read(path, limit);
     }
-    FileFault writeAtomically(const Path& path, std::string_view bytes) override {
+    Result<> writeAtomically(const Path& path, std::string_view bytes) override {
         look(path);
-        FileFault fault = real_.writeAtomically(path, bytes);
+        Result<> written = real_.writeAtomically(path, bytes);
         if (vanishing.contains(path)) std::filesystem::remove(path);
-        return fault;
+        return written;
     }
-    FileFault setAside(const Path& path, const Path& name) override { return real_.setAside(path, name); }
-    FileFault appendLines(const Path& path, std::string_view lines, bool cutTornLine) override {
+    Result<> setAside(const Path& path, const Path& name) override { return real_.setAside(path, name); }
+    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) override {
         return real_.appendLines(path, lines, cutTornLine);
     }
-    FileFault flush(const Path& path) override { return real_.flush(path); }
-    FileFault makePrivateFolders(const Path& path) override { return real_.makePrivateFolders(path); }
+    Result<> flush(const Path& path) override { return real_.flush(path); }
+    Result<> makePrivateFolders(const Path& path) override { return real_.makePrivateFolders(path); }
 
     std::set<Path> vanishing;    ///< gone as soon as it is written
     std::set<Path> outOfMemory;  ///< too much for the memory that is left

@@ -271,7 +271,9 @@ TEST_F(ScanPassTest, SaysOnceWhatItCouldNotReadAndNotThatThereIsNothing) {
 class FailingOutputs final : public ForwardingToolbox {
 public:
     FailingOutputs(FileToolbox& real, FaultKind kind) : ForwardingToolbox(real), kind_(kind) {}
-    OutputResult createOutput(const Path&) override { return {nullptr, {kind_, "the machine cannot write"}}; }
+    Result<std::unique_ptr<OutputFile>> createOutput(const Path&) override {
+        return Fault{kind_, "the machine cannot write"};
+    }
 
 private:
     FaultKind kind_;

@@ -18,25 +18,25 @@ public:
 TEST_F(InUse, AFileThatIsOpenForWritingIsInUseUntilItIsClosed) {
     {
         const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-        EXPECT_EQ(toolbox.hold(path).fault.kind, FaultKind::inUse);
+        EXPECT_EQ(faultOf(toolbox.hold(path)), FaultKind::inUse);
     }
     const auto held = toolbox.hold(path);
-    ASSERT_TRUE(held.file) << held.fault.text;
-    EXPECT_FALSE(held.file->verify());
+    ASSERT_TRUE(held.ok()) << wordsOf(held);
+    EXPECT_TRUE(held.value()->verify().ok());
     const UniqueFd reader(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    EXPECT_FALSE(held.file->verify()) << "readers disturb nobody";
+    EXPECT_TRUE(held.value()->verify().ok()) << "readers disturb nobody";
     const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
     EXPECT_TRUE(writer) << "no lease may be left that holds up writers";
-    EXPECT_EQ(held.file->verify().kind, FaultKind::inUse);
+    EXPECT_EQ(faultOf(held.value()->verify()), FaultKind::inUse);
 }
 
 TEST_F(InUse, WhateverChangesAHeldFileIsSeen) {
     const auto faultAfter = [this](const std::function<void()>& change) {
         writeFile(path, "contents");
         const auto held = toolbox.hold(path);
-        if (!held.file || held.file->verify()) return FaultKind::other;
+        if (!held.ok() || !held.value()->verify().ok()) return std::optional(FaultKind::other);
         change();
-        return held.file->verify().kind;
+        return faultOf(held.value()->verify());
     };
     const std::function<void()> changes[] = {
         [this] { writeFile(path, "other contents"); },
@@ -62,11 +62,11 @@ TEST_F(InUse, AnotherOwnersFileMustHaveBeenQuietForFiveSeconds) {
     ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
     const OrdinaryUser user;
     clock.time = std::chrono::system_clock::now() + std::chrono::milliseconds(4000);
-    EXPECT_EQ(toolbox.hold(path).fault.kind, FaultKind::inUse);
+    EXPECT_EQ(faultOf(toolbox.hold(path)), FaultKind::inUse);
     clock.advance(std::chrono::milliseconds(1100));
     const auto held = toolbox.hold(path);
-    ASSERT_TRUE(held.file) << held.fault.text;
-    EXPECT_FALSE(held.file->verify());
+    ASSERT_TRUE(held.ok()) << wordsOf(held);
+    EXPECT_TRUE(held.value()->verify().ok());
 }
 
 TEST(QuietTimes, TheLaterTimeCountsAndOneInTheFutureNeedsASecondLook) {

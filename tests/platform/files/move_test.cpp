@@ -17,8 +17,8 @@ public:
         target = done + "/file";
         writeFile(source, "contents");
     }
-    FaultKind move(Replace replace = Replace::never, HeldFile* expected = nullptr) {
-        return loop.valueOf(toolbox.move({source, target, replace, expected})).kind;
+    std::optional<FaultKind> move(Replace replace = Replace::never, HeldFile* expected = nullptr) {
+        return faultOf(loop.valueOf(toolbox.move({source, target, replace, expected})));
     }
     void expectUntouched(const std::string& contents = "contents") {
         EXPECT_EQ(readFile(source), contents);
@@ -44,7 +44,7 @@ TEST_P(Move, CarriesTheFileWithTimesAndPermissionsAndRenewsItsDate) {
     ASSERT_EQ(::chmod(source.c_str(), 0750), 0);
     const bool hasAttribute = ::setxattr(source.c_str(), "user.origin", "here", 4, 0) == 0;
     const auto before = timeOf(statusAt(source).st_ctim);
-    EXPECT_EQ(move(), FaultKind::none);
+    EXPECT_EQ(move(), kSuccess);
     expectMoved();
     const auto after = statusAt(target);
     EXPECT_EQ(timeOf(after.st_mtim), (FileTime{2000, 7}));
@@ -60,7 +60,7 @@ TEST_P(Move, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
     EXPECT_EQ(move(), FaultKind::nameTaken);
     EXPECT_EQ(readFile(target), "old");
     expectUntouched();
-    EXPECT_EQ(move(Replace::allowed), FaultKind::none);
+    EXPECT_EQ(move(Replace::allowed), kSuccess);
     expectMoved();
     writeFile(source, "contents");
     std::filesystem::remove(target);
@@ -78,19 +78,19 @@ TEST_P(Move, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
 
 TEST_P(Move, AFileThatWasSwappedOrIsBeingWrittenStays) {
     auto held = toolbox.hold(source);
-    ASSERT_TRUE(held.file);
+    ASSERT_TRUE(held.ok());
     {
         const UniqueFd writer(::open(source.c_str(), O_WRONLY | O_CLOEXEC));
-        EXPECT_EQ(move(Replace::never, held.file.get()), FaultKind::inUse);
+        EXPECT_EQ(move(Replace::never, held.value().get()), FaultKind::inUse);
         expectUntouched();
     }
     writeFile(source + ".new", "another");
     std::filesystem::rename(source + ".new", source);
-    EXPECT_EQ(move(Replace::allowed, held.file.get()), FaultKind::inUse);
+    EXPECT_EQ(move(Replace::allowed, held.value().get()), FaultKind::inUse);
     expectUntouched("another");
     EXPECT_TRUE(namesIn(done).empty());
     held = toolbox.hold(source);
-    EXPECT_EQ(move(Replace::never, held.file.get()), FaultKind::none);
+    EXPECT_EQ(move(Replace::never, held.value().get()), kSuccess);
     EXPECT_EQ(readFile(target), "another");
 }
 
@@ -99,8 +99,8 @@ class SwapsAfterVerifying final : public HeldFile {
 public:
     explicit SwapsAfterVerifying(std::function<void()> swap) : swap_(std::move(swap)) {}
     [[nodiscard]] std::uint64_t size() const override { return 0; }
-    FileFault read(std::span<std::byte>, std::size_t&) override { return {}; }
-    FileFault verify() override {
+    Result<std::size_t> read(std::span<std::byte>) override { return std::size_t{0}; }
+    Result<> verify() override {
         swap_();
         return {};
     }
@@ -156,19 +156,19 @@ using OneFile = WithToolbox;
 TEST_F(OneFile, OfTwoNamesTheSourceNameGoesAndOneNameStays) {
     writeFile(folder / "a", "contents");
     std::filesystem::create_hard_link(folder / "a", folder / "b");
-    EXPECT_FALSE(loop.valueOf(toolbox.move({folder / "a", folder / "b"})));
+    EXPECT_TRUE(loop.valueOf(toolbox.move({folder / "a", folder / "b"})).ok());
     EXPECT_EQ(namesIn(folder.path()), Names{"b"});
     std::filesystem::create_hard_link(folder / "b", folder / "a");
-    EXPECT_FALSE(loop.valueOf(toolbox.move({folder / "a", folder / "b", Replace::allowed})));
+    EXPECT_TRUE(loop.valueOf(toolbox.move({folder / "a", folder / "b", Replace::allowed})).ok());
     EXPECT_EQ(namesIn(folder.path()), Names{"b"});
     EXPECT_EQ(readFile(folder / "b"), "contents");
 
     const std::string sub = folder.makeFolder("sub");
     writeFile(sub + "/a", "contents");
     std::filesystem::create_symlink("sub", folder / "link");
-    EXPECT_FALSE(loop.valueOf(toolbox.move({sub + "/a", sub + "/a", Replace::allowed})));
-    EXPECT_FALSE(loop.valueOf(toolbox.move({sub + "/a", folder / "link/a", Replace::allowed})));
-    EXPECT_FALSE(loop.valueOf(toolbox.rename(sub + "/a", folder / "sub/./a")));
+    EXPECT_TRUE(loop.valueOf(toolbox.move({sub + "/a", sub + "/a", Replace::allowed})).ok());
+    EXPECT_TRUE(loop.valueOf(toolbox.move({sub + "/a", folder / "link/a", Replace::allowed})).ok());
+    EXPECT_TRUE(loop.valueOf(toolbox.rename(sub + "/a", folder / "sub/./a")).ok());
     EXPECT_EQ(readFile(sub + "/a"), "contents");
 }
 
@@ -176,11 +176,11 @@ TEST_F(OneFile, RenameStaysWithinOneFileSystem) {
     const OtherFileSystem other;
     if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
     writeFile(folder / "a", "contents");
-    EXPECT_TRUE(loop.valueOf(toolbox.rename(folder / "a", *other / "a")));
+    EXPECT_FALSE(loop.valueOf(toolbox.rename(folder / "a", *other / "a")).ok());
     EXPECT_EQ(readFile(folder / "a"), "contents");
-    EXPECT_FALSE(loop.valueOf(toolbox.rename(folder / "a", folder / "b")));
+    EXPECT_TRUE(loop.valueOf(toolbox.rename(folder / "a", folder / "b")).ok());
     writeFile(folder / "a", "new");
-    EXPECT_EQ(loop.valueOf(toolbox.rename(folder / "a", folder / "b")).kind, FaultKind::nameTaken);
+    EXPECT_EQ(faultOf(loop.valueOf(toolbox.rename(folder / "a", folder / "b"))), FaultKind::nameTaken);
     EXPECT_EQ(readFile(folder / "b"), "contents");
 }
 
@@ -194,7 +194,7 @@ public:
     /// False when nothing can happen in between, because flushes block here.
     bool moveAnd(const std::function<void()>& change) {
         TaskGroup group(loop.queue());
-        group.start(move(toolbox, source, target, fault));
+        group.start(move(toolbox, source, target, moved));
         loop.turnUntil([&] { return std::filesystem::exists(target) || group.isIdle(); });
         if (group.isIdle()) return false;
         change();
@@ -204,10 +204,10 @@ public:
     OtherFileSystem other;
     std::string source = folder.makeFolder("source") + "/file";
     std::string target = *other / "file";
-    FileFault fault;
+    Result<> moved;
 
 private:
-    static Task<void> move(FileToolbox& box, Path from, Path to, FileFault& result) {
+    static Task<void> move(FileToolbox& box, Path from, Path to, Result<>& result) {
         result = co_await box.move({std::move(from), std::move(to)});
     }
 };
@@ -222,14 +222,14 @@ TEST_F(AfterPublishing, WhoeverHasTheSourceKeepsItAndOneCopyRemains) {
         std::filesystem::rename(source, folder / "away");
         writeFile(source, "another!");
     }));
-    EXPECT_EQ(fault.kind, FaultKind::inUse);
+    EXPECT_EQ(faultOf(moved), FaultKind::inUse);
     EXPECT_EQ(readFile(source), "another!");
     EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
     EXPECT_FALSE(std::filesystem::exists(target));
 
     UniqueFd writer;
     ASSERT_TRUE(moveAnd([&] { writer = UniqueFd(::open(source.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)); }));
-    EXPECT_EQ(fault.kind, FaultKind::inUse);
+    EXPECT_EQ(faultOf(moved), FaultKind::inUse);
     EXPECT_EQ(::write(writer.get(), " and more", 9), 9);
     EXPECT_EQ(readFile(source), "another! and more");
     EXPECT_FALSE(std::filesystem::exists(target));

@@ -10,9 +10,7 @@ class Search : public WithToolbox {
 public:
     std::vector<Path> find(bool recurse, std::vector<Path> notEntered = {}) {
         unread.clear();
-        const auto note = [this](const Path& path, const FileFault& fault) {
-            unread.push_back(path + " " + fault.text);
-        };
+        const auto note = [this](const Path& path, const Fault& fault) { unread.push_back(path + " " + fault.text); };
         auto found = loop.valueOf(toolbox.search({folder.path(), recurse, std::move(notEntered), {}, note}));
         for (Path& path : found) path.erase(0, folder.path().size() + 1);
         return found;
@@ -84,8 +82,8 @@ TEST_F(Search, ReachesFilesBelowTheLongestPathOfOneCall) {
     writeFile(folder / "z", "x");
     const auto found = loop.valueOf(toolbox.search({folder.path(), true, {}, {}}));
     EXPECT_EQ(found, (std::vector<Path>{deep + "/file", folder / "z"}));
-    EXPECT_TRUE(toolbox.hold(found.front()).file);
-    EXPECT_FALSE(loop.valueOf(toolbox.move({found.front(), folder / "moved"})));
+    EXPECT_TRUE(toolbox.hold(found.front()).ok());
+    EXPECT_TRUE(loop.valueOf(toolbox.move({found.front(), folder / "moved"})).ok());
     EXPECT_EQ(namesIn(folder.path()), (Names{name, "moved", "z"}));
 }
 

@@ -17,11 +17,11 @@ TEST_F(Toolbox, OnlyRegularFilesAreFiles) {
     EXPECT_EQ(toolbox.kindOf(folder / "file"), EntryKind::regularFile);
     EXPECT_EQ(toolbox.kindOf(folder / "sub"), EntryKind::folder);
     EXPECT_EQ(toolbox.kindOf(folder / "none"), EntryKind::missing);
-    EXPECT_EQ(toolbox.hold(folder / "none").fault.kind, FaultKind::notThere);
+    EXPECT_EQ(faultOf(toolbox.hold(folder / "none")), FaultKind::notThere);
     for (const char* name : {"fifo", "link", "sub"}) {
-        EXPECT_EQ(toolbox.hold(folder / name).fault.kind, FaultKind::other) << name;
-        EXPECT_EQ(loop.valueOf(toolbox.move({folder / name, folder / "new"})).kind, FaultKind::other) << name;
-        EXPECT_EQ(loop.valueOf(toolbox.copy(folder / name, folder / "new", 0600)).kind, FaultKind::other) << name;
+        EXPECT_EQ(faultOf(toolbox.hold(folder / name)), FaultKind::other) << name;
+        EXPECT_EQ(faultOf(loop.valueOf(toolbox.move({folder / name, folder / "new"}))), FaultKind::other) << name;
+        EXPECT_EQ(faultOf(loop.valueOf(toolbox.copy(folder / name, folder / "new", 0600))), FaultKind::other) << name;
     }
     EXPECT_EQ(toolbox.kindOf(folder / "link"), EntryKind::other);
     EXPECT_EQ(toolbox.kindOf(folder / "new"), EntryKind::missing);
@@ -55,7 +55,7 @@ TEST_F(Toolbox, RemovesTheFileOfThatDateAlone) {
     writeFile(folder / "old", "x");
     const FileDate date = toolbox.fileDate(folder / "old");
     const auto removed = [&](const char* name, FileDate expected) {
-        return loop.valueOf(toolbox.removeFile(folder / name, expected)).kind;
+        return faultOf(loop.valueOf(toolbox.removeFile(folder / name, expected)));
     };
     EXPECT_EQ(removed("old", date - std::chrono::nanoseconds(1)), FaultKind::inUse);
     EXPECT_EQ(removed("old", FileDate()), FaultKind::inUse);
@@ -67,7 +67,7 @@ TEST_F(Toolbox, RemovesTheFileOfThatDateAlone) {
     std::filesystem::rename(folder / "new", folder / "old");
     EXPECT_EQ(removed("old", date), FaultKind::inUse) << "another file has taken the name";
     EXPECT_EQ(readFile(folder / "old"), "y");
-    EXPECT_EQ(removed("old", toolbox.fileDate(folder / "old")), FaultKind::none);
+    EXPECT_EQ(removed("old", toolbox.fileDate(folder / "old")), kSuccess);
     EXPECT_EQ(namesIn(folder.path()), Names{"link"});
 }
 
@@ -75,16 +75,16 @@ TEST_F(Toolbox, RemovesALargeFileInStepsAndKeepsItForOthers) {
     writeFile(folder / "large", "begin");
     ASSERT_EQ(::truncate((folder / "large").c_str(), off_t{400} << 20U), 0);
     std::filesystem::create_hard_link(folder / "large", folder / "other");
-    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "large", toolbox.fileDate(folder / "large"))));
+    EXPECT_TRUE(loop.valueOf(toolbox.removeFile(folder / "large", toolbox.fileDate(folder / "large"))).ok());
     EXPECT_EQ(statusAt(folder / "other").st_size, off_t{400} << 20U);
     writeFile(folder / "read", "begin");
     ASSERT_EQ(::truncate((folder / "read").c_str(), off_t{400} << 20U), 0);
     const UniqueFd reader(::open((folder / "read").c_str(), O_RDONLY | O_CLOEXEC));
-    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "read", toolbox.fileDate(folder / "read"))));
+    EXPECT_TRUE(loop.valueOf(toolbox.removeFile(folder / "read", toolbox.fileDate(folder / "read"))).ok());
     EXPECT_EQ(::lseek(reader.get(), 0, SEEK_END), off_t{400} << 20U);
 
     const UniqueFd watcher(::open((folder / "other").c_str(), O_PATH | O_CLOEXEC));  // not one that reads
-    EXPECT_FALSE(loop.valueOf(toolbox.removeFile(folder / "other", toolbox.fileDate(folder / "other"))));
+    EXPECT_TRUE(loop.valueOf(toolbox.removeFile(folder / "other", toolbox.fileDate(folder / "other"))).ok());
     struct stat status {};
     ASSERT_EQ(::fstat(watcher.get(), &status), 0);
     EXPECT_LE(status.st_size, off_t{64} << 20U);
