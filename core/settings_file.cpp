@@ -26,25 +26,37 @@ SettingsFile::Loaded SettingsFile::loadSettings() {
         loaded_ = Loaded::unreadable;
     else
         loaded_ = parseSettings(file.value(), state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+    stored_ = state_.settings;
     foundIncomplete_ = foundIncomplete_ || loaded_ == Loaded::incomplete;
     return loaded_;
 }
 
-void SettingsFile::saveSettings() {
-    if (loaded_ == Loaded::unreadable) return;
-    if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
+Result<Saved> SettingsFile::saveSettings() {
+    const Result<Saved> saved = write();
+    if (saved.ok()) stored_ = state_.settings;
+    return saved;
+}
+
+Result<Saved> SettingsFile::write() {
+    if (loaded_ == Loaded::unreadable) return Saved::notNeeded;
+    if (loaded_ == Loaded::incomplete) {
+        const Result<> kept = keepIncompleteFile();
+        if (!kept.ok()) return kept.fault();
+    }
     const std::string line = formatSettings(state_.settings);
     // Every pass saves; a file that says the same already need not be flushed to the disk once more.
     const Result<std::string> present = files_.read(path_, line.size() + 1);
-    if (present.ok() && present.value() == line) return;
-    (void)files_.writeAtomically(path_, line);
+    if (present.ok() && present.value() == line) return Saved::notNeeded;
+    const Result<> written = files_.writeAtomically(path_, line);
+    if (!written.ok()) return written.fault();
+    return Saved::written;
 }
 
-bool SettingsFile::keepIncompleteFile() {
+Result<> SettingsFile::keepIncompleteFile() {
     const Path dated = path_ + "." + secondStamp(clock_.now());
-    if (!files_.setAside(path_, dated).ok()) return false;
-    loaded_ = Loaded::whole;
-    return true;
+    Result<> kept = files_.setAside(path_, dated);
+    if (kept.ok()) loaded_ = Loaded::whole;
+    return kept;
 }
 
 }  // namespace vantrell

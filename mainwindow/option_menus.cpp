@@ -14,7 +14,7 @@ constexpr char kRunningOptions[] = "Running Options";
 
 }  // namespace
 
-OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
+OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper& settings, MessageBoxes& boxes,
                          WindowPlace& place, StartupEntry& entry, RunQueue& queue)
     : state_(state),
       window_(window),
@@ -33,20 +33,22 @@ Task<Answer> OptionMenus::ask(std::string title, std::string text) {
 
 void OptionMenus::inform(std::string title, std::string text) { boxes_.inform({std::move(title), std::move(text)}); }
 
-void OptionMenus::showAndSave() {
+bool OptionMenus::saveAndShow() {
+    const bool isSaved = settings_.save();
     window_.showSettings(state_.settings);
-    settings_.saveSettings();
+    return isSaved;
 }
 
-void OptionMenus::setRunContinually(bool on) {
+bool OptionMenus::setRunContinually(bool on) {
     state_.settings.RunContinuallyAtStartup = on;
-    showAndSave();
+    return saveAndShow();
 }
 
-void OptionMenus::checkRunNormal() {
+bool OptionMenus::checkRunNormal() {
     state_.settings.RunNormalAtStartup = true;
-    showAndSave();
+    if (!saveAndShow()) return false;
     place_.restoreWindow();
+    return true;
 }
 
 void OptionMenus::mnuStartOnLoad() {
@@ -68,8 +70,7 @@ Task<void> OptionMenus::uncheckStartOnLoad() {
         inform(kRunningOptions, "Ok then this program will run minimized and continuously at start up.");
         co_return;
     }
-    checkRunNormal();
-    setRunContinually(false);
+    if (checkRunNormal()) setRunContinually(false);
 }
 
 void OptionMenus::mnmax() {
@@ -89,21 +90,21 @@ Task<void> OptionMenus::uncheckRunNormal() {
             inform(kRunningOptions, "Ok then this program will not run minimized at start up.");
             co_return;
         }
-        setRunContinually(true);
+        if (!setRunContinually(true)) co_return;
     }
     state_.settings.RunNormalAtStartup = false;
     // Saved before the question as well: it may stay open for long.
-    showAndSave();
+    if (!saveAndShow()) co_return;
     const Answer now = co_await ask(kRunningOptions, "Would you like to run minimized now?");
     if (now == Answer::yes && !state_.settings.RunNormalAtStartup) place_.hide();
-    showAndSave();
+    saveAndShow();
 }
 
 void OptionMenus::mnOW() {
     if (ignoresClicks()) return;
     if (!state_.settings.OverwriteExistingFiles) return questions_.start(checkOverwrite());
     state_.settings.OverwriteExistingFiles = false;
-    showAndSave();
+    saveAndShow();
 }
 
 Task<void> OptionMenus::checkOverwrite() {
@@ -116,7 +117,7 @@ Task<void> OptionMenus::checkOverwrite() {
                          displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
-    showAndSave();
+    if (!saveAndShow()) co_return;
     const std::string warning = folderWarning(state_.settings);
     if (!warning.empty()) inform(kApplicationTitle, warning);
 }

@@ -386,7 +386,7 @@ void ScanPass::finishEnding(Trouble trouble, const std::string& words) {
     p_.state.PassInProgress = false;
     singlePassWanted_ = false;
     files_ = {};
-    p_.settings.saveSettings();
+    (void)p_.settings.save();
     p_.log.saveWhenOn();
     p_.mode.tmchkTimer_Timer();
     p_.window.setWaitPointer(false);

@@ -12,7 +12,7 @@
 #include "core/active_password.h"
 #include "core/mode_display.h"
 #include "core/notices.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/timers.h"
@@ -28,7 +28,7 @@ struct PassParts {
     MainWindow& window;
     StatusReport& report;
     ActivityLog& log;
-    SettingsFile& settings;
+    SettingsKeeper& settings;
     FileToolbox& toolbox;
     MessageBoxes& boxes;
     EventLoop& loop;

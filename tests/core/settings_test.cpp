@@ -91,7 +91,7 @@ protected:
 TEST_F(SettingsFileTest, SavesAndLoadsAgain) {
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::missing);
     state_.settings = example();
-    file_.saveSettings();
+    EXPECT_TRUE(file_.saveSettings().ok());
     EXPECT_EQ(readFile(path_), formatSettings(example()));
     state_.settings = {};
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::whole);
@@ -103,12 +103,12 @@ TEST_F(SettingsFileTest, DoesNotSaveOverWhatItCannotKeep) {
     file_.loadSettings();
     ::setenv("TZ", "UTC", 1);
     writeFile(path_ + ".20261116 140000", "already there");
-    file_.saveSettings();
+    EXPECT_FALSE(file_.saveSettings().ok());
     EXPECT_EQ(readFile(path_), "broken");
     std::filesystem::remove(path_);
     std::filesystem::create_directory(path_);
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::unreadable);
-    file_.saveSettings();
+    EXPECT_TRUE(file_.saveSettings().ok()) << "refused on purpose";
     EXPECT_TRUE(std::filesystem::is_directory(path_));
 }
 

@@ -51,8 +51,8 @@ TEST_F(BackupTest, BackupsHoldWhatTheLiveFilesHoldAndArePrivate) {
 
 TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     writeFile(app + cfg, kIncomplete);
-    bench.engine.settings.loadSettings();
-    bench.engine.settings.saveSettings();
+    bench.engine.settingsFile.loadSettings();
+    ASSERT_TRUE(bench.engine.settings.save());
     ASSERT_NE(readFile(app + cfg), kIncomplete);
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
@@ -61,7 +61,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     // A restore that did nothing does not make the part whole.
     std::filesystem::remove(hand + cfg);
     backup.restoreNormalConfig();
-    bench.engine.settings.loadSettings();
+    bench.engine.settingsFile.loadSettings();
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
 
@@ -73,7 +73,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
 
 TEST_F(BackupTest, ANewDataFolderReplacesNoOlderCopy) {
     bench.state.settings = {};
-    bench.engine.settings.saveSettings();
+    ASSERT_TRUE(bench.engine.settings.save());
     writeFile(app + mdb, std::string(suppliedPasswordFile()));
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));

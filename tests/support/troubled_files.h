@@ -18,6 +18,7 @@ public:
     }
     Result<> writeAtomically(const Path& path, std::string_view bytes) override {
         look(path);
+        if (unwritable.contains(path)) return Fault{FaultKind::other, path + ": no right"};
         Result<> written = real_.writeAtomically(path, bytes);
         if (vanishing.contains(path)) std::filesystem::remove(path);
         return written;
@@ -29,6 +30,7 @@ public:
     Result<> flush(const Path& path) override { return real_.flush(path); }
     Result<> makePrivateFolders(const Path& path) override { return real_.makePrivateFolders(path); }
 
+    std::set<Path> unwritable;   ///< as a file to which there is no right
     std::set<Path> vanishing;    ///< gone as soon as it is written
     std::set<Path> outOfMemory;  ///< too much for the memory that is left
 
