@@ -6,13 +6,13 @@
 #include "base/date_text.h"
 #include "core/file_helpers.h"
 #include "core/scan_interval.h"
+#include "transport/reject_file.h"
 
 namespace vantrell {
 
 namespace {
 
 constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
-constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
 constexpr int kMostMachineFaults = 3;
 
 bool isEncrypted(const Path& path) {
@@ -26,6 +26,8 @@ bool isEncrypted(const Path& path) {
 
 ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
     : p_(parts),
+      folders_(parts.toolbox, parts.report),
+      endings_(parts),
       questions_(parts.boxes, parts.notices),
       encryption_(parts.state, parts.window, parts.report, parts.log, parts.toolbox, std::move(makeComponent),
                   questions_) {}
@@ -77,6 +79,7 @@ void ScanPass::reportNoPassword() {
 
 Task<void> ScanPass::searchAndCarry() {
     settings_ = p_.state.settings;
+    folders_.begin(settings_);
     singlePass_ = singlePassWanted_;
     machineFaults_ = 0;
     rejected_ = 0;
@@ -91,73 +94,20 @@ Task<void> ScanPass::searchAndCarry() {
     p_.mode.tmchkTimer_Timer();
     p_.report.showInLabel2("Please Wait ZEP is searching for files!");
     p_.window.repaint();
-    if (!checkFolders()) {
+    if (!folders_.check()) {
         endMissingFolders();
         co_return;
     }
     p_.report.showInLabel2("Please Wait Encrypting files.");
-    co_await searchFiles();
-    co_await carryFiles();
-}
-
-bool ScanPass::checkFolders() {
-    const Message source = named(settings_.SourceFolder);
-    const Message bypassing = " does not exist bypassing ";
-    const Message bypassingSource = bypassing + source + " events!";
-    const bool missing =
-        reportIfMissing(settings_.SourceFolder, "Source Folder " + source + bypassing + "events!") ||
-        reportIfMissing(settings_.DestinationFolder,
-                        "Destination Folder " + named(settings_.DestinationFolder) + bypassingSource) ||
-        reportIfMissing(settings_.DoneFolder, "Done Folder " + named(settings_.DoneFolder) + bypassingSource) ||
-        reportIfSource(settings_.DoneFolder, "Done Folder ") ||
-        reportIfSource(settings_.RejectFolder, "Reject Folder ");
-    if (missing) p_.window.setWaitPointer(false);
-    return !missing;
-}
-
-bool ScanPass::reportIfMissing(const Path& folder, const Message& text) {
-    if (p_.toolbox.isFolder(folder)) return false;
-    reportFolderTrouble(text);
-    return true;
-}
-
-// Originals that are moved to where they came from would be found again by every pass.
-bool ScanPass::reportIfSource(const Path& folder, const Message& what) {
-    if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
-    reportFolderTrouble(what + named(folder) + " is the Source Folder bypassing events!");
-    return true;
-}
-
-void ScanPass::reportFolderTrouble(const Message& text) {
-    folderTrouble_ = text.text();
-    p_.report.showInLabel2(text);
-}
-
-Task<void> ScanPass::searchFiles() {
-    SearchOrder order;
-    order.folder = settings_.SourceFolder;
-    order.recurse = settings_.IncludeSubfolders;
-    order.notEntered = {settings_.DoneFolder, settings_.RejectFolder};
-    order.isStopped = [this] { return stopRequested_; };
-    unreadBefore_ = std::exchange(unread_, {});
-    unreadWords_.clear();
-    order.notRead = [this](const Path& folder, const Fault& fault) { reportUnread(folder, fault); };
-    files_ = co_await p_.toolbox.search(std::move(order));
+    files_ = co_await folders_.search([this] { return stopRequested_; });
     p_.window.setTotalFiles(files_.size());
-}
-
-// What stands in it is not encrypted, and nobody would know.
-void ScanPass::reportUnread(const Path& folder, const Fault& fault) {
-    const Message words = "Folder " + named(folder) + " - FAILED: " + failureWords(fault.text);
-    if (unread_.empty()) unreadWords_ = words.text();
-    unread_.insert(folder);
-    if (!unreadBefore_.contains(folder)) p_.report.showInPanel1(words);
+    co_await carryFiles();
 }
 
 Task<void> ScanPass::carryFiles() {
     carriedNames_.clear();
     inUseBefore_ = std::exchange(inUse_, {});
-    if (files_.empty() && unread_.empty() && !stopRequested_) {
+    if (files_.empty() && folders_.unreadWords().empty() && !stopRequested_) {
         p_.report.showInLabel2("No Records this pass!");
         p_.window.setPanel1("No Records this pass!");
         p_.window.setWaitPointer(false);
@@ -188,7 +138,8 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     const std::string password = co_await p_.password.settled();
     if (password.empty()) {
         reportNoPassword();
-        finishEnding(Trouble::noPassword, NoActivePassword::kText);
+        clear();
+        endings_.noPassword(std::exchange(rejected_, 0));
         co_return Next::end;
     }
     Lookahead::Item item = co_await ahead.next();
@@ -238,7 +189,7 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
     }
     countCarried(name);
     if (result.fault && result.fault->isTheMachines()) co_return afterMachineFault({}, *result.fault);
-    if (result.fault && !checkFolders()) {
+    if (result.fault && !folders_.check()) {
         endMissingFolders();
         co_return Next::end;
     }
@@ -274,12 +225,14 @@ ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
 Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
     std::optional<Fault> fault = result.fault;
     // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
-    const bool folderIsGone = !checkFolders();
+    const bool folderIsGone = !folders_.check();
     const bool isTheMachines = fault && fault->isTheMachines();
     if (!folderIsGone && !isTheMachines && FileExists(p_.toolbox, path)) {
         const Result<> unchanged = result.held ? result.held->verify() : Result<>();
         if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path);
-        const Result<> rejected = co_await reject(path, result.held.get());
+        const Result<> rejected =
+            co_await rejectFile({p_.toolbox, p_.report, p_.clock, path, settings_.RejectFolder, result.held.get()});
+        if (rejected.ok()) ++rejected_;
         fault = rejected.ok() ? std::nullopt : std::optional(rejected.fault());
     }
     if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault);
@@ -310,27 +263,6 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault)
     return Next::end;
 }
 
-Task<Result<>> ScanPass::reject(Path path, HeldFile* held) {
-    const std::string name = FileNameOf(path);
-    Path target = joinPath(settings_.RejectFolder, name);
-    bool isThere = false;
-    if (p_.toolbox.kindOf(target) != EntryKind::missing) {
-        const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
-        target = joinPath(settings_.RejectFolder, newName);
-        p_.report.showInPanel1("File " + named(path) + " File exists rename file to " + named(newName));
-        const Result<> renamed = co_await p_.toolbox.rename(path, target);
-        isThere = renamed.ok();
-        if (!isThere) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
-    }
-    Result<> moved;
-    if (!isThere) moved = co_await p_.toolbox.move({path, target, Replace::never, held});
-    if (moved.ok())
-        ++rejected_;
-    else
-        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
-    co_return moved;
-}
-
 void ScanPass::reportNotEncrypted(const Path& path) {
     p_.report.showInPanel1("File " + named(path) + " did not encrypt!");
     p_.log.saveWhenOn();
@@ -350,48 +282,31 @@ void ScanPass::passWasAborted() {
 }
 
 void ScanPass::end() {
-    if (stopRequested_)
-        endStopped();
-    else
-        endPaused(unread_.empty() ? Trouble::none : Trouble::folderUnread, unreadWords_);
+    if (stopRequested_) return endStopped();
+    const std::string& words = folders_.unreadWords();
+    endPaused(words.empty() ? Trouble::none : Trouble::folderUnread, words);
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {
-    const Message text = "ZEP Is PAUSED at " + named(timeText(p_.clock.now()));
-    p_.window.setPanel1(text.text());
-    p_.window.setCaption(text.text());
-    p_.report.showInLabel2(text);
-    finishEnding(trouble, words);
+    clear();
     // A single pass is over when it has ended, however it did.
-    p_.timRun.setEnabled(!singlePass_);
-    p_.mode.tmchkTimer_Timer();
+    endings_.paused(!singlePass_, trouble, words, std::exchange(rejected_, 0));
 }
 
 void ScanPass::endStopped() {
-    p_.window.setPanel1("User Stopped Encrypting Files");
-    p_.window.setCaption("Done Encrpting Files");
-    p_.report.showInLabel2("User Stopped Encrypting Files");
-    finishEnding(Trouble::none);
+    clear();
+    endings_.stopped(std::exchange(rejected_, 0));
 }
 
 void ScanPass::endMissingFolders() {
-    p_.window.setPanel1(kFoldersMissing);
-    p_.window.setCaption("Problem.... ");
-    p_.report.showInLabel2(kFoldersMissing);
-    finishEnding(Trouble::folderGone, folderTrouble_);
+    clear();
+    endings_.missingFolders(folders_.trouble(), std::exchange(rejected_, 0));
 }
 
-void ScanPass::finishEnding(Trouble trouble, const std::string& words) {
+void ScanPass::clear() {
     stopRequested_ = false;
-    p_.state.PassInProgress = false;
     singlePassWanted_ = false;
     files_ = {};
-    (void)p_.settings.save();
-    p_.log.saveWhenOn();
-    p_.mode.tmchkTimer_Timer();
-    p_.window.setWaitPointer(false);
-    p_.window.clearProgress();
-    p_.notices.passEnded(trouble, words, std::exchange(rejected_, 0));
 }
 
 }  // namespace vantrell

@@ -8,37 +8,13 @@
 #include <unordered_set>
 #include <vector>
 
-#include "activitylog/status_report.h"
-#include "core/active_password.h"
-#include "core/mode_display.h"
-#include "core/notices.h"
-#include "core/settings_keeper.h"
-#include "platform/clock.h"
-#include "platform/event_loop.h"
-#include "platform/timers.h"
 #include "transport/encrypt_file.h"
 #include "transport/lookahead.h"
+#include "transport/pass_endings.h"
+#include "transport/pass_folders.h"
 #include "transport/question_desk.h"
 
 namespace vantrell {
-
-/// What a pass works with; everything outlives it.
-struct PassParts {
-    ProgramState& state;
-    MainWindow& window;
-    StatusReport& report;
-    ActivityLog& log;
-    SettingsKeeper& settings;
-    FileToolbox& toolbox;
-    MessageBoxes& boxes;
-    EventLoop& loop;
-    const Clock& clock;
-    Timer& timRun;
-    ModeDisplay& mode;
-    Notices& notices;
-    ActivePassword& password;
-    NoActivePassword& noPassword;
-};
 
 /// One scan pass: searches the source folder, has every file encrypted and moved, and rejects what failed.
 class ScanPass {
@@ -67,13 +43,6 @@ private:
     bool reportEmptyFolder();
     void reportNoPassword();
     Task<void> searchAndCarry();
-    /// False when the pass cannot go on with its folders; the words are in `folderTrouble_` then.
-    bool checkFolders();
-    void reportFolderTrouble(const Message& text);
-    bool reportIfMissing(const Path& folder, const Message& text);
-    bool reportIfSource(const Path& folder, const Message& what);
-    Task<void> searchFiles();
-    void reportUnread(const Path& folder, const Fault& fault);
     Task<void> carryFiles();
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
@@ -84,7 +53,6 @@ private:
     Next afterMachineFault(const Path& path, const Fault& fault);
     Next afterFileInUse(const Path& path);
     void countCarried(const std::string& name);
-    Task<Result<>> reject(Path path, HeldFile* held);
     void reportNotEncrypted(const Path& path);
     /// True when Stop was pressed, which has been said then.
     bool takeStop();
@@ -92,12 +60,15 @@ private:
     void stopAndReport();
 
     void end();
-    void endPaused(Trouble trouble = Trouble::none, const std::string& words = {});
+    void endPaused(Trouble trouble, const std::string& words);
     void endStopped();
     void endMissingFolders();
-    void finishEnding(Trouble trouble, const std::string& words = {});
+    /// What belonged to the pass goes.
+    void clear();
 
     PassParts p_;
+    PassFolders folders_;
+    PassEndings endings_;
     QuestionDesk questions_;
     FileEncryption encryption_;
 
@@ -112,12 +83,8 @@ private:
     std::uint64_t rejected_ = 0;
     std::int32_t processed_ = 0;
     std::unordered_set<std::string> carriedNames_;  // of this pass
-    std::string folderTrouble_;                     // the words about the folder that is missing
     std::set<Path> inUse_;                          // of this pass
     std::set<Path> inUseBefore_;                    // of the pass before
-    std::set<Path> unread_;                         // folders, of this pass
-    std::set<Path> unreadBefore_;                   // of the pass before
-    std::string unreadWords_;                       // about the first of them
 };
 
 }  // namespace vantrell
