@@ -43,7 +43,7 @@ public:
     void endWhenAsked(SignalSource& requests);
 
     [[nodiscard]] frmMain& window() { return window_; }
-    [[nodiscard]] const ProgramState& state() const { return engine_.state; }
+    [[nodiscard]] const Engine& engine() const { return engine_; }
 
 private:
     [[nodiscard]] Machine machine(const Clock& clock, Timers& timers, DataFiles& files);

@@ -67,7 +67,8 @@ struct Engine {
 
     // The pieces. The order is that of dependence: what stands further down uses what stands further up.
     ProgramState state;
-    SettingsFile settings;
+    SettingsFile settingsFile;
+    SettingsKeeper settings;
     ActivityLog log;
     StatusReport report;
     WindowPlace place;
@@ -82,7 +83,8 @@ struct Engine {
     LoadedSettings loadedSettings;
 
     PasswordStore passwords;
-    ActivePasswordLookup lookUpActivePassword;
+    ActivePassword activePassword;
+    NoActivePassword noActivePassword;
     PasswordEditorController passwordEditor;
     CurrentPassword currentPassword;
 

@@ -97,7 +97,7 @@ Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
         clockTexts.insert(clockLabel->text());
         if (settled == 0 && count >= settleAfter) settled = residentKiB();
         if (settled != 0) figures.grownKiB = std::max(figures.grownKiB, residentKiB() - settled);
-        if (!program.state().PassInProgress && count >= files) QCoreApplication::exit(0);
+        if (!program.engine().state.PassInProgress && count >= files) QCoreApplication::exit(0);
     });
     QApplication::exec();
     figures.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

@@ -52,7 +52,7 @@ void wait(int milliseconds) {
 
 void showEmpty(frmMain& window) {
     window.setCaption("Quillon Inc - Vantrell(ZEP)");
-    window.setModeLabel("Mode: Stopped");
+    window.setMode(vantrell::Mode::stopped);
     window.setClock("20:41:03");
     window.setMinutes("1");
     window.setPanel1("ZEP Folder = ");
@@ -61,7 +61,7 @@ void showEmpty(frmMain& window) {
 }
 
 void showAtWork(frmMain& window) {
-    window.setModeLabel("Mode: Running");
+    window.setMode(vantrell::Mode::running);
     window.setSchedule("Scheduled: Monday 7:5 PM  File Create Date > 7");
     window.setFolder(FolderKind::source, "/srv/in");
     window.setFolder(FolderKind::destination, "/srv/out");

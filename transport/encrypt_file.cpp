@@ -26,7 +26,7 @@ struct FileEncryption::Obstacle {
     std::string question;
 };
 
-FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+FileEncryption::FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                                FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions)
     : state_(state),
       window_(window),
@@ -72,11 +72,8 @@ Task<void> FileEncryption::prepare(Work& work) {
 }
 
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
-    state_.EncryptFailed = false;
     work->isAtItsTurn = true;
-    EncryptResult result = co_await encryptAndMove(*work);
-    state_.EncryptFailed = result.outcome == EncryptOutcome::failed || result.outcome == EncryptOutcome::inUse;
-    co_return result;
+    co_return co_await encryptAndMove(*work);
 }
 
 Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
@@ -116,8 +113,6 @@ Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
-    state_.FileOpSource = work.order.sourcePath;
-    state_.FileOpTarget = target;
     Replace replace = Replace::never;
     if (FileExists(toolbox_, target)) {
         const Permission permission = co_await mayReplace(

@@ -6,6 +6,8 @@
 namespace vantrell::test {
 namespace {
 
+Task<bool> isRead(Task<std::optional<std::string>> task) { co_return (co_await std::move(task)).has_value(); }
+
 Task<void> keepResult(Task<bool> task, std::optional<bool>* result) { *result = co_await std::move(task); }
 
 /// The file holds "old", active. Another program locks it.
@@ -36,15 +38,13 @@ TEST_F(LockedPasswordFile, IsReportedAfterFiveSecondsAndLeftAsItIs) {
     for (const char* lock : {"BEGIN EXCLUSIVE", "BEGIN; SELECT * FROM EncDecPasswords"}) {
         const std::string before = readFile(file);
         boxes.informed.clear();
-        state.ActivePassword = "before";
         other.run(lock);
-        start(lock[5] == ';' ? store.savePassword() : store.findCurrentPassword());
+        start(lock[5] == ';' ? store.savePassword() : isRead(store.findCurrentPassword()));
         const auto waited = waitForResult();
         other.run("COMMIT");
         EXPECT_EQ(result, false);
         EXPECT_TRUE(waited >= std::chrono::seconds(5) && waited < std::chrono::seconds(6));
         expectErrorBox(kTimeoutExpired, "in use by another program");
-        EXPECT_EQ(state.ActivePassword, "before");
         EXPECT_EQ(readFile(file), before);
     }
 }
@@ -69,18 +69,18 @@ TEST_F(LockedPasswordFile, LookUpWaitsForASaveAndIsAbortedCleanly) {
     other.run("BEGIN IMMEDIATE");
     start(store.savePassword());
     TaskGroup aborted(loop.queue());
-    aborted.start(lookUpActivePassword(store, state));
+    aborted.start(lookUpOnce());
     TaskGroup lookups(loop.queue());
-    lookups.start(lookUpActivePassword(store, state));
+    lookups.start(lookUpOnce());
     loop.settle();
-    EXPECT_TRUE(state.UiLoading);
+    EXPECT_TRUE(activePassword.isBeingLookedUp());
     aborted.abort();
     other.run("COMMIT");
     waitForResult();
     EXPECT_TRUE(loop.turnUntil([&] { return lookups.isIdle(); }));
-    EXPECT_EQ(state.ActivePassword, "new");
+    EXPECT_EQ(activePassword.known(), "new");
     EXPECT_EQ(editor.unloaded, 1);
-    EXPECT_FALSE(state.UiLoading);
+    EXPECT_FALSE(activePassword.isBeingLookedUp());
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "assembly/engine.h"
 #include "base/date_text.h"
 #include "passwords/supplied_password_file.h"
-#include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/openssl/openssl_component.h"
 #include "platform/sqlite/sqlite_copier.h"
@@ -18,6 +17,7 @@
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
 #include "support/scripted_boxes.h"
+#include "support/troubled_files.h"
 
 namespace vantrell::test {
 
@@ -28,13 +28,13 @@ public:
     PassBench() {
         ::setenv("TZ", "UTC", 1);
         (void)files.makePrivateFolders(state.AppFolder);
-        writeFile(state.AppFolder + "/EDPasswords.mdb", std::string(suppliedPasswordFile()));
+        writeFile(passwordFile, std::string(suppliedPasswordFile()));
         state.settings.SourceFolder = root.makeFolder("in");
         state.settings.DestinationFolder = root.makeFolder("out");
         state.settings.DoneFolder = root.makeFolder("done");
         state.settings.RejectFolder = root.makeFolder("rejected");
         state.settings.ScanIntervalMs = 65535;
-        state.ActivePassword = "secret";
+        engine.activePassword.set("secret");
     }
 
     std::string in(const std::string& name) const { return state.settings.SourceFolder + "/" + name; }
@@ -47,8 +47,20 @@ public:
 
     /// What a pass works with, on another toolbox.
     PassParts partsOn(FileToolbox& other) {
-        return {state, window, engine.report, engine.log, engine.settings, other,
-                boxes, loop,   clock,         timRun,     engine.mode,     engine.notices};
+        return {state,
+                window,
+                engine.report,
+                engine.log,
+                engine.settings,
+                other,
+                boxes,
+                loop,
+                clock,
+                timRun,
+                engine.mode,
+                engine.notices,
+                engine.activePassword,
+                engine.noActivePassword};
     }
 
     void settle() {
@@ -79,7 +91,7 @@ public:
     HandCrankedLoop loop;
     SettableClock clock;
     HandDrivenTimers timers;
-    PosixDataFiles files;
+    TroubledFiles files;
     PosixToolbox toolbox{loop, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;
@@ -97,6 +109,8 @@ public:
                   {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
                   [] {}};
     ProgramState& state = engine.state;
+    const std::string passwordFile = state.AppFolder + "/EDPasswords.mdb";
+    const std::string settingsFile = state.AppFolder + "/ZEP.cfg";
     ScanPass& pass = engine.pass;
     Timer& timRun = *engine.timRun;
 };

@@ -42,7 +42,7 @@ protected:
         program.emplace(clock, timers, dataFiles);
         useWindow(program->window());
         ASSERT_TRUE(program->start());
-        ASSERT_TRUE(waitFor([&] { return !program->state().StartupPassMarker; }));
+        ASSERT_TRUE(waitFor([&] { return !program->engine().state.StartupPassMarker; }));
     }
 
     /// Looks at the condition whenever the event loop has had its turn; the time is a limit, not a measure.
@@ -69,7 +69,7 @@ protected:
     }
     void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
-    bool isIdle() const { return !program->state().PassInProgress; }
+    bool isIdle() const { return !program->engine().state.PassInProgress; }
     bool isEnabled(const char* button) const { return find<QPushButton>(button)->isEnabled(); }
     bool reachesMode(const std::string& text) {
         return waitFor([&] { return textOf("lblMode") == text; });
