@@ -5,8 +5,8 @@
 
 #include "passwords/password_lookup.h"
 #include "passwords/supplied_password_file.h"
-#include "platform/linux/kernel_flush.h"
-#include "platform/openssl/openssl_component.h"
+#include "platform/desktop/user_folders.h"
+#include "platform/openssl/openssl_cipher.h"
 
 namespace vantrell {
 
@@ -19,14 +19,14 @@ constexpr std::int32_t kClockMs = 25;
 }  // namespace
 
 Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
-    : flush_(makeKernelFlush()),
-      loop_(clock, *flush_),
+    : loop_(clock),
+      flushesCompleted_(kernel_.flushCompletions(loop_.queue())),
       timers_(timers),
       clock_(clock),
       files_(files),
-      toolbox_(loop_, clock_),
-      entry_(host_.programFolder()),
-      lines_(state_.AppFolder),
+      toolbox_(loop_, kernel_, clock_),
+      entry_(kernel_, host_.programFolder()),
+      lines_(kernel_, state_.AppFolder, temporaryFolder()),
       window_(lines_, toolbox_),
       weeklyWindow_(&window_),
       place_(window_, tray_),
@@ -53,10 +53,12 @@ Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
                     [this] { weekly_.clockTick(); }),
       backupMenus_(
           {state_, window_, boxes_, loop_, mode_, backup_, passwordLookup(), [this] { startup_.reloadSettings(); }}),
+      logReading_(kernel_),
       historyText_(state_, logReading_, loop_, window_),
       history_(state_, toolbox_, loop_, historyText_, window_),
       pass_(
-          passParts(), [this] { return std::make_unique<OpensslComponent>(loop_, toolbox_); }, passwordLookup()),
+          passParts(), [this] { return std::make_unique<CryptoComponent>(loop_, toolbox_, makeOpensslCipher); },
+          passwordLookup()),
       menus_(state_, window_, settings_, boxes_, place_, entry_, loop_.queue()),
       controller_(controllerParts(), [] { QCoreApplication::exit(0); }),
       startup_(controllerParts(), startupParts()),
@@ -99,17 +101,12 @@ bool Program::start() {
 // A second start of the program leads to one, by way of the helper that it starts.
 void Program::hearShowRequests() {
     if (!showRequests_.listen(state_.AppFolder, [this] { place_.show(); })) return;
-    showRequested_ = std::make_unique<QSocketNotifier>(showRequests_.descriptor(), QSocketNotifier::Read);
-    QObject::connect(showRequested_.get(), &QSocketNotifier::activated, showRequested_.get(),
-                     [this] { showRequests_.serve(); });
+    showRequested_ = std::make_unique<QtEventWatch>(showRequests_);
 }
 
 void Program::endWhenAsked(SignalSource& requests) {
-    if (requests.descriptor() < 0) return;
-    endRequested_ = std::make_unique<QSocketNotifier>(requests.descriptor(), QSocketNotifier::Read);
-    QObject::connect(endRequested_.get(), &QSocketNotifier::activated, endRequested_.get(), [this, &requests] {
-        if (requests.takeRequest()) controller_.closeForGood();
-    });
+    requests.setAsked([this] { controller_.closeForGood(); });
+    endRequested_ = std::make_unique<QtEventWatch>(requests);
 }
 
 PassParts Program::passParts() {

@@ -30,7 +30,8 @@ public:
     Timers& operator=(const Timers&) = delete;
     virtual ~Timers() = default;
 
-    /// `name` is for people who look into the running program.
+    /// `name` is for people who look into the running program. `tick` is called from the event loop; it may set its own
+    /// timer in any way, and must not destroy it.
     virtual std::unique_ptr<Timer> create(const std::string& name, std::function<void()> tick) = 0;
 };
 

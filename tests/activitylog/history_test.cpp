@@ -68,7 +68,7 @@ protected:
     ProgramState state;
     HandCrankedLoop loop;
     RecordedReader view;
-    PosixFileReading files;
+    PosixFileReading files{loop.kernel()};
     HistoryReader reader{state, files, loop, view};
     HistoryFind find{loop, reader.lines(), view};
 };

@@ -5,6 +5,7 @@
 #include "housekeeping/config_backup.h"
 #include "passwords/password_fixture.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/sqlite/sqlite_copier.h"
 #include "support/pass_bench.h"
 
@@ -63,7 +64,8 @@ protected:
     const std::string unload = app + "/Last Config Backup";
     const std::string cfg = "/ZEP.cfg";
     const std::string mdb = "/EDPasswords.mdb";
-    PosixDataFiles files;
+    LinuxKernel kernel;
+    PosixDataFiles files{kernel};
     SqliteCopier copier;
     SqliteDatabase database{bench.loop};
     PasswordStore store{bench.loop.queue(), database, bench.boxes, bench.state,

@@ -20,7 +20,7 @@ protected:
     }
     /// As the event loop would: serves as long as there is something to do.
     void serveAll() {
-        pollfd ready{listener.descriptor(), POLLIN, 0};
+        pollfd ready{static_cast<int>(listener.handle()), POLLIN, 0};
         for (int turn = 0; turn < 1000 && ::poll(&ready, 1, 0) == 1; ++turn) listener.serve();
         EXPECT_EQ(::poll(&ready, 1, 0), 0) << "it would turn for ever";
     }

@@ -9,10 +9,11 @@
 #include "mainwindow/main_window_controller.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/openssl/openssl_component.h"
+#include "platform/openssl/openssl_cipher.h"
 #include "rig/hand_cranked_loop.h"
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
+#include "support/recording_kernel.h"
 #include "support/scripted_boxes.h"
 #include "transport/scan_pass.h"
 
@@ -72,8 +73,9 @@ public:
     SettableClock clock;
     RecordingWindow window;
     ScriptedBoxes boxes{loop.queue()};
-    PosixDataFiles files;
-    PosixToolbox toolbox{loop, clock};
+    RecordingKernel kernel{loop.kernel(), root.path()};
+    PosixDataFiles files{kernel};
+    PosixToolbox toolbox{loop, kernel, clock};
     ManualTimer timRun;
     SettingsFile settings{state, files, clock};
     ActivityLog log{state, window, files, clock};
@@ -86,7 +88,7 @@ public:
     Notices notices{notifier, clock, window, place};
     const std::function<Task<void>()> find = [this] { return lookUp(this); };
     ScanPass pass{{state, window, report, log, settings, toolbox, boxes, loop, clock, timRun, mode, notices},
-                  [this] { return std::make_unique<OpensslComponent>(loop, toolbox); },
+                  [this] { return std::make_unique<CryptoComponent>(loop, toolbox, makeOpensslCipher); },
                   find};
     FakeHost host;
     const std::function<void()> none = [] {};

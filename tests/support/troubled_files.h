@@ -6,6 +6,7 @@
 #include <set>
 
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 
 namespace vantrell::test {
 
@@ -36,7 +37,8 @@ private:
     void look(const Path& path) const {
         if (outOfMemory.contains(path)) throw std::bad_alloc();
     }
-    PosixDataFiles real_;
+    LinuxKernel kernel_;
+    PosixDataFiles real_{kernel_};
 };
 
 }  // namespace vantrell::test

@@ -9,7 +9,6 @@
 #include "passwords/frmEDPasswords.h"
 #include "passwords/password_editor_controller.h"
 #include "passwords/supplied_password_file.h"
-#include "platform/linux/kernel_flush.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -55,9 +54,8 @@ protected:
 
     TemporaryFolder folder;
     ProgramState state;
-    std::unique_ptr<FlushService> flush = makeKernelFlush();
     SystemClock clock;
-    QtEventLoop loop{clock, *flush};
+    QtEventLoop loop{clock};
     frmEDPasswords window;
     QtMessageBoxes boxes{loop.queue(), nullptr};
     SqliteDatabase database{loop};

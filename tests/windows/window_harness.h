@@ -79,10 +79,10 @@ protected:
     RecordedEvents events;
     TemporaryFolder folder;
     Path folderOfLines = folder.path();
-    SpilledLines lines{folderOfLines};
     HandCrankedLoop loop;
+    SpilledLines lines{loop.kernel(), folderOfLines, folder.path()};
     SettableClock clock;
-    PosixToolbox toolbox{loop, clock};
+    PosixToolbox toolbox{loop, loop.kernel(), clock};
     frmMain window{lines, toolbox};
 };
 
