@@ -8,6 +8,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "platform/qt/qt_text.h"
 #include "widgets/row_mark.h"
@@ -57,11 +58,11 @@ QVariant frmHistoryRows::headerData(int section, Qt::Orientation orientation, in
     return section == nameColumn ? tr("Log file") : tr("Chosen");
 }
 
-frmHistory::frmHistory(ProgramState& state, FileToolbox& toolbox, EventLoop& loop, HistoryOpener& opener,
+frmHistory::frmHistory(Path logFolder, FileToolbox& toolbox, EventLoop& loop, HistoryOpener& opener,
                        QWidget& mainWindow)
     : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint),
       mainWindow_(mainWindow),
-      list_(state, toolbox, loop, *this, opener),
+      list_(std::move(logFolder), toolbox, loop, *this, opener),
       rows_(list_) {
     setObjectName(QStringLiteral("frmHistory"));
     setWindowTitle(tr("History"));

@@ -7,6 +7,8 @@
 #include <QWidget>
 
 #include "activitylog/history_list.h"
+#include "activitylog/log_entries.h"
+#include "core/ending.h"
 
 namespace vantrell {
 
@@ -33,16 +35,16 @@ private:
 };
 
 /// The list of log files, from which one is opened.
-class frmHistory final : public QWidget, private HistoryListView {
+class frmHistory final : public QWidget, public HistoryEntry, public Endable, private HistoryListView {
     Q_OBJECT
 
 public:
     /// All of them must outlive the window; it opens where `mainWindow` stands.
-    frmHistory(ProgramState& state, FileToolbox& toolbox, EventLoop& loop, HistoryOpener& opener, QWidget& mainWindow);
+    frmHistory(Path logFolder, FileToolbox& toolbox, EventLoop& loop, HistoryOpener& opener, QWidget& mainWindow);
     ~frmHistory() override;
 
-    /// Shows the window and lists the files, or brings the window to the front while it is open.
-    void open();
+    void open() override;
+    void abort() override { close(); }
 
 protected:
     void closeEvent(QCloseEvent* event) override;

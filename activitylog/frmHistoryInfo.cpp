@@ -28,11 +28,10 @@ QString linesText(std::size_t count) {
 
 }  // namespace
 
-frmHistoryInfo::frmHistoryInfo(const ProgramState& state, const FileReading& files, EventLoop& loop,
-                               QWidget& mainWindow)
+frmHistoryInfo::frmHistoryInfo(Path logFolder, const FileReading& files, EventLoop& loop, QWidget& mainWindow)
     : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint),
       mainWindow_(mainWindow),
-      reader_(state, files, loop, *this),
+      reader_(std::move(logFolder), files, loop, *this),
       find_(loop, reader_.lines(), *this),
       takeLines_([this] { takeLines(); }),
       showFound_([this] { showFound(); }) {

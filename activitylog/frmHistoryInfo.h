@@ -9,6 +9,7 @@
 #include "activitylog/history_find.h"
 #include "activitylog/history_list.h"
 #include "activitylog/history_reader.h"
+#include "core/ending.h"
 #include "widgets/elided_label.h"
 #include "widgets/line_view.h"
 #include "widgets/throttle.h"
@@ -17,15 +18,20 @@ namespace vantrell {
 
 /// The window in which log files are read. It shows the first lines at once and takes in the others while the reader
 /// reads; a file that is opened while it is still open follows the earlier ones.
-class frmHistoryInfo final : public QWidget, public HistoryOpener, private HistoryReaderView, private HistoryFindView {
+class frmHistoryInfo final : public QWidget,
+                             public HistoryOpener,
+                             public Endable,
+                             private HistoryReaderView,
+                             private HistoryFindView {
     Q_OBJECT
 
 public:
     /// All of them must outlive the window; it opens where `mainWindow` stands.
-    frmHistoryInfo(const ProgramState& state, const FileReading& files, EventLoop& loop, QWidget& mainWindow);
+    frmHistoryInfo(Path logFolder, const FileReading& files, EventLoop& loop, QWidget& mainWindow);
     ~frmHistoryInfo() override;
 
     void openHistory(const Path& fileName) override;
+    void abort() override { close(); }
     /// Appends the lines of a file of the log folder.
     void readtheHistoryfile(const Path& fileName) { reader_.readtheHistoryfile(fileName); }
 

@@ -1,23 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "activitylog/history_list.h"
 
-#include "activitylog/activity_log.h"
+#include <utility>
 
 namespace vantrell {
 
-HistoryList::HistoryList(ProgramState& state, FileToolbox& toolbox, EventLoop& loop, HistoryListView& view,
+HistoryList::HistoryList(Path logFolder, FileToolbox& toolbox, EventLoop& loop, HistoryListView& view,
                          HistoryOpener& opener)
-    : state_(state), toolbox_(toolbox), loop_(loop), view_(view), opener_(opener), fills_(loop.queue()) {}
+    : logFolder_(std::move(logFolder)),
+      toolbox_(toolbox),
+      loop_(loop),
+      view_(view),
+      opener_(opener),
+      fills_(loop.queue()) {}
 
 void HistoryList::FillHistoryList() {
     clear();
-    state_.LogFolder = logFolderBelow(state_.AppFolder);
     fills_.start(fill());
 }
 
 Task<void> HistoryList::fill() {
-    if (toolbox_.isFolder(state_.LogFolder)) {
-        const std::vector<Path> found = co_await toolbox_.search({state_.LogFolder, false, {}, {}});
+    if (toolbox_.isFolder(logFolder_)) {
+        const std::vector<Path> found = co_await toolbox_.search({logFolder_, false, {}, {}});
         for (const Path& path : found) {
             AddFilesToList(path.substr(path.rfind(kPathSeparator) + 1));
             co_await loop_.breathe();
@@ -47,7 +51,7 @@ void HistoryList::gridClicked(std::size_t row) {
 void HistoryList::OpenHistoryFile() {
     if (currentRow_ == 0) return;
     const Path fileName = rows_[currentRow_ - 1].fileName;
-    if (toolbox_.kindOf(joinPath(state_.LogFolder, fileName)) != EntryKind::regularFile) return;
+    if (toolbox_.kindOf(joinPath(logFolder_, fileName)) != EntryKind::regularFile) return;
     opener_.openHistory(fileName);
     view_.closeList();
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "core/program_state.h"
+#include "base/path.h"
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
 #include "task/task_group.h"
@@ -46,8 +46,7 @@ public:
         bool isChecked = false;
     };
 
-    HistoryList(ProgramState& state, FileToolbox& toolbox, EventLoop& loop, HistoryListView& view,
-                HistoryOpener& opener);
+    HistoryList(Path logFolder, FileToolbox& toolbox, EventLoop& loop, HistoryListView& view, HistoryOpener& opener);
 
     /// Lists the files of the log folder, whatever their names; those of its sub-folders are left out.
     void FillHistoryList();
@@ -69,7 +68,7 @@ public:
 private:
     Task<void> fill();
 
-    ProgramState& state_;
+    Path logFolder_;
     FileToolbox& toolbox_;
     EventLoop& loop_;
     HistoryListView& view_;

@@ -4,13 +4,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "activitylog/activity_log.h"
-
 namespace vantrell {
 
-HistoryReader::HistoryReader(const ProgramState& state, const FileReading& files, EventLoop& loop,
-                             HistoryReaderView& view)
-    : state_(state), files_(files), loop_(loop), view_(view), reads_(loop.queue()), copies_(loop.queue()) {}
+HistoryReader::HistoryReader(Path logFolder, const FileReading& files, EventLoop& loop, HistoryReaderView& view)
+    : logFolder_(std::move(logFolder)),
+      files_(files),
+      loop_(loop),
+      view_(view),
+      reads_(loop.queue()),
+      copies_(loop.queue()) {}
 
 void HistoryReader::readtheHistoryfile(const Path& fileName) {
     waiting_.push_back(fileName);
@@ -31,8 +33,7 @@ Task<void> HistoryReader::readWaiting() {
 }
 
 Task<void> HistoryReader::readOne(Path fileName) {
-    Result<std::unique_ptr<ReadableFile>> file =
-        files_.openForReading(joinPath(logFolderBelow(state_.AppFolder), fileName));
+    Result<std::unique_ptr<ReadableFile>> file = files_.openForReading(joinPath(logFolder_, fileName));
     if (!file.ok()) {
         reading_.isIncomplete = true;
         co_return;

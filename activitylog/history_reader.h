@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "activitylog/history_lines.h"
-#include "core/program_state.h"
+#include "base/path.h"
 #include "platform/event_loop.h"
 #include "task/task_group.h"
 
@@ -41,7 +41,7 @@ public:
     /// More than this is not copied: every program that looks at the clipboard would have to take it in.
     static constexpr std::size_t kLargestCopy = std::size_t{64} * 1024 * 1024;
 
-    HistoryReader(const ProgramState& state, const FileReading& files, EventLoop& loop, HistoryReaderView& view);
+    HistoryReader(Path logFolder, const FileReading& files, EventLoop& loop, HistoryReaderView& view);
 
     /// Appends the lines of a file of the log folder to those that are there. A failure ends the reading of that file.
     void readtheHistoryfile(const Path& fileName);
@@ -59,7 +59,7 @@ private:
     Task<void> readOne(Path fileName);
     Task<void> gather(std::vector<LineRange> ranges);
 
-    const ProgramState& state_;
+    Path logFolder_;
     const FileReading& files_;
     EventLoop& loop_;
     HistoryReaderView& view_;

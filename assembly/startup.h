@@ -1,50 +1,58 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string_view>
-#include <utility>
-
-#include "mainwindow/main_window_controller.h"
+#include "activitylog/activity_log.h"
+#include "assembly/loaded_settings.h"
+#include "core/ending.h"
+#include "core/window_place.h"
 #include "platform/data_files.h"
+#include "platform/file_toolbox.h"
 #include "platform/host.h"
+#include "platform/tray.h"
+#include "task/task_group.h"
+#include "transport/passes.h"
 
 namespace vantrell {
 
-/// What start-up works with besides the controller's parts.
+/// What start-up works with; everything outlives it.
 struct StartupParts {
-    DataFiles& files;
-    InstanceLock& instance;
-    MainWindowController& controller;
+    ProgramState& state;
+    MainWindow& window;
+    ActivityLog& log;
+    SettingsFile& settings;
+    LoadedSettings& loaded;
+    WindowPlace& place;
+    Passes& passes;
+    Timer& timRun;
     Timer& timMax;
-    /// The bytes of the empty password file that is put where there is none in a fresh profile.
-    std::string_view suppliedPasswordFile;
+    Host& host;
+    InstanceLock& instance;
+    Tray& tray;
+    DataFiles& files;
+    FileToolbox& toolbox;
+    RunQueue& queue;
 };
 
 /// The start-up sequence. Errors in a step are ignored and the next step runs.
-class Startup {
+class Startup final : public Endable {
 public:
-    Startup(ControllerParts parts, StartupParts more) : p_(std::move(parts)), more_(more) {}
+    explicit Startup(StartupParts parts) : p_(parts), cleanUp_(p_.queue) {}
 
-    /// Up to the shown window. False when another instance runs on this data folder and this one is to end at once.
+    /// Up to the shown window; what an earlier crash has left in the folders is cleaned up in turns that follow. False
+    /// when another instance runs on this data folder and this one is to end at once.
     bool load();
     /// The one tick, about 100 ms later, that shows or hides the window and runs the first pass.
     void timMax_Timer();
-    /// Reads the settings file again and shows what it holds, as at start-up.
-    void reloadSettings();
+    void abort() override { cleanUp_.abort(); }
 
 private:
     bool takeDataFolder();
     void supplyPasswordFile();
-    void readSettings();
-    void showLoadedSettings();
-    void showFolders();
-    void reportMissingFolders();
-    void showSettings();
-    void showNormal();
+    void cleanUpAfterCrash();
     [[nodiscard]] bool threeFoldersAreSet() const;
 
-    ControllerParts p_;
-    StartupParts more_;
+    StartupParts p_;
+    TaskGroup cleanUp_;
 };
 
 }  // namespace vantrell

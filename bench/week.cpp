@@ -22,6 +22,7 @@
 #include "bench/heart_beat.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/linux/linux_kernel.h"
+#include "rig/hand_driven_timers.h"
 #include "rig/profile.h"
 
 namespace {
@@ -42,36 +43,6 @@ public:
     [[nodiscard]] TimePoint now() const override { return time; }
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return time - TimePoint(kBegin); }
     TimePoint time{kBegin};
-};
-
-class HandDrivenTimer final : public Timer {
-public:
-    explicit HandDrivenTimer(std::function<void()> tick) : tick_(std::move(tick)) {}
-    void setInterval(std::int32_t milliseconds) override { interval_ = milliseconds; }
-    [[nodiscard]] std::int32_t interval() const override { return interval_; }
-    void setEnabled(bool enabled) override { enabled_ = enabled; }
-    [[nodiscard]] bool isEnabled() const override { return enabled_; }
-    void tick() const {
-        if (enabled_) tick_();
-    }
-
-private:
-    std::function<void()> tick_;
-    std::int32_t interval_ = 0;
-    bool enabled_ = false;
-};
-
-class HandDrivenTimers final : public Timers {
-public:
-    std::unique_ptr<Timer> create(const std::string& name, std::function<void()> tick) override {
-        auto made = std::make_unique<HandDrivenTimer>(std::move(tick));
-        made_[name] = made.get();
-        return made;
-    }
-    void tick(const std::string& name) const { made_.at(name)->tick(); }
-
-private:
-    std::map<std::string, HandDrivenTimer*> made_;
 };
 
 void clickAt(QWidget& widget, const QPoint& place) {
@@ -123,7 +94,7 @@ public:
         profile_.use();
         program_ = std::make_unique<Program>(clock_, timers_, dataFiles_);
         if (!program_->start()) return false;
-        timers_.tick("timMax");
+        timers_["timMax"].tickNow();
         waitForPass();
         return true;
     }
@@ -133,7 +104,7 @@ public:
         if (number % kPassesPerDelivery == 0)
             for (int i = 0; i < kFilesPerDelivery; ++i)
                 test::writeFile(profile_.in + "/" + std::to_string(number) + "-" + std::to_string(i), "contents");
-        for (const char* timer : {"timCurTime", "tmchkTimer", "timRun"}) timers_.tick(timer);
+        for (const char* timer : {"timCurTime", "tmchkTimer", "timRun"}) timers_[timer].tickNow();
         waitForPass();
     }
 
@@ -150,7 +121,7 @@ private:
     test::TemporaryFolder folder_;
     test::Profile profile_{folder_.path()};
     SettableClock clock_;
-    HandDrivenTimers timers_;
+    test::HandDrivenTimers timers_;
     LinuxKernel kernel_;
     PosixDataFiles dataFiles_{kernel_};
     std::unique_ptr<Program> program_;

@@ -36,7 +36,6 @@ struct ProgramState {
 
     Path AppFolder;
     Path SettingsFilePath;
-    Path LogFolder;
     std::string ProductTitle;
     std::string StatusText;
     std::string ActivePassword;  ///< empty: none is active

@@ -4,8 +4,10 @@
 #include <functional>
 
 #include "core/active_password.h"
+#include "core/ending.h"
 #include "core/main_window.h"
 #include "core/mode_display.h"
+#include "housekeeping/backup_entries.h"
 #include "housekeeping/config_backup.h"
 #include "task/task_group.h"
 #include "task/task_lock.h"
@@ -27,24 +29,19 @@ struct BackupMenuParts {
 
 /// The menu entries for backing up and restoring, and what follows a restore. A backup that is chosen again while it is
 /// still at work, or shows its box, does nothing; a restore of the passwords waits for the one before it.
-class BackupMenus {
+class BackupMenus final : public BackupEntries, public Endable {
 public:
     explicit BackupMenus(BackupMenuParts parts)
         : p_(std::move(parts)), backups_(p_.loop.queue()), turns_(p_.loop.queue()), restores_(p_.loop.queue()) {}
 
-    /// "Backup Current Configuration Files"
-    void mnBackup();
-    /// "Restore Configuration File Using the Unload Backup (Most Current)"
-    void mnONLBackup();
-    /// "Restore Configuration File Using  the Normal Backup (Manul Backup)"
-    void mnuNBU();
-    /// "Restore Password File Using the Unload Backup (Most Current)"
-    void mnuRPassOn() { restorePassword(&ConfigBackup::restoreOnClosePassword); }
-    /// "Restore Password  File Using  the Normal Backup (Manul Backup)"
-    void mnuPassNormal() { restorePassword(&ConfigBackup::restoreNormalPassword); }
+    void mnBackup() override;
+    void mnONLBackup() override;
+    void mnuNBU() override;
+    void mnuRPassOn() override { restorePassword(&ConfigBackup::restoreOnClosePassword); }
+    void mnuPassNormal() override { restorePassword(&ConfigBackup::restoreNormalPassword); }
 
-    /// When the program ends. What is copied by then is whole, the rest is as it was.
-    void abort();
+    /// What is copied by then is whole, the rest is as it was.
+    void abort() override;
 
 private:
     using Restore = Task<void> (ConfigBackup::*)();

@@ -82,6 +82,7 @@ Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
 // When the program ends
 
 void ConfigBackup::onCloseConfigBackup() noexcept try {
+    p_.closeStoreObjects();
     const Path folder = makeBackupFolder(kBackupOnClose);
     const auto copy = [&](const char* name, bool replaces, Copy method) {
         const Path backup = joinPath(folder, name);

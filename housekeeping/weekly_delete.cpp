@@ -58,7 +58,7 @@ Task<void> WeeklyDelete::deleteOnce() {
 
 // What the operator or a pass has decided meanwhile stands.
 void WeeklyDelete::resumeProcessing(unsigned switches) {
-    if (p_.state.PassInProgress || p_.mode.switches() != switches || (pauses_ && pauses_())) return;
+    if (p_.state.PassInProgress || p_.mode.switches() != switches || paused_) return;
     p_.mode.TurnOnTimRun();
 }
 

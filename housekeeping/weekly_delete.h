@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "activitylog/status_report.h"
+#include "core/ending.h"
 #include "core/main_window.h"
 #include "core/mode_display.h"
 #include "core/program_state.h"
 #include "housekeeping/clock_watch.h"
+#include "housekeeping/weekly_delete_entries.h"
 #include "housekeeping/weekly_schedule.h"
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
@@ -32,7 +33,7 @@ struct WeeklyDeleteParts {
 
 /// Deletes the files of the Done folder that came there more than the chosen number of days ago: once a week on
 /// schedule, or when told to.
-class WeeklyDelete {
+class WeeklyDelete final : public DeleteDoneEntry, public Endable {
 public:
     explicit WeeklyDelete(WeeklyDeleteParts parts);
 
@@ -40,16 +41,16 @@ public:
     void clockTick();
     /// Begins one deletion; while one is under way, the timer stays armed and tries again.
     void timDelete_Timer();
-    /// Menu "Manually Delete Done Files": the same at once, whatever the day and the time.
-    void mnDeleteDone();
+    /// The same at once, whatever the day and the time.
+    void mnDeleteDone() override;
 
     /// Deletes the old files at the top level of the folder, whose path ends with the separator.
     Task<void> scandirDel(Path folder);
 
-    /// While the answer is True, processing pauses and stays so after a deletion.
-    void setPauses(std::function<bool()> pauses) { pauses_ = std::move(pauses); }
+    /// While paused, processing stays off after a deletion.
+    void pauseProcessing(bool paused) { paused_ = paused; }
     [[nodiscard]] bool isIdle() { return tasks_.isIdle(); }
-    void abort();
+    void abort() override;
 
 private:
     [[nodiscard]] bool mayBegin();
@@ -61,7 +62,7 @@ private:
     WeeklyDeleteParts p_;
     WeeklySchedule schedule_;
     ClockWatch watch_;
-    std::function<bool()> pauses_;
+    bool paused_ = false;
     TaskGroup tasks_;
 };
 

@@ -44,12 +44,10 @@ void take(std::int16_t& field, int index, int first) {
 
 }  // namespace
 
-WeeklyDeleteDialog::WeeklyDeleteDialog(WeeklyDialogParts parts, std::function<void()> clockTick)
-    : p_(parts), clockTick_(std::move(clockTick)) {}
-
 void WeeklyDeleteDialog::cmdSched() {
     if (isOpen_) return p_.window.bringToFront();
     isOpen_ = true;
+    p_.weekly.pauseProcessing(true);
     p_.mode.TurnOffTimRun();
     p_.timClock.setInterval(kClockMs);
     p_.timClock.setEnabled(true);
@@ -71,7 +69,7 @@ void WeeklyDeleteDialog::okPressed(const WeeklyChoice& choice) {
     take(settings.WeeklyDeleteDaysOld, choice.daysOld, kLeastDaysOld);
     settings.WeeklyDeleteAmPm = choice.isAm ? "AM" : "PM";
     WeeklySaveConfig();
-    clockTick_();
+    p_.weekly.clockTick();
     close();
 }
 
@@ -91,6 +89,7 @@ void WeeklyDeleteDialog::close() {
 
 void WeeklyDeleteDialog::abort() {
     if (!std::exchange(isOpen_, false)) return;
+    p_.weekly.pauseProcessing(false);
     p_.timClock.setEnabled(false);
     p_.window.closeWindow();
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
-
+#include "core/ending.h"
 #include "core/mode_display.h"
 #include "core/program_state.h"
 #include "core/settings_file.h"
+#include "housekeeping/weekly_delete.h"
+#include "housekeeping/weekly_delete_entries.h"
 #include "housekeeping/weekly_delete_window.h"
 #include "platform/clock.h"
 #include "platform/timers.h"
@@ -20,21 +21,20 @@ struct WeeklyDialogParts {
     ModeDisplay& mode;
     const Clock& clock;
     Timer& timClock;  ///< ticks while the window is open; calls `timClock_Timer`
+    WeeklyDelete& weekly;
 };
 
 /// Decides what the settings window of the weekly delete does. Processing pauses while it is open.
-class WeeklyDeleteDialog final : public WeeklyDeleteEvents {
+class WeeklyDeleteDialog final : public WeeklyDeleteEvents, public ScheduleEntry, public Endable {
 public:
-    /// `clockTick` is the main window's, for the schedule to be shown at once.
-    WeeklyDeleteDialog(WeeklyDialogParts parts, std::function<void()> clockTick);
+    explicit WeeklyDeleteDialog(WeeklyDialogParts parts) : p_(parts) {}
 
-    /// Button "Weekly Auto-Delete Scheduler". Brings the window to the front when it is open already.
-    void cmdSched();
+    void cmdSched() override;
     void timClock_Timer();
     void okPressed(const WeeklyChoice& choice) override;
     void cancelPressed() override;
-    /// The program ends: the window goes, nothing is kept and processing stays as it is.
-    void abort();
+    /// The window goes, nothing is kept and processing stays as it is.
+    void abort() override;
 
     [[nodiscard]] bool isOpen() const { return isOpen_; }
 
@@ -43,7 +43,6 @@ private:
     void close();
 
     WeeklyDialogParts p_;
-    std::function<void()> clockTick_;
     bool isOpen_ = false;
 };
 

@@ -54,7 +54,7 @@ frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) {
     minimizedReport_.setSingleShot(true);
     minimizedReport_.setInterval(kReportStandsAfter);
     connect(&minimizedReport_, &QTimer::timeout, this, [this] {
-        if (isMinimized() && isVisible() && events_) events_->minimized();
+        if (isMinimized() && isVisible() && listeners_) listeners_->window.minimized();
     });
 }
 
@@ -164,28 +164,30 @@ QLayout* frmMain::makeButtonRow() {
 }
 
 void frmMain::connectControls() {
-    const auto forward = [this](auto* sender, auto signal, void (MainWindowEvents::*event)()) {
-        connect(sender, signal, this, [this, event] {
-            if (events_) (events_->*event)();
+    const auto tell = [this](QPushButton* button, void (*whom)(const MainWindowListeners&)) {
+        connect(button, &QPushButton::clicked, this, [this, whom] {
+            if (listeners_ != nullptr) whom(*listeners_);
         });
     };
-    forward(cmdStartDir_, &QPushButton::clicked, &MainWindowEvents::startPressed);
-    forward(cmdStopDir_, &QPushButton::clicked, &MainWindowEvents::stopPressed);
-    forward(cmdExit_, &QPushButton::clicked, &MainWindowEvents::exitPressed);
-    forward(cmdSched_, &QPushButton::clicked, &MainWindowEvents::schedulePressed);
-    connect(menus_, &frmMenus::chosen, this, [this](frmMenus::Event event) {
-        if (events_) (events_->*event)();
-    });
+    tell(cmdStartDir_, [](auto& to) { to.window.startPressed(); });
+    tell(cmdStopDir_, [](auto& to) { to.window.stopPressed(); });
+    tell(cmdExit_, [](auto& to) { to.window.exitPressed(); });
+    tell(cmdSched_, [](auto& to) { to.schedule.cmdSched(); });
     connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
     connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
-        if (events_) events_->includeSubfoldersClicked(checked);
+        if (listeners_) listeners_->fields.includeSubfoldersClicked(checked);
     });
     connect(ctNEdit1_, &MinutesField::spun, this, [this](bool up, const QString& text) {
-        if (events_) events_->intervalSpun(up, text.toStdString());
+        if (listeners_) listeners_->fields.intervalSpun(up, text.toStdString());
     });
     connect(ctNEdit1_, &MinutesField::edited, this, [this](const QString& text) {
-        if (events_) events_->intervalEdited(text.toStdString());
+        if (listeners_) listeners_->fields.intervalEdited(text.toStdString());
     });
+}
+
+void frmMain::setListeners(const MainWindowListeners* listeners) {
+    listeners_ = listeners;
+    menus_->setListeners(listeners);
 }
 
 void frmMain::setCaption(const std::string& text) { setWindowTitle(shownText(text)); }
@@ -322,12 +324,12 @@ void frmMain::showAbout(const AboutFacts& facts) {
     if (!about_) {
         about_ = new frmAbout(facts, this);
         connect(about_, &frmAbout::systemInfoPressed, this, [this] {
-            if (events_) events_->systemInfoPressed();
+            if (listeners_) listeners_->about.systemInfoPressed();
         });
         connect(about_, &frmAbout::copyDiagnosticsPressed, this, [this] {
-            if (events_)
+            if (listeners_)
                 about_->copyDiagnostics(
-                    QString::fromStdString(events_->diagnosticsWanted(toolkitText().toStdString())));
+                    QString::fromStdString(listeners_->about.diagnosticsWanted(toolkitText().toStdString())));
         });
     }
     about_->show();
@@ -338,7 +340,7 @@ void frmMain::showAbout(const AboutFacts& facts) {
 void frmMain::closeEvent(QCloseEvent* event) {
     const bool isCloseBox = event->spontaneous() && !closesForGood_ && !qGuiApp->isSavingSession();
     event->setAccepted(!isCloseBox);
-    if (isCloseBox && events_) events_->closeBoxPressed();
+    if (isCloseBox && listeners_) listeners_->window.closeBoxPressed();
 }
 
 void frmMain::changeEvent(QEvent* event) {
@@ -348,13 +350,13 @@ void frmMain::changeEvent(QEvent* event) {
 
 void frmMain::chooseFolder(FolderKind kind) {
     // Pressed once more, the picker that is open comes to the front.
-    if (!MK11_->isPicking() && (!events_ || !events_->folderPressed(kind))) return;
+    if (!MK11_->isPicking() && (!listeners_ || !listeners_->fields.folderPressed(kind))) return;
     MK11_->setParentForm(this);
     MK11_->setShowCreate(true);
     MK11_->setTitle("Select Current Folder or Create New Folder");
     MK11_->setInitDir(folders_->folder(kind));
     MK11_->SaveBrowse([this, kind](const Path& folder) {
-        if (events_) events_->folderChosen(kind, folder);
+        if (listeners_) listeners_->fields.folderChosen(kind, folder);
     });
 }
 

@@ -9,12 +9,12 @@
 #include <QTimer>
 
 #include "core/main_window.h"
-#include "core/main_window_events.h"
 #include "folderpicker/mk1.h"
 #include "mainwindow/frmAbout.h"
 #include "mainwindow/frmFolders.h"
 #include "mainwindow/frmMenus.h"
 #include "mainwindow/frmProgress.h"
+#include "mainwindow/main_window_listeners.h"
 #include "widgets/activity_box.h"
 #include "widgets/elided_label.h"
 #include "widgets/minutes_field.h"
@@ -28,13 +28,12 @@ class frmMain final : public QMainWindow, public MainWindow {
     Q_OBJECT
 
 public:
-    /// `lines` keeps the lines of the activity box; must outlive the window.
-    /// Both must outlive the window.
+    /// `lines` keeps the lines of the activity box. Both must outlive the window.
     frmMain(LineStore& lines, FileToolbox& toolbox);
     ~frmMain() override;
 
     /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
-    void setEvents(MainWindowEvents* events) { events_ = events; }
+    void setListeners(const MainWindowListeners* listeners);
 
     void setCaption(const std::string& text) override;
     void setLabel2(const std::string& text) override;
@@ -91,7 +90,7 @@ private:
     void enableButton(QPushButton& button, QPushButton& other, bool enabled);
     void resizeAtLeast(QSize size);
 
-    MainWindowEvents* events_ = nullptr;
+    const MainWindowListeners* listeners_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
     QTimer minimizedReport_;

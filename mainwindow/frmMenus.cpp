@@ -46,9 +46,10 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
 
     QMenu& startup = *addMenu(QStringLiteral("mnuStartup"), tr("Start Up &Options"),
                               tr("When the program starts, and what it does then"));
-    addEntry(startup, QStringLiteral("mnAddtoStartup"), tr("&Add to Startup"), &MainWindowEvents::addToStartupChosen);
+    addEntry(startup, QStringLiteral("mnAddtoStartup"), tr("&Add to Startup"),
+             [](auto& to) { to.options.mnAddtoStartup(); });
     addEntry(startup, QStringLiteral("mnuRemoveFromStartup"), tr("&Remove From  Start UP"),
-             &MainWindowEvents::removeFromStartupChosen);
+             [](auto& to) { to.options.mnuRemoveFromStartup(); });
     startupState_ = startup.addAction(QString());
     startupState_->setObjectName(QStringLiteral("startupState"));
     startupState_->setEnabled(false);
@@ -57,37 +58,41 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
     startup.addSeparator();
     mnuStartOnLoad_ =
         addCheckMark(startup, QStringLiteral("mnuStartOnLoad"), tr("&Start and Run Continually at program Start Up?"),
-                     &MainWindowEvents::startOnLoadChosen);
+                     [](auto& to) { to.options.mnuStartOnLoad(); });
     mnmax_ = addCheckMark(startup, QStringLiteral("mnmax"), tr("Run &Normal (Not Minimized) at Start Up?"),
-                          &MainWindowEvents::runNormalChosen);
+                          [](auto& to) { to.options.mnmax(); });
 
     QMenu& files = *addMenu(QStringLiteral("mnuPasswordsAndFiles"), tr("Passwords and &Files"),
                             tr("How passwords and files are treated"));
-    addEntry(files, QStringLiteral("mnuPasswords"), tr("Update/Add &Passwords"), &MainWindowEvents::passwordsChosen);
+    addEntry(files, QStringLiteral("mnuPasswords"), tr("Update/Add &Passwords"),
+             [](auto& to) { to.passwordEditor.open(); });
     files.addSeparator();
     addEntry(files, QStringLiteral("mnBackup"), tr("&Backup Current Configuration Files"),
-             &MainWindowEvents::backupChosen);
+             [](auto& to) { to.backups.mnBackup(); });
     addRestoreMenu(files);
     files.addSeparator();
     mnOW_ = addCheckMark(files, QStringLiteral("mnOW"), tr("&Overwrite Existing Files"),
-                         &MainWindowEvents::overwriteChosen);
+                         [](auto& to) { to.options.mnOW(); });
     addEntry(files, QStringLiteral("mnDeleteDone"), tr("&Manually Delete Done Files"),
-             &MainWindowEvents::deleteDoneChosen);
+             [](auto& to) { to.deleteDone.mnDeleteDone(); });
 
     QMenu& view = *addMenu(QStringLiteral("mnview"), tr("&View"), tr("The log and the current password"));
-    addEntry(view, QStringLiteral("mnviewCL"), tr("View &Current Log"), &MainWindowEvents::viewCurrentLogChosen);
+    addEntry(view, QStringLiteral("mnviewCL"), tr("View &Current Log"),
+             [](auto& to) { to.log.viewCurrentLogChosen(); });
     addEntry(view, QStringLiteral("mnuCurrentPass"), tr("View Current &Password"),
-             &MainWindowEvents::viewCurrentPasswordChosen);
+             [](auto& to) { to.currentPassword.viewCurrentPasswordChosen(); });
     addEntry(view, QStringLiteral("mnuHsitoryDaily"), tr("&Select DailyHistory File to View"),
-             &MainWindowEvents::historyChosen);
+             [](auto& to) { to.history.open(); });
     view.addSeparator();
     mnLogOffOn_ = addCheckMark(view, QStringLiteral("mnLogOffOn"), tr("Turn &Off Loging"),
-                               &MainWindowEvents::turnOffLoggingChosen);
+                               [](auto& to) { to.log.turnOffLoggingChosen(); });
 
     QAction* about = bar_.addAction(tr("&About"));
     about->setObjectName(QStringLiteral("mnuabout"));
     about->setMenuRole(QAction::NoRole);
-    connect(about, &QAction::triggered, this, [this] { Q_EMIT chosen(&MainWindowEvents::aboutChosen); });
+    connect(about, &QAction::triggered, this, [this] {
+        if (listeners_ != nullptr) listeners_->about.aboutChosen();
+    });
 }
 
 void frmMenus::addRestoreMenu(QMenu& files) {
@@ -95,15 +100,15 @@ void frmMenus::addRestoreMenu(QMenu& files) {
     describe(restore, QStringLiteral("mnOLB"), tr("Which file, and from which of the two backups"));
     addEntry(restore, QStringLiteral("mnONLBackup"),
              tr("Restore &Configuration File Using the Unload Backup (Most Current)"),
-             &MainWindowEvents::restoreSettingsFromUnloadChosen);
+             [](auto& to) { to.backups.mnONLBackup(); });
     addEntry(restore, QStringLiteral("mnuNBU"),
              tr("Restore Configuration File Using  the &Normal Backup (Manul Backup)"),
-             &MainWindowEvents::restoreSettingsFromNormalChosen);
+             [](auto& to) { to.backups.mnuNBU(); });
     addEntry(restore, QStringLiteral("mnuRPassOn"), tr("Restore &Password File Using the Unload Backup (Most Current)"),
-             &MainWindowEvents::restorePasswordsFromUnloadChosen);
+             [](auto& to) { to.backups.mnuRPassOn(); });
     addEntry(restore, QStringLiteral("mnuPassNormal"),
              tr("Restore Pass&word  File Using  the Normal Backup (Manul Backup)"),
-             &MainWindowEvents::restorePasswordsFromNormalChosen);
+             [](auto& to) { to.backups.mnuPassNormal(); });
 }
 
 QMenu* frmMenus::addMenu(const QString& name, const QString& caption, const QString& description) {
@@ -119,19 +124,19 @@ void frmMenus::describe(QMenu& menu, const QString& name, const QString& descrip
     menu.setAccessibleDescription(description);
 }
 
-QAction* frmMenus::addEntry(QMenu& menu, const QString& name, const QString& caption, Event event) {
+QAction* frmMenus::addEntry(QMenu& menu, const QString& name, const QString& caption, Choice choice) {
     QAction* entry = menu.addAction(caption);
     entry->setObjectName(name);
     entry->setMenuRole(QAction::NoRole);
-    connect(entry, &QAction::triggered, this, [this, entry, event] {
+    connect(entry, &QAction::triggered, this, [this, entry, choice] {
         entry->setChecked(entry->data().toBool());  // the click has moved the mark
-        Q_EMIT chosen(event);
+        if (listeners_ != nullptr) choice(*listeners_);
     });
     return entry;
 }
 
-QAction* frmMenus::addCheckMark(QMenu& menu, const QString& name, const QString& caption, Event event) {
-    QAction* entry = addEntry(menu, name, caption, event);
+QAction* frmMenus::addCheckMark(QMenu& menu, const QString& name, const QString& caption, Choice choice) {
+    QAction* entry = addEntry(menu, name, caption, choice);
     entry->setCheckable(true);
     mark(*entry, false);
     return entry;

@@ -6,8 +6,8 @@
 #include <QMenuBar>
 #include <QObject>
 
-#include "core/main_window_events.h"
 #include "core/program_state.h"
+#include "mainwindow/main_window_listeners.h"
 #include "platform/startup_entry.h"
 
 namespace vantrell {
@@ -18,25 +18,27 @@ class frmMenus final : public QObject {
     Q_OBJECT
 
 public:
-    using Event = void (MainWindowEvents::*)();
-
     /// Fills the bar, which must outlive this.
     explicit frmMenus(QMenuBar& bar, QObject* parent = nullptr);
+
+    /// Who is told what is chosen; null: nobody. Must outlive the menus or be taken back before.
+    void setListeners(const MainWindowListeners* listeners) { listeners_ = listeners; }
 
     void showSettings(const SettingsRecord& settings);
     void setStartupEntry(StartupEntry::State state);
 
-Q_SIGNALS:
-    void chosen(vantrell::frmMenus::Event event);
-
 private:
+    /// Tells the entry's room that it was chosen.
+    using Choice = void (*)(const MainWindowListeners& to);
+
     QMenu* addMenu(const QString& name, const QString& caption, const QString& description);
     static void describe(QMenu& menu, const QString& name, const QString& description);
     void addRestoreMenu(QMenu& files);
-    QAction* addEntry(QMenu& menu, const QString& name, const QString& caption, Event event);
-    QAction* addCheckMark(QMenu& menu, const QString& name, const QString& caption, Event event);
+    QAction* addEntry(QMenu& menu, const QString& name, const QString& caption, Choice choice);
+    QAction* addCheckMark(QMenu& menu, const QString& name, const QString& caption, Choice choice);
 
     QMenuBar& bar_;
+    const MainWindowListeners* listeners_ = nullptr;
     QAction* startupState_ = nullptr;
     QAction* mnuStartOnLoad_ = nullptr;
     QAction* mnmax_ = nullptr;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/ending.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
 #include "core/settings_file.h"
 #include "core/window_place.h"
+#include "mainwindow/main_window_events.h"
 #include "platform/message_boxes.h"
 #include "platform/startup_entry.h"
 #include "task/task_group.h"
@@ -15,19 +17,18 @@ namespace vantrell {
 /// that ties two of them together: a program that starts hidden must also process by itself.
 ///
 /// While one of their questions is open, further clicks on these entries do nothing.
-class OptionMenus {
+class OptionMenus final : public OptionEntries, public Endable {
 public:
     OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
                 WindowPlace& place, StartupEntry& entry, RunQueue& queue);
 
-    void mnuStartOnLoad();
-    void mnmax();
-    void mnOW();
-    void mnAddtoStartup();
-    void mnuRemoveFromStartup();
+    void mnAddtoStartup() override;
+    void mnuRemoveFromStartup() override;
+    void mnuStartOnLoad() override;
+    void mnmax() override;
+    void mnOW() override;
 
-    /// Withdraws an open question.
-    void abort() { questions_.abort(); }
+    void abort() override { questions_.abort(); }
 
 private:
     [[nodiscard]] bool isQuiet();

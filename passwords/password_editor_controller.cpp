@@ -95,7 +95,7 @@ Task<void> PasswordEditorController::closeLater() {
     co_return;
 }
 
-void PasswordEditorController::closeNow() {
+void PasswordEditorController::abort() {
     closing_.abort();
     dropWork();
     store_.detachEditor(*this);

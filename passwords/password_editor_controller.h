@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "core/ending.h"
 #include "passwords/password_editor.h"
 #include "passwords/password_editor_state.h"
+#include "passwords/password_entries.h"
 #include "passwords/password_store.h"
 #include "passwords/password_window.h"
 #include "platform/message_boxes.h"
@@ -20,18 +22,19 @@ namespace vantrell {
 /// Add, Edit, Delete and Exit take what stands in the window at the moment of the click. While one of them is at work
 /// or has a question open, further clicks on them do nothing; leaving waits for the work, and takes the question back.
 /// After a failure, of which a box has told, text and list stand as they were and the window stays open.
-class PasswordEditorController final : public PasswordEditor, public PasswordWindowEvents {
+class PasswordEditorController final : public PasswordEditor,
+                                       public PasswordWindowEvents,
+                                       public PasswordEditorEntry,
+                                       public Endable {
 public:
     /// Everything outlives the controller.
     PasswordEditorController(PasswordStore& store, PasswordWindow& window, MessageBoxes& boxes,
                              const ProgramState& state, RunQueue& queue);
     ~PasswordEditorController() override;
 
-    /// Opens the window and fills its list; one that is open comes to the front.
-    void open();
-    /// Closes the window at once and drops all work of its own; what was not yet saved is undone. For the end of the
-    /// program; not to be called from within a store operation.
-    void closeNow();
+    void open() override;
+    /// Closes the window at once and drops all work of its own; what was not yet saved is undone.
+    void abort() override;
     [[nodiscard]] bool isLoaded() const { return isLoaded_; }
 
     [[nodiscard]] std::string enteredPassword() const override;

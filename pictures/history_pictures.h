@@ -33,17 +33,16 @@ inline void writeLogs(const std::string& folder) {
 inline void drawHistory(const std::function<void(QWidget&, const QString&)>& save,
                         const std::function<void(int)>& wait) {
     const TemporaryFolder folder;
-    writeLogs(folder.makeFolder("Daily Activity Logs"));
-    ProgramState state;
-    state.AppFolder = folder.path();
+    const Path& logs = folder.path();
+    writeLogs(logs);
     LinuxKernel kernel;
     const SystemClock clock;
     QtEventLoop loop(clock);
     PosixToolbox toolbox(loop, kernel, clock);
     const PosixFileReading files{kernel};
     QWidget mainWindow;
-    frmHistoryInfo log(state, files, loop, mainWindow);
-    frmHistory list(state, toolbox, loop, log, mainWindow);
+    frmHistoryInfo log(logs, files, loop, mainWindow);
+    frmHistory list(logs, toolbox, loop, log, mainWindow);
     list.open();
     wait(300);
     auto* grid = list.findChild<QTableView*>();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace vantrell {
 
@@ -21,6 +22,17 @@ public:
     [[nodiscard]] virtual std::int32_t interval() const = 0;
     virtual void setEnabled(bool enabled) = 0;
     [[nodiscard]] virtual bool isEnabled() const = 0;
+
+    /// What is done at each tick; nothing before this is called. It must not destroy the timer.
+    void onTick(std::function<void()> tick) { tick_ = std::move(tick); }
+
+protected:
+    void tick() const {
+        if (tick_) tick_();
+    }
+
+private:
+    std::function<void()> tick_;
 };
 
 class Timers {
@@ -30,9 +42,8 @@ public:
     Timers& operator=(const Timers&) = delete;
     virtual ~Timers() = default;
 
-    /// `name` is for people who look into the running program. `tick` is called from the event loop; it may set its own
-    /// timer in any way, and must not destroy it.
-    virtual std::unique_ptr<Timer> create(const std::string& name, std::function<void()> tick) = 0;
+    /// `name` is for people who look into the running program.
+    virtual std::unique_ptr<Timer> create(const std::string& name) = 0;
 };
 
 }  // namespace vantrell

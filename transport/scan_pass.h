@@ -44,6 +44,8 @@ public:
 
     /// One pass from its first step to one of its endings. Not to be started while another one is under way.
     Task<void> timRun_Timer();
+    /// From its search to its ending.
+    [[nodiscard]] bool isInProgress() const { return p_.state.PassInProgress; }
     /// The pass under way ends before its next file; a question that it asks is withdrawn.
     void requestStop();
     /// Puts the state in order after the pass under way was aborted.

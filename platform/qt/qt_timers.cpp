@@ -3,7 +3,6 @@
 
 #include <QTimer>
 #include <algorithm>
-#include <utility>
 
 namespace vantrell {
 
@@ -11,9 +10,9 @@ namespace {
 
 class QtTimer final : public Timer {
 public:
-    QtTimer(const std::string& name, std::function<void()> tick) {
+    explicit QtTimer(const std::string& name) {
         timer_.setObjectName(QString::fromStdString(name));
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(tick));
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
     }
 
     // Qt would tick without a pause at 0 ms, and refuses negative intervals.
@@ -31,8 +30,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Timer> QtTimers::create(const std::string& name, std::function<void()> tick) {
-    return std::make_unique<QtTimer>(name, std::move(tick));
-}
+std::unique_ptr<Timer> QtTimers::create(const std::string& name) { return std::make_unique<QtTimer>(name); }
 
 }  // namespace vantrell

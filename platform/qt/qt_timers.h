@@ -7,7 +7,7 @@ namespace vantrell {
 
 class QtTimers final : public Timers {
 public:
-    std::unique_ptr<Timer> create(const std::string& name, std::function<void()> tick) override;
+    std::unique_ptr<Timer> create(const std::string& name) override;
 };
 
 }  // namespace vantrell

@@ -47,10 +47,6 @@ std::string numberedLines(int count) {
 
 class HistoryReaderTest : public testing::Test {
 protected:
-    HistoryReaderTest() {
-        state.AppFolder = folder.path();
-        logs = folder.makeFolder("Daily Activity Logs");
-    }
     void write(const std::string& name, const std::string& bytes) const { writeFile(logs + "/" + name, bytes); }
     void read(const std::string& name) {
         reader.readtheHistoryfile(name);
@@ -64,12 +60,11 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string logs;
-    ProgramState state;
+    std::string logs = folder.makeFolder("logs");
     HandCrankedLoop loop;
     RecordedReader view;
     PosixFileReading files{loop.kernel()};
-    HistoryReader reader{state, files, loop, view};
+    HistoryReader reader{logs, files, loop, view};
     HistoryFind find{loop, reader.lines(), view};
 };
 
@@ -95,7 +90,7 @@ TEST_F(HistoryReaderTest, ShowsLineForLineOneFileAfterAnother) {
 
 TEST_F(HistoryReaderTest, KeepsTheLinesReadBeforeAFault) {
     const FailingReading failing;
-    HistoryReader faulty(state, failing, loop, view);
+    HistoryReader faulty(logs, failing, loop, view);
     faulty.readtheHistoryfile("a");
     run();
     EXPECT_GT(faulty.lines().size(), 300'000U);

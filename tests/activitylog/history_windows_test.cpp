@@ -24,8 +24,6 @@ using Names = std::vector<std::string>;
 class HistoryWindowsTest : public testing::Test {
 protected:
     void SetUp() override {
-        state.AppFolder = folder.path();
-        logs = folder.makeFolder("Daily Activity Logs");
         mainWindow.setGeometry(90, 70, 300, 200);
         mainWindow.show();
     }
@@ -74,16 +72,15 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string logs;
-    ProgramState state;
+    std::string logs = folder.makeFolder("logs");
     LinuxKernel kernel;
     SystemClock clock;
     QtEventLoop loop{clock};
     PosixToolbox toolbox{loop, kernel, clock};
     PosixFileReading files{kernel};
     QWidget mainWindow;
-    frmHistoryInfo reading{state, files, loop, mainWindow};
-    frmHistory list{state, toolbox, loop, reading, mainWindow};
+    frmHistoryInfo reading{logs, files, loop, mainWindow};
+    frmHistory list{logs, toolbox, loop, reading, mainWindow};
     QTableView* grid = nullptr;
     QPushButton* load = nullptr;
 };
@@ -95,7 +92,7 @@ TEST_F(HistoryWindowsTest, ListsEveryFileAndOpensTheLast) {
     QTest::mouseClick(load, Qt::LeftButton);
     EXPECT_TRUE(list.isVisible()) << "there is nothing to load";
     list.close();
-    folder.makeFolder("Daily Activity Logs/below");
+    folder.makeFolder("logs/below");
     for (const char* name : {"b", "a", ".hidden", "M\xFCller.txt"}) write(name, "one\r\n");
     openList();
     EXPECT_EQ(listed(), (Names{".hidden", "M\\xFCller.txt", "a", "b"}));

@@ -21,8 +21,8 @@ TEST_F(NoticesTest, ALastingTroubleIsToldAgainAfterGrowingPauses) {
     std::vector<int> toldAtMinute;
     for (int minute = 0; minute < 72 * 60; ++minute) {
         const std::size_t before = told();
-        bench.notices.passEnded(Trouble::diskFails, "the disk is full", 0);
-        bench.notices.tick();
+        bench.engine.notices.passEnded(Trouble::diskFails, "the disk is full", 0);
+        bench.engine.notices.tick();
         if (told() > before) toldAtMinute.push_back(minute);
         bench.clock.time += minutes(1);
     }
@@ -30,19 +30,19 @@ TEST_F(NoticesTest, ALastingTroubleIsToldAgainAfterGrowingPauses) {
 }
 
 TEST_F(NoticesTest, WhatStandsStillIsToldAgainWithoutAPass) {
-    bench.notices.passEnded(Trouble::diskFails, "full", 0);
-    bench.notices.passEnded(Trouble::folderGone, "Done Folder /x does not exist", 0);
+    bench.engine.notices.passEnded(Trouble::diskFails, "full", 0);
+    bench.engine.notices.passEnded(Trouble::folderGone, "Done Folder /x does not exist", 0);
     EXPECT_EQ(told(), 2U);
     bench.clock.time += hours(2);
-    bench.notices.tick();
+    bench.engine.notices.tick();
     EXPECT_EQ(told(), 3U);
     bench.clock.time -= hours(30 * 24);
-    bench.notices.tick();
+    bench.engine.notices.tick();
     EXPECT_EQ(told(), 4U) << "a clock that was put back silences nothing";
-    bench.notices.operatorActed();
+    bench.engine.notices.operatorActed();
     EXPECT_EQ(bench.notifier.withdrawn, 1);
     bench.clock.time += hours(48);
-    bench.notices.tick();
+    bench.engine.notices.tick();
     EXPECT_EQ(told(), 4U);
 }
 
@@ -81,7 +81,7 @@ TEST_F(NoticesTest, EndingsOfPassesAreTroubles) {
 TEST_F(NoticesTest, AQuestionBringsAHiddenWindowBackAndItsEndWithdraws) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");
-    bench.place.hide();
+    bench.engine.place.hide();
     TaskGroup group(bench.loop.queue());
     group.start(bench.pass.timRun_Timer());
     bench.settle();

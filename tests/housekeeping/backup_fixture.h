@@ -2,11 +2,7 @@
 #pragma once
 
 #include "core/settings_format.h"
-#include "housekeeping/config_backup.h"
 #include "passwords/password_fixture.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/linux_kernel.h"
-#include "platform/sqlite/sqlite_copier.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -64,14 +60,8 @@ protected:
     const std::string unload = app + "/Last Config Backup";
     const std::string cfg = "/ZEP.cfg";
     const std::string mdb = "/EDPasswords.mdb";
-    LinuxKernel kernel;
-    PosixDataFiles files{kernel};
-    SqliteCopier copier;
-    SqliteDatabase database{bench.loop};
-    PasswordStore store{bench.loop.queue(), database, bench.boxes, bench.state,
-                        [](const Path& path) { return std::filesystem::is_regular_file(path); }};
-    ConfigBackup backup{{bench.state, bench.settings, bench.toolbox, files, copier, bench.boxes, bench.loop,
-                         bench.clock, [this] { store.closeStoreObjects(); }, suppliedPasswordFile()}};
+    PasswordStore& store = bench.engine.passwords;
+    ConfigBackup& backup = bench.engine.backup;
 };
 
 }  // namespace vantrell::test

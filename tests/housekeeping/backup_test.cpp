@@ -53,8 +53,8 @@ TEST_F(BackupTest, BackupsHoldWhatTheLiveFilesHoldAndArePrivate) {
 
 TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     writeFile(app + cfg, kIncomplete);
-    bench.settings.loadSettings();
-    bench.settings.saveSettings();
+    bench.engine.settings.loadSettings();
+    bench.engine.settings.saveSettings();
     ASSERT_NE(readFile(app + cfg), kIncomplete);
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
@@ -63,7 +63,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     // A restore that did nothing does not make the part whole.
     std::filesystem::remove(hand + cfg);
     backup.restoreNormalConfig();
-    bench.settings.loadSettings();
+    bench.engine.settings.loadSettings();
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
 
@@ -75,7 +75,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
 
 TEST_F(BackupTest, ANewDataFolderReplacesNoOlderCopy) {
     bench.state.settings = {};
-    bench.settings.saveSettings();
+    bench.engine.settings.saveSettings();
     writeFile(app + mdb, std::string(suppliedPasswordFile()));
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));

@@ -124,9 +124,7 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
 }
 
 TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
-    bool isOpen = false;
-    weekly.weekly->setPauses([&isOpen] { return isOpen; });
-    ModeDisplay& mode = weekly.bench.mode;
+    ModeDisplay& mode = weekly.bench.engine.mode;
     weekly.weekly->mnDeleteDone();
     EXPECT_FALSE(weekly.bench.timRun.isEnabled());
     ASSERT_TRUE(weekly.finish());
@@ -134,10 +132,10 @@ TEST_F(WeeklyDeleteTest, ResumesProcessingUnlessSomebodyDecidedOtherwise) {
 
     weekly.weekly->mnDeleteDone();
     weekly.bench.loop.turn();
-    isOpen = true;
+    weekly.weekly->pauseProcessing(true);
     ASSERT_TRUE(weekly.deleteByHand());
     EXPECT_EQ(mode.mode(), Mode::stopped) << "the settings window is open";
-    isOpen = false;
+    weekly.weekly->pauseProcessing(false);
 
     weekly.bench.state.PassInProgress = true;
     ASSERT_TRUE(weekly.deleteByHand());
@@ -178,7 +176,7 @@ TEST_F(TroubledDeleteTest, LeavesTheWindowItsTurnsAndAStopMeanwhileStands) {
     weekly.timDelete.setEnabled(true);
     weekly.weekly->timDelete_Timer();
     EXPECT_TRUE(weekly.timDelete.isEnabled()) << "it waits for its turn";
-    weekly.bench.mode.TurnOffTimRun();
+    weekly.bench.engine.mode.TurnOffTimRun();
     int turns = 0;
     while (weekly.bench.loop.turn()) ++turns;
     EXPECT_GT(turns, 5) << "300 ms of work at 20 ms a turn";

@@ -42,22 +42,21 @@ protected:
     }
     void expectClosed(Mode mode) {
         EXPECT_FALSE(window.isVisible() || dialog.isOpen() || timClock.isEnabled());
-        EXPECT_EQ(weekly.bench.mode.mode(), mode);
+        EXPECT_EQ(weekly.bench.engine.mode.mode(), mode);
     }
 
     WeeklyBench weekly;
     frmweeklyDelete window;
-    ManualTimer timClock;
-    WeeklyDeleteDialog dialog{
-        {weekly.bench.state, window, weekly.bench.settings, weekly.bench.mode, weekly.bench.clock, timClock},
-        [this] { weekly.weekly->clockTick(); }};
+    HandDrivenTimer timClock;
+    WeeklyDeleteDialog dialog{{weekly.bench.state, window, weekly.bench.engine.settings, weekly.bench.engine.mode,
+                               weekly.bench.clock, timClock, *weekly.weekly}};
 };
 
 TEST_F(WeeklyWindowTest, OpensPausedWithWhatIsStored) {
     weekly.settings().WeeklyDeleteAmPm.clear();
-    weekly.bench.mode.TurnOnTimRun();
+    weekly.bench.engine.mode.TurnOnTimRun();
     open();
-    EXPECT_EQ(weekly.bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(weekly.bench.engine.mode.mode(), Mode::stopped);
     EXPECT_EQ(saved().WeeklyDeleteAmPm, "PM");
     EXPECT_EQ(shown(), "Monday 7 05 7 PM");
     EXPECT_EQ(find<QLabel>("lblClock")->text().toStdString(), generalDateText(weekly.bench.clock.time));

@@ -13,10 +13,10 @@ struct ControllerTest : ::testing::Test {
 };
 
 TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
-    bench.controller.startPressed();
-    bench.controller.startPressed();
+    bench.engine.controller.startPressed();
+    bench.engine.controller.startPressed();
     bench.settle();
-    bench.controller.startPressed();
+    bench.engine.controller.startPressed();
     bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
     bench.boxes.answerOpen(Answer::no);
@@ -24,7 +24,7 @@ TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
 
     (void)bench.messages();
     bench.state.settings.DoneFolder.clear();
-    bench.controller.startPressed();
+    bench.engine.controller.startPressed();
     bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
     EXPECT_TRUE(bench.messages().empty());
@@ -34,15 +34,15 @@ TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
 TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");
-    bench.controller.timRun_Timer();
+    bench.engine.passes.timRun_Timer();
     bench.settle();
     ASSERT_EQ(bench.boxes.openIds.size(), 1U);
-    bench.controller.timRun_Timer();
+    bench.engine.passes.timRun_Timer();
     bench.settle();
     EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    (void)bench.controller.folderPressed(FolderKind::done);
+    (void)bench.engine.fields.folderPressed(FolderKind::done);
     bench.settle();
-    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
     EXPECT_TRUE(bench.exists(bench.in("a")));
 }
 

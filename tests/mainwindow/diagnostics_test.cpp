@@ -21,7 +21,7 @@ TEST(Message, ShowsStrangersTheProgramsOwnWordsAlone) {
 // What the program really logs, with names that would be noticed anywhere.
 class DiagnosticsTest : public ::testing::Test {
 protected:
-    [[nodiscard]] std::string text() { return bench.controller.diagnosticsWanted("Qt 6.4.2 (xcb)"); }
+    [[nodiscard]] std::string text() { return bench.engine.about.diagnosticsWanted("Qt 6.4.2 (xcb)"); }
     PassBench bench;
 };
 
@@ -44,7 +44,7 @@ TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
           "20261116 140000 Encryped:  <…> - Sucessful: \n"}) {
         EXPECT_NE(text().find(part), std::string::npos) << part << " not in\n" << text();
     }
-    for (int i = 0; i < 60; ++i) bench.log.logEvent(i < 10 ? Message("Loading") : Message("Loaded"));
+    for (int i = 0; i < 60; ++i) bench.engine.log.logEvent(i < 10 ? Message("Loading") : Message("Loaded"));
     EXPECT_EQ(text().find("Loading"), std::string::npos) << "fifty events are enough";
 }
 
@@ -53,13 +53,13 @@ TEST_F(DiagnosticsTest, SystemInformationIsTheDesktopsOwnProgram) {
     for (const char* desktop : {"ubuntu:GNOME", "KDE", "XFCE", "LXQt"}) {
         bench.host.variables["XDG_CURRENT_DESKTOP"] = desktop;
         if (std::string(desktop) == "LXQt") bench.host.installed = {"hardinfo"};
-        bench.controller.systemInfoPressed();
+        bench.engine.about.systemInfoPressed();
     }
     EXPECT_EQ(bench.host.started,
               (std::vector<Path>{"gnome-control-center info-overview", "kinfocenter", "xfce4-about", "hardinfo"}));
     EXPECT_TRUE(bench.boxes.informed.empty());
     bench.host.installed.clear();
-    bench.controller.systemInfoPressed();
+    bench.engine.about.systemInfoPressed();
     ASSERT_EQ(bench.boxes.informed.size(), 1U);
     EXPECT_EQ(bench.boxes.informed[0].text, "System Information Is Unavailable At This Time");
 }

@@ -32,7 +32,7 @@ TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     bench.state.settings.RunContinuallyAtStartup = path.continually;
     bench.state.settings.RunNormalAtStartup = path.normal;
     for (const Answer answer : path.answers) bench.boxes.answerNext(answer);
-    (bench.menus.*path.click)();
+    (bench.engine.optionMenus.*path.click)();
     bench.settle();
     EXPECT_EQ(bench.state.settings.RunContinuallyAtStartup, path.continuallyAfter);
     EXPECT_EQ(bench.state.settings.RunNormalAtStartup, path.normalAfter);
@@ -68,10 +68,10 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(OptionMenusTest, ARunNormalThatWasCheckedMeanwhileKeepsTheWindow) {
     bench.state.settings.RunContinuallyAtStartup = bench.state.settings.RunNormalAtStartup = true;
     bench.window.visible = true;
-    bench.menus.mnmax();
+    bench.engine.optionMenus.mnmax();
     bench.settle();
     ASSERT_EQ(bench.boxes.openIds.size(), 1U);
-    bench.menus.mnuStartOnLoad();
+    bench.engine.optionMenus.mnuStartOnLoad();
     EXPECT_TRUE(bench.state.settings.RunContinuallyAtStartup) << "one question at a time";
     bench.state.settings.RunNormalAtStartup = true;
     bench.boxes.answerOpen(Answer::yes);
@@ -83,7 +83,7 @@ TEST_F(OptionMenusTest, OverwritingIsAskedForAndTakenBackWithoutAsking) {
     bench.boxes.answerNext(Answer::no);
     bench.boxes.answerNext(Answer::yes);
     for (const bool after : {false, true, false}) {
-        bench.menus.mnOW();
+        bench.engine.optionMenus.mnOW();
         bench.settle();
         EXPECT_EQ(bench.state.settings.OverwriteExistingFiles, after);
     }
@@ -91,16 +91,16 @@ TEST_F(OptionMenusTest, OverwritingIsAskedForAndTakenBackWithoutAsking) {
 }
 
 TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
-    bench.menus.mnAddtoStartup();
+    bench.engine.optionMenus.mnAddtoStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::works);
     EXPECT_EQ(bench.boxes.informed.back().text,
               "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
     bench.state.ScanActive = true;
-    bench.menus.mnuRemoveFromStartup();
+    bench.engine.optionMenus.mnuRemoveFromStartup();
     EXPECT_EQ(bench.entry.present, StartupEntry::State::works);
     EXPECT_EQ(bench.boxes.informed.back().text.rfind("Please confirm file change notification", 0), 0U);
     bench.state.ScanActive = false;
-    bench.menus.mnuRemoveFromStartup();
+    bench.engine.optionMenus.mnuRemoveFromStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::none);
     EXPECT_EQ(bench.boxes.informed.back().text, "ZEP is Now Removed Start UP. ");
 }

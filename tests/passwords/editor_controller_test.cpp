@@ -131,7 +131,7 @@ TEST_F(EditorTest, AsksBeforeTheActivePasswordIsDeleted) {
 TEST_F(EditorTest, EveryWayOutTakesAnOpenQuestionBackAndLeavesNothing) {
     fill("INSERT INTO EncDecPasswords VALUES ('Two', 1)");
     const std::function<void()> ways[] = {[this] { press(kExit); }, [this] { press(kCloseBox); },
-                                          [this] { EXPECT_EQ(lookUp(), "Two"); }, [this] { controller.closeNow(); }};
+                                          [this] { EXPECT_EQ(lookUp(), "Two"); }, [this] { controller.abort(); }};
     for (const auto& leave : ways) {
         open();
         expectEmptied();

@@ -3,40 +3,9 @@
 
 #include "passwords/password_editor_controller.h"
 #include "passwords/password_fixture.h"
+#include "support/doubles.h"
 
 namespace vantrell::test {
-
-/// The window's part, without a window.
-class FakeWindow final : public PasswordWindow {
-public:
-    [[nodiscard]] std::string enteredPassword() const override { return text; }
-    void setEnteredPassword(const std::string& password) override { text = password; }
-    [[nodiscard]] bool isActiveSet() const override { return active; }
-    void setActiveSet(bool set) override { active = set; }
-    void showRows(const std::vector<PasswordRow>& list) override {
-        rows.clear();
-        for (const PasswordRow& row : list) rows.push_back(row.password + (row.activeText == "True" ? "=1" : "=0"));
-        selected.reset();
-    }
-    [[nodiscard]] std::optional<std::size_t> selectedRow() const override { return selected; }
-    void showControls(const PasswordControls& controls) override {
-        shown.clear();
-        if (controls.add) shown += "Add ";
-        if (controls.edit) shown += "Edit ";
-        if (controls.erase) shown += "Delete ";
-        if (controls.active) shown += "Active ";
-    }
-    void setNote(const std::string& sentence) override { note = sentence; }
-    void focusPassword() override { focus = "txtpassword"; }
-    void focusActive() override { focus = "chkActive"; }
-    void showWindow() override { isOpen = true; }
-    void closeWindow() override { isOpen = false; }
-
-    std::string text, note, focus, shown;
-    bool active = false, isOpen = false;
-    Strings rows;
-    std::optional<std::size_t> selected;
-};
 
 inline constexpr char kNothing[] = "";
 inline constexpr char kNewPassword[] = "Add Active ";
@@ -88,7 +57,7 @@ protected:
         EXPECT_EQ(window.shown, kNothing);
     }
 
-    FakeWindow window;
+    FakePasswordWindow window;
     PasswordEditorController controller{store, window, boxes, state, loop.queue()};
     static constexpr auto kAdd = &PasswordEditorController::addPressed;
     static constexpr auto kEdit = &PasswordEditorController::editPressed;

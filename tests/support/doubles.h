@@ -2,15 +2,17 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "core/main_window.h"
+#include "housekeeping/weekly_delete_window.h"
+#include "passwords/password_window.h"
 #include "platform/host.h"
 #include "platform/notifier.h"
 #include "platform/startup_entry.h"
-#include "platform/timers.h"
 #include "platform/tray.h"
 #include "rig/settable_clock.h"
 
@@ -64,21 +66,51 @@ public:
     std::int32_t processed = 0;
 };
 
-/// A timer that ticks when the test says so.
-class ManualTimer final : public Timer {
+/// The window of the password editor, without a screen.
+class FakePasswordWindow final : public PasswordWindow {
 public:
-    void setInterval(std::int32_t milliseconds) override { interval_ = milliseconds; }
-    [[nodiscard]] std::int32_t interval() const override { return interval_; }
-    void setEnabled(bool enabled) override { enabled_ = enabled; }
-    [[nodiscard]] bool isEnabled() const override { return enabled_; }
+    [[nodiscard]] std::string enteredPassword() const override { return text; }
+    void setEnteredPassword(const std::string& password) override { text = password; }
+    [[nodiscard]] bool isActiveSet() const override { return active; }
+    void setActiveSet(bool set) override { active = set; }
+    void showRows(const std::vector<PasswordRow>& list) override {
+        rows.clear();
+        for (const PasswordRow& row : list) rows.push_back(row.password + (row.activeText == "True" ? "=1" : "=0"));
+        selected.reset();
+    }
+    [[nodiscard]] std::optional<std::size_t> selectedRow() const override { return selected; }
+    void showControls(const PasswordControls& controls) override {
+        shown.clear();
+        if (controls.add) shown += "Add ";
+        if (controls.edit) shown += "Edit ";
+        if (controls.erase) shown += "Delete ";
+        if (controls.active) shown += "Active ";
+    }
+    void setNote(const std::string& sentence) override { note = sentence; }
+    void focusPassword() override { focus = "txtpassword"; }
+    void focusActive() override { focus = "chkActive"; }
+    void showWindow() override { isOpen = true; }
+    void closeWindow() override { isOpen = false; }
 
-private:
-    std::int32_t interval_ = 0;
-    bool enabled_ = false;
+    std::string text, note, focus, shown;
+    bool active = false, isOpen = false;
+    std::vector<std::string> rows;
+    std::optional<std::size_t> selected;
+};
+
+class FakeWeeklyWindow final : public WeeklyDeleteWindow {
+public:
+    void fillLists(const WeeklyLists&) override {}
+    void select(const WeeklyChoice&) override {}
+    void setClock(const std::string&) override {}
+    void showCentred() override {}
+    void bringToFront() override {}
+    void closeWindow() override {}
 };
 
 class FakeHost final : public Host {
 public:
+    explicit FakeHost(Path profileFolder = {}) : profile(std::move(profileFolder)) {}
     [[nodiscard]] Path profileFolder() const override { return profile; }
     [[nodiscard]] Path programFolder() const override { return "/opt/vantrell"; }
     bool startProgram(const Path& file) override {

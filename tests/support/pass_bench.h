@@ -5,28 +5,31 @@
 #include <string>
 #include <vector>
 
+#include "assembly/engine.h"
 #include "base/date_text.h"
-#include "mainwindow/main_window_controller.h"
+#include "passwords/supplied_password_file.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/openssl/openssl_cipher.h"
+#include "platform/sqlite/sqlite_copier.h"
+#include "platform/sqlite/sqlite_database.h"
 #include "rig/hand_cranked_loop.h"
+#include "rig/hand_driven_timers.h"
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
 #include "support/recording_kernel.h"
 #include "support/scripted_boxes.h"
-#include "transport/scan_pass.h"
 
 namespace vantrell::test {
 
-/// The engine on real folders: a pass and the controller over it, with a window that remembers, boxes that answer as
-/// told, and a loop that is turned by hand.
+/// The engine on real folders, with a window that remembers, boxes that answer as told, and a loop that is turned by
+/// hand.
 class PassBench {
 public:
     PassBench() {
         ::setenv("TZ", "UTC", 1);
-        state.AppFolder = root.makeFolder("app");
-        state.SettingsFilePath = state.AppFolder + "/ZEP.cfg";
+        (void)files.makePrivateFolders(state.AppFolder);
+        writeFile(state.AppFolder + "/EDPasswords.mdb", std::string(suppliedPasswordFile()));
         state.settings.SourceFolder = root.makeFolder("in");
         state.settings.DestinationFolder = root.makeFolder("out");
         state.settings.DoneFolder = root.makeFolder("done");
@@ -42,6 +45,12 @@ public:
 
     /// Runs one pass to its end; False when it waits for an answer.
     bool runPass() { return loop.run(pass.timRun_Timer()); }
+
+    /// What a pass works with, on another toolbox.
+    PassParts partsOn(FileToolbox& other) {
+        return {state, window, engine.report, engine.log, engine.settings, other,
+                boxes, loop,   clock,         timRun,     engine.mode,     engine.notices};
+    }
 
     void settle() {
         loop.turnUntil([] { return false; });
@@ -68,45 +77,30 @@ public:
     }
 
     TemporaryFolder root;
-    ProgramState state;
     HandCrankedLoop loop;
     SettableClock clock;
-    RecordingWindow window;
-    ScriptedBoxes boxes{loop.queue()};
+    HandDrivenTimers timers;
     RecordingKernel kernel{loop.kernel(), root.path()};
     PosixDataFiles files{kernel};
     PosixToolbox toolbox{loop, kernel, clock};
-    ManualTimer timRun;
-    SettingsFile settings{state, files, clock};
-    ActivityLog log{state, window, files, clock};
-    StatusReport report{state, window, log};
-    ModeDisplay mode{state, window, timRun};
-    std::string passwordOfStore;  // what a lookup finds
-    FakeTray tray;
-    WindowPlace place{window, tray};
-    RecordingNotifier notifier;
-    Notices notices{notifier, clock, window, place};
-    const std::function<Task<void>()> find = [this] { return lookUp(this); };
-    ScanPass pass{{state, window, report, log, settings, toolbox, boxes, loop, clock, timRun, mode, notices},
-                  [this] { return std::make_unique<CryptoComponent>(loop, toolbox, makeOpensslCipher); },
-                  find};
-    FakeHost host;
-    const std::function<void()> none = [] {};
-    OtherCommands others{none, none, none, none, none, none, none, none, none, none, none, none};
+    SqliteDatabase database{loop};
+    SqliteCopier databaseCopier;
+    FakeHost host{root.path()};
+    FakeInstanceLock instance;
     FakeStartupEntry entry;
-    OptionMenus menus{state, window, settings, boxes, place, entry, loop.queue()};
-    MainWindowController controller{parts(), none};
-
-    ControllerParts parts() {
-        return {state, window, report, log,   settings, boxes, loop,  clock,   host,  timRun,
-                mode,  pass,   find,   place, tray,     entry, menus, notices, others};
-    }
-
-private:
-    static Task<void> lookUp(PassBench* bench) {
-        bench->state.ActivePassword = bench->passwordOfStore;
-        co_return;
-    }
+    RecordingWindow window;
+    FakePasswordWindow passwordWindow;
+    FakeWeeklyWindow weeklyWindow;
+    ScriptedBoxes boxes{loop.queue()};
+    FakeTray tray;
+    RecordingNotifier notifier;
+    Engine engine{
+        {clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, makeOpensslCipher},
+        {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
+        [] {}};
+    ProgramState& state = engine.state;
+    ScanPass& pass = engine.pass;
+    Timer& timRun = *engine.timRun;
 };
 
 }  // namespace vantrell::test

@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "housekeeping/weekly_delete.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -26,8 +25,8 @@ public:
 
     /// As when the program is started again, on the given toolbox.
     void startAnew(FileToolbox& toolbox) {
-        weekly.emplace(WeeklyDeleteParts{bench.state, bench.window, bench.report, toolbox, bench.loop, bench.clock,
-                                         bench.mode, timDelete});
+        weekly.emplace(WeeklyDeleteParts{bench.state, bench.window, bench.engine.report, toolbox, bench.loop,
+                                         bench.clock, bench.engine.mode, timDelete});
     }
     SettingsRecord& settings() { return bench.state.settings; }
     /// One tick of the clock timer, and of the deletion timer when it is armed; True when a deletion ran to its end.
@@ -46,7 +45,7 @@ public:
     }
 
     PassBench bench;
-    ManualTimer timDelete;
+    HandDrivenTimer timDelete;
     std::optional<WeeklyDelete> weekly;
 };
 

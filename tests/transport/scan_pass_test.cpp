@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/linux_fd.h"
+#include "rig/sqlite_file.h"
 #include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
 
@@ -65,7 +66,7 @@ TEST_F(ScanPassTest, CarriesFilesAndSaysSoLineByLine) {
     EXPECT_FALSE(bench.window.waitPointer);
     std::string saved;
     for (const std::string& text : expected) saved += generalDateText(bench.clock.time) + " " + text + "\r\n";
-    EXPECT_EQ(readFile(bench.log.LogFilePath()), saved);
+    EXPECT_EQ(readFile(bench.engine.log.LogFilePath()), saved);
 }
 
 TEST_F(ScanPassTest, EndsPausedWithoutFiles) {
@@ -210,7 +211,7 @@ TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     EXPECT_EQ(bench.names(bench.state.settings.SourceFolder), Texts{"b"}) << "a failed file ends it";
     EXPECT_FALSE(bench.timRun.isEnabled());
     EXPECT_FALSE(bench.state.SinglePassMode);
-    EXPECT_EQ(bench.mode.mode(), Mode::stopped);
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
     EXPECT_EQ(bench.messages().back(), paused());
 }
 
@@ -222,9 +223,7 @@ Task<void> emptyRejectedFolder(PassBench* bench) {
 
 TEST_F(ScanPassTest, DoesNotBeginWithAFolderThatWasEmptiedDuringTheLookup) {
     bench.state.ActivePassword.clear();
-    ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, bench.toolbox, bench.boxes,
-                   bench.loop, bench.clock, bench.timRun, bench.mode, bench.notices},
-                  {}, [this] { return emptyRejectedFolder(&bench); });
+    ScanPass pass(bench.partsOn(bench.toolbox), {}, [this] { return emptyRejectedFolder(&bench); });
     ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
     EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
     EXPECT_TRUE(bench.messages().empty());
@@ -239,7 +238,7 @@ TEST_F(ScanPassTest, StopsWithoutAPassword) {
     ASSERT_EQ(bench.boxes.informed.size(), 1U);
     EXPECT_EQ(bench.boxes.informed[0].text, "There is no active password.  Encryption has stopped.");
     EXPECT_FALSE(bench.timRun.isEnabled());
-    bench.passwordOfStore = "found";
+    OtherProgram(bench.state.AppFolder + "/EDPasswords.mdb").run("INSERT INTO EncDecPasswords VALUES ('found', 1)");
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.window.processed, 1);
 }
@@ -257,9 +256,7 @@ public:
 
 TEST_F(ScanPassTest, SaysOnceWhatItCouldNotReadAndNotThatThereIsNothing) {
     UnreadFolder toolbox(bench.toolbox);
-    ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, toolbox, bench.boxes, bench.loop,
-                   bench.clock, bench.timRun, bench.mode, bench.notices},
-                  {}, {});
+    ScanPass pass(bench.partsOn(toolbox), {}, {});
     const std::string words = "Folder /in/closed - FAILED: no right";
     for (const Texts& said : {Texts{words}, Texts{}}) {
         ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
@@ -287,8 +284,7 @@ TEST_F(ScanPassTest, AMachineFaultLeavesTheFilesInSourceAndTriesAgainLater) {
     for (const char* name : {"a", "b", "c", "d", "e"}) writeFile(bench.in(name), name);
     for (const auto& [kind, tried] : {std::pair{FaultKind::noSpace, 3U}, std::pair{FaultKind::deviceFailing, 1U}}) {
         FailingOutputs failing(bench.toolbox, kind);
-        ScanPass pass({bench.state, bench.window, bench.report, bench.log, bench.settings, failing, bench.boxes,
-                       bench.loop, bench.clock, bench.timRun, bench.mode, bench.notices},
+        ScanPass pass(bench.partsOn(failing),
                       [&] { return std::make_unique<CryptoComponent>(bench.loop, failing, makeOpensslCipher); }, {});
         ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
         const Texts said = bench.messages();

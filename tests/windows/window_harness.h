@@ -18,11 +18,22 @@
 namespace vantrell::test {
 
 /// Writes down what the window forwards, in order.
-class RecordedEvents final : public MainWindowEvents {
+class RecordedEvents final : public MainWindowEvents,
+                             public SettingFieldEvents,
+                             public OptionEntries,
+                             public AboutEvents,
+                             public PasswordEditorEntry,
+                             public CurrentPasswordEntry,
+                             public BackupEntries,
+                             public ScheduleEntry,
+                             public DeleteDoneEntry,
+                             public LogEntries {
 public:
     void startPressed() override { seen.emplace_back("start"); }
     void stopPressed() override { seen.emplace_back("stop"); }
     void exitPressed() override { seen.emplace_back("exit"); }
+    void closeBoxPressed() override { seen.emplace_back("close box"); }
+    void minimized() override { seen.emplace_back("minimized"); }
     bool folderPressed(FolderKind kind) override {
         seen.push_back("folder " + std::to_string(static_cast<int>(kind)));
         return mayChooseFolder;
@@ -33,33 +44,39 @@ public:
     void includeSubfoldersClicked(bool checked) override { seen.emplace_back(checked ? "include" : "leave out"); }
     void intervalSpun(bool up, const std::string& text) override { seen.push_back((up ? "up " : "down ") + text); }
     void intervalEdited(const std::string& text) override { seen.push_back("edited " + text); }
-    void closeBoxPressed() override { seen.emplace_back("close box"); }
-    void minimized() override { seen.emplace_back("minimized"); }
-    void addToStartupChosen() override { seen.emplace_back("add"); }
-    void removeFromStartupChosen() override { seen.emplace_back("remove"); }
-    void startOnLoadChosen() override { seen.emplace_back("start on load"); }
-    void runNormalChosen() override { seen.emplace_back("run normal"); }
-    void schedulePressed() override { seen.emplace_back("schedule"); }
-    void passwordsChosen() override { seen.emplace_back("passwords"); }
-    void backupChosen() override { seen.emplace_back("backup"); }
-    void deleteDoneChosen() override { seen.emplace_back("delete done"); }
-    void restoreSettingsFromUnloadChosen() override { seen.emplace_back("settings, unload"); }
-    void restoreSettingsFromNormalChosen() override { seen.emplace_back("settings, normal"); }
-    void restorePasswordsFromUnloadChosen() override { seen.emplace_back("passwords, unload"); }
-    void restorePasswordsFromNormalChosen() override { seen.emplace_back("passwords, normal"); }
-    void historyChosen() override { seen.emplace_back("history"); }
-    void overwriteChosen() override { seen.emplace_back("overwrite"); }
+    void mnAddtoStartup() override { seen.emplace_back("add"); }
+    void mnuRemoveFromStartup() override { seen.emplace_back("remove"); }
+    void mnuStartOnLoad() override { seen.emplace_back("start on load"); }
+    void mnmax() override { seen.emplace_back("run normal"); }
+    void mnOW() override { seen.emplace_back("overwrite"); }
+    void cmdSched() override { seen.emplace_back("schedule"); }
+    void open() override { seen.emplace_back("passwords"); }
     void viewCurrentPasswordChosen() override { seen.emplace_back("password"); }
+    void mnBackup() override { seen.emplace_back("backup"); }
+    void mnONLBackup() override { seen.emplace_back("settings, unload"); }
+    void mnuNBU() override { seen.emplace_back("settings, normal"); }
+    void mnuRPassOn() override { seen.emplace_back("passwords, unload"); }
+    void mnuPassNormal() override { seen.emplace_back("passwords, normal"); }
+    void mnDeleteDone() override { seen.emplace_back("delete done"); }
+    void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
+    void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
     void aboutChosen() override { seen.emplace_back("about"); }
     void systemInfoPressed() override { seen.emplace_back("system info"); }
     [[nodiscard]] std::string diagnosticsWanted(const std::string& toolkit) override {
         return "diagnostics of " + toolkit;
     }
-    void viewCurrentLogChosen() override { seen.emplace_back("view log"); }
-    void turnOffLoggingChosen() override { seen.emplace_back("logging"); }
 
     std::vector<std::string> seen;
     bool mayChooseFolder = false;
+};
+
+class RecordedHistory final : public HistoryEntry {
+public:
+    explicit RecordedHistory(std::vector<std::string>& seen) : seen_(seen) {}
+    void open() override { seen_.emplace_back("history"); }
+
+private:
+    std::vector<std::string>& seen_;
 };
 
 using Seen = std::vector<std::string>;
@@ -69,14 +86,17 @@ class MainWindowTest : public ::testing::Test, protected Controls {
 protected:
     void SetUp() override {
         useWindow(window);
-        window.setEvents(&events);
+        window.setListeners(&listeners);
         window.showWindow();
         window.bringToFront();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
-    void TearDown() override { window.setEvents(nullptr); }
+    void TearDown() override { window.setListeners(nullptr); }
 
     RecordedEvents events;
+    RecordedHistory history{events.seen};
+    MainWindowListeners listeners{events, events, events, events, events, events,
+                                  events, events, events, events, history};
     TemporaryFolder folder;
     Path folderOfLines = folder.path();
     HandCrankedLoop loop;

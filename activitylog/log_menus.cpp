@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "activitylog/log_menus.h"
+
+namespace vantrell {
+
+void LogMenus::turnOffLoggingChosen() {
+    if (state_.UiLoading) return;
+    if (state_.settings.LoggingTurnedOff) return switchLogging(false, "User Turned on Logging");
+    if (question_.isIdle()) question_.start(turnOffLogging());
+}
+
+Task<void> LogMenus::turnOffLogging() {
+    const Box box{"Logging Options",
+                  "If logging is turned off entries in the Activies Log will stop logging and events will not be "
+                  "captured. Is this OK?",
+                  Buttons::yesNo};
+    const Answer answer = co_await boxes_.ask(box);
+    if (answer == Answer::yes)
+        switchLogging(true, "User Turned off Logging");
+    else
+        boxes_.inform({kApplicationTitle, "Ok then this program will keep logging."});
+}
+
+void LogMenus::switchLogging(bool turnedOff, const Message& event) {
+    state_.settings.LoggingTurnedOff = turnedOff;
+    window_.showSettings(state_.settings);
+    log_.logEvent(event);
+    log_.writetofile();
+    settings_.saveSettings();
+}
+
+}  // namespace vantrell

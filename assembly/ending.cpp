@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "assembly/ending.h"
+
+namespace vantrell {
+
+void Ending::saveAll() {
+    p_.settings.saveSettings();
+    p_.log.saveWhenOn();
+}
+
+void Ending::closeForGood() {
+    if (std::exchange(p_.state.ClosingForGood, true)) return;
+    for (Endable* one : atWork_) one->abort();
+    p_.settings.saveSettings();
+    p_.log.saveForGood();
+    p_.backup.onCloseConfigBackup();
+    p_.timRun.setEnabled(false);
+    p_.tray.remove();
+    p_.notices.operatorActed();
+    p_.window.closeWindow();
+    (void)p_.host.startProgram(joinPath(p_.host.programFolder(), "KillZEP"));
+    quit_();
+}
+
+}  // namespace vantrell

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "assembly/engine.h"
+
+#include <utility>
+
+#include "base/date_text.h"
+#include "core/data_folder.h"
+#include "passwords/password_lookup.h"
+#include "passwords/supplied_password_file.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr std::int32_t kStartupStepMs = 100;
+constexpr std::int32_t kModeMs = 50;
+constexpr std::int32_t kClockMs = 25;
+
+ProgramState stateBelow(const Path& profileFolder) {
+    ProgramState state;
+    state.AppFolder = appFolderBelow(profileFolder);
+    state.SettingsFilePath = joinPath(state.AppFolder, kSettingsFileName);
+    state.ProductTitle = kProductName;
+    return state;
+}
+
+}  // namespace
+
+Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
+    : machine(std::move(given)),
+      screen(std::move(shown)),
+      state(stateBelow(machine.host.profileFolder())),
+      settings(state, machine.files, machine.clock),
+      log(state, screen.window, machine.files, machine.clock),
+      report(state, screen.window, log),
+      place(screen.window, screen.tray),
+      notices(screen.notifier, machine.clock, screen.window, place),
+      timRun(machine.timers.create("timRun")),
+      timMax(machine.timers.create("timMax")),
+      tmchkTimer(machine.timers.create("tmchkTimer")),
+      timCurTime(machine.timers.create("timCurTime")),
+      timDelete(machine.timers.create("timDelete")),
+      timWeeklyClock(machine.timers.create("timWeeklyClock")),
+      mode(state, screen.window, *timRun),
+      loadedSettings({state, screen.window, report, settings, screen.boxes, machine.entry, *timRun}),
+      passwords(machine.loop.queue(), machine.database, screen.boxes, state,
+                [this](const Path& path) { return machine.toolbox.kindOf(path) == EntryKind::regularFile; }),
+      lookUpActivePassword([this] { return vantrell::lookUpActivePassword(passwords, state); }),
+      passwordEditor(passwords, screen.passwordWindow, screen.boxes, state, machine.loop.queue()),
+      currentPassword({state, screen.window, screen.boxes, mode, lookUpActivePassword, machine.loop.queue()}),
+      backup({state, settings, machine.toolbox, machine.files, machine.databaseCopier, screen.boxes, machine.loop,
+              machine.clock, [this] { passwords.closeStoreObjects(); }, suppliedPasswordFile()}),
+      backupMenus({state, screen.window, screen.boxes, machine.loop, mode, backup, lookUpActivePassword,
+                   [this] { loadedSettings.reload(); }}),
+      weekly({state, screen.window, report, machine.toolbox, machine.loop, machine.clock, mode, *timDelete}),
+      weeklyDialog({state, screen.weeklyWindow, settings, mode, machine.clock, *timWeeklyClock, weekly}),
+      pass(
+          {state, screen.window, report, log, settings, machine.toolbox, screen.boxes, machine.loop, machine.clock,
+           *timRun, mode, notices},
+          [&m = this->machine] { return std::make_unique<CryptoComponent>(m.loop, m.toolbox, m.makeCipher); },
+          lookUpActivePassword),
+      passes(pass, machine.loop.queue()),
+      ending({state, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
+             std::move(quit)),
+      optionMenus(state, screen.window, settings, screen.boxes, place, machine.entry, machine.loop.queue()),
+      logMenus(state, screen.window, log, settings, screen.boxes, machine.loop.queue()),
+      about(state, screen.window, screen.boxes, machine.host, log),
+      fields({state, screen.window, settings, screen.boxes, *timRun, mode, passes}),
+      controller({state, screen.window, report, screen.boxes, machine.loop.queue(), machine.clock, mode, passes, place,
+                  notices, ending}),
+      startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
+               machine.instance, screen.tray, machine.files, machine.toolbox, machine.loop.queue()}) {
+    connectTimers();
+    std::vector<Endable*> atWork{&controller, &logMenus,       &currentPassword, &optionMenus,  &passes,
+                                 &startup,    &passwordEditor, &weekly,          &weeklyDialog, &backupMenus};
+    atWork.insert(atWork.end(), screen.others.begin(), screen.others.end());
+    ending.endsFirst(std::move(atWork));
+}
+
+void Engine::connectTimers() {
+    timRun->onTick([this] { passes.timRun_Timer(); });
+    timMax->onTick([this] { startup.timMax_Timer(); });
+    tmchkTimer->onTick([this] { mode.tmchkTimer_Timer(); });
+    timCurTime->onTick([this] { clockTick(); });
+    timDelete->onTick([this] { weekly.timDelete_Timer(); });
+    timWeeklyClock->onTick([this] { weeklyDialog.timClock_Timer(); });
+    timMax->setInterval(kStartupStepMs);
+    tmchkTimer->setInterval(kModeMs);
+    timCurTime->setInterval(kClockMs);
+}
+
+void Engine::clockTick() {
+    screen.window.setClock(timeText(machine.clock.now()));
+    weekly.clockTick();
+    notices.tick();
+}
+
+bool Engine::start() {
+    if (!startup.load()) return false;
+    for (const auto* timer : {&timMax, &tmchkTimer, &timCurTime}) (*timer)->setEnabled(true);
+    return true;
+}
+
+MainWindowListeners Engine::listeners(HistoryEntry& history) {
+    return {controller,  fields,       optionMenus, about,    passwordEditor, currentPassword,
+            backupMenus, weeklyDialog, weekly,      logMenus, history};
+}
+
+}  // namespace vantrell

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "assembly/loaded_settings.h"
+
+#include <utility>
+
+#include "core/scan_interval.h"
+
+namespace vantrell {
+
+void LoadedSettings::read() {
+    switch (p_.settings.loadSettings()) {
+        case SettingsFile::Loaded::incomplete:
+            return p_.boxes.inform(
+                {kApplicationTitle,
+                 "Not all of the settings file ZEP.cfg could be read. What could be read is used; the "
+                 "file as it was is kept beside it under a name with today's date."});
+        case SettingsFile::Loaded::unreadable:
+            return p_.boxes.inform(
+                {kApplicationTitle,
+                 "The settings file ZEP.cfg could not be read. It stays as it is, and changes of the "
+                 "settings will not be saved."});
+        default:
+            break;
+    }
+}
+
+void LoadedSettings::showFolders() {
+    const SettingsRecord& settings = p_.state.settings;
+    const std::pair<FolderKind, const Path&> folders[] = {{FolderKind::source, settings.SourceFolder},
+                                                          {FolderKind::destination, settings.DestinationFolder},
+                                                          {FolderKind::done, settings.DoneFolder},
+                                                          {FolderKind::reject, settings.RejectFolder}};
+    for (const auto& [kind, folder] : folders) {
+        if (folder.empty()) {
+            showNormal();
+            p_.settings.saveSettings();
+        }
+        p_.window.setFolder(kind, folder);
+    }
+    p_.window.setCaption("Quillon Inc - Vantrell(ZEP)");
+    reportMissingFolders();
+    p_.window.setPanel1("ZEP Folder = " + settings.SourceFolder);
+}
+
+void LoadedSettings::reportMissingFolders() {
+    p_.timRun.setInterval(effectiveIntervalMs(p_.state.settings.ScanIntervalMs));
+    if (!p_.state.anyFolderIsEmpty()) return;
+    p_.report.showInLabel2("One or all of the folders are missing. Please check below.");
+    p_.timRun.setEnabled(false);
+    p_.report.showInLabel2("One or all of the folder  parameters are missing. Please check below.");
+    p_.window.setNormalState();
+    p_.window.showWindow();
+    (void)p_.entry.remove();
+}
+
+void LoadedSettings::showOptions() {
+    p_.window.setMinutes(minutesText(p_.state.settings.ScanIntervalMs));
+    p_.window.showSettings(p_.state.settings);
+    p_.window.setStartupEntry(p_.entry.state());
+}
+
+// The controls may not take what they are shown for a change by the operator.
+void LoadedSettings::reload() {
+    const bool wasLoading = std::exchange(p_.state.UiLoading, true);
+    read();
+    showFolders();
+    showOptions();
+    p_.state.UiLoading = wasLoading;
+}
+
+void LoadedSettings::showNormal() {
+    p_.window.setNormalState();
+    if (!p_.window.isMinimized()) p_.window.setNormalSize();
+}
+
+}  // namespace vantrell

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow/setting_fields.h"
+
+#include "core/scan_interval.h"
+#include "folderpicker/folder_choice.h"
+
+namespace vantrell {
+
+namespace {
+
+// ZEP.cfg has no way to write these.
+bool canBeStored(const Path& folder) { return folder.find_first_of("\"\r\n") == Path::npos; }
+
+Path withoutTrailingSeparators(Path folder) {
+    while (!folder.empty() && folder.back() == kPathSeparator) folder.pop_back();
+    return folder;
+}
+
+}  // namespace
+
+bool SettingFields::folderPressed(FolderKind) {
+    if (p_.state.WindowLoading) {
+        p_.window.setWaitPointer(false);
+        return false;
+    }
+    p_.mode.TurnOffTimRun();
+    p_.passes.stop();
+    return true;
+}
+
+void SettingFields::folderChosen(FolderKind kind, const Path& folder) {
+    if (!canBeStored(folder)) {
+        p_.boxes.inform({kApplicationTitle,
+                         "A folder whose name holds a double quote or a line break cannot be used. "
+                         "The folder stays as it was."});
+        return;
+    }
+    const bool wasOneMissing = p_.state.anyFolderIsEmpty();
+    Path& setting = settingOf(kind);
+    setting = withoutTrailingSeparators(folder);
+    p_.window.setFolder(kind, setting);
+    if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + setting);
+    if (setting.empty())
+        p_.window.setLabel2("You can not define a root of any drive!");
+    else if (wasOneMissing && !p_.state.anyFolderIsEmpty())
+        p_.window.setLabel2({});  // it said that a folder is missing
+    p_.settings.saveSettings();
+    if (!setting.empty()) warnOfFolders();
+}
+
+void SettingFields::warnOfFolders() {
+    const std::string warning = folderWarning(p_.state.settings);
+    if (!warning.empty()) p_.boxes.inform({kApplicationTitle, warning});
+}
+
+Path& SettingFields::settingOf(FolderKind kind) {
+    switch (kind) {
+        case FolderKind::source:
+            return p_.state.settings.SourceFolder;
+        case FolderKind::destination:
+            return p_.state.settings.DestinationFolder;
+        case FolderKind::done:
+            return p_.state.settings.DoneFolder;
+        case FolderKind::reject:
+            break;
+    }
+    return p_.state.settings.RejectFolder;
+}
+
+void SettingFields::includeSubfoldersClicked(bool checked) {
+    if (p_.state.UiLoading) return;
+    p_.state.settings.IncludeSubfolders = checked;
+    p_.settings.saveSettings();
+    if (checked) warnOfFolders();
+}
+
+void SettingFields::intervalSpun(bool up, const std::string& text) { takeInterval(intervalAfterSpin(text, up)); }
+void SettingFields::intervalEdited(const std::string& text) { takeInterval(intervalFromText(text)); }
+
+void SettingFields::takeInterval(std::int32_t milliseconds) {
+    if (p_.state.UiLoading) return;
+    p_.state.settings.ScanIntervalMs = milliseconds;
+    p_.window.setMinutes(minutesText(milliseconds));
+    p_.timRun.setInterval(milliseconds);
+    p_.settings.saveSettings();
+}
+
+}  // namespace vantrell
