@@ -55,7 +55,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       weeklyDialog({state, screen.weeklyWindow, settings, mode, machine.clock, *timWeeklyClock, weekly}),
       pass({state, screen.window, report, log, settings, machine.toolbox, screen.boxes, machine.loop, machine.clock,
             *timRun, mode, notices, activePassword, noActivePassword},
-           machine.makeComponent),
+           [&m = this->machine] { return std::make_unique<CryptoComponent>(m.loop, m.toolbox, m.makeCipher); }),
       passes(pass, machine.loop.queue()),
       ending({state, settingsFile, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
              std::move(quit)),

@@ -18,6 +18,7 @@
 #include "mainwindow/setting_fields.h"
 #include "passwords/current_password.h"
 #include "passwords/password_editor_controller.h"
+#include "platform/cipher.h"
 #include "platform/timers.h"
 
 namespace vantrell {
@@ -34,7 +35,7 @@ struct Machine {
     DataFiles& files;
     Database& database;
     DatabaseCopier& databaseCopier;
-    CryptoFactory makeComponent;
+    CipherFactory makeCipher;
 };
 
 /// What people see of the program. All of it outlives the engine.

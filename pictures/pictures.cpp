@@ -215,10 +215,10 @@ void drawMainWindow(frmMain& window, const QDir& folder, const QString& theme) {
 
 void drawAll(const QDir& folder, const QString& theme, const vantrell::Path& examples) {
     const vantrell::Path spillFolder = QDir::tempPath().toStdString();
-    vantrell::SpilledLines lines(spillFolder);
     vantrell::test::HandCrankedLoop loop;
+    vantrell::SpilledLines lines(loop.kernel(), spillFolder, spillFolder);
     vantrell::test::SettableClock clock;
-    vantrell::PosixToolbox toolbox(loop, clock);
+    vantrell::PosixToolbox toolbox(loop, loop.kernel(), clock);
     frmMain window(lines, toolbox);
     drawMainWindow(window, folder, theme);
     const auto saveAs = [&](QWidget& widget, const QString& name) {

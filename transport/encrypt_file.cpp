@@ -105,10 +105,9 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
 
 Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
     if (!work.held) co_return work.holding;
-    const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
     co_await prepare(work);
     if (!work.preparing.ok()) co_return work.preparing;
-    co_return co_await work.component->publishFile(*work.held, output, replace);
+    co_return co_await work.component->publishFile(*work.held, work.name + ".enc", replace);
 }
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {

@@ -10,8 +10,8 @@
 #include "activitylog/status_report.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
-#include "platform/crypto_component.h"
 #include "platform/file_toolbox.h"
+#include "transport/crypto_component.h"
 #include "transport/question_desk.h"
 
 namespace vantrell {

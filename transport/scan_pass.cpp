@@ -121,8 +121,14 @@ Task<void> ScanPass::carryFiles() {
         if (next == Next::goOn) lookAhead(ahead, index);
         co_await p_.loop.breathe();
     }
-    co_await flushMoves();
-    if (next == Next::goOn) end();
+    const Result<> flushed = co_await p_.toolbox.flushMoves();
+    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
+    if (next != Next::goOn) co_return;
+    // The files are in Done, and may be back in Source after a crash: the operator is told as of a disk that fails.
+    if (flushed.ok() || stopRequested_)
+        end();
+    else
+        endPaused(Trouble::diskFails, flushed.fault().text);
 }
 
 void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
@@ -151,11 +157,6 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
         item.work = encryption_.begin(order);
     }
     co_return co_await carryOne(std::move(item.work));
-}
-
-Task<void> ScanPass::flushMoves() {
-    const Result<> flushed = co_await p_.toolbox.flushMoves();
-    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
 }
 
 bool ScanPass::takeStop() {

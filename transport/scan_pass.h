@@ -47,7 +47,6 @@ private:
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
     Task<Next> carryOne(FileEncryption::WorkPointer work);
-    Task<void> flushMoves();
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
     Next afterMachineFault(const Path& path, const Fault& fault);

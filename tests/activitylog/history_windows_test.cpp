@@ -12,7 +12,7 @@
 #include "activitylog/frmHistoryInfo.h"
 #include "platform/files/posix_file_reading.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/linux/kernel_flush.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "rig/temporary_folder.h"
@@ -73,11 +73,11 @@ protected:
 
     TemporaryFolder folder;
     std::string logs = folder.makeFolder("logs");
-    std::unique_ptr<FlushService> flush = makeKernelFlush();
+    LinuxKernel kernel;
     SystemClock clock;
-    QtEventLoop loop{clock, *flush};
-    PosixToolbox toolbox{loop, clock};
-    PosixFileReading files;
+    QtEventLoop loop{clock};
+    PosixToolbox toolbox{loop, kernel, clock};
+    PosixFileReading files{kernel};
     QWidget mainWindow;
     frmHistoryInfo reading{logs, files, loop, mainWindow};
     frmHistory list{logs, toolbox, loop, reading, mainWindow};

@@ -6,6 +6,7 @@
 #include "core/scan_interval.h"
 #include "core/settings_format.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
@@ -83,7 +84,8 @@ protected:
     TemporaryFolder folder_;
     const Path path_ = folder_ / "ZEP.cfg";
     ProgramState state_;
-    PosixDataFiles files_;
+    LinuxKernel kernel_;
+    PosixDataFiles files_{kernel_};
     SettableClock clock_;
     SettingsFile file_{path_, state_, files_, clock_};
 };

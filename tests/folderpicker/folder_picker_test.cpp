@@ -10,7 +10,7 @@
 
 #include "folderpicker/mk1.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/linux/kernel_flush.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "rig/temporary_folder.h"
@@ -71,10 +71,10 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::unique_ptr<FlushService> flush = makeKernelFlush();
+    LinuxKernel kernel;
     SystemClock clock;
-    QtEventLoop loop{clock, *flush};
-    PosixToolbox toolbox{loop, clock};
+    QtEventLoop loop{clock};
+    PosixToolbox toolbox{loop, kernel, clock};
     QWidget owner;
     MK1 picker{toolbox, &owner};
     std::optional<Path> chosen;

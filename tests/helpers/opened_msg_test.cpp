@@ -10,6 +10,7 @@
 #include "core/data_folder.h"
 #include "helpers/OpenedMsg/opened_msg_window.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/qt/qt_timers.h"
@@ -42,7 +43,8 @@ protected:
     Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
     SystemClock clock;
     QtTimers timers;
-    PosixDataFiles dataFiles;
+    LinuxKernel kernel;
+    PosixDataFiles dataFiles{kernel};
     std::optional<Program> program;
     std::optional<OpenedMsgWindow> message;
 };

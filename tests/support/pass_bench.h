@@ -9,13 +9,14 @@
 #include "base/date_text.h"
 #include "passwords/supplied_password_file.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/openssl/openssl_component.h"
+#include "platform/openssl/openssl_cipher.h"
 #include "platform/sqlite/sqlite_copier.h"
 #include "platform/sqlite/sqlite_database.h"
 #include "rig/hand_cranked_loop.h"
 #include "rig/hand_driven_timers.h"
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
+#include "support/recording_kernel.h"
 #include "support/scripted_boxes.h"
 #include "support/troubled_files.h"
 
@@ -91,8 +92,9 @@ public:
     HandCrankedLoop loop;
     SettableClock clock;
     HandDrivenTimers timers;
-    TroubledFiles files;
-    PosixToolbox toolbox{loop, clock};
+    RecordingKernel kernel{loop.kernel(), root.path()};
+    TroubledFiles files{kernel};
+    PosixToolbox toolbox{loop, kernel, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;
     FakeHost host{root.path()};
@@ -104,10 +106,10 @@ public:
     ScriptedBoxes boxes{loop.queue()};
     FakeTray tray;
     RecordingNotifier notifier;
-    Engine engine{{clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier,
-                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); }},
-                  {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
-                  [] {}};
+    Engine engine{
+        {clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, makeOpensslCipher},
+        {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
+        [] {}};
     ProgramState& state = engine.state;
     const std::string passwordFile = state.AppFolder + "/EDPasswords.mdb";
     const std::string settingsFile = state.AppFolder + "/ZEP.cfg";

@@ -10,6 +10,8 @@ namespace vantrell::test {
 /// The real data files, some of which cannot be written, whoever asks.
 class TroubledFiles final : public DataFiles {
 public:
+    explicit TroubledFiles(Kernel& kernel) : real_(kernel) {}
+
     [[nodiscard]] Result<std::string> read(const Path& path, std::size_t limit) const override {
         return real_.read(path, limit);
     }

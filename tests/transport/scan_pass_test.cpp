@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "platform/files/unique_fd.h"
+#include "platform/linux/linux_fd.h"
 #include "rig/sqlite_file.h"
 #include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
@@ -139,7 +139,7 @@ TEST_F(ScanPassTest, LeavesAFileInUseAloneAndSaysSoOnce) {
     writeFile(bench.in("busy"), "half");
     writeFile(bench.in("free"), "whole");
     {
-        const UniqueFd writer(::open(bench.in("busy").c_str(), O_WRONLY | O_CLOEXEC));
+        const LinuxFd writer(::open(bench.in("busy").c_str(), O_WRONLY | O_CLOEXEC));
         ASSERT_TRUE(bench.runPass());
         const Texts said = bench.messages();
         ASSERT_EQ(said.size(), 7U);
@@ -283,7 +283,8 @@ TEST_F(ScanPassTest, AMachineFaultLeavesTheFilesInSourceAndTriesAgainLater) {
     for (const char* name : {"a", "b", "c", "d", "e"}) writeFile(bench.in(name), name);
     for (const auto& [kind, tried] : {std::pair{FaultKind::noSpace, 3U}, std::pair{FaultKind::deviceFailing, 1U}}) {
         FailingOutputs failing(bench.toolbox, kind);
-        ScanPass pass(bench.partsOn(failing), [&] { return std::make_unique<OpensslComponent>(bench.loop, failing); });
+        ScanPass pass(bench.partsOn(failing),
+                      [&] { return std::make_unique<CryptoComponent>(bench.loop, failing, makeOpensslCipher); });
         ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
         const Texts said = bench.messages();
         EXPECT_EQ(said.size(), 3 + 2 * tried + 1);

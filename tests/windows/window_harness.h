@@ -99,10 +99,10 @@ protected:
                                   events, events, events, events, history};
     TemporaryFolder folder;
     Path folderOfLines = folder.path();
-    SpilledLines lines{folderOfLines};
     HandCrankedLoop loop;
+    SpilledLines lines{loop.kernel(), folderOfLines, folder.path()};
     SettableClock clock;
-    PosixToolbox toolbox{loop, clock};
+    PosixToolbox toolbox{loop, loop.kernel(), clock};
     frmMain window{lines, toolbox};
 };
 
