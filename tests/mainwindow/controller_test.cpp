@@ -62,6 +62,7 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         bench.files.unwritable = {bench.settingsFile};
         changeAll();
         ASSERT_TRUE(bench.runPass());
+        changeAll();
         EXPECT_EQ(bench.state.settings, stored);
         EXPECT_EQ(bench.window.shown, stored);
         EXPECT_EQ(bench.window.folders[FolderKind::done], stored.DoneFolder);
