@@ -9,7 +9,6 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "platform/qt/qt_text.h"
 
@@ -33,7 +32,6 @@ frmHistoryInfo::frmHistoryInfo(Path logFolder, const FileReading& files, EventLo
       mainWindow_(mainWindow),
       reader_(std::move(logFolder), files, loop, *this),
       find_(loop, reader_.lines(), *this),
-      takeLines_([this] { takeLines(); }),
       showFound_([this] { showFound(); }) {
     setObjectName(QStringLiteral("frmHistoryInfo"));
     setWindowTitle(tr("History Log"));
@@ -51,7 +49,6 @@ void frmHistoryInfo::makeControls() {
     txtScrollingHistory_ = new LineView(reader_.lines(), this);
     txtScrollingHistory_->setObjectName(QStringLiteral("txtScrollingHistory"));
     txtScrollingHistory_->setAccessibleName(tr("Log"));
-    reader_.lines().setByteWidths(txtScrollingHistory_->byteWidths());
     lblRead_ = new ElidedLabel(Qt::ElideRight, this);
     lblRead_->setObjectName(QStringLiteral("lblRead"));
 }
@@ -99,8 +96,7 @@ void frmHistoryInfo::connectControls() {
     connect(cmdPrevious_, &QPushButton::clicked, this, [this] { find_.findPrevious(); });
     connect(txtScrollingHistory_, &LineView::copyAsked, this,
             [this] { reader_.copy(txtScrollingHistory_->selectedLines()); });
-    connect(txtScrollingHistory_, &LineView::widthsChanged, this,
-            [this] { reader_.lines().setByteWidths(txtScrollingHistory_->byteWidths()); });
+    connect(txtScrollingHistory_, &LineView::linesTaken, this, &frmHistoryInfo::showLines);
 
     auto* find = new QAction(this);
     find->setShortcut(QKeySequence::Find);
@@ -131,14 +127,11 @@ void frmHistoryInfo::openHistory(const Path& fileName) {
     showReading();
 }
 
-void frmHistoryInfo::readingWentOn() { takeLines_.request(); }
+void frmHistoryInfo::readingWentOn() { txtScrollingHistory_->linesJoined(); }
 
-void frmHistoryInfo::takeLines() {
-    txtScrollingHistory_->takeNew(reader_.lines().widestLine());
+void frmHistoryInfo::showLines() {
     showReading();
     find_.linesJoined();
-    // The view lays out all its rows whenever some join, about 40 ms for a million: then twice a second is enough.
-    takeLines_.setPause(std::max(kThrottlePause, std::chrono::milliseconds(txtScrollingHistory_->rows() / 2000)));
 }
 
 void frmHistoryInfo::showReading() {
@@ -154,7 +147,7 @@ void frmHistoryInfo::takeCopy(std::string text) { QGuiApplication::clipboard()->
 void frmHistoryInfo::refuseCopy() { lblRead_->showBytes(tr("So much text cannot be copied at once.").toStdString()); }
 
 void frmHistoryInfo::showMatch(std::size_t line) {
-    txtScrollingHistory_->takeNew(reader_.lines().widestLine());
+    txtScrollingHistory_->takeNew();
     txtScrollingHistory_->showLine(line);
 }
 

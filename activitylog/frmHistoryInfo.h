@@ -52,7 +52,7 @@ private:
     void connectControls();
     void addKey(const QKeySequence& key, void (HistoryFind::*step)());
 
-    void takeLines();
+    void showLines();
     void showReading();
     void showFound();
     void startFinding();
@@ -69,7 +69,6 @@ private:
     QLabel* lblFound_ = nullptr;
     ElidedLabel* lblRead_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
-    Throttle takeLines_;
     Throttle showFound_;
 };
 

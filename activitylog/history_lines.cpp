@@ -56,12 +56,7 @@ Result<bool> HistoryLines::takePiece() {
 }
 
 void HistoryLines::addLine(Section& section, std::string_view bytes) {
-    std::uint64_t width = 0;
-    for (const char byte : bytes) width += widths_[static_cast<unsigned char>(byte)];
-    if (width > widest_) {
-        widest_ = width;
-        widestLine_ = section.firstLine + section.lines;
-    }
+    widest_.add(section.firstLine + section.lines, bytes);
     if (section.lines % kBlock == 0) section.blockBegins.push_back(section.end);
     section.end += bytes.size();
     ++section.lines;
@@ -71,9 +66,12 @@ void HistoryLines::addLine(Section& section, std::string_view bytes) {
 void HistoryLines::clear() {
     sections_.clear();
     piece_ = {};
-    widest_ = 0;
-    widestLine_ = 0;
+    widest_.clear();
     lastBlockFirstLine_ = SIZE_MAX;
+}
+
+void HistoryLines::setByteWidths(const ByteWidths& widths) {
+    widest_.setByteWidths(widths, size() == 0 ? std::string() : line(widest_.index()));
 }
 
 std::size_t HistoryLines::size() const {

@@ -36,10 +36,8 @@ public:
     /// The line of this index and some of those that follow it, at most `kBlock`; at least one when there is one.
     [[nodiscard]] std::vector<std::string> linesFrom(std::size_t index) const;
 
-    /// Holds for the lines that join from now on.
-    void setByteWidths(const ByteWidths& widths) { widths_ = widths; }
-    /// The line that is the widest by those widths.
-    [[nodiscard]] std::size_t widestLine() const { return widestLine_; }
+    void setByteWidths(const ByteWidths& widths) override;
+    [[nodiscard]] std::size_t widestLine() const override { return widest_.index(); }
 
 private:
     struct Section {
@@ -56,9 +54,7 @@ private:
 
     std::vector<Section> sections_;
     std::vector<char> piece_;
-    ByteWidths widths_{};
-    std::uint64_t widest_ = 0;
-    std::size_t widestLine_ = 0;
+    WidestLine widest_;
 
     mutable std::vector<std::string> lastBlock_;  // lines are asked for one after the other
     mutable std::size_t lastBlockFirstLine_ = SIZE_MAX;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow/frmMain.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -59,11 +60,11 @@ Widget* named(Widget* widget, const QString& name) {
 
 }  // namespace
 
-frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) {
+frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) : activityLines_(lines) {
     setObjectName(QStringLiteral("frmMain"));
     MK11_ = named(new MK1(toolbox, this), QStringLiteral("MK11"));
     menus_ = new frmMenus(*menuBar(), this);
-    makeControls(lines);
+    makeControls();
     arrange();
     connectControls();
     cmdStartDir_->setFocus();
@@ -75,10 +76,13 @@ frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) {
     });
 }
 
-frmMain::~frmMain() { frmMain::setWaitPointer(false); }
+frmMain::~frmMain() {
+    frmMain::setWaitPointer(false);
+    delete txtDebug_;  // it shows lines that go before it would
+}
 
 // In the order of the Tab key.
-void frmMain::makeControls(LineStore& lines) {
+void frmMain::makeControls() {
     modeMark_ = named(new ModeMark(this), QStringLiteral("modeMark"));
     lblMode_ = named(new SteadyLabel(this), QStringLiteral("lblMode"));
     QFont bold = lblMode_->font();
@@ -101,9 +105,10 @@ void frmMain::makeControls(LineStore& lines) {
     Label2_->setAccessibleDescription(tr("Status"));
     progress_ = named(new frmProgress(this), QStringLiteral("progress"));
     makeButtons();
-    txtDebug_ = named(new ActivityBox(lines, this), QStringLiteral("txtDebug"));
+    txtDebug_ = named(new LineView(activityLines_, this), QStringLiteral("txtDebug"));
     txtDebug_->setAccessibleName(tr("Current log"));
     txtDebug_->setAccessibleDescription(tr("Every event since the program started, the newest at the end"));
+    txtDebug_->followEnd();
     txtDebug_->hide();
 }
 
@@ -194,6 +199,8 @@ void frmMain::connectControls() {
     connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
         if (listeners_) listeners_->fields.includeSubfoldersClicked(checked);
     });
+    connect(txtDebug_, &LineView::copyAsked, this,
+            [this] { QGuiApplication::clipboard()->setText(txtDebug_->selectedText()); });
     connect(ctNEdit1_, &MinutesField::spun, this, [this](bool up, const QString& text) {
         if (listeners_) listeners_->fields.intervalSpun(up, text.toStdString());
     });
@@ -289,7 +296,10 @@ void frmMain::showSettings(const SettingsRecord& settings) {
     folders_->setIncludeSubfolders(settings.IncludeSubfolders);
 }
 
-void frmMain::appendActivity(const std::string& line) { txtDebug_->appendLine(line); }
+void frmMain::appendActivity(const std::string& line) {
+    activityLines_.append(line);
+    txtDebug_->linesJoined();
+}
 
 bool frmMain::isActivityShown() const { return !txtDebug_->isHidden(); }
 

@@ -15,11 +15,12 @@
 #include "mainwindow/frmMenus.h"
 #include "mainwindow/frmProgress.h"
 #include "mainwindow/main_window_listeners.h"
-#include "widgets/activity_box.h"
 #include "widgets/elided_label.h"
+#include "widgets/line_view.h"
 #include "widgets/minutes_field.h"
 #include "widgets/mode_mark.h"
 #include "widgets/steady_label.h"
+#include "widgets/stored_lines.h"
 
 namespace vantrell {
 
@@ -28,7 +29,7 @@ class frmMain final : public QMainWindow, public MainWindow {
     Q_OBJECT
 
 public:
-    /// `lines` keeps the lines of the activity box. Both must outlive the window.
+    /// `lines` keeps the lines of the activity box; nobody else may append to it. Both must outlive the window.
     frmMain(LineStore& lines, FileToolbox& toolbox);
     ~frmMain() override;
 
@@ -78,7 +79,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void makeControls(LineStore& lines);
+    void makeControls();
     void makeButtons();
     void arrange();
     [[nodiscard]] QLayout* makeTopRow();
@@ -90,6 +91,7 @@ private:
     void enableButton(QPushButton& button, QPushButton& other, bool enabled);
     void resizeAtLeast(QSize size);
 
+    StoredLines activityLines_;
     const MainWindowListeners* listeners_ = nullptr;
     bool closesForGood_ = false;
     bool waits_ = false;
@@ -112,7 +114,7 @@ private:
     QPushButton* cmdExit_ = nullptr;
     QPushButton* cmdSched_ = nullptr;
     QPushButton* focusGoesTo_ = nullptr;
-    ActivityBox* txtDebug_ = nullptr;
+    LineView* txtDebug_ = nullptr;
     ElidedLabel* panel1_ = nullptr;
     MK1* MK11_ = nullptr;
     QPointer<frmAbout> about_;

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace vantrell {
@@ -40,19 +41,23 @@ QVariant frmLineModel::data(const QModelIndex& index, int role) const {
     return QString::fromStdString(lines_.line(static_cast<std::size_t>(index.row())));
 }
 
-LineView::LineView(const LineSource& lines, QWidget* parent) : QListView(parent), lines_(lines), model_(lines) {
+LineView::LineView(LineSource& lines, QWidget* parent)
+    : QListView(parent), lines_(lines), model_(lines), take_([this] { takeWaiting(); }) {
     setUniformItemSizes(true);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollMode(ScrollPerPixel);
     setTextElideMode(Qt::ElideNone);
-    resizeLines();
+    measureBytes();
     setModel(&model_);
+    addCopyMenu();
+}
 
+void LineView::addCopyMenu() {
     auto* copy = new QAction(tr("&Copy"), this);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);
-    connect(copy, &QAction::triggered, this, &LineView::copyAsked);
+    connect(copy, &QAction::triggered, this, &LineView::askForCopy);
     auto* all = new QAction(tr("Select &All"), this);
     all->setShortcut(QKeySequence::SelectAll);
     all->setShortcutContext(Qt::WidgetShortcut);
@@ -61,19 +66,42 @@ LineView::LineView(const LineSource& lines, QWidget* parent) : QListView(parent)
     setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
-void LineView::takeNew(std::size_t widest) {
-    if (widest < lines_.size()) widestLine_ = QString::fromStdString(lines_.line(widest));
+void LineView::followEnd() {
+    QScrollBar* bar = verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) { isAtEnd_ = value == bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int maximum) {
+        if (isAtEnd_) bar->setValue(maximum);
+    });
+}
+
+void LineView::linesJoined() {
+    if (isVisible()) take_.request();
+}
+
+void LineView::takeWaiting() {
+    takeNew();
+    // The view lays out all its rows whenever some join, about 40 ms for a million: then twice a second is enough.
+    take_.setPause(std::max(kThrottlePause, std::chrono::milliseconds(rows() / 2000)));
+    Q_EMIT linesTaken();
+}
+
+void LineView::takeNew() {
+    const std::size_t widest = lines_.widestLine();
+    if (widest < lines_.size() && (widest != widestLine_ || widestText_.isEmpty())) {
+        widestLine_ = widest;
+        widestText_ = QString::fromStdString(lines_.line(widest));
+    }
     resizeLines();
     model_.takeNew();
 }
 
 void LineView::startOver() {
-    widestLine_.clear();
+    widestText_.clear();
     resizeLines();
     model_.startOver();
 }
 
-ByteWidths LineView::byteWidths() const {
+void LineView::measureBytes() {
     const QFontMetricsF metrics(font());
     const std::uint16_t escaped = inUnits(metrics.horizontalAdvance(QStringLiteral("\\x00")));
     ByteWidths widths{};
@@ -87,19 +115,33 @@ ByteWidths LineView::byteWidths() const {
         }
     }
     widths['\n'] = widths['\r'] = 0;
-    return widths;
+    lines_.setByteWidths(widths);
+    resizeLines();
 }
 
 void LineView::resizeLines() {
     const int height = fontMetrics().height();
-    model_.setLineSize({fontMetrics().horizontalAdvance(widestLine_) + height, height + 2});
+    model_.setLineSize({fontMetrics().horizontalAdvance(widestText_) + height, height + 2});
 }
 
 std::vector<LineRange> LineView::selectedLines() const {
     std::vector<LineRange> ranges;
     for (const QItemSelectionRange& range : selectionModel()->selection())
         ranges.push_back({static_cast<std::size_t>(range.top()), static_cast<std::size_t>(range.bottom())});
+    std::sort(ranges.begin(), ranges.end(), [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
     return ranges;
+}
+
+QString LineView::selectedText() const {
+    std::string text;
+    for (const LineRange& range : selectedLines())
+        for (std::size_t line = range.first; line <= range.last; ++line) text += lines_.line(line) + '\n';
+    if (!text.empty()) text.pop_back();
+    return QString::fromStdString(text);
+}
+
+void LineView::askForCopy() {
+    if (selectionModel()->hasSelection()) Q_EMIT copyAsked();
 }
 
 std::size_t LineView::lineInHand() const {
@@ -118,17 +160,20 @@ void LineView::showLine(std::size_t line) {
 
 // The shortcuts of the menu's entries are shown there, and they hold when the list has the keyboard.
 void LineView::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) return copyAsked();
+    if (event->matches(QKeySequence::Copy)) return askForCopy();
     QListView::keyPressEvent(event);
 }
 
 void LineView::changeEvent(QEvent* event) {
     QListView::changeEvent(event);
     if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
-    // The lines are not read again: the one that was the widest is not far from it in any font.
-    resizeLines();
+    measureBytes();
     scheduleDelayedItemsLayout();
-    widthsChanged();
+}
+
+void LineView::showEvent(QShowEvent* event) {
+    takeNew();
+    QListView::showEvent(event);
 }
 
 QSize LineView::minimumSizeHint() const { return {fontMetrics().averageCharWidth() * 20, fontMetrics().height() * 6}; }

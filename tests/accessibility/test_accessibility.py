@@ -11,7 +11,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest, decrypted, read, wait_until  # noqa: E402  (found by the line above)
+from harness import ProgramTest, read, wait_until  # noqa: E402  (found by the line above)
 
 Role = Atspi.Role
 State = Atspi.StateType
@@ -127,48 +127,6 @@ class Accessibility(ProgramTest):
         for node in self.screen.nodes():
             if has(node, State.FOCUSABLE) and has(node, State.SHOWING) and node.get_role() not in SILENT:
                 self.assertTrue(node.get_name(), f"a {node.get_role_name()} without a name")
-
-    def test_reads_from_top_to_bottom(self):
-        self.start(continually=False)
-        wanted = ["Start Up Options", "Passwords and Files", "View", "About", "Mode: Stopped", "Source",
-                  self.profile.source, "Include Sub Directories", "Destination", self.profile.destination, "Done",
-                  self.profile.done, "Rejected", self.profile.rejected, "Process Fles every",
-                  "Minutes between two passes", "minute(s)", "Last file", "Files found", "Processed since start",
-                  "Start", "Stop", "Exit", "Current log"]
-        names = [node.get_name() for node in self.screen.nodes() if node.get_role() != Role.POPUP_MENU]
-        self.assertEqual([name for name in names if name in wanted], wanted)
-
-    def test_starts_and_stops_processing(self):
-        self.start(continually=False)
-        self.profile.drop("letter.txt", b"Dear Sir or Madam")
-        self.screen.wait_for(Role.PUSH_BUTTON, "Start", State.SENSITIVE)
-        self.screen.act(Role.PUSH_BUTTON, "Start")
-        self.screen.act(Role.PUSH_BUTTON, "No")  # not one pass, but continually
-        wait_until(lambda: os.path.exists(os.path.join(self.profile.done, "letter.txt")), "the file in Done")
-        self.assertEqual(decrypted(os.path.join(self.profile.destination, "letter.txt.enc")), b"Dear Sir or Madam")
-        self.screen.wait_for(Role.LABEL, "letter.txt")
-        self.screen.wait_for(Role.LABEL, "Mode: Auto")
-        self.screen.act(Role.PUSH_BUTTON, "Stop")
-        self.screen.wait_for(Role.LABEL, "Mode: Stopped")
-        self.screen.wait_for(Role.PUSH_BUTTON, "Start", State.SENSITIVE)
-        self.assertFalse(has(self.screen.find(Role.PUSH_BUTTON, "Stop"), State.SENSITIVE))
-
-    def test_the_menus_can_be_used(self):
-        self.start(continually=False)
-        logging = self.screen.wait_for(Role.MENU_ITEM, "Turn Off Loging")
-        self.assertFalse(has(logging, State.CHECKED))
-        self.screen.act(Role.MENU_ITEM, "Turn Off Loging")
-        self.screen.act(Role.PUSH_BUTTON, "Yes")
-        self.screen.wait_for(Role.MENU_ITEM, "Turn Off Loging", State.CHECKED)
-        self.screen.act(Role.MENU_ITEM, "View Current Log")
-        self.screen.wait_for(Role.LIST, "Current log", State.SHOWING)
-        wait_until(lambda: any(node.get_name().endswith("User Turned off Logging") for node in self.screen.nodes()
-                               if node.get_role() == Role.LIST_ITEM), "the line in the box")
-        self.screen.act(Role.MENU_ITEM, "About")
-        self.screen.wait_for(Role.DIALOG, "About Vantrell")
-        self.assertIsNotNone(self.screen.find(Role.PUSH_BUTTON, "System Info..."))
-        self.screen.act(Role.PUSH_BUTTON, "OK")
-        wait_until(lambda: self.screen.find(Role.DIALOG, "About Vantrell") is None, "the About window to close")
 
     def type_into(self, name, text):
         field = self.screen.wait_for(Role.TEXT, name, State.SHOWING)

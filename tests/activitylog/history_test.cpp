@@ -9,20 +9,6 @@ namespace vantrell::test {
 
 namespace {
 
-/// Empty lines, and then a place that cannot be read.
-class FailingReading final : public FileReading {
-    struct File final : ReadableFile {
-        [[nodiscard]] Result<std::size_t> readAt(std::uint64_t offset, std::span<char> into) const override {
-            if (offset > 600'000) return Fault{FaultKind::other, "the medium has a fault"};
-            std::fill(into.begin(), into.end(), '\n');
-            return into.size();
-        }
-    };
-    [[nodiscard]] Result<std::unique_ptr<ReadableFile>> openForReading(const Path&) const override {
-        return std::make_unique<File>();
-    }
-};
-
 class RecordedReader final : public HistoryReaderView, public HistoryFindView {
 public:
     void readingWentOn() override {}
@@ -88,16 +74,6 @@ TEST_F(HistoryReaderTest, ShowsLineForLineOneFileAfterAnother) {
     EXPECT_EQ(all(), Lines{expected.back()});
 }
 
-TEST_F(HistoryReaderTest, KeepsTheLinesReadBeforeAFault) {
-    const FailingReading failing;
-    HistoryReader faulty(logs, failing, loop, view);
-    faulty.readtheHistoryfile("a");
-    run();
-    EXPECT_GT(faulty.lines().size(), 300'000U);
-    EXPECT_TRUE(faulty.reading().isIncomplete);
-    EXPECT_FALSE(faulty.reading().isUnderWay);
-}
-
 TEST_F(HistoryReaderTest, SaysNothingOfWhatCannotBeOpened) {
     std::filesystem::create_directory(logs + "/folder");
     ASSERT_EQ(::mkfifo((logs + "/fifo").c_str(), 0600), 0);
@@ -117,26 +93,6 @@ TEST_F(HistoryReaderTest, ReadsOnInAFileThatVanishedAndBearsOneThatWasCut) {
     std::filesystem::resize_file(logs + "/b", 5);
     EXPECT_EQ(reader.lines().line(150), "line 150");
     EXPECT_EQ(reader.lines().line(399), "(this line cannot be read again)");
-}
-
-TEST_F(HistoryReaderTest, LeavesOutWhatIsAppendedLater) {
-    write("a", "one\r\ntor");
-    read("a");
-    write("a", "one\r\ntorn\r\nthree\r\n");
-    write("b", "b\r\n");
-    read("b");
-    EXPECT_EQ(all(), (Lines{"one", "tor", "b"}));
-}
-
-TEST_F(HistoryReaderTest, BreaksALineThatNeverEnds) {
-    constexpr std::size_t kLongest = HistoryLines::kLongestLine;
-    write("a", std::string(5 * kLongest + 7, 'x') + "\r\nafter\r\n");
-    read("a");
-    const Lines lines = all();
-    ASSERT_EQ(lines.size(), 7U);
-    EXPECT_EQ(lines[4], std::string(kLongest, 'x'));
-    EXPECT_EQ(lines[5], "xxxxxxx");
-    EXPECT_EQ(lines[6], "after");
 }
 
 TEST_F(HistoryReaderTest, CopiesInOrderAndNoMoreThanProgramsCanTake) {

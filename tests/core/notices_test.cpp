@@ -64,20 +64,6 @@ TEST_F(NoticesTest, RejectedFilesAreCountedAndNotForgottenByAGoodPass) {
     EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: 3 files could not be encrypted and are in the rejected folder.");
 }
 
-TEST_F(NoticesTest, EndingsOfPassesAreTroubles) {
-    bench.engine.activePassword.set({});
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: There is no active password.  Encryption has stopped.");
-    bench.engine.activePassword.set("secret");
-    const std::string gone = bench.state.settings.DoneFolder;
-    std::filesystem::remove(gone);
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_NE(bench.notifier.shown.back().find(gone), std::string::npos);
-    std::filesystem::create_directory(gone);
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(bench.notifier.withdrawn, 1);
-}
-
 TEST_F(NoticesTest, AQuestionBringsAHiddenWindowBackAndItsEndWithdraws) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");

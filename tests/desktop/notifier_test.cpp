@@ -109,17 +109,5 @@ TEST_F(NotifierTest, WithdrawsEvenWhatIsStillOnItsWay) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return server->closed == QList<quint32>({7, 8}); }));
 }
 
-TEST_F(NotifierTest, DoesNothingWithoutAServer) {
-    QtNotifier notifier;
-    notifier.show("Title", "nobody sees this");
-    notifier.withdraw();
-    hearTheBus();
-    serve({QStringLiteral("body")});
-    hearTheBus();
-    notifier.show("Title", "seen");
-    ASSERT_TRUE(isShown(1));
-    EXPECT_EQ(bodyOf(server->shown.front()), QStringLiteral("seen"));
-}
-
 }  // namespace
 }  // namespace vantrell::test

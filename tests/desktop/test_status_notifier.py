@@ -107,24 +107,6 @@ class StatusNotifier(DesktopTest):
             wait_until(self.screen.is_hidden, "the window to hide")
         self.end()
 
-    def test_the_panel_comes_after_the_program(self):
-        self.profile, self.process = self.start_program(self.screen.environment, self.bus.environment, normal=False)
-        wait_until(self.screen.is_minimized, "the window to be minimized")
-        self.watcher = Watcher(self.bus, has_host=False)
-        self.watcher.set_host(True)
-        wait_until(lambda: self.watcher.items, "the item to register")
-        wait_until(self.screen.is_hidden, "the window to hide")
-        self.watcher.activate()
-        wait_until(self.screen.is_in_front, "the window")
-        self.end()
-
-    def test_a_panel_that_never_answers_holds_nothing_up(self):
-        self.watcher = Watcher(self.bus)
-        self.profile, self.process = self.start_program(self.screen.environment, self.bus.environment)
-        self.profile.drop("a", b"x")
-        self.profile.wait_for_empty_source(20)  # meanwhile the service of this test stands still
-        self.assertEqual(self.profile.end(self.process), 0)
-
 
 if __name__ == "__main__":
     unittest.main()

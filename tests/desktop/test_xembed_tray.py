@@ -52,18 +52,6 @@ class Tray(DesktopTest):
                 wait_until(self.screen.is_hidden, "the window to hide")
         self.assertEqual(self.profile.end(self.process), 0)
 
-    def test_the_window_comes_back_when_the_tray_crashes_and_the_icon_when_it_is_back(self):
-        self.start_in_tray()
-        self.tray.kill()
-        wait_until(self.screen.is_shown, "the window, since no icon is left")
-        self.screen.tray()
-        wait_until(self.screen.icon, "the icon in the new tray")
-        self.screen.press("alt+F4")
-        wait_until(self.screen.is_hidden, "the window to hide again")
-        self.screen.click(1)
-        wait_until(self.screen.is_in_front, "the window")
-        self.assertEqual(self.profile.end(self.process), 0)
-
 
 class NoTray(DesktopTest):
     def test_the_window_is_minimized_and_hides_once_there_is_a_tray(self):

@@ -127,35 +127,6 @@ TEST_F(FolderPickerTest, FollowsTheSelection) {
     EXPECT_EQ(chosen, folder / "a/inner");
 }
 
-TEST_F(FolderPickerTest, CreatesAFolderAndSelectsIt) {
-    for (const char* name : {"New", "Newer"}) {
-        pick();
-        const QRect before = dialog()->geometry();
-        create(QString::fromLatin1(name));
-        EXPECT_TRUE(showsStatus(folder / name));
-        EXPECT_EQ(dialog()->geometry(), before);
-        EXPECT_FALSE(find<QWidget>("prompt")->isVisible());
-        const bool isTaken = name == std::string("New");
-        isTaken ? pressOk() : pressCancel();
-        EXPECT_EQ(chosen, isTaken ? folder / name : Path());
-        EXPECT_TRUE(std::filesystem::is_directory(folder / name)) << "also after Cancel";
-        ASSERT_TRUE(isGone());
-    }
-}
-
-TEST_F(FolderPickerTest, CreatesInsideWhatWasTyped) {
-    const std::string outer = folder.makeFolder("outer");
-    for (const std::string& typed : {outer, std::string("outer")}) {
-        pick();
-        find<QLineEdit>("fileNameEdit")->setFocus();
-        QTest::keyClicks(find<QLineEdit>("fileNameEdit"), QString::fromStdString(typed));
-        create(QString::number(typed.size()));
-        pressOk();
-        EXPECT_EQ(chosen, outer + "/" + std::to_string(typed.size()));
-        ASSERT_TRUE(isGone());
-    }
-}
-
 TEST_F(FolderPickerTest, CreatesNothingWithoutANewName) {
     pick();
     for (const char* none : {"", "  "}) {
@@ -188,45 +159,6 @@ TEST_F(FolderPickerTest, TheWholeComputerIsItsRootFolder) {
     EXPECT_TRUE(showsStatus("/etc"));
     pressOk();
     EXPECT_EQ(chosen, "/etc");
-}
-
-TEST_F(FolderPickerTest, RemembersItsPlaceFromTheFirstCreateOn) {
-    pick();
-    const QRect ordinary = dialog()->geometry();
-    const QRect chosenPlace = ordinary.translated(25, 15).adjusted(0, 0, 90, 70);
-    dialog()->setGeometry(chosenPlace);
-    create(QStringLiteral("New"));
-    dialog()->move(0, 0);
-    pressCancel();
-    ASSERT_TRUE(isGone());
-    pick();
-    EXPECT_EQ(dialog()->geometry(), chosenPlace);
-}
-
-TEST_F(FolderPickerTest, OffersSubfoldersToOtherCallers) {
-    picker.setShowRecurse(true);
-    for (const bool ticked : {true, false}) {
-        ASSERT_TRUE(picker.OpenBrowse(keep()));
-        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
-        EXPECT_FALSE(find<QWidget>("Command1")->isVisible());
-        auto* box = find<QCheckBox>("Check1");
-        EXPECT_EQ(box->text(), QStringLiteral("    INCLUDE SUBFOLDERS"));
-        EXPECT_FALSE(box->isChecked()) << "each pick begins unticked";
-        if (ticked) QTest::keyClick(box, Qt::Key_Space);
-        ticked ? pressCancel() : pressOk();
-        EXPECT_EQ(picker.DoRecurse(), ticked);
-        ASSERT_TRUE(isGone());
-    }
-}
-
-TEST_F(FolderPickerTest, PicksOnceAtATime) {
-    pick();
-    bool wasCalled = false;
-    EXPECT_FALSE(picker.SaveBrowse([&](const Path&) { wasCalled = true; }));
-    EXPECT_EQ(owner.findChildren<frmButton*>().size(), 1);
-    picker.withdraw();
-    EXPECT_EQ(dialog(), nullptr);
-    EXPECT_FALSE(chosen.has_value() || wasCalled);
 }
 
 }  // namespace vantrell::test

@@ -60,18 +60,6 @@ TEST_F(OpenedMsgTest, EnterBringsTheHiddenWindowBack) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !message->isVisible(); }));
 }
 
-TEST_F(OpenedMsgTest, EscapeAndCloseAskForNothing) {
-    ASSERT_NO_FATAL_FAILURE(runProgram());
-    program->window().hideWindow();
-    ASSERT_NO_FATAL_FAILURE(openMessage());
-    QTest::keyClick(&*message, Qt::Key_Escape);
-    EXPECT_FALSE(message->isVisible());
-    ASSERT_NO_FATAL_FAILURE(openMessage());
-    button("cmdClose")->click();
-    EXPECT_FALSE(message->isVisible());
-    EXPECT_FALSE(QTest::qWaitFor([&] { return program->window().isVisible(); }, 100));
-}
-
 TEST_F(OpenedMsgTest, SaysWhenThereIsNoProgram) {
     ASSERT_NO_FATAL_FAILURE(runProgram());
     ASSERT_NO_FATAL_FAILURE(openMessage());

@@ -169,22 +169,6 @@ protected:
     TroubledFolder folder{weekly.bench.toolbox};
 };
 
-TEST_F(TroubledDeleteTest, LeavesTheWindowItsTurnsAndAStopMeanwhileStands) {
-    weekly.weekly->mnDeleteDone();
-    weekly.bench.loop.turn();
-    weekly.timDelete.setEnabled(true);
-    weekly.weekly->timDelete_Timer();
-    EXPECT_TRUE(weekly.timDelete.isEnabled()) << "it waits for its turn";
-    weekly.bench.engine.mode.TurnOffTimRun();
-    int turns = 0;
-    while (weekly.bench.loop.turn()) ++turns;
-    EXPECT_GT(turns, 5) << "300 ms of work at 20 ms a turn";
-    EXPECT_EQ(left().size(), 0U);
-    EXPECT_FALSE(weekly.bench.timRun.isEnabled());
-    weekly.weekly->timDelete_Timer();
-    EXPECT_FALSE(weekly.timDelete.isEnabled());
-}
-
 TEST_F(TroubledDeleteTest, AnAbortLeavesTheRestAndTheTimerAlone) {
     for (int presses = 0; presses < 2; ++presses) {
         weekly.weekly->mnDeleteDone();

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
+#include "support/file_size_limit.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -11,25 +14,6 @@ namespace {
 struct ControllerTest : ::testing::Test {
     PassBench bench;
 };
-
-TEST_F(ControllerTest, StartAsksOnceAndOnlyWithFolders) {
-    bench.engine.controller.startPressed();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    bench.boxes.answerOpen(Answer::no);
-    bench.settle();
-
-    (void)bench.messages();
-    bench.state.settings.DoneFolder.clear();
-    bench.engine.controller.startPressed();
-    bench.settle();
-    EXPECT_EQ(bench.boxes.asked.size(), 1U);
-    EXPECT_TRUE(bench.messages().empty());
-    EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
-}
 
 TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     writeFile(bench.in("a"), "a");
@@ -59,7 +43,7 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         bench.settle();
     };
     for (const std::size_t told : {1U, 2U}) {
-        bench.files.unwritable = {bench.settingsFile};
+        std::optional<FileSizeLimit> full(1);
         changeAll();
         ASSERT_TRUE(bench.runPass());
         changeAll();
@@ -70,7 +54,7 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         EXPECT_EQ(bench.timRun.interval(), stored.ScanIntervalMs);
         EXPECT_FALSE(bench.window.visible);
         EXPECT_EQ(bench.boxes.informed.size(), told);
-        bench.files.unwritable.clear();
+        full.reset();
         for (const bool with : {true, false}) bench.engine.fields.includeSubfoldersClicked(with);
     }
     for (const std::string& line : bench.window.lines) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;

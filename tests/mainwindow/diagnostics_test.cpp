@@ -48,21 +48,5 @@ TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
     EXPECT_EQ(text().find("Loading"), std::string::npos) << "fifty events are enough";
 }
 
-TEST_F(DiagnosticsTest, SystemInformationIsTheDesktopsOwnProgram) {
-    bench.host.installed = {"kinfocenter", "xfce4-about", "gnome-control-center"};
-    for (const char* desktop : {"ubuntu:GNOME", "KDE", "XFCE", "LXQt"}) {
-        bench.host.variables["XDG_CURRENT_DESKTOP"] = desktop;
-        if (std::string(desktop) == "LXQt") bench.host.installed = {"hardinfo"};
-        bench.engine.about.systemInfoPressed();
-    }
-    EXPECT_EQ(bench.host.started,
-              (std::vector<Path>{"gnome-control-center info-overview", "kinfocenter", "xfce4-about", "hardinfo"}));
-    EXPECT_TRUE(bench.boxes.informed.empty());
-    bench.host.installed.clear();
-    bench.engine.about.systemInfoPressed();
-    ASSERT_EQ(bench.boxes.informed.size(), 1U);
-    EXPECT_EQ(bench.boxes.informed[0].text, "System Information Is Unavailable At This Time");
-}
-
 }  // namespace
 }  // namespace vantrell::test

@@ -25,29 +25,20 @@ TEST_F(EditorTest, ShowsTheStateThatTheLastRowLeaves) {
     }
 }
 
-TEST_F(EditorTest, FirstClickAfterAChangeThatWasNoneIsNotRemembered) {
-    openWithThree();
-    type("new");  // clears a box that is clear
-    tick(true);
-    type("new p");
-    EXPECT_FALSE(window.active);
-    for (const bool set : {true, false, true}) tick(set);
-    type("new pass");
-    EXPECT_TRUE(window.active);
-}
-
-TEST_F(EditorTest, ClickInTheListTakesAnyRow) {
-    openWithThree();
-    choose(1);
-    EXPECT_EQ(window.text, "Two");
-    EXPECT_TRUE(window.active);
-    choose(0);
-    EXPECT_EQ(window.text, "one");
-    EXPECT_FALSE(window.active);
-    type("");
-    choose(std::nullopt);
-    EXPECT_EQ(window.shown, kStoredPassword) << "also beside the rows";
-    EXPECT_EQ(window.text, "");
+TEST_F(EditorTest, RefusesWhatIsNoKeyAndSaysWhatIsCutOff) {
+    open();
+    press(kAdd);
+    EXPECT_EQ(theBox().text, "A password must be entered!");
+    boxes.informed.clear();
+    type("sch\xC3\xB6n");
+    EXPECT_EQ(window.note, "Characters outside ASCII cannot be used.");
+    press(kAdd);
+    EXPECT_NE(theBox().text.find("holds characters outside ASCII"), std::string::npos);
+    type(std::string(32, 'x'));
+    EXPECT_EQ(window.note, "");
+    type(std::string(33, 'x'));
+    EXPECT_EQ(window.note, "Only the first 32 characters count.");
+    EXPECT_EQ(stored(), Strings{});
 }
 
 TEST_F(EditorTest, AddsAnActivePasswordAtOnceAndAsksBeforeAnInactiveOne) {
@@ -89,17 +80,6 @@ TEST_F(EditorTest, EditChangesTheFlagAlone) {
     expectTable({"one=1", "Two=0", "last=0"});
     EXPECT_EQ(activePassword.known(), "one");
     expectEmptied();
-}
-
-TEST_F(EditorTest, EditOfAChangedTextStoresAFurtherPassword) {
-    openWithThree();
-    choose(1);
-    window.text = "Two!";  // key, box and button before the table is read
-    controller.passwordEdited();
-    tick(false);
-    tick(true);
-    press(kEdit);
-    expectTable({"one=0", "Two=0", "last=0", "Two!=1"});
 }
 
 TEST_F(EditorTest, AsksBeforeTheActivePasswordIsDeleted) {

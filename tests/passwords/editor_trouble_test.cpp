@@ -62,17 +62,6 @@ TEST_P(EditorInTrouble, FullDiskIsReportedAndNothingChanges) {
     expectAllAsItWasAndThatItWorksAgain();
 }
 
-TEST_P(EditorInTrouble, ReadOnlyFileIsReportedAndNothingChanges) {
-    using std::filesystem::perms;
-    std::filesystem::permissions(folder.path(), perms::all);
-    std::filesystem::permissions(file, perms::owner_read | perms::others_read);
-    std::optional<OrdinaryUser> user(std::in_place);
-    press(GetParam());
-    user.reset();
-    std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
-    expectAllAsItWasAndThatItWorksAgain();
-}
-
 TEST_P(EditorInTrouble, MissingFileIsReportedAndNotMade) {
     std::filesystem::remove(file);
     press(GetParam());
@@ -103,41 +92,6 @@ INSTANTIATE_TEST_SUITE_P(, EditorInTrouble,
                          testing::Values(&PasswordEditorController::addPressed, &PasswordEditorController::editPressed,
                                          &PasswordEditorController::deletePressed),
                          buttonName);
-
-TEST_F(EditorTroubleTest, ListIsFilledOnceALockedFileIsFree) {
-    fill("INSERT INTO EncDecPasswords VALUES ('one', 1)");
-    lock();
-    open();
-    waitLong();
-    EXPECT_TRUE(window.isOpen);
-    EXPECT_TRUE(window.rows.empty());
-    unlock();
-    type("one");
-    expectTable({"one=1"});
-    EXPECT_EQ(window.shown, kStoredPassword);
-}
-
-TEST_F(EditorTroubleTest, DeleteRightAfterAClickKnowsThatThePasswordIsActive) {
-    openWithThree();
-    choose(0);
-    lock();
-    choose(1);
-    press(kDelete);
-    unlock();
-    waitLong();
-    EXPECT_EQ(boxes.asked.size(), 1u);
-    EXPECT_EQ(stored(), kThree);
-}
-
-TEST_F(EditorTroubleTest, CloseBoxDuringASearchClosesWithoutABox) {
-    openWithThree();
-    lock();
-    for (const char* text : {"l", "la"}) type(text);  // the second search replaces the first
-    press(kCloseBox);
-    waitLong();
-    EXPECT_FALSE(window.isOpen);
-    EXPECT_TRUE(boxes.informed.empty());
-}
 
 }  // namespace
 }  // namespace vantrell::test

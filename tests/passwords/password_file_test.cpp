@@ -62,31 +62,6 @@ TEST_F(PasswordFileTest, ThatRefusesASaveIsLeftAsItIs) {
     EXPECT_EQ(current(), "old") << "a view can be read";
 }
 
-TEST_F(PasswordFileTest, ThatMayNotBeWrittenIsReadAndThatMayNotBeReadIsReported) {
-    if (::geteuid() == 0) GTEST_SKIP() << "root may read and write every file";
-    fill("INSERT INTO EncDecPasswords VALUES ('a', 1)");
-    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
-    EXPECT_EQ(current(), "a");
-    EXPECT_FALSE(save("b", true));
-    expectErrorBox(kPermissionDenied, "may not be written");
-    EXPECT_EQ(stored(), Strings{"a=1"});
-    boxes.informed.clear();
-    std::filesystem::permissions(file, std::filesystem::perms::none);
-    EXPECT_FALSE(loop.valueOf(store.findCurrentPassword()));
-    expectErrorBox(kUnspecifiedError, "Permission denied");
-}
-
-TEST_F(PasswordFileTest, MayHaveItsOwnColumnsInAnyOrder) {
-    makeFile(
-        "CREATE TABLE encdecpasswords (_rowid_ text, ACTIVE, Note text DEFAULT 'none', password, Id INTEGER PRIMARY "
-        "KEY AUTOINCREMENT); INSERT INTO EncDecPasswords (Active, Password, Note) VALUES ('Yes', 12345, 'kept')");
-    EXPECT_EQ(current(), "12345");
-    EXPECT_TRUE(save("new", true));
-    EXPECT_TRUE(save("12345", false));
-    EXPECT_EQ(stored(), (Strings{"12345=0", "new=1"}));
-    EXPECT_EQ(OtherProgram(file).column("SELECT Note FROM EncDecPasswords"), (Strings{"kept", "none"}));
-}
-
 TEST_F(PasswordFileTest, IsReadInTheOrderOfThePlainListing) {
     makeFile(
         "CREATE TABLE EncDecPasswords (Password text, Active boolean);"

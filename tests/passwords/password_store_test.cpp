@@ -77,24 +77,5 @@ TEST_F(PasswordStoreTest, FirstActivePasswordWinsAndNoneIsNone) {
     EXPECT_NE(theBox().text.find("ASCII"), std::string::npos);
 }
 
-TEST_F(PasswordStoreTest, ConnectionStringDependsOnTheTypeExactly) {
-    EXPECT_EQ(StoreObjects::connectionString("MSACCESS", "/d/f.mdb", "u", "p"),
-              "Provider=Microsoft.Jet.OLEDB.4.0;data source=/d/f.mdb;Persist Security Info=False;Persist Security "
-              "Info=False");
-    EXPECT_EQ(StoreObjects::connectionString("ORACLE", "d", "u", "p"),
-              "Driver={Microsoft ODBC Driver For Oracle};ConnectString=d;UID=u;PWD=p;");
-    EXPECT_EQ(StoreObjects::connectionString("MsAccess", "d", "u", "p"), "");
-}
-
-TEST_F(PasswordStoreTest, DataFolderMayHoldWhatConnectionStringsAreMadeOf) {
-    const std::string elsewhere = folder.makeFolder("a;b='c' \xFF?") + "/EDPasswords.mdb";
-    std::filesystem::copy(file, elsewhere);
-    PasswordStore other(loop.queue(), database, boxes, elsewhere, [](const Path&) { return true; });
-    FakeEditor there(other);
-    there.password = "there";
-    EXPECT_TRUE(loop.valueOf(other.savePassword()));
-    EXPECT_EQ(OtherProgram(elsewhere).column("SELECT Password FROM EncDecPasswords"), Strings{"there"});
-}
-
 }  // namespace
 }  // namespace vantrell::test

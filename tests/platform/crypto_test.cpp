@@ -179,20 +179,5 @@ TEST_F(Crypto, AFileThatChangesMeanwhileIsInUse) {
         }
 }
 
-TEST_F(Crypto, TheDocumentedExamplesHold) {
-    const auto blocks = documentedBlocks("formats.md", "enc-hex");
-    ASSERT_GE(blocks.size(), 6U);
-    for (const std::vector<std::string>& block : blocks) {
-        std::map<std::string, std::string> field;
-        for (const std::string& line : block) {
-            const auto colon = line.find(':');
-            field[line.substr(0, colon)] += colon + 2 > line.size() ? "" : line.substr(colon + 2);
-        }
-        std::string& plain = field["plaintext"];
-        for (std::size_t at = 0; (at = plain.find("\\n", at)) != std::string::npos;) plain.replace(at, 2, "\n");
-        EXPECT_EQ(toHex(encrypted(field["password"], plain)), field["enc"]) << plain;
-    }
-}
-
 }  // namespace
 }  // namespace vantrell::test

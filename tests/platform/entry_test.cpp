@@ -67,14 +67,6 @@ TEST_F(EntryTest, StartsAProgramOfAnyPath) {
     }
 }
 
-TEST_F(EntryTest, IsNotMadeForAPathThatItCannotName) {
-    for (const char* name : {"line\nbreak", "tab\t", "\x7f", "\xff\xfe", "\xc2\x85"}) {
-        XdgStartupEntry unspeakable(makeProgram(name));
-        EXPECT_FALSE(unspeakable.add()) << name;
-    }
-    EXPECT_FALSE(fs::exists(file));
-}
-
 TEST_F(EntryTest, EveryStateIsToldAndMended) {
     const std::string begin = "[Desktop Entry]\nType=Application\nName=x\n";
     const std::string works = begin + "Exec=\"" + programs + "/ZEP\"\n";
@@ -112,28 +104,6 @@ TEST_F(EntryTest, EveryStateIsToldAndMended) {
     }
     fs::remove(programs + "/ZEP");
     EXPECT_EQ(entry.state(), State::elsewhere) << "nothing would start";
-}
-
-TEST_F(EntryTest, WhatStandsInItsPlaceIsReplacedNotFollowed) {
-    folder.makeFolder("config/autostart");
-    writeFile(folder / "mine", "[Desktop Entry]\nHidden=true\n");
-    fs::create_symlink(folder / "mine", file);
-    EXPECT_TRUE(entry.add());
-    EXPECT_FALSE(fs::is_symlink(file));
-    EXPECT_EQ(entry.state(), State::works);
-    EXPECT_EQ(readFile(folder / "mine"), "[Desktop Entry]\nHidden=true\n");
-    fs::remove(file);
-    fs::create_directories(file + "/full");
-    EXPECT_FALSE(entry.add());
-    EXPECT_FALSE(entry.remove());
-    EXPECT_EQ(namesIn(autostart), Names{"NRD-ZEP.desktop"}) << "no temporary file is left";
-}
-
-TEST_F(EntryTest, AFolderThatCannotBeWrittenIsReported) {
-    folder.makeFolder("config");
-    writeFile(autostart, "a file");
-    EXPECT_FALSE(entry.add());
-    EXPECT_EQ(entry.state(), State::none);
 }
 
 }  // namespace

@@ -65,18 +65,6 @@ TEST(PosixHost, AStartedProgramInheritsNothingOfOurs) {
     EXPECT_TRUE(report.ends_with("/dev/null\n")) << report;
 }
 
-TEST(PosixHost, StartsFromTheSearchPathAndReportsWhatCannotBeStarted) {
-    const TemporaryFolder folder;
-    writeFile(folder / "text", "no program");
-    PosixHost host;
-    EXPECT_FALSE(host.startProgram(folder / "missing"));
-    EXPECT_FALSE(host.startProgram(folder / "text"));
-    EXPECT_FALSE(host.startProgram(folder.path()));
-    EXPECT_FALSE(host.startFromSearchPath("vantrell-no-such-program", {}));
-    ASSERT_TRUE(host.startFromSearchPath("touch", {folder / "a b", folder / "c"}));
-    EXPECT_TRUE(appears(folder / "a b") && appears(folder / "c"));
-}
-
 TEST(SignalSourceDeathTest, WritesThatFailDoNotEndUs) {
     const auto survive = [] {
         const SignalSource source;

@@ -32,10 +32,6 @@ class Files(ProgramTest):
         files |= {b"size%d" % size: os.urandom(size) for size in SIZES}
         self.carry(self.ready_profile(), files)
 
-    def test_from_sub_folders(self):
-        files = {"top": b"1", "sub/deep/er/one": b"2", ".hidden folder/two": b"3", "sub/three": b"4"}
-        self.carry(self.ready_profile(subfolders=True), files)
-
     def test_to_another_file_system(self):
         self.skip_without_other_file_system()
         files = {name: name * 3 for name in NAMES} | {"big": os.urandom(40_000_000)}

@@ -60,16 +60,6 @@ class InOrder(ProgramTest):
         self.assertEqual(os.path.getsize(os.path.join(profile.source, "big")), BIG)
         self.assertEqual(profile.log()[-1], "Encryped:  big - Sucessful: ")
 
-    def test_a_signal_that_was_ignored_stays_ignored(self):
-        profile = self.ready_profile()
-        process = profile.start(preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
-        profile.wait_for_log("ZEP Is PAUSED at")
-        process.send_signal(signal.SIGHUP)
-        profile.drop("after", b"x")
-        profile.wait_for_empty_source()
-        self.assertIsNone(process.poll())
-        self.assertEqual(profile.end(process), 0)
-
 
 class Killed(ProgramTest):
     def test_leaves_only_whole_files_and_the_next_start_carries_the_rest(self):

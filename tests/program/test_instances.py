@@ -76,6 +76,7 @@ class ManyStarts(Instances):
         self.assertEqual(profile.end(third), 0)
         self.assertFalse(os.path.exists(os.path.join(profile.data, "show.sock")))
 
+
 class TheSocket(Instances):
     def test_bears_garbage_half_lines_and_silence(self):
         profile, process = self.running()
@@ -106,14 +107,6 @@ class TheSocket(Instances):
         wait_until(lambda: descriptors(process) <= before + 2, "the descriptors to be given back")
         self.assertEqual(profile.end(process), 0)
 
-    def test_a_file_in_its_place_keeps_nobody_from_working(self):
-        profile = self.ready_profile()
-        in_place = os.path.join(profile.data, "show.sock")
-        write(in_place, b"mine")
-        process = profile.start()
-        self.assert_carries(profile, "a")
-        self.assertEqual(profile.end(process), 0)
-        self.assertEqual(read(in_place), b"mine")
 
 if __name__ == "__main__":
     unittest.main()

@@ -18,22 +18,6 @@ class Failures(ProgramTest):
         self.assertEqual(read(os.path.join(profile.rejected, "n" * 252)), b"abc")
         self.assertEqual(os.listdir(profile.destination), [])
 
-    @unittest.skipUnless(os.geteuid() == 0, "only root can drop its rights")
-    def test_there_is_no_right_to_read(self):
-        profile = self.ready_profile()
-        os.chmod(profile.root, 0o755)
-        profile.drop("readable", b"abc")
-        process = profile.start(user="nobody")
-        profile.wait_for_empty_source()
-        write(os.path.join(profile.root, "staged"), b"secret of root")
-        os.chmod(os.path.join(profile.root, "staged"), 0o600)
-        os.rename(os.path.join(profile.root, "staged"), os.path.join(profile.source, "unreadable"))
-        profile.wait_for_empty_source()
-        self.assertEqual(profile.end(process), 0)
-        self.assertTrue(profile.has_logged("Encrypting:  unreadable - FAILED: "))
-        self.assertEqual(read(os.path.join(profile.rejected, "unreadable")), b"secret of root")
-        self.assertEqual(os.listdir(profile.destination), ["readable.enc"])
-
     def test_files_come_while_others_vanish(self):
         profile = self.ready_profile(overwrite=True)
         process = profile.start()
@@ -48,6 +32,7 @@ class Failures(ProgramTest):
             if number % 3:
                 self.assertEqual(read(os.path.join(profile.done, f"f{number}")), b"x" * number)
                 self.assertEqual(decrypted(os.path.join(profile.destination, f"f{number}.enc")), b"x" * number)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -8,6 +8,7 @@
 #include "assembly/engine.h"
 #include "base/date_text.h"
 #include "passwords/supplied_password_file.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/openssl/openssl_component.h"
 #include "platform/sqlite/sqlite_copier.h"
@@ -17,7 +18,6 @@
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
 #include "support/scripted_boxes.h"
-#include "support/troubled_files.h"
 
 namespace vantrell::test {
 
@@ -91,7 +91,7 @@ public:
     HandCrankedLoop loop;
     SettableClock clock;
     HandDrivenTimers timers;
-    TroubledFiles files;
+    PosixDataFiles files;
     PosixToolbox toolbox{loop, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;

@@ -25,18 +25,6 @@ TEST_F(Closing, ByTheCloseBoxIsRefusedWhileNothingIsDone) {
     EXPECT_TRUE(hasLogged(" Loaded\r\n"));
 }
 
-TEST_F(Closing, ByTheCloseBoxPutsAWorkingProgramOutOfSight) {
-    startProgram();
-    pressStart(QMessageBox::No);
-    ASSERT_TRUE(reachesMode("Mode: Auto"));
-    EXPECT_FALSE(pressCloseBox(program->window()));
-    EXPECT_TRUE(waitFor([&] { return program->window().isMinimized() || !program->window().isVisible(); }));
-    EXPECT_TRUE(openBoxes().isEmpty());
-    drop("file");
-    program->window().showWindow();
-    EXPECT_TRUE(reachesMode("Mode: Auto")) << "it works on";
-}
-
 TEST_F(Closing, ByExitSavesSettingsAndLog) {
     startProgram();
     EXPECT_EQ(runUntilEnd([&] {
@@ -48,22 +36,6 @@ TEST_F(Closing, ByExitSavesSettingsAndLog) {
     EXPECT_FALSE(program->window().isVisible());
     EXPECT_TRUE(profile.saved().IncludeSubfolders);
     EXPECT_TRUE(hasLogged(" Loading\r\n"));
-}
-
-TEST_F(Closing, InMidFileLeavesItInSource) {
-    startProgram();
-    constexpr std::uint64_t kSize = 512 * kMiB;
-    makeSparseFile(profile.in + "/large", kSize);
-    pressStart(QMessageBox::No);
-    ASSERT_TRUE(waitFor([&] { return textOf("lblCurrentProcessingFile") == "large"; }));
-    EXPECT_EQ(runUntilEnd([&] {
-                  EXPECT_FALSE(isIdle()) << "too late to see anything";
-                  click("cmdExit");
-              }),
-              0);
-    program.reset();
-    expectUntouched("large", kSize);
-    EXPECT_FALSE(hasLogged(" large - "));
 }
 
 TEST_F(Closing, BySignalIsTheSame) {

@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QCheckBox>
-#include <QListView>
-
 #include "whole/program_harness.h"
 
 namespace vantrell::test {
@@ -40,29 +37,6 @@ TEST_F(FieldsAndMenus, TakeWholeMinutesFromOneUp) {
     EXPECT_EQ(profile.saved().ScanIntervalMs, 65535);
 }
 
-TEST_F(FieldsAndMenus, SaveWhetherSubFoldersCount) {
-    auto* box = find<QCheckBox>("chkActivateSF");
-    const QPoint mark(box->height() / 2, box->height() / 2);
-    for (const bool checked : {true, false}) {
-        QTest::mouseClick(box, Qt::LeftButton, {}, mark);
-        EXPECT_EQ(box->isChecked(), checked);
-        EXPECT_EQ(profile.saved().IncludeSubfolders, checked);
-    }
-}
-
-TEST_F(FieldsAndMenus, KeepLoggingWhenNoIsAnswered) {
-    trigger("mnLogOffOn");
-    EXPECT_EQ(answer(QMessageBox::No),
-              "If logging is turned off entries in the Activies Log will stop logging and events will not be captured. "
-              "Is this OK?");
-    ASSERT_TRUE(waitFor([&] { return !openBoxes().isEmpty(); }));
-    EXPECT_EQ(openBoxes().front()->windowTitle(), QStringLiteral("Vantrell"));
-    EXPECT_EQ(answer(QMessageBox::Ok), "Ok then this program will keep logging.");
-    EXPECT_FALSE(find<QAction>("mnLogOffOn")->isChecked());
-    EXPECT_FALSE(profile.saved().LoggingTurnedOff);
-    EXPECT_FALSE(hasLogged("User Turned off Logging"));
-}
-
 TEST_F(FieldsAndMenus, TurnLoggingOffAndOn) {
     setLogging(true);
     EXPECT_TRUE(profile.log().ends_with(" User Turned off Logging\r\n"));
@@ -73,33 +47,6 @@ TEST_F(FieldsAndMenus, TurnLoggingOffAndOn) {
     setLogging(false);
     EXPECT_TRUE(profile.log().ends_with(" User Turned on Logging\r\n"));
     EXPECT_TRUE(hasLogged(" Encryped:  while off - Sucessful: \r\n")) << "it comes with the next save";
-}
-
-TEST_F(FieldsAndMenus, ShowTheCurrentLog) {
-    const auto* box = find<QAbstractItemView>("txtDebug");
-    const QMainWindow& window = program->window();
-    const int width = window.width();
-    const auto expectedSize = [&](int height) {
-        return QSize(width, std::max(height, window.minimumSizeHint().height()));
-    };
-    EXPECT_FALSE(box->isVisible());
-    for (int round = 0; round < 2; ++round) {
-        trigger("mnviewCL");
-        EXPECT_TRUE(box->isVisible());
-        EXPECT_EQ(window.size(), expectedSize(640));
-        trigger("mnviewCL");
-        EXPECT_FALSE(box->isVisible());
-        EXPECT_EQ(window.size(), expectedSize(452));
-    }
-    trigger("mnviewCL");
-    const auto lastLine = [&] {
-        const QAbstractItemModel* lines = box->model();
-        return lines->index(lines->rowCount() - 1, 0).data().toString();
-    };
-    EXPECT_TRUE(waitFor([&] { return lastLine().endsWith(QStringLiteral(" User Stopped Encrypting Files")); }));
-    pressStart(QMessageBox::Yes);
-    EXPECT_TRUE(waitFor([&] { return lastLine().contains(QStringLiteral(" ZEP Is PAUSED at ")); }))
-        << "a line that came while the box was shown";
 }
 
 }  // namespace vantrell::test

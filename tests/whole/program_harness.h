@@ -10,21 +10,20 @@
 #include <optional>
 
 #include "app/program.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
 #include "support/controls.h"
-#include "support/troubled_files.h"
 
 namespace vantrell::test {
 
 /// The machine's clock, or one that is some time ahead of it.
 class ShiftedClock final : public Clock {
 public:
-    [[nodiscard]] TimePoint now() const override { return machine_.now() + ahead + set; }
+    [[nodiscard]] TimePoint now() const override { return machine_.now() + ahead; }
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return machine_.sinceBoot() + ahead; }
     std::chrono::seconds ahead{0};
-    std::chrono::seconds set{0};  ///< by somebody, while the machine went on as it does
 
 private:
     SystemClock machine_;
@@ -87,20 +86,11 @@ protected:
         EXPECT_TRUE(std::filesystem::exists(profile.done + "/" + name)) << name;
         EXPECT_FALSE(std::filesystem::exists(profile.in + "/" + name)) << name;
     }
-    /// Whole in Source, and nothing of it anywhere else.
-    void expectUntouched(const std::string& name, std::uint64_t size) {
-        std::error_code error;
-        EXPECT_EQ(std::filesystem::file_size(profile.in + "/" + name, error), size) << name;
-        EXPECT_EQ(countIn(profile.out), 0U);
-        EXPECT_EQ(countIn(profile.done), 0U);
-        EXPECT_EQ(countIn(profile.rejected), 0U);
-    }
-
     TemporaryFolder folder;
     Profile profile{folder.path()};
     ShiftedClock clock;
     QtTimers timers;
-    TroubledFiles dataFiles;
+    PosixDataFiles dataFiles;
     std::optional<Program> program;
 };
 

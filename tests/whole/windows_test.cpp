@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <QAbstractItemView>
+#include <QComboBox>
 #include <QSet>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include "whole/windows_harness.h"
 #include "widgets/elided_label.h"
@@ -79,20 +80,48 @@ TEST_F(Windows, ScheduleTheWeeklyDelete) {
     EXPECT_TRUE(reachesMode("Mode: Auto"));
 }
 
-TEST_F(Windows, ShowThePastLog) {
+TEST_F(Windows, LeaveTheScheduleAsItWas) {
+    profile.settings.WeeklyDeleteDaysOld = 6;  // not in its list
     startProgram();
-    click("chkActivateSF");
-    pressStart(QMessageBox::Yes);
-    ASSERT_TRUE(waitFor([&] { return hasLogged(" ZEP Is PAUSED at "); }));
-    trigger("mnuHsitoryDaily");
-    const OtherWindow list = opened("frmHistory");
-    ASSERT_TRUE(waitFor([&] { return list.find<QWidget>("LoadHistory")->isVisible(); }));
-    list.click("LoadHistory");
-    const OtherWindow log = opened("frmHistoryInfo");
-    EXPECT_EQ(shown("frmHistory"), nullptr);
-    const QAbstractItemModel* lines = log.find<QAbstractItemView>("txtScrollingHistory")->model();
-    ASSERT_TRUE(waitFor([&] { return lines->rowCount() > 0; }));
-    EXPECT_TRUE(lines->index(0, 0).data().toString().endsWith(QStringLiteral(" Loading")));
+    pressStart(QMessageBox::No);
+    const SettingsRecord before = profile.saved();
+    const std::function<void(const OtherWindow&)> ways[] = {
+        [](const OtherWindow& schedule) { schedule.click("cmdCancel"); },
+        [](const OtherWindow& schedule) { QTest::keyClick(&schedule.window, Qt::Key_Escape); },
+        [](const OtherWindow& schedule) { schedule.window.close(); },
+        [](const OtherWindow& schedule) {
+            QTest::keyClick(schedule.find<QWidget>("lstDay"), Qt::Key_Home);
+            schedule.click("cmdOK");
+        }};
+    for (const auto& leave : ways) {
+        ASSERT_TRUE(reachesMode("Mode: Auto"));
+        click("cmdSched");
+        const OtherWindow schedule = opened("frmweeklyDelete");
+        EXPECT_TRUE(reachesMode("Mode: Stopped"));
+        EXPECT_EQ(schedule.find<QComboBox>("lstDaysOld")->currentText(), QString());
+        QTest::keyClicks(schedule.find<QWidget>("lstDay"), QStringLiteral("F"));
+        leave(schedule);
+        EXPECT_TRUE(isGone("frmweeklyDelete"));
+        EXPECT_EQ(profile.saved(), before);
+    }
+}
+
+TEST_F(Windows, DeleteAPasswordThatWasChosenInTheList) {
+    startProgram();
+    addPassword("another");
+    trigger("mnuPasswords");
+    const OtherWindow editor = opened("frmEDPasswords");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor.window));
+    auto* list = editor.find<QTreeWidget>("ListView1");
+    ASSERT_TRUE(waitFor([&] { return list->topLevelItemCount() == 2; }));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->topLevelItem(0)).center());
+    EXPECT_EQ(editor.find<QLineEdit>("txtpassword")->text(), QStringLiteral("secret"));
+    ASSERT_TRUE(waitFor([&] { return editor.find<QWidget>("cmdDelete")->isVisible(); }));
+    EXPECT_FALSE(editor.find<QAbstractButton>("chkActive")->isChecked());
+    QTest::keyClick(&editor.window, Qt::Key_D, Qt::AltModifier);
+    ASSERT_TRUE(waitFor([&] { return list->topLevelItemCount() == 1; }));
+    EXPECT_EQ(list->topLevelItem(0)->text(0), QStringLiteral("another"));
+    EXPECT_EQ(list->topLevelItem(0)->text(1), QStringLiteral("True"));
 }
 
 TEST_F(Windows, CutNoTextInALargeFont) {

@@ -8,18 +8,6 @@
 
 namespace vantrell::test {
 
-TEST_F(MainWindowTest, TabGoesFromTopToBottom) {
-    auto* first = find<QPushButton>("cmdSelectSource1");
-    first->setFocus();
-    Seen names;
-    do {
-        names.push_back(window.focusWidget()->objectName().toStdString());
-        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-    } while (window.focusWidget() != first && names.size() < 20);
-    EXPECT_EQ(names, (Seen{"cmdSelectSource1", "chkActivateSF", "cmdSelectSource2", "cmdSelectSource3",
-                           "cmdSelectSource4", "ctNEdit1", "cmdSched", "cmdStartDir", "cmdStopDir", "cmdExit"}));
-}
-
 TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
     window.setStopEnabled(false);
     find<QPushButton>("cmdStartDir")->setFocus();
@@ -81,17 +69,6 @@ TEST_F(MainWindowTest, ShowsPathsInReadableFormAndWholeInTheTip) {
     EXPECT_TRUE(QToolTip::text().contains(QString(300, QLatin1Char('x'))));
 }
 
-TEST_F(MainWindowTest, SaysTheModeInWordsAndAsAShape) {
-    auto* mark = find<ModeMark>("modeMark");
-    for (const auto& [mode, text, shape] : {std::tuple(Mode::automatic, "Mode: Auto", ModeMark::Shape::disc),
-                                            std::tuple(Mode::scanning, "SCANNING", ModeMark::Shape::triangle),
-                                            std::tuple(Mode::stopped, "Mode: Stopped", ModeMark::Shape::square)}) {
-        window.setMode(mode);
-        EXPECT_EQ(textOf("lblMode"), text);
-        EXPECT_EQ(mark->shape(), shape);
-    }
-}
-
 TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
     window.setMode(Mode::running);
     const QRect schedule = find<QWidget>("lbSched")->geometry();
@@ -133,21 +110,6 @@ TEST(TimeLeft, IsSaidInTheUnitThatMatters) {
     EXPECT_EQ(timeLeftText(10, 100, 20'000), QStringLiteral("3 min left"));
     EXPECT_EQ(timeLeftText(1, 131, 60'000), QStringLiteral("2 h 10 min left"));
     EXPECT_EQ(timeLeftText(1, UINT64_MAX, 60'000), QStringLiteral("more than 100 h left"));
-}
-
-TEST_F(MainWindowTest, ChoosesAFolderWithoutALoopOfItsOwn) {
-    const TemporaryFolder folder;
-    events.mayChooseFolder = true;
-    window.setFolder(FolderKind::done, folder.path());
-    for (const bool accepted : {true, false}) {
-        events.seen.clear();
-        click("cmdSelectSource3");
-        QDialog* dialog = window.findChild<QFileDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        accepted ? dialog->accept() : dialog->reject();
-        EXPECT_EQ(events.seen, (Seen{"folder 3", "chosen 3 " + (accepted ? folder.path() : std::string())}));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return window.findChild<QFileDialog*>() == nullptr; }));
-    }
 }
 
 }  // namespace vantrell::test

@@ -31,21 +31,6 @@ protected:
     }
 };
 
-TEST_F(MenusTest, BearTheirCaptionsToTheLetter) {
-    Seen bar;
-    for (const QAction* entry : window.menuBar()->actions()) bar.push_back(captionOf(entry));
-    EXPECT_EQ(bar, (Seen{"Start Up Options", "Passwords and Files", "View", "About"}));
-    for (const auto& [name, caption] :
-         {std::pair("mnAddtoStartup", "Add to Startup"), std::pair("mnuRemoveFromStartup", "Remove From  Start UP"),
-          std::pair("mnuStartOnLoad", "Start and Run Continually at program Start Up?"),
-          std::pair("mnmax", "Run Normal (Not Minimized) at Start Up?"), std::pair("mnOW", "Overwrite Existing Files"),
-          std::pair("mnviewCL", "View Current Log"), std::pair("mnuCurrentPass", "View Current Password"),
-          std::pair("mnLogOffOn", "Turn Off Loging"), std::pair("mnuabout", "About"),
-          std::pair("mnuStartup", "Start Up Options"), std::pair("mnview", "View")}) {
-        EXPECT_EQ(captionOf(find<QAction>(name)), caption);
-    }
-}
-
 TEST_F(MenusTest, ForwardWhatIsChosen) {
     for (const char* entry : {"mnAddtoStartup", "mnuRemoveFromStartup", "mnuStartOnLoad", "mnmax"})
         choose("mnuStartup", entry);

@@ -59,14 +59,6 @@ TEST_F(MessageBoxesTest, TakesEscapeAndTheCloseBoxForNo) {
     EXPECT_EQ(answer, Answer::no) << "the default that was asked for";
 }
 
-TEST_F(MessageBoxesTest, GoesWithTheTaskThatAsked) {
-    ask(question);
-    tasks.abort();
-    EXPECT_TRUE(openBoxes().empty());
-    loop.settle();
-    EXPECT_FALSE(answer.has_value());
-}
-
 TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
     const Box news{"", "There is no active password.", Buttons::ok, false};
     boxes->inform(news);

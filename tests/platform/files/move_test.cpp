@@ -172,18 +172,6 @@ TEST_F(OneFile, OfTwoNamesTheSourceNameGoesAndOneNameStays) {
     EXPECT_EQ(readFile(sub + "/a"), "contents");
 }
 
-TEST_F(OneFile, RenameStaysWithinOneFileSystem) {
-    const OtherFileSystem other;
-    if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
-    writeFile(folder / "a", "contents");
-    EXPECT_FALSE(loop.valueOf(toolbox.rename(folder / "a", *other / "a")).ok());
-    EXPECT_EQ(readFile(folder / "a"), "contents");
-    EXPECT_TRUE(loop.valueOf(toolbox.rename(folder / "a", folder / "b")).ok());
-    writeFile(folder / "a", "new");
-    EXPECT_EQ(faultOf(loop.valueOf(toolbox.rename(folder / "a", folder / "b"))), FaultKind::nameTaken);
-    EXPECT_EQ(readFile(folder / "b"), "contents");
-}
-
 /// A move across file systems in which something happens after the copy got its name, before the source goes.
 class AfterPublishing : public WithToolbox {
 public:
