@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
+#include "support/file_size_limit.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -40,9 +43,10 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         bench.settle();
     };
     for (const std::size_t told : {1U, 2U}) {
-        bench.files.unwritable = {bench.settingsFile};
+        std::optional<FileSizeLimit> full(1);
         changeAll();
         ASSERT_TRUE(bench.runPass());
+        changeAll();
         EXPECT_EQ(bench.state.settings, stored);
         EXPECT_EQ(bench.window.shown, stored);
         EXPECT_EQ(bench.window.folders[FolderKind::done], stored.DoneFolder);
@@ -50,7 +54,7 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         EXPECT_EQ(bench.timRun.interval(), stored.ScanIntervalMs);
         EXPECT_FALSE(bench.window.visible);
         EXPECT_EQ(bench.boxes.informed.size(), told);
-        bench.files.unwritable.clear();
+        full.reset();
         for (const bool with : {true, false}) bench.engine.fields.includeSubfoldersClicked(with);
     }
     for (const std::string& line : bench.window.lines) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;

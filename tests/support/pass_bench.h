@@ -8,6 +8,7 @@
 #include "assembly/engine.h"
 #include "base/date_text.h"
 #include "passwords/supplied_password_file.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/openssl/openssl_cipher.h"
 #include "platform/sqlite/sqlite_copier.h"
@@ -18,7 +19,6 @@
 #include "support/doubles.h"
 #include "support/recording_kernel.h"
 #include "support/scripted_boxes.h"
-#include "support/troubled_files.h"
 
 namespace vantrell::test {
 
@@ -93,7 +93,7 @@ public:
     SettableClock clock;
     HandDrivenTimers timers;
     RecordingKernel kernel{loop.kernel(), root.path()};
-    TroubledFiles files{kernel};
+    PosixDataFiles files{kernel};
     PosixToolbox toolbox{loop, kernel, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;

@@ -228,6 +228,21 @@ TEST_F(ScanPassTest, DoesNotBeginWithAFolderThatWasEmptiedDuringTheLookup) {
     EXPECT_TRUE(bench.messages().empty());
 }
 
+TEST_F(ScanPassTest, WaitsForALookupThatSomebodyElseHasBegun) {
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    OtherProgram other(bench.passwordFile);
+    other.run("INSERT INTO EncDecPasswords VALUES ('secret', 1); BEGIN EXCLUSIVE");
+    bench.engine.currentPassword.viewCurrentPasswordChosen();
+    bench.settle();
+    bench.boxes.answerOpen(Answer::no);
+    ASSERT_FALSE(endsPass());
+    other.run("COMMIT");
+    bench.loop.waitUntil([this] { return group.isIdle(); });
+    ASSERT_TRUE(endsPass());
+    EXPECT_EQ(bench.boxes.informed.back().text, "secret");
+    EXPECT_EQ(readFile(bench.done("b")), "b");
+}
+
 TEST_F(ScanPassTest, StopsWithoutAPassword) {
     writeFile(bench.in("a"), "a");
     bench.engine.activePassword.set({});
