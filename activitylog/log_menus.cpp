@@ -23,10 +23,10 @@ Task<void> LogMenus::turnOffLogging() {
 
 void LogMenus::switchLogging(bool turnedOff, const Message& event) {
     state_.settings.LoggingTurnedOff = turnedOff;
+    if (!settings_.save()) return;
     window_.showSettings(state_.settings);
     log_.logEvent(event);
     log_.writetofile();
-    settings_.saveSettings();
 }
 
 }  // namespace vantrell

@@ -5,7 +5,7 @@
 #include "activitylog/log_entries.h"
 #include "core/ending.h"
 #include "core/main_window.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "platform/message_boxes.h"
 #include "task/task_group.h"
 
@@ -16,7 +16,7 @@ namespace vantrell {
 class LogMenus final : public LogEntries, public Endable {
 public:
     /// Everything outlives the menus.
-    LogMenus(ProgramState& state, MainWindow& window, ActivityLog& log, SettingsFile& settings, MessageBoxes& boxes,
+    LogMenus(ProgramState& state, MainWindow& window, ActivityLog& log, SettingsKeeper& settings, MessageBoxes& boxes,
              RunQueue& queue)
         : state_(state), window_(window), log_(log), settings_(settings), boxes_(boxes), question_(queue) {}
 
@@ -31,7 +31,7 @@ private:
     ProgramState& state_;
     MainWindow& window_;
     ActivityLog& log_;
-    SettingsFile& settings_;
+    SettingsKeeper& settings_;
     MessageBoxes& boxes_;
     TaskGroup question_;
 };

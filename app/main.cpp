@@ -4,6 +4,7 @@
 
 #include "app/program.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/program_icon.h"
@@ -22,7 +23,8 @@ int main(int argc, char** argv) {
     vantrell::VisibleIndicators::install();
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::PosixDataFiles files;
+    vantrell::LinuxKernel kernel;
+    vantrell::PosixDataFiles files(kernel);
     vantrell::Program program(clock, timers, files);
     program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start

@@ -4,21 +4,22 @@
 #include <QCoreApplication>
 
 #include "core/data_folder.h"
-#include "platform/linux/kernel_flush.h"
-#include "platform/openssl/openssl_component.h"
+#include "platform/desktop/user_folders.h"
+#include "platform/openssl/openssl_cipher.h"
 
 namespace vantrell {
 
 Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
-    : flush_(makeKernelFlush()),
-      loop_(clock, *flush_),
+    : loop_(clock),
+      flushesCompleted_(kernel_.flushCompletions(loop_.queue())),
       dataFolder_(appFolderBelow(host_.profileFolder())),
-      toolbox_(loop_, clock),
-      entry_(host_.programFolder()),
+      toolbox_(loop_, kernel_, clock),
+      entry_(kernel_, host_.programFolder()),
       database_(loop_),
-      lines_(dataFolder_),
+      lines_(kernel_, dataFolder_, temporaryFolder()),
       window_(lines_, toolbox_),
       weeklyWindow_(&window_),
+      logReading_(kernel_),
       historyText_(logFolderBelow(dataFolder_), logReading_, loop_, window_),
       history_(logFolderBelow(dataFolder_), toolbox_, loop_, historyText_, window_),
       boxes_(loop_.queue(), &window_),
@@ -39,9 +40,8 @@ Program::~Program() {
 }
 
 Machine Program::machine(const Clock& clock, Timers& timers, DataFiles& files) {
-    return {clock, timers, loop_, host_, instance_, entry_, toolbox_, files, database_, databaseCopier_, [this] {
-                return std::make_unique<OpensslComponent>(loop_, toolbox_);
-            }};
+    return {clock,    timers, loop_,     host_,           instance_,        entry_,
+            toolbox_, files,  database_, databaseCopier_, makeOpensslCipher};
 }
 
 Screen Program::screen() {
@@ -58,17 +58,12 @@ bool Program::start() {
 // A second start of the program leads to one, by way of the helper that it starts.
 void Program::hearShowRequests() {
     if (!showRequests_.listen(dataFolder_, [this] { engine_.place.show(); })) return;
-    showRequested_ = std::make_unique<QSocketNotifier>(showRequests_.descriptor(), QSocketNotifier::Read);
-    QObject::connect(showRequested_.get(), &QSocketNotifier::activated, showRequested_.get(),
-                     [this] { showRequests_.serve(); });
+    showRequested_ = std::make_unique<QtEventWatch>(showRequests_);
 }
 
 void Program::endWhenAsked(SignalSource& requests) {
-    if (requests.descriptor() < 0) return;
-    endRequested_ = std::make_unique<QSocketNotifier>(requests.descriptor(), QSocketNotifier::Read);
-    QObject::connect(endRequested_.get(), &QSocketNotifier::activated, endRequested_.get(), [this, &requests] {
-        if (requests.takeRequest()) engine_.ending.closeForGood();
-    });
+    requests.setAsked([this] { engine_.ending.closeForGood(); });
+    endRequested_ = std::make_unique<QtEventWatch>(requests);
 }
 
 }  // namespace vantrell

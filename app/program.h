@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QSocketNotifier>
 #include <memory>
 
 #include "activitylog/frmHistory.h"
@@ -14,11 +13,12 @@
 #include "platform/files/posix_file_reading.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/files/spilled_lines.h"
-#include "platform/flush_service.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_event_watch.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_notifier.h"
 #include "platform/qt/qt_session_end.h"
@@ -43,7 +43,7 @@ public:
     void endWhenAsked(SignalSource& requests);
 
     [[nodiscard]] frmMain& window() { return window_; }
-    [[nodiscard]] const ProgramState& state() const { return engine_.state; }
+    [[nodiscard]] const Engine& engine() const { return engine_; }
 
 private:
     [[nodiscard]] Machine machine(const Clock& clock, Timers& timers, DataFiles& files);
@@ -51,8 +51,9 @@ private:
     void hearShowRequests();
 
     // The order is that of dependence: what stands further down uses what stands further up.
-    std::unique_ptr<FlushService> flush_;
     QtEventLoop loop_;
+    LinuxKernel kernel_;
+    QtEventWatch flushesCompleted_;
     PosixHost host_;
     const Path dataFolder_;
     PosixInstanceLock instance_;
@@ -73,9 +74,9 @@ private:
     Engine engine_;
     const MainWindowListeners listeners_;
     QtSessionEnd sessionEnd_;
-    std::unique_ptr<QSocketNotifier> endRequested_;
+    std::unique_ptr<QtEventWatch> endRequested_;
     UnixShowListener showRequests_;
-    std::unique_ptr<QSocketNotifier> showRequested_;
+    std::unique_ptr<QtEventWatch> showRequested_;
 };
 
 }  // namespace vantrell

@@ -4,14 +4,14 @@
 namespace vantrell {
 
 void Ending::saveAll() {
-    p_.settings.saveSettings();
+    (void)p_.settings.save();
     p_.log.saveWhenOn();
 }
 
 void Ending::closeForGood() {
     if (std::exchange(p_.state.ClosingForGood, true)) return;
     for (Endable* one : atWork_) one->abort();
-    p_.settings.saveSettings();
+    (void)p_.file.saveSettings();  // nobody is left to be told
     p_.log.saveForGood();
     p_.backup.onCloseConfigBackup();
     p_.timRun.setEnabled(false);

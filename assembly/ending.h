@@ -9,7 +9,7 @@
 #include "core/ending.h"
 #include "core/main_window.h"
 #include "core/notices.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "housekeeping/config_backup.h"
 #include "platform/host.h"
 #include "platform/timers.h"
@@ -20,7 +20,8 @@ namespace vantrell {
 /// What the ending works with; everything outlives it.
 struct EndingParts {
     ProgramState& state;
-    SettingsFile& settings;
+    SettingsFile& file;
+    SettingsKeeper& settings;
     ActivityLog& log;
     ConfigBackup& backup;
     Timer& timRun;

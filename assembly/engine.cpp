@@ -5,7 +5,6 @@
 
 #include "base/date_text.h"
 #include "core/data_folder.h"
-#include "passwords/password_lookup.h"
 #include "passwords/supplied_password_file.h"
 
 namespace vantrell {
@@ -19,8 +18,6 @@ constexpr std::int32_t kClockMs = 25;
 ProgramState stateBelow(const Path& profileFolder) {
     ProgramState state;
     state.AppFolder = appFolderBelow(profileFolder);
-    state.SettingsFilePath = joinPath(state.AppFolder, kSettingsFileName);
-    state.ProductTitle = kProductName;
     return state;
 }
 
@@ -30,9 +27,10 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
     : machine(std::move(given)),
       screen(std::move(shown)),
       state(stateBelow(machine.host.profileFolder())),
-      settings(state, machine.files, machine.clock),
+      settingsFile(joinPath(state.AppFolder, kSettingsFileName), state, machine.files, machine.clock),
+      settings(state, settingsFile, screen.window, screen.boxes),
       log(state, screen.window, machine.files, machine.clock),
-      report(state, screen.window, log),
+      report(screen.window, log),
       place(screen.window, screen.tray),
       notices(screen.notifier, machine.clock, screen.window, place),
       timRun(machine.timers.create("timRun")),
@@ -42,23 +40,24 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       timDelete(machine.timers.create("timDelete")),
       timWeeklyClock(machine.timers.create("timWeeklyClock")),
       mode(state, screen.window, *timRun),
-      loadedSettings({state, screen.window, report, settings, screen.boxes, machine.entry, *timRun}),
-      passwords(machine.loop.queue(), machine.database, screen.boxes, state,
+      loadedSettings({state, screen.window, report, settingsFile, settings, screen.boxes, machine.entry, *timRun}),
+      passwords(machine.loop.queue(), machine.database, screen.boxes, joinPath(state.AppFolder, kPasswordFileName),
                 [this](const Path& path) { return machine.toolbox.kindOf(path) == EntryKind::regularFile; }),
-      lookUpActivePassword([this] { return vantrell::lookUpActivePassword(passwords, state); }),
-      passwordEditor(passwords, screen.passwordWindow, screen.boxes, state, machine.loop.queue()),
-      currentPassword({state, screen.window, screen.boxes, mode, lookUpActivePassword, machine.loop.queue()}),
-      backup({state, settings, machine.toolbox, machine.files, machine.databaseCopier, screen.boxes, machine.loop,
+      activePassword(machine.loop.queue(), [this] { return passwords.lookUpActivePassword(); }),
+      noActivePassword(mode, screen.window, screen.boxes),
+      passwordEditor(passwords, activePassword, screen.passwordWindow, screen.boxes, machine.loop.queue()),
+      currentPassword(activePassword, noActivePassword, screen.boxes, machine.loop.queue()),
+      backup({state, settingsFile, machine.toolbox, machine.files, machine.databaseCopier, screen.boxes, machine.loop,
               machine.clock, [this] { passwords.closeStoreObjects(); }, suppliedPasswordFile()}),
-      backupMenus({state, screen.window, screen.boxes, machine.loop, mode, backup, lookUpActivePassword,
-                   [this] { loadedSettings.reload(); }}),
+      backupMenus(
+          {machine.loop.queue(), backup, activePassword, noActivePassword, [this] { loadedSettings.reload(); }}),
       weekly({state, screen.window, report, machine.toolbox, machine.loop, machine.clock, mode, *timDelete}),
       weeklyDialog({state, screen.weeklyWindow, settings, mode, machine.clock, *timWeeklyClock, weekly}),
       pass({state, screen.window, report, log, settings, machine.toolbox, screen.boxes, machine.loop, machine.clock,
-            *timRun, mode, notices},
-           machine.makeComponent, lookUpActivePassword),
+            *timRun, mode, notices, activePassword, noActivePassword},
+           [&m = this->machine] { return std::make_unique<CryptoComponent>(m.loop, m.toolbox, m.makeCipher); }),
       passes(pass, machine.loop.queue()),
-      ending({state, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
+      ending({state, settingsFile, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
              std::move(quit)),
       optionMenus(state, screen.window, settings, screen.boxes, place, machine.entry, machine.loop.queue()),
       logMenus(state, screen.window, log, settings, screen.boxes, machine.loop.queue()),

@@ -18,6 +18,7 @@
 #include "mainwindow/setting_fields.h"
 #include "passwords/current_password.h"
 #include "passwords/password_editor_controller.h"
+#include "platform/cipher.h"
 #include "platform/timers.h"
 
 namespace vantrell {
@@ -34,7 +35,7 @@ struct Machine {
     DataFiles& files;
     Database& database;
     DatabaseCopier& databaseCopier;
-    CryptoFactory makeComponent;
+    CipherFactory makeCipher;
 };
 
 /// What people see of the program. All of it outlives the engine.
@@ -67,7 +68,8 @@ struct Engine {
 
     // The pieces. The order is that of dependence: what stands further down uses what stands further up.
     ProgramState state;
-    SettingsFile settings;
+    SettingsFile settingsFile;
+    SettingsKeeper settings;
     ActivityLog log;
     StatusReport report;
     WindowPlace place;
@@ -82,7 +84,8 @@ struct Engine {
     LoadedSettings loadedSettings;
 
     PasswordStore passwords;
-    ActivePasswordLookup lookUpActivePassword;
+    ActivePassword activePassword;
+    NoActivePassword noActivePassword;
     PasswordEditorController passwordEditor;
     CurrentPassword currentPassword;
 

@@ -8,7 +8,7 @@
 namespace vantrell {
 
 void LoadedSettings::read() {
-    switch (p_.settings.loadSettings()) {
+    switch (p_.file.loadSettings()) {
         case SettingsFile::Loaded::incomplete:
             return p_.boxes.inform(
                 {kApplicationTitle,
@@ -26,14 +26,10 @@ void LoadedSettings::read() {
 
 void LoadedSettings::showFolders() {
     const SettingsRecord& settings = p_.state.settings;
-    const std::pair<FolderKind, const Path&> folders[] = {{FolderKind::source, settings.SourceFolder},
-                                                          {FolderKind::destination, settings.DestinationFolder},
-                                                          {FolderKind::done, settings.DoneFolder},
-                                                          {FolderKind::reject, settings.RejectFolder}};
-    for (const auto& [kind, folder] : folders) {
+    for (const auto& [kind, folder] : foldersOf(settings)) {
         if (folder.empty()) {
             showNormal();
-            p_.settings.saveSettings();
+            (void)p_.settings.save();
         }
         p_.window.setFolder(kind, folder);
     }

@@ -3,7 +3,7 @@
 
 #include "activitylog/status_report.h"
 #include "core/main_window.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "platform/message_boxes.h"
 #include "platform/startup_entry.h"
 #include "platform/timers.h"
@@ -15,7 +15,8 @@ struct LoadedSettingsParts {
     ProgramState& state;
     MainWindow& window;
     StatusReport& report;
-    SettingsFile& settings;
+    SettingsFile& file;
+    SettingsKeeper& settings;
     MessageBoxes& boxes;
     StartupEntry& entry;
     Timer& timRun;

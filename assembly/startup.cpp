@@ -32,7 +32,7 @@ bool Startup::load() {
     p_.loaded.showFolders();
     p_.state.WindowLoading = false;
     p_.log.logEvent("Loaded");
-    p_.settings.saveSettings();
+    (void)p_.settings.save();
     p_.loaded.showOptions();
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
     p_.state.UiLoading = false;

@@ -19,7 +19,7 @@ struct StartupParts {
     ProgramState& state;
     MainWindow& window;
     ActivityLog& log;
-    SettingsFile& settings;
+    SettingsKeeper& settings;
     LoadedSettings& loaded;
     WindowPlace& place;
     Passes& passes;

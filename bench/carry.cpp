@@ -19,6 +19,7 @@
 #include "app/program.h"
 #include "bench/heart_beat.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
@@ -84,7 +85,8 @@ struct Figures {
 Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::PosixDataFiles dataFiles;
+    vantrell::LinuxKernel kernel;
+    vantrell::PosixDataFiles dataFiles{kernel};
     vantrell::Program program(clock, timers, dataFiles);
     Figures figures;
     if (!program.start()) return figures;
@@ -98,7 +100,7 @@ Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
         clockTexts.insert(clockLabel->text());
         if (settled == 0 && count >= settleAfter) settled = residentKiB();
         if (settled != 0) figures.grownKiB = std::max(figures.grownKiB, residentKiB() - settled);
-        if (!program.state().PassInProgress && count >= files) QCoreApplication::exit(0);
+        if (!program.engine().state.PassInProgress && count >= files) QCoreApplication::exit(0);
     });
     QApplication::exec();
     figures.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

@@ -21,6 +21,7 @@
 #include "base/date_text.h"
 #include "bench/heart_beat.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "rig/hand_driven_timers.h"
 #include "rig/profile.h"
 
@@ -121,7 +122,8 @@ private:
     test::Profile profile_{folder_.path()};
     SettableClock clock_;
     test::HandDrivenTimers timers_;
-    PosixDataFiles dataFiles_;
+    LinuxKernel kernel_;
+    PosixDataFiles dataFiles_{kernel_};
     std::unique_ptr<Program> program_;
 };
 

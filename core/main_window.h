@@ -10,6 +10,9 @@
 
 namespace vantrell {
 
+/// `scanning`: a pass is at a file.
+enum class Mode { stopped, automatic, running, scanning };
+
 enum class FolderKind { source = 1, destination = 2, done = 3, reject = 4 };
 
 /// What the main window can be told to show. Texts may hold paths and are bytes: the window decodes them for display.
@@ -24,7 +27,7 @@ public:
     virtual void setCaption(const std::string& text) = 0;
     virtual void setLabel2(const std::string& text) = 0;
     virtual void setPanel1(const std::string& text) = 0;
-    virtual void setModeLabel(const std::string& text) = 0;
+    virtual void setMode(Mode mode) = 0;
     virtual void setClock(const std::string& text) = 0;
     virtual void setSchedule(const std::string& text) = 0;
     virtual void setStartEnabled(bool enabled) = 0;

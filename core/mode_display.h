@@ -7,14 +7,13 @@
 
 namespace vantrell {
 
-enum class Mode { stopped, automatic, running };
-
 /// The mode follows from the scan timer and the pass; the label and the two buttons follow from the mode.
 class ModeDisplay {
 public:
     ModeDisplay(const ProgramState& state, MainWindow& window, Timer& timRun)
         : state_(state), window_(window), timRun_(timRun) {}
 
+    /// Stopped, automatic or running.
     [[nodiscard]] Mode mode() const {
         if (timRun_.isEnabled()) return Mode::automatic;
         return state_.PassInProgress ? Mode::running : Mode::stopped;
@@ -22,7 +21,7 @@ public:
 
     void tmchkTimer_Timer() {
         const Mode now = mode();
-        window_.setModeLabel(textOf(now));
+        window_.setMode(now);
         window_.setStartEnabled(now == Mode::stopped);
         window_.setStopEnabled(now != Mode::stopped);
     }
@@ -34,17 +33,6 @@ public:
     void TurnOnTimRun() { setTimRun(true); }
 
 private:
-    static const char* textOf(Mode mode) {
-        switch (mode) {
-            case Mode::automatic:
-                return "Mode: Auto";
-            case Mode::running:
-                return "Mode: Running";
-            case Mode::stopped:
-                break;
-        }
-        return "Mode: Stopped";
-    }
     void setTimRun(bool enabled) {
         ++switches_;
         timRun_.setEnabled(enabled);

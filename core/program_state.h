@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "base/path.h"
 
@@ -35,25 +34,12 @@ struct ProgramState {
     SettingsRecord settings;
 
     Path AppFolder;
-    Path SettingsFilePath;
-    std::string ProductTitle;
-    std::string StatusText;
-    std::string ActivePassword;  ///< empty: none is active
 
     bool UiLoading = false;      ///< the program itself changes controls; handlers do not save
     bool WindowLoading = false;  ///< folder buttons do nothing yet
     bool ClosingForGood = false;
     bool StartupPassMarker = false;  ///< the next pass is the one that start-up runs
-    bool ScanActive = false;
     bool PassInProgress = false;
-    bool StopRequested = false;
-    bool SinglePassMode = false;
-    bool FreshStartPending = false;
-    bool EncryptFailed = false;
-
-    std::vector<Path> FileList;  ///< what the last search found, from index 1 on
-    Path FileOpSource;           ///< the last paths handed to the file toolbox, as a record only
-    Path FileOpTarget;
 
     [[nodiscard]] bool anyFolderIsEmpty() const {
         return settings.SourceFolder.empty() || settings.DestinationFolder.empty() || settings.DoneFolder.empty() ||

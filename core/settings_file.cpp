@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/settings_file.h"
 
+#include <utility>
+
 #include "base/date_text.h"
 #include "core/settings_format.h"
 
@@ -13,37 +15,49 @@ constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 }  // namespace
 
-SettingsFile::SettingsFile(ProgramState& state, DataFiles& files, const Clock& clock)
-    : state_(state), files_(files), clock_(clock) {}
+SettingsFile::SettingsFile(Path file, ProgramState& state, DataFiles& files, const Clock& clock)
+    : path_(std::move(file)), state_(state), files_(files), clock_(clock) {}
 
 SettingsFile::Loaded SettingsFile::loadSettings() {
-    const Result<std::string> file = files_.read(state_.SettingsFilePath, kMostBytes);
+    const Result<std::string> file = files_.read(path_, kMostBytes);
     if (file.failedWith(FaultKind::notThere))
         loaded_ = Loaded::missing;
     else if (!file.ok())
         loaded_ = Loaded::unreadable;
     else
         loaded_ = parseSettings(file.value(), state_.settings) == kSettingsItems ? Loaded::whole : Loaded::incomplete;
+    stored_ = state_.settings;
     foundIncomplete_ = foundIncomplete_ || loaded_ == Loaded::incomplete;
     return loaded_;
 }
 
-void SettingsFile::saveSettings() {
-    if (loaded_ == Loaded::unreadable) return;
-    if (loaded_ == Loaded::incomplete && !keepIncompleteFile()) return;
-    const std::string line = formatSettings(state_.settings);
-    // Every pass saves the settings. When the file holds the same already, writing and flushing it again would only
-    // wear out the disk.
-    const Result<std::string> present = files_.read(state_.SettingsFilePath, line.size() + 1);
-    if (present.ok() && present.value() == line) return;
-    (void)files_.writeAtomically(state_.SettingsFilePath, line);
+Result<Saved> SettingsFile::saveSettings() {
+    const Result<Saved> saved = write();
+    if (saved.ok()) stored_ = state_.settings;
+    return saved;
 }
 
-bool SettingsFile::keepIncompleteFile() {
-    const Path dated = state_.SettingsFilePath + "." + secondStamp(clock_.now());
-    if (!files_.setAside(state_.SettingsFilePath, dated).ok()) return false;
-    loaded_ = Loaded::whole;
-    return true;
+Result<Saved> SettingsFile::write() {
+    if (loaded_ == Loaded::unreadable) return Saved::notNeeded;
+    if (loaded_ == Loaded::incomplete) {
+        const Result<> kept = keepIncompleteFile();
+        if (!kept.ok()) return kept.fault();
+    }
+    const std::string line = formatSettings(state_.settings);
+    // Every pass saves the settings. When the file holds the same already, writing it again would only wear out the
+    // disk.
+    const Result<std::string> present = files_.read(path_, line.size() + 1);
+    if (present.ok() && present.value() == line) return Saved::notNeeded;
+    const Result<> written = files_.writeAtomically(path_, line);
+    if (!written.ok()) return written.fault();
+    return Saved::written;
+}
+
+Result<> SettingsFile::keepIncompleteFile() {
+    const Path dated = path_ + "." + secondStamp(clock_.now());
+    Result<> kept = files_.setAside(path_, dated);
+    if (kept.ok()) loaded_ = Loaded::whole;
+    return kept;
 }
 
 }  // namespace vantrell

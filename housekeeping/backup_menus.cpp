@@ -21,12 +21,8 @@ void BackupMenus::mnuNBU() {
 Task<void> BackupMenus::restoreAndLookUp(Restore restore) {
     const TaskLock::Held turn = co_await turns_.acquire();
     co_await (p_.backup.*restore)();
-    p_.state.ActivePassword.clear();
-    co_await p_.lookUpActivePassword();
-    if (!p_.state.ActivePassword.empty()) co_return;
-    p_.mode.TurnOffTimRun();
-    p_.window.setLabel2(std::string(kNoActivePassword) + ".");
-    p_.boxes.inform({kApplicationTitle, kNoActivePassword});
+    const std::string found = co_await p_.password.lookUp();
+    if (found.empty()) p_.none.tell();
 }
 
 void BackupMenus::abort() {

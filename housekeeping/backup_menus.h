@@ -5,8 +5,6 @@
 
 #include "core/active_password.h"
 #include "core/ending.h"
-#include "core/main_window.h"
-#include "core/mode_display.h"
 #include "housekeeping/backup_entries.h"
 #include "housekeeping/config_backup.h"
 #include "task/task_group.h"
@@ -16,13 +14,10 @@ namespace vantrell {
 
 /// What the menu entries work with; everything outlives them.
 struct BackupMenuParts {
-    ProgramState& state;
-    MainWindow& window;
-    MessageBoxes& boxes;
-    EventLoop& loop;
-    ModeDisplay& mode;
+    RunQueue& queue;
     ConfigBackup& backup;
-    ActivePasswordLookup lookUpActivePassword;
+    ActivePassword& password;
+    NoActivePassword& none;
     /// Reads the settings file again and shows what it holds.
     std::function<void()> reloadSettings;
 };
@@ -32,7 +27,7 @@ struct BackupMenuParts {
 class BackupMenus final : public BackupEntries, public Endable {
 public:
     explicit BackupMenus(BackupMenuParts parts)
-        : p_(std::move(parts)), backups_(p_.loop.queue()), turns_(p_.loop.queue()), restores_(p_.loop.queue()) {}
+        : p_(std::move(parts)), backups_(p_.queue), turns_(p_.queue), restores_(p_.queue) {}
 
     void mnBackup() override;
     void mnONLBackup() override;

@@ -87,7 +87,6 @@ void ConfigBackup::onCloseConfigBackup() noexcept try {
     const auto copy = [&](const char* name, bool replaces, Copy method) {
         const Path backup = joinPath(folder, name);
         if (!exists(live(name)) || (!replaces && exists(backup))) return;
-        remember(live(name), backup);
         // A failure cannot be shown to anybody any more; the older copy stays.
         (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
@@ -167,23 +166,16 @@ Task<std::string> ConfigBackup::passwordsRestored(Path backup, RestoreTexts text
 // Copying
 
 CopyResult ConfigBackup::copySettings(const Path& source, const Path& target) {
-    remember(source, target);
     return copies_.copySettings(source, target, Unchanged::written);
 }
 
 // The tries are counted, not the seconds. A busy event loop then makes the wait longer, but never shorter.
 Task<bool> ConfigBackup::copyOnceUnlocked(Copy copy, Path source, Path target) {
-    remember(source, target);
     for (auto waited = std::chrono::milliseconds::zero();; waited += kRetryInterval) {
         const CopyResult result = (copies_.*copy)(source, target, Unchanged::written);
         if (result != CopyResult::locked || waited >= kPatience) co_return result == CopyResult::copied;
         co_await p_.loop.after(kRetryInterval);
     }
-}
-
-void ConfigBackup::remember(const Path& source, const Path& target) {
-    p_.state.FileOpSource = source;
-    p_.state.FileOpTarget = target;
 }
 
 bool ConfigBackup::exists(const Path& file) const { return FileExists(p_.toolbox, file); }

@@ -16,7 +16,7 @@ namespace vantrell {
 
 /// What the backups work with; everything outlives them.
 struct BackupParts {
-    ProgramState& state;
+    const ProgramState& state;
     SettingsFile& settings;
     FileToolbox& toolbox;
     DataFiles& files;
@@ -78,7 +78,6 @@ private:
 
     [[nodiscard]] CopyResult copySettings(const Path& source, const Path& target);
     Task<bool> copyOnceUnlocked(Copy copy, Path source, Path target);
-    void remember(const Path& source, const Path& target);
     [[nodiscard]] bool exists(const Path& file) const;
     /// Empty unless there is such a backup.
     [[nodiscard]] Path existingBackup(const char* folderName, const char* fileName) const;

@@ -79,7 +79,7 @@ void WeeklyDeleteDialog::cancelPressed() {
 
 void WeeklyDeleteDialog::WeeklySaveConfig() {
     if (p_.state.settings.WeeklyDeleteAmPm.empty()) p_.state.settings.WeeklyDeleteAmPm = "PM";
-    p_.settings.saveSettings();
+    (void)p_.settings.save();
 }
 
 void WeeklyDeleteDialog::close() {

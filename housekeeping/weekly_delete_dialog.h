@@ -4,7 +4,7 @@
 #include "core/ending.h"
 #include "core/mode_display.h"
 #include "core/program_state.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "housekeeping/weekly_delete.h"
 #include "housekeeping/weekly_delete_entries.h"
 #include "housekeeping/weekly_delete_window.h"
@@ -17,7 +17,7 @@ namespace vantrell {
 struct WeeklyDialogParts {
     ProgramState& state;
     WeeklyDeleteWindow& window;
-    SettingsFile& settings;
+    SettingsKeeper& settings;
     ModeDisplay& mode;
     const Clock& clock;
     Timer& timClock;  ///< ticks while the window is open; calls `timClock_Timer`

@@ -29,11 +29,28 @@ constexpr int kHeightWithActivity = 640;
 // now, and must not be hidden because of it.
 constexpr std::chrono::milliseconds kReportStandsAfter{100};
 
-constexpr char kScanning[] = "SCANNING";
-constexpr char kRunning[] = "Mode: Running";
 /// The pass shows SCANNING at each file, and the mode is shown twenty times a second. With small files the label would
 /// flicker between the two texts.
 constexpr std::chrono::milliseconds kScanningStays{1000};
+
+QString textOf(Mode mode) {
+    switch (mode) {
+        case Mode::automatic:
+            return QStringLiteral("Mode: Auto");
+        case Mode::running:
+            return QStringLiteral("Mode: Running");
+        case Mode::scanning:
+            return QStringLiteral("SCANNING");
+        case Mode::stopped:
+            break;
+    }
+    return QStringLiteral("Mode: Stopped");
+}
+
+ModeMark::Shape shapeOf(Mode mode) {
+    if (mode == Mode::stopped) return ModeMark::Shape::square;
+    return mode == Mode::automatic ? ModeMark::Shape::disc : ModeMark::Shape::triangle;
+}
 
 template <class Widget>
 Widget* named(Widget* widget, const QString& name) {
@@ -72,7 +89,7 @@ void frmMain::makeControls() {
     bold.setBold(true);
     lblMode_->setFont(bold);
     lblMode_->setAccessibleDescription(tr("Mode"));
-    lblMode_->reserve({QStringLiteral("Mode: Stopped"), QString::fromLatin1(kRunning), QString::fromLatin1(kScanning)});
+    lblMode_->reserve({textOf(Mode::stopped), textOf(Mode::running), textOf(Mode::scanning)});
     lbSched_ = named(new ElidedLabel(Qt::ElideRight, this), QStringLiteral("lbSched"));
     lbSched_->prefer(QStringLiteral("Scheduled: Wednesday 12:59 PM  File Create Date > 14"));
     lbSched_->setAccessibleDescription(tr("Schedule of the weekly delete"));
@@ -203,14 +220,14 @@ void frmMain::setLabel2(const std::string& text) { Label2_->showBytes(text); }
 
 void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
 
-void frmMain::setModeLabel(const std::string& text) {
-    if (text == kScanning) scanningIsShown_.setRemainingTime(kScanningStays);
-    const QString shown = shownText(text);
-    if (lblMode_->text() == shown) return;
-    const bool wouldFlicker = text == kRunning && lblMode_->text() == QString::fromLatin1(kScanning);
+void frmMain::setMode(Mode mode) {
+    if (mode == Mode::scanning) scanningIsShown_.setRemainingTime(kScanningStays);
+    if (mode_ == mode && !lblMode_->text().isEmpty()) return;
+    const bool wouldFlicker = mode == Mode::running && mode_ == Mode::scanning;
     if (wouldFlicker && !scanningIsShown_.hasExpired()) return;
-    lblMode_->setText(shown);
-    modeMark_->showMode(text);
+    mode_ = mode;
+    lblMode_->setText(textOf(mode));
+    modeMark_->showShape(shapeOf(mode));
 }
 
 void frmMain::setClock(const std::string& text) {

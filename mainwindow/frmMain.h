@@ -39,7 +39,7 @@ public:
     void setCaption(const std::string& text) override;
     void setLabel2(const std::string& text) override;
     void setPanel1(const std::string& text) override;
-    void setModeLabel(const std::string& text) override;
+    void setMode(Mode mode) override;
     void setClock(const std::string& text) override;
     void setSchedule(const std::string& text) override;
     void setStartEnabled(bool enabled) override;
@@ -98,6 +98,7 @@ private:
     QTimer minimizedReport_;
 
     frmMenus* menus_ = nullptr;
+    Mode mode_ = Mode::stopped;
     QDeadlineTimer scanningIsShown_;
     ModeMark* modeMark_ = nullptr;
     SteadyLabel* lblMode_ = nullptr;

@@ -20,14 +20,9 @@ Task<void> MainWindowController::start() {
     const Box box{"Running ", "Would you like to run one full pass once without running continuously?", Buttons::yesNo};
     const Answer answer = co_await p_.boxes.ask(box);
     const bool once = answer == Answer::yes;
-    if (!once) p_.state.SinglePassMode = false;
-    p_.state.FreshStartPending = !once;
+    p_.passes.takeStart(once);
     p_.mode.TurnOnTimRun();
     p_.report.showInLabel2("ZEP Is Started at " + named(timeText(p_.clock.now())));
-    if (once)
-        p_.state.SinglePassMode = true;
-    else
-        p_.state.StopRequested = false;
     p_.passes.timRun_Timer();
 }
 

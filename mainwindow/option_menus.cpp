@@ -14,7 +14,7 @@ constexpr char kRunningOptions[] = "Running Options";
 
 }  // namespace
 
-OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
+OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper& settings, MessageBoxes& boxes,
                          WindowPlace& place, StartupEntry& entry, RunQueue& queue)
     : state_(state),
       window_(window),
@@ -24,7 +24,7 @@ OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& 
       entry_(entry),
       questions_(queue) {}
 
-bool OptionMenus::isQuiet() { return state_.UiLoading || !questions_.isIdle(); }
+bool OptionMenus::ignoresClicks() { return state_.UiLoading || !questions_.isIdle(); }
 
 Task<Answer> OptionMenus::ask(std::string title, std::string text) {
     Box box{std::move(title), std::move(text), Buttons::yesNo};
@@ -33,24 +33,26 @@ Task<Answer> OptionMenus::ask(std::string title, std::string text) {
 
 void OptionMenus::inform(std::string title, std::string text) { boxes_.inform({std::move(title), std::move(text)}); }
 
-void OptionMenus::saved() {
+bool OptionMenus::saveAndShow() {
+    const bool isSaved = settings_.save();
     window_.showSettings(state_.settings);
-    settings_.saveSettings();
+    return isSaved;
 }
 
-void OptionMenus::setRunContinually(bool on) {
+bool OptionMenus::setRunContinually(bool on) {
     state_.settings.RunContinuallyAtStartup = on;
-    saved();
+    return saveAndShow();
 }
 
-void OptionMenus::checkRunNormal() {
+bool OptionMenus::checkRunNormal() {
     state_.settings.RunNormalAtStartup = true;
-    saved();
+    if (!saveAndShow()) return false;
     place_.restoreWindow();
+    return true;
 }
 
 void OptionMenus::mnuStartOnLoad() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     const bool isChecked = state_.settings.RunContinuallyAtStartup;
     if (isChecked && !state_.settings.RunNormalAtStartup) return questions_.start(uncheckStartOnLoad());
     setRunContinually(!isChecked);
@@ -68,12 +70,11 @@ Task<void> OptionMenus::uncheckStartOnLoad() {
         inform(kRunningOptions, "Ok then this program will run minimized and continuously at start up.");
         co_return;
     }
-    checkRunNormal();
-    setRunContinually(false);
+    if (checkRunNormal()) setRunContinually(false);
 }
 
 void OptionMenus::mnmax() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     if (state_.settings.RunNormalAtStartup) return questions_.start(uncheckRunNormal());
     checkRunNormal();
 }
@@ -89,21 +90,21 @@ Task<void> OptionMenus::uncheckRunNormal() {
             inform(kRunningOptions, "Ok then this program will not run minimized at start up.");
             co_return;
         }
-        setRunContinually(true);
+        if (!setRunContinually(true)) co_return;
     }
     state_.settings.RunNormalAtStartup = false;
     // Saved before the question as well: it may stay open for long.
-    saved();
+    if (!saveAndShow()) co_return;
     const Answer now = co_await ask(kRunningOptions, "Would you like to run minimized now?");
     if (now == Answer::yes && !state_.settings.RunNormalAtStartup) place_.hide();
-    saved();
+    saveAndShow();
 }
 
 void OptionMenus::mnOW() {
-    if (isQuiet()) return;
+    if (ignoresClicks()) return;
     if (!state_.settings.OverwriteExistingFiles) return questions_.start(checkOverwrite());
     state_.settings.OverwriteExistingFiles = false;
-    saved();
+    saveAndShow();
 }
 
 Task<void> OptionMenus::checkOverwrite() {
@@ -116,13 +117,13 @@ Task<void> OptionMenus::checkOverwrite() {
                          displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
-    saved();
+    if (!saveAndShow()) co_return;
     const std::string warning = folderWarning(state_.settings);
     if (!warning.empty()) inform(kApplicationTitle, warning);
 }
 
-bool OptionMenus::passIsActive() {
-    if (!state_.ScanActive) return false;
+bool OptionMenus::refuseDuringPass() {
+    if (!state_.PassInProgress) return false;
     inform(kApplicationTitle,
            "Please confirm file change notification by closing the PopUp at the bottom left\r\n"
            "hand corner of your screen, by clicking the X to close.\r\nThen try here again!");
@@ -130,14 +131,14 @@ bool OptionMenus::passIsActive() {
 }
 
 void OptionMenus::mnAddtoStartup() {
-    if (passIsActive()) return;
+    if (refuseDuringPass()) return;
     (void)entry_.add();
     window_.setStartupEntry(entry_.state());
     inform(kApplicationTitle, "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
 }
 
 void OptionMenus::mnuRemoveFromStartup() {
-    if (passIsActive()) return;
+    if (refuseDuringPass()) return;
     (void)entry_.remove();
     window_.setStartupEntry(entry_.state());
     inform(kApplicationTitle, "ZEP is Now Removed Start UP. ");

@@ -4,7 +4,7 @@
 #include "core/ending.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "core/window_place.h"
 #include "mainwindow/main_window_events.h"
 #include "platform/message_boxes.h"
@@ -19,7 +19,7 @@ namespace vantrell {
 /// While one of their questions is open, further clicks on these entries do nothing.
 class OptionMenus final : public OptionEntries, public Endable {
 public:
-    OptionMenus(ProgramState& state, MainWindow& window, SettingsFile& settings, MessageBoxes& boxes,
+    OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper& settings, MessageBoxes& boxes,
                 WindowPlace& place, StartupEntry& entry, RunQueue& queue);
 
     void mnAddtoStartup() override;
@@ -31,20 +31,22 @@ public:
     void abort() override { questions_.abort(); }
 
 private:
-    [[nodiscard]] bool isQuiet();
+    [[nodiscard]] bool ignoresClicks();
     Task<Answer> ask(std::string title, std::string text);
     void inform(std::string title, std::string text);
-    bool passIsActive();
-    void setRunContinually(bool on);
-    void checkRunNormal();
-    void saved();
+    /// True while a pass is in progress: a box has said so.
+    bool refuseDuringPass();
+    // False when the change could not be saved and was taken back.
+    bool saveAndShow();
+    bool setRunContinually(bool on);
+    bool checkRunNormal();
     Task<void> uncheckStartOnLoad();
     Task<void> uncheckRunNormal();
     Task<void> checkOverwrite();
 
     ProgramState& state_;
     MainWindow& window_;
-    SettingsFile& settings_;
+    SettingsKeeper& settings_;
     MessageBoxes& boxes_;
     WindowPlace& place_;
     StartupEntry& entry_;

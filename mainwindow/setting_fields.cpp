@@ -38,13 +38,13 @@ void SettingFields::folderChosen(FolderKind kind, const Path& folder) {
     const bool wasOneMissing = p_.state.anyFolderIsEmpty();
     Path& setting = settingOf(kind);
     setting = withoutTrailingSeparators(folder);
+    if (!p_.settings.save()) return;
     p_.window.setFolder(kind, setting);
     if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + setting);
     if (setting.empty())
         p_.window.setLabel2("You can not define a root of any drive!");
     else if (wasOneMissing && !p_.state.anyFolderIsEmpty())
         p_.window.setLabel2({});  // it said that a folder is missing
-    p_.settings.saveSettings();
     if (!setting.empty()) warnOfFolders();
 }
 
@@ -70,8 +70,7 @@ Path& SettingFields::settingOf(FolderKind kind) {
 void SettingFields::includeSubfoldersClicked(bool checked) {
     if (p_.state.UiLoading) return;
     p_.state.settings.IncludeSubfolders = checked;
-    p_.settings.saveSettings();
-    if (checked) warnOfFolders();
+    if (p_.settings.save() && checked) warnOfFolders();
 }
 
 void SettingFields::intervalSpun(bool up, const std::string& text) { takeInterval(intervalAfterSpin(text, up)); }
@@ -80,9 +79,9 @@ void SettingFields::intervalEdited(const std::string& text) { takeInterval(inter
 void SettingFields::takeInterval(std::int32_t milliseconds) {
     if (p_.state.UiLoading) return;
     p_.state.settings.ScanIntervalMs = milliseconds;
+    if (!p_.settings.save()) return;
     p_.window.setMinutes(minutesText(milliseconds));
     p_.timRun.setInterval(milliseconds);
-    p_.settings.saveSettings();
 }
 
 }  // namespace vantrell

@@ -3,7 +3,7 @@
 
 #include "core/main_window.h"
 #include "core/mode_display.h"
-#include "core/settings_file.h"
+#include "core/settings_keeper.h"
 #include "mainwindow/main_window_events.h"
 #include "platform/message_boxes.h"
 #include "platform/timers.h"
@@ -15,7 +15,7 @@ namespace vantrell {
 struct SettingFieldParts {
     ProgramState& state;
     MainWindow& window;
-    SettingsFile& settings;
+    SettingsKeeper& settings;
     MessageBoxes& boxes;
     Timer& timRun;
     ModeDisplay& mode;

@@ -5,8 +5,7 @@
 
 namespace vantrell {
 
-/// What the password store needs of the window in which passwords are edited, and of what stands in for the window
-/// while the active password is only looked up.
+/// What the password store needs of the window in which passwords are edited.
 class PasswordEditor {
 public:
     PasswordEditor() = default;
@@ -18,6 +17,9 @@ public:
     [[nodiscard]] virtual std::string enteredPassword() const = 0;
     /// Whether the Active box is set.
     [[nodiscard]] virtual bool activeChoice() const = 0;
+
+    /// Whether something is typed, a question stands open, or the editor is at work: then nobody else closes it.
+    [[nodiscard]] virtual bool isInUse() = 0;
 
     virtual void clearList() = 0;
     /// One row of the list: the password as the table holds it, and "True" or "False".

@@ -26,12 +26,12 @@ std::string noteOn(const std::string& password) {
 
 }  // namespace
 
-PasswordEditorController::PasswordEditorController(PasswordStore& store, PasswordWindow& window, MessageBoxes& boxes,
-                                                   const ProgramState& state, RunQueue& queue)
+PasswordEditorController::PasswordEditorController(PasswordStore& store, ActivePassword& password,
+                                                   PasswordWindow& window, MessageBoxes& boxes, RunQueue& queue)
     : store_(store),
+      password_(password),
       window_(window),
       boxes_(boxes),
-      state_(state),
       buttons_(window),
       settling_(queue),
       acting_(queue),
@@ -83,7 +83,6 @@ void PasswordEditorController::unload() {
 
 void PasswordEditorController::closeSoon() {
     settling_.abort();
-    if (store_.isBusy()) return;  // with a lookup, which closes the window at its end
     store_.detachEditor(*this);
     unload();
 }
@@ -272,7 +271,7 @@ Task<PasswordEditorController::Outcome> PasswordEditorController::onEntry(Task<O
 
 Task<PasswordEditorController::Outcome> PasswordEditorController::add() {
     if (entry_->password.empty()) co_return tell(kApplicationTitle, "A password must be entered!", Outcome::refused);
-    if (!isAsciiPassword(entry_->password)) co_return tell(state_.ProductTitle, kOutsideAscii, Outcome::failed);
+    if (!isAsciiPassword(entry_->password)) co_return tell(kApplicationTitle, kOutsideAscii, Outcome::failed);
     if (!entry_->active && !co_await isConfirmed(kSaveInactive)) {
         window_.focusActive();
         co_return Outcome::refused;
@@ -337,7 +336,9 @@ Task<PasswordEditorController::Outcome> PasswordEditorController::erase() {
 }
 
 Task<void> PasswordEditorController::findCurrentPassword() {
-    if (co_await store_.findCurrentPassword()) {
+    const std::optional<std::string> found = co_await store_.findCurrentPassword();
+    if (found) {
+        password_.set(*found);
         listArrived();
     } else {
         restoreList();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/active_password.h"
 #include "core/ending.h"
 #include "passwords/password_editor.h"
 #include "passwords/password_editor_state.h"
@@ -28,8 +29,8 @@ class PasswordEditorController final : public PasswordEditor,
                                        public Endable {
 public:
     /// Everything outlives the controller.
-    PasswordEditorController(PasswordStore& store, PasswordWindow& window, MessageBoxes& boxes,
-                             const ProgramState& state, RunQueue& queue);
+    PasswordEditorController(PasswordStore& store, ActivePassword& password, PasswordWindow& window,
+                             MessageBoxes& boxes, RunQueue& queue);
     ~PasswordEditorController() override;
 
     void open() override;
@@ -39,6 +40,7 @@ public:
 
     [[nodiscard]] std::string enteredPassword() const override;
     [[nodiscard]] bool activeChoice() const override;
+    [[nodiscard]] bool isInUse() override { return !acting_.isIdle() || !window_.enteredPassword().empty(); }
     void clearList() override { arriving_.clear(); }
     void addRow(const std::string& password, const std::string& activeText) override;
     void showAddButton() override;
@@ -103,9 +105,9 @@ private:
     void restoreList();
 
     PasswordStore& store_;
+    ActivePassword& password_;
     PasswordWindow& window_;
     MessageBoxes& boxes_;
-    const ProgramState& state_;
     PasswordEditorState buttons_;
 
     bool isLoaded_ = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "passwords/password_operations.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/data_folder.h"
@@ -15,9 +16,9 @@ constexpr char kActiveField[] = "Active";
 
 }  // namespace
 
-PasswordOperations::PasswordOperations(Database& database, MessageBoxes& boxes, ProgramState& state,
+PasswordOperations::PasswordOperations(Database& database, MessageBoxes& boxes, Path file,
                                        std::function<bool(const Path&)> fileExists)
-    : boxes_(boxes), state_(state), fileExists_(std::move(fileExists)), objects_(database) {}
+    : boxes_(boxes), file_(std::move(file)), fileExists_(std::move(fileExists)), objects_(database) {}
 
 void PasswordOperations::unloadEditor() {
     PasswordEditor* const editor = std::exchange(editor_, nullptr);
@@ -27,21 +28,24 @@ void PasswordOperations::unloadEditor() {
 
 bool PasswordOperations::report(const DatabaseError& error) {
     if (!error) return true;
-    boxes_.inform({state_.ProductTitle, std::to_string(error.number) + "  " + error.description});
+    boxes_.inform({kApplicationTitle, std::to_string(error.number) + "  " + error.description});
     return false;
 }
 
 // Opening and listing
 
-Path PasswordOperations::databaseFile() const { return joinPath(state_.AppFolder, kPasswordFileName); }
+bool PasswordOperations::isThere() {
+    if (fileExists_(file_)) return true;
+    boxes_.inform({kApplicationTitle, "Missing Data Base"});
+    return false;
+}
 
 void PasswordOperations::setStoreParameters() {
-    objects_.setParameters({"MSACCESS", databaseFile(), kPasswordTableName, {}, {}});
+    objects_.setParameters({"MSACCESS", file_, kPasswordTableName, {}, {}});
 }
 
 Task<bool> PasswordOperations::openPasswordStore() {
-    if (!fileExists_(databaseFile())) {
-        boxes_.inform({kApplicationTitle, "Missing Data Base"});
+    if (!isThere()) {
         unloadEditor();
         co_return false;
     }
@@ -76,7 +80,7 @@ Task<bool> PasswordOperations::reInitializeRecordset() {
     if (editor_ != nullptr) editor_->clearList();
     if (!co_await reconnectAndOpen(OpenMode::command)) co_return false;
     if (objects_.recordset()->recordCount() != 0) co_return fillList();
-    boxes_.inform({state_.ProductTitle, "There is not any passwords defined."});
+    boxes_.inform({kApplicationTitle, "There is not any passwords defined."});
     if (editor_ != nullptr) editor_->showAddButton();
     co_return true;
 }
@@ -110,32 +114,44 @@ Task<std::optional<std::vector<PasswordRecord>>> PasswordOperations::readRecords
     co_return list;
 }
 
-// The active password
-
-Task<bool> PasswordOperations::findCurrentPassword() {
-    if (!co_await openPasswordStore()) co_return false;
-    if (!co_await reconnectAndOpen(OpenMode::command)) co_return false;
-    co_return readActivePassword();
+void PasswordOperations::list(const std::vector<PasswordRecord>& records) {
+    if (editor_ == nullptr) return;
+    editor_->clearList();
+    for (const PasswordRecord& record : records) editor_->addRow(record.Password, record.Active ? "True" : "False");
+    if (records.empty()) editor_->showAddButton();
 }
 
-bool PasswordOperations::readActivePassword() {
-    const auto records = objects_.recordset();
-    std::string active;
-    for (; !records->eof(); records->moveNext()) {
-        const auto [record, error] = currentRecord(*records);
-        if (error) return report(error);
-        if (!record.Active) continue;
-        active = record.Password;
-        break;
+// The active password
+
+Task<std::optional<std::string>> PasswordOperations::findCurrentPassword() {
+    if (!isThere()) {
+        unloadEditor();
+        co_return std::nullopt;
     }
-    const bool isUsable = isAsciiPassword(active);
-    if (!isUsable) reportPasswordOutsideAscii();
-    state_.ActivePassword = isUsable ? active : std::string();
-    return isUsable;
+    const auto records = co_await readRecords();
+    if (!records) co_return std::nullopt;
+    list(*records);
+    co_return activeAmong(*records);
+}
+
+Task<std::optional<std::string>> PasswordOperations::lookUpActivePassword() {
+    if (!isThere()) co_return std::nullopt;
+    const auto records = co_await readRecords();
+    if (!records) co_return std::nullopt;
+    co_return activeAmong(*records);
+}
+
+std::string PasswordOperations::activeAmong(const std::vector<PasswordRecord>& records) {
+    const auto active =
+        std::find_if(records.begin(), records.end(), [](const PasswordRecord& record) { return record.Active; });
+    if (active == records.end()) return {};
+    if (isAsciiPassword(active->Password)) return active->Password;
+    reportPasswordOutsideAscii();
+    return {};
 }
 
 void PasswordOperations::reportPasswordOutsideAscii() {
-    boxes_.inform({state_.ProductTitle,
+    boxes_.inform({kApplicationTitle,
                    "The active password holds characters outside ASCII (such as accented letters). Files cannot be "
                    "encrypted with it, so there is no active password. Please make another password active."});
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/program_state.h"
+#include "base/path.h"
 #include "passwords/password_editor.h"
 #include "passwords/store_objects.h"
 #include "platform/message_boxes.h"
@@ -27,8 +27,7 @@ struct PasswordRecord {
 /// Every operation answers True when it did what it is for. Otherwise the operator has been told in a box.
 class PasswordOperations {
 public:
-    PasswordOperations(Database& database, MessageBoxes& boxes, ProgramState& state,
-                       std::function<bool(const Path&)> fileExists);
+    PasswordOperations(Database& database, MessageBoxes& boxes, Path file, std::function<bool(const Path&)> fileExists);
     PasswordOperations(const PasswordOperations&) = delete;
     PasswordOperations& operator=(const PasswordOperations&) = delete;
 
@@ -41,7 +40,8 @@ public:
     Task<bool> openPasswordStore();
     Task<bool> initializeRecordset();
     Task<bool> reInitializeRecordset();
-    Task<bool> findCurrentPassword();
+    Task<std::optional<std::string>> findCurrentPassword();
+    Task<std::optional<std::string>> lookUpActivePassword();
     Task<bool> savePassword();
     Task<bool> deleteRecord();
     Task<std::optional<std::vector<PasswordRecord>>> readRecords();
@@ -60,7 +60,9 @@ private:
         DatabaseError error;
     };
 
-    [[nodiscard]] Path databaseFile() const;
+    bool isThere();
+    void list(const std::vector<PasswordRecord>& records);
+    std::string activeAmong(const std::vector<PasswordRecord>& records);
     void setStoreParameters();
     Task<bool> reconnectAndOpen(OpenMode mode);
     Task<DatabaseError> openInMode(OpenMode mode);
@@ -75,12 +77,11 @@ private:
     /// Stands on the first row with this password, compared byte by byte.
     [[nodiscard]] static RowSearch findRow(Recordset& records, const std::string& password);
     [[nodiscard]] bool fillList();
-    [[nodiscard]] bool readActivePassword();
     bool report(const DatabaseError& error);
     void reportPasswordOutsideAscii();
 
     MessageBoxes& boxes_;
-    ProgramState& state_;
+    const Path file_;
     std::function<bool(const Path&)> fileExists_;
     StoreObjects objects_;
     PasswordEditor* editor_ = nullptr;

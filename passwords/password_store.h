@@ -10,22 +10,22 @@
 
 namespace vantrell {
 
-/// The passwords with which files are encrypted, one of which is the active one: table "EncDecPasswords" in
-/// `AppFolder`/EDPasswords.mdb. One object for the whole run; it outlives all tasks that use it.
+/// The passwords with which files are encrypted, one of which is the active one: the table "EncDecPasswords".
+/// One object for the whole run; it outlives all tasks that use it.
 ///
 /// Operations wait for each other. An operation answers True when it did what it is for; otherwise a box that nobody
-/// waits for has told the operator why, and the table and `ActivePassword` are as they were. A file that another
+/// waits for has told the operator why, and the table is as it was. A file that another
 /// program holds locked is tried again for 5 s. Destroying the task of an operation undoes what it had not finished.
 class PasswordStore {
 public:
-    /// `fileExists` answers whether a regular file stands under a path.
-    PasswordStore(RunQueue& queue, Database& database, MessageBoxes& boxes, ProgramState& state,
+    /// `file` is the password file; `fileExists` answers whether a regular file stands under a path.
+    PasswordStore(RunQueue& queue, Database& database, MessageBoxes& boxes, Path file,
                   std::function<bool(const Path&)> fileExists);
 
     /// The loaded editor: its list is filled and its entry is saved. One that was attached before is let go.
     void attachEditor(PasswordEditor& editor);
     /// To be called when the editor closes, for whatever reason. Closes the store objects unless another editor has
-    /// been attached meanwhile.
+    /// been attached meanwhile, or a lookup is at work, which does it at its end.
     void detachEditor(PasswordEditor& editor);
     /// Null when no editor is loaded.
     [[nodiscard]] PasswordEditor* editor() const { return operations_.editor(); }
@@ -40,9 +40,13 @@ public:
     Task<bool> reInitializeRecordset();
     /// All records in the table's order; nothing after a failure.
     Task<std::optional<std::vector<PasswordRecord>>> readRecords();
-    /// Puts the password of the first active record into `ActivePassword`, empty when there is none. One that holds
-    /// characters outside ASCII does not become the active password: a box says so, and it is empty.
-    Task<bool> findCurrentPassword();
+    /// The password of the first active record, empty when there is none; nothing after a failure. One that holds
+    /// characters outside ASCII does not become the active password: a box says so, and it is empty. A loaded editor's
+    /// list is filled; a missing file unloads it.
+    Task<std::optional<std::string>> findCurrentPassword();
+    /// The same for everybody but the editor: an editor that nobody is using is closed, whatever comes of it; one with
+    /// typed text, an open question or work of its own stays as it is.
+    Task<std::optional<std::string>> lookUpActivePassword();
     /// Saves the entered password with the Active choice, in one transaction, and fills the list again. An existing
     /// password only changes its flag. True only when it was saved and listed.
     Task<bool> savePassword();

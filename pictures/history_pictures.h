@@ -9,7 +9,7 @@
 #include "activitylog/frmHistoryInfo.h"
 #include "platform/files/posix_file_reading.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/linux/kernel_flush.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "rig/temporary_folder.h"
@@ -35,11 +35,11 @@ inline void drawHistory(const std::function<void(QWidget&, const QString&)>& sav
     const TemporaryFolder folder;
     const Path& logs = folder.path();
     writeLogs(logs);
-    const std::unique_ptr<FlushService> flush = makeKernelFlush();
+    LinuxKernel kernel;
     const SystemClock clock;
-    QtEventLoop loop(clock, *flush);
-    PosixToolbox toolbox(loop, clock);
-    const PosixFileReading files;
+    QtEventLoop loop(clock);
+    PosixToolbox toolbox(loop, kernel, clock);
+    const PosixFileReading files{kernel};
     QWidget mainWindow;
     frmHistoryInfo log(logs, files, loop, mainWindow);
     frmHistory list(logs, toolbox, loop, log, mainWindow);

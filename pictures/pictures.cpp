@@ -52,7 +52,7 @@ void wait(int milliseconds) {
 
 void showEmpty(frmMain& window) {
     window.setCaption("Quillon Inc - Vantrell(ZEP)");
-    window.setModeLabel("Mode: Stopped");
+    window.setMode(vantrell::Mode::stopped);
     window.setClock("20:41:03");
     window.setMinutes("1");
     window.setPanel1("ZEP Folder = ");
@@ -61,7 +61,7 @@ void showEmpty(frmMain& window) {
 }
 
 void showAtWork(frmMain& window) {
-    window.setModeLabel("Mode: Running");
+    window.setMode(vantrell::Mode::running);
     window.setSchedule("Scheduled: Monday 7:5 PM  File Create Date > 7");
     window.setFolder(FolderKind::source, "/srv/in");
     window.setFolder(FolderKind::destination, "/srv/out");
@@ -215,10 +215,10 @@ void drawMainWindow(frmMain& window, const QDir& folder, const QString& theme) {
 
 void drawAll(const QDir& folder, const QString& theme, const vantrell::Path& examples) {
     const vantrell::Path spillFolder = QDir::tempPath().toStdString();
-    vantrell::SpilledLines lines(spillFolder);
     vantrell::test::HandCrankedLoop loop;
+    vantrell::SpilledLines lines(loop.kernel(), spillFolder, spillFolder);
     vantrell::test::SettableClock clock;
-    vantrell::PosixToolbox toolbox(loop, clock);
+    vantrell::PosixToolbox toolbox(loop, loop.kernel(), clock);
     frmMain window(lines, toolbox);
     drawMainWindow(window, folder, theme);
     const auto saveAs = [&](QWidget& widget, const QString& name) {

@@ -10,7 +10,8 @@
 
 namespace vantrell {
 
-/// The small files of the program's own data folder. Every call runs to its end before it returns.
+/// The small files of the program's own data folder. Every call runs to its end before it returns, and is made on the
+/// one thread. Files and folders that are made here are private to the user.
 class DataFiles {
 public:
     DataFiles() = default;
@@ -21,20 +22,22 @@ public:
     /// At most `limit` bytes from the beginning of a regular file.
     [[nodiscard]] virtual Result<std::string> read(const Path& path, std::size_t limit) const = 0;
 
-    /// Replaces or creates the file: temporary name in the same folder (mode 0600), flush, rename, flush of the folder.
-    /// An existing file that may not be written, or is no regular file, is left as it is and reported.
+    /// Replaces or creates the file: written under a temporary name in the same folder, brought to stable storage,
+    /// given its name, and the folder brought there too. An existing file that may not be written, or is no regular
+    /// file, is left as it is and reported. After a fault of the last step the new file bears the name, and a crash of
+    /// the machine may undo that; after any other the old one is as it was.
     virtual Result<> writeAtomically(const Path& path, std::string_view bytes) = 0;
 
     /// Gives an existing file another name in the same folder; never replaces.
     virtual Result<> setAside(const Path& path, const Path& newName) = 0;
 
-    /// Appends to a text file of CR LF lines (created with mode 0600 when missing). All or nothing: after a failed
+    /// Appends to a text file of CR LF lines (made when missing). All or nothing: after a failed
     /// write the file is cut back to what it was. With `cutTornLine` a last line without its CR LF is removed first.
     virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) = 0;
     /// Brings an appended file to stable storage.
     virtual Result<> flush(const Path& path) = 0;
 
-    /// Creates each missing level, private to the user (POSIX: 0700).
+    /// Creates each missing level, private to the user. After a fault those above the one that failed are there.
     virtual Result<> makePrivateFolders(const Path& path) = 0;
 };
 

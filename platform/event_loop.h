@@ -2,15 +2,11 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 
 #include "platform/clock.h"
 #include "task/run_queue.h"
 
 namespace vantrell {
-
-/// The host's handle of an open file (POSIX: the descriptor).
-using NativeFile = std::intptr_t;
 
 /// What tasks need of the one event loop. All of it runs on the one thread.
 class EventLoop {
@@ -29,17 +25,11 @@ public:
     Pending<> after(std::chrono::milliseconds time) {
         return {queue_, [&](Ticket<> ticket) { startTimer(ticket, time); }};
     }
-    /// Brings the contents of an open file to stable storage. The request has been submitted when this returns, so the
-    /// file may be closed at once. The value is 0 or the host's error number.
-    Pending<int> flush(NativeFile file) {
-        return {queue_, [&](Ticket<int> ticket) { startFlush(ticket, file); }};
-    }
 
 protected:
     /// Asks for one call of `queue().runTurn()` from the event loop.
     virtual void requestTurn() = 0;
     virtual void startTimer(Ticket<> ticket, std::chrono::milliseconds time) = 0;
-    virtual void startFlush(Ticket<int> ticket, NativeFile file) = 0;
 
 private:
     RunQueue queue_;

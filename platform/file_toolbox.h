@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "base/path.h"
@@ -23,7 +24,8 @@ enum class EntryKind { missing, regularFile, folder, other };
 /// or new is always there.
 enum class Replace { never, allowed };
 
-/// A regular file held open for reading, together with what it was when it was opened (device, inode, size, times).
+/// A regular file held open for reading, together with what it was when it was opened (which file it is, its size and
+/// times).
 class HeldFile {
 public:
     HeldFile() = default;
@@ -54,8 +56,9 @@ public:
     virtual Task<Result<>> write(std::span<const std::byte> bytes) = 0;
     /// Brings everything written to stable storage.
     virtual Task<Result<>> flush() = 0;
-    /// Gives the flushed file its name in the folder in which it was created, and flushes the folder.
-    virtual Task<Result<>> publish(Path target, Replace replace) = 0;
+    /// Flushes what is not flushed yet, gives the file its name in the folder for which it was created, and flushes the
+    /// folder. The last call but for `discard`.
+    virtual Task<Result<>> publish(std::string name, Replace replace) = 0;
     /// Drops the file in steps that do not hold up the event loop.
     virtual Task<void> discard() = 0;
 };
@@ -87,6 +90,9 @@ struct MoveOrder {
 
 /// The file operations of the program. Only regular files are files here: links, FIFOs, sockets and devices are never
 /// followed, opened or moved, and never block.
+///
+/// All of it on the one thread. Files that it gave out and tasks that it began are gone before it is. A task that is
+/// destroyed before its end leaves each file whole, under its old name or its new one.
 class FileToolbox {
 public:
     FileToolbox() = default;
@@ -98,19 +104,19 @@ public:
     [[nodiscard]] virtual EntryKind kindOf(const Path& path) const = 0;
     /// Whether the path leads to a folder; here a link to a folder counts as one.
     [[nodiscard]] virtual bool isFolder(const Path& path) const = 0;
-    /// Whether both paths lead to the same existing folder (POSIX: device and inode).
+    /// Whether both paths lead to the same existing folder, whatever the paths' texts.
     [[nodiscard]] virtual bool isSameFolder(const Path& one, const Path& other) const = 0;
     /// Creates one level; False when it could not be created.
     virtual bool makeFolder(const Path& path) = 0;
-    /// Takes the read-only attribute (POSIX: the owner may not write) off a regular file; errors are ignored.
+    /// Takes the read-only attribute off a regular file; errors are ignored.
     virtual void clearReadOnly(const Path& path) = 0;
 
     /// Every regular file below the folder, hidden ones too, ascending by the bytes of the path. Our own temporary
     /// names (".zep-" and 16 hexadecimal digits) are passed over. What cannot be read is told and passed over.
     virtual Task<std::vector<Path>> search(SearchOrder order) = 0;
 
-    /// Names of the regular files at the top level of the folder, without the hidden ones (POSIX: names that begin with
-    /// a dot), ascending by their bytes. None when the folder cannot be read.
+    /// Names of the regular files at the top level of the folder, without the hidden ones, ascending by their bytes.
+    /// None when the folder cannot be read.
     virtual Task<std::vector<Path>> listFiles(Path folder) = 0;
 
     /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing.
@@ -120,12 +126,13 @@ public:
 
     /// Within one file system; never replaces. Nothing changed when there is a fault.
     virtual Task<Result<>> rename(Path source, Path target) = 0;
-    /// Also across file systems. The file is at the target on success; nothing changed when there is a fault.
+    /// Also across file systems. The file is at the target on success. Nothing has changed when there is a fault, but
+    /// for one case that its text tells: the file stands in the target folder and could not be put back.
     virtual Task<Result<>> move(MoveOrder order) = 0;
-    /// Brings the moves that were to be durable later to stable storage, those of one folder together.
+    /// Brings the moves that were to be durable later to stable storage, those of one folder together; many of them are
+    /// brought there before that. A fault concerns any of the moves since the last call: the files are at their
+    /// targets, and a crash of the machine may undo that. It is the machine's trouble, not that of one file.
     virtual Task<Result<>> flushMoves() = 0;
-    /// Replaces the target atomically; the copy gets the given permission bits (POSIX mode).
-    virtual Task<Result<>> copy(Path source, Path target, unsigned permissions) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
     [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vantrell {
@@ -12,7 +13,17 @@ struct LibraryVersion {
     std::string version;
 };
 
-/// The libraries of the engine and the system beneath them, as they are now, not as at the time of building.
-[[nodiscard]] std::vector<LibraryVersion> libraryVersions();
+// Each told by the room that works with it, as it is now, not as at the time of building.
+[[nodiscard]] LibraryVersion cipherLibraryVersion();
+[[nodiscard]] LibraryVersion databaseLibraryVersion();
+/// The library by which files are flushed, and the system beneath everything.
+[[nodiscard]] std::vector<LibraryVersion> systemVersions();
+
+/// All of them, in the order in which they are shown.
+[[nodiscard]] inline std::vector<LibraryVersion> libraryVersions() {
+    std::vector<LibraryVersion> versions{cipherLibraryVersion(), databaseLibraryVersion()};
+    for (LibraryVersion& version : systemVersions()) versions.push_back(std::move(version));
+    return versions;
+}
 
 }  // namespace vantrell

@@ -12,13 +12,14 @@
 #include <vector>
 
 #include "platform/event_loop.h"
-#include "platform/linux/kernel_flush.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "task/task_group.h"
 
 namespace vantrell::test {
 
-/// An event loop that a test turns by hand. Time stands still unless `advance` moves it; flushes are real.
+/// An event loop that a test turns by hand. Time stands still unless `advance` moves it; the kernel and its flushes are
+/// real.
 class HandCrankedLoop final : public EventLoop {
 public:
     HandCrankedLoop() : HandCrankedLoop(machineClock()) {}
@@ -80,15 +81,24 @@ public:
     }
     [[nodiscard]] bool waitsForTime() const { return !timers_.empty(); }
 
+    /// The kernel whose flushes this loop waits for.
+    [[nodiscard]] Kernel& kernel() { return kernel_; }
+
 protected:
     void requestTurn() override {}
     void startTimer(Ticket<> ticket, std::chrono::milliseconds time) override { timers_.emplace(now_ + time, ticket); }
-    void startFlush(Ticket<int> ticket, NativeFile file) override {
-        flush_->start(queue(), ticket, file);
-        if (!queue().isWoken(ticket.number)) underWay_.push_back(ticket.number);
-    }
 
 private:
+    // The real one, which notes what is under way.
+    class WatchedKernel final : public LinuxKernel {
+    public:
+        void startFlush(RunQueue& queue, Ticket<int> ticket, int file) override {
+            LinuxKernel::startFlush(queue, ticket, file);
+            if (!queue.isWoken(ticket.number)) underWay.push_back(ticket.number);
+        }
+        std::vector<RunQueue::Id> underWay;
+    };
+
     static const Clock& machineClock() {
         static const SystemClock clock;
         return clock;
@@ -99,17 +109,16 @@ private:
     }
 
     bool collectFlushes(int waitMilliseconds) {
-        const int handle = static_cast<int>(flush_->completionHandle());
-        pollfd readable{handle, POLLIN, 0};
-        std::erase_if(underWay_, [this](RunQueue::Id id) { return !queue().isAwaited(id); });
-        if (underWay_.empty()) return false;
+        std::erase_if(kernel_.underWay, [this](RunQueue::Id id) { return !queue().isAwaited(id); });
+        if (kernel_.underWay.empty()) return false;
+        EventSource& completions = kernel_.flushCompletions(queue());
+        pollfd readable{static_cast<int>(completions.handle()), POLLIN, 0};
         if (::poll(&readable, 1, waitMilliseconds) <= 0) return false;
-        flush_->collect(queue());
+        completions.serve();
         return true;
     }
 
-    std::unique_ptr<FlushService> flush_ = makeKernelFlush();
-    std::vector<RunQueue::Id> underWay_;
+    WatchedKernel kernel_;
     std::chrono::milliseconds now_{0};
     std::multimap<std::chrono::milliseconds, Ticket<>> timers_;
 };

@@ -26,7 +26,7 @@ struct FileEncryption::Obstacle {
     std::string question;
 };
 
-FileEncryption::FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+FileEncryption::FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                                FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions)
     : state_(state),
       window_(window),
@@ -72,11 +72,8 @@ Task<void> FileEncryption::prepare(Work& work) {
 }
 
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
-    state_.EncryptFailed = false;
     work->isAtItsTurn = true;
-    EncryptResult result = co_await encryptAndMove(*work);
-    state_.EncryptFailed = result.outcome == EncryptOutcome::failed || result.outcome == EncryptOutcome::inUse;
-    co_return result;
+    co_return co_await encryptAndMove(*work);
 }
 
 Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
@@ -108,16 +105,13 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
 
 Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
     if (!work.held) co_return work.holding;
-    const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
     co_await prepare(work);
     if (!work.preparing.ok()) co_return work.preparing;
-    co_return co_await work.component->publishFile(*work.held, output, replace);
+    co_return co_await work.component->publishFile(*work.held, work.name + ".enc", replace);
 }
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
-    state_.FileOpSource = work.order.sourcePath;
-    state_.FileOpTarget = target;
     Replace replace = Replace::never;
     if (FileExists(toolbox_, target)) {
         const Permission permission = co_await mayReplace(

@@ -10,8 +10,8 @@
 #include "activitylog/status_report.h"
 #include "core/main_window.h"
 #include "core/program_state.h"
-#include "platform/crypto_component.h"
 #include "platform/file_toolbox.h"
+#include "transport/crypto_component.h"
 #include "transport/question_desk.h"
 
 namespace vantrell {
@@ -46,7 +46,7 @@ struct EncryptResult {
 /// Turns one source file into `name`.enc in the destination folder, and moves the source file into the done folder.
 class FileEncryption {
 public:
-    FileEncryption(ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
+    FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
                    FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions);
 
     /// One file on its way: from `begin` to `finish`.
@@ -64,8 +64,7 @@ public:
     [[nodiscard]] static std::uint64_t sizeOf(const Work& work);
     /// Encrypts into a file that has no name yet. Nothing of it can be seen.
     Task<void> prepare(Work& work);
-    /// Everything else, with all that is said and asked. Sets `EncryptFailed`, `FileOpSource` and `FileOpTarget` of the
-    /// program state.
+    /// Everything else, with all that is said and asked.
     Task<EncryptResult> finish(WorkPointer work);
     [[nodiscard]] static EncryptOrder& orderOf(Work& work);
 
@@ -82,7 +81,7 @@ private:
     void logFailure(const Work& work, const std::string& words);
     static EncryptResult resultOf(Work& work, EncryptOutcome outcome, std::optional<Fault> fault = {});
 
-    ProgramState& state_;
+    const ProgramState& state_;
     MainWindow& window_;
     StatusReport& report_;
     ActivityLog& log_;

@@ -17,6 +17,8 @@ public:
     void timRun_Timer() {
         if (tasks_.isIdle()) tasks_.start(pass_.timRun_Timer());
     }
+    /// The operator wants passes from now on: one full pass, or one after the other.
+    void takeStart(bool once) { pass_.takeStart(once); }
     /// The pass under way ends before its next file. One that has not begun to search yet has nothing to finish and is
     /// dropped. Not to be called from within a pass.
     void stop();

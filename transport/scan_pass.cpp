@@ -6,15 +6,14 @@
 #include "base/date_text.h"
 #include "core/file_helpers.h"
 #include "core/scan_interval.h"
+#include "transport/reject_file.h"
 
 namespace vantrell {
 
 namespace {
 
 constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
-constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
 constexpr int kMostMachineFaults = 3;
-constexpr std::chrono::milliseconds kLookupPoll{20};
 
 bool isEncrypted(const Path& path) {
     std::string extension = ExtensionOf(path);
@@ -25,31 +24,35 @@ bool isEncrypted(const Path& path) {
 
 }  // namespace
 
-ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent, ActivePasswordLookup lookUpActivePassword)
+ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
     : p_(parts),
+      folders_(parts.toolbox, parts.report),
+      endings_(parts),
       questions_(parts.boxes, parts.notices),
       encryption_(parts.state, parts.window, parts.report, parts.log, parts.toolbox, std::move(makeComponent),
-                  questions_),
-      lookUpActivePassword_(std::move(lookUpActivePassword)) {}
+                  questions_) {}
+
+void ScanPass::takeStart(bool once) {
+    singlePassWanted_ = once;
+    freshStart_ = !once;
+    if (!once) stopRequested_ = false;
+}
 
 Task<void> ScanPass::timRun_Timer() {
-    if (p_.state.FreshStartPending) {
-        p_.state.FreshStartPending = false;
-        p_.state.StopRequested = false;
-        p_.state.SinglePassMode = false;
-    }
-    if (startsUpWithoutPass()) {
+    if (std::exchange(freshStart_, false)) stopRequested_ = singlePassWanted_ = false;
+    if (!beginsAtStartup()) {
         endStopped();
         co_return;
     }
-    if (emptyFolderIsReported()) co_return;
-    const bool hasPassword = co_await hasActivePassword();
+    if (reportEmptyFolder()) co_return;
+    const std::string password = co_await p_.password.find();
+    if (password.empty()) co_return reportNoPassword();
     // A lookup can take seconds, in which the operator may have emptied one.
-    if (!hasPassword || emptyFolderIsReported()) co_return;
+    if (reportEmptyFolder()) co_return;
     co_await searchAndCarry();
 }
 
-bool ScanPass::emptyFolderIsReported() {
+bool ScanPass::reportEmptyFolder() {
     if (!p_.state.anyFolderIsEmpty()) return false;
     p_.window.setNormalState();
     p_.window.setLabel2(kFolderIsEmpty);
@@ -57,36 +60,27 @@ bool ScanPass::emptyFolderIsReported() {
     return true;
 }
 
-bool ScanPass::startsUpWithoutPass() {
+// The pass of the start takes the mark away, whether it runs or not.
+bool ScanPass::beginsAtStartup() {
     const bool isStartupPass = std::exchange(p_.state.StartupPassMarker, false);
     if (isStartupPass && !p_.state.settings.RunContinuallyAtStartup) {
         p_.mode.TurnOffTimRun();
-        p_.state.StopRequested = true;
-        return true;
+        return false;
     }
-    p_.state.FreshStartPending = false;
     p_.mode.tmchkTimer_Timer();
-    return false;
+    return true;
 }
 
-Task<bool> ScanPass::hasActivePassword() {
-    if (p_.state.ActivePassword.empty()) co_await lookUpActivePassword_();
-    if (!p_.state.ActivePassword.empty()) co_return true;
-    reportNoPassword();
-    co_return false;
-}
-
-// Nobody waits for the answer: a box that stays open for weeks must not keep the state of the program in between.
 void ScanPass::reportNoPassword() {
-    p_.mode.TurnOffTimRun();
-    p_.report.showInLabel2(Message(kNoActivePassword) + ".");
-    p_.boxes.inform({kApplicationTitle, kNoActivePassword});
-    p_.notices.passEnded(Trouble::noPassword, kNoActivePassword, 0);
+    p_.noPassword.tell();
+    p_.log.logEvent(NoActivePassword::kLine);
+    p_.notices.passEnded(Trouble::noPassword, NoActivePassword::kText, 0);
 }
 
 Task<void> ScanPass::searchAndCarry() {
     settings_ = p_.state.settings;
-    singlePass_ = p_.state.SinglePassMode;
+    folders_.begin(settings_);
+    singlePass_ = singlePassWanted_;
     machineFaults_ = 0;
     rejected_ = 0;
     p_.timRun.setEnabled(false);
@@ -95,102 +89,51 @@ Task<void> ScanPass::searchAndCarry() {
     p_.window.setCaption("ZEP is now searching folders!");
     p_.window.setWaitPointer(true);
     p_.report.showInLabel2("ZEP Is Running at " + named(timeText(p_.clock.now())));
-    p_.state.ScanActive = true;
     // From here on, so that Start and Stop mean the same during the search as between two files.
     p_.state.PassInProgress = true;
     p_.mode.tmchkTimer_Timer();
     p_.report.showInLabel2("Please Wait ZEP is searching for files!");
     p_.window.repaint();
-    if (!foldersAreThere()) {
+    if (!folders_.check()) {
         endMissingFolders();
         co_return;
     }
     p_.report.showInLabel2("Please Wait Encrypting files.");
-    co_await searchFiles();
+    files_ = co_await folders_.search([this] { return stopRequested_; });
+    p_.window.setTotalFiles(files_.size());
     co_await carryFiles();
 }
 
-bool ScanPass::foldersAreThere() {
-    const Message source = named(settings_.SourceFolder);
-    const Message bypassing = " does not exist bypassing ";
-    const Message bypassingSource = bypassing + source + " events!";
-    const bool missing =
-        missingFolderIsReported(settings_.SourceFolder, "Source Folder " + source + bypassing + "events!") ||
-        missingFolderIsReported(settings_.DestinationFolder,
-                                "Destination Folder " + named(settings_.DestinationFolder) + bypassingSource) ||
-        missingFolderIsReported(settings_.DoneFolder, "Done Folder " + named(settings_.DoneFolder) + bypassingSource) ||
-        sourceIsReported(settings_.DoneFolder, "Done Folder ") ||
-        sourceIsReported(settings_.RejectFolder, "Reject Folder ");
-    if (missing) p_.window.setWaitPointer(false);
-    return !missing;
-}
-
-bool ScanPass::missingFolderIsReported(const Path& folder, const Message& text) {
-    if (p_.toolbox.isFolder(folder)) return false;
-    reportFolderTrouble(text);
-    return true;
-}
-
-// Originals that are moved to where they came from would be found again by every pass.
-bool ScanPass::sourceIsReported(const Path& folder, const Message& what) {
-    if (!p_.toolbox.isSameFolder(settings_.SourceFolder, folder)) return false;
-    reportFolderTrouble(what + named(folder) + " is the Source Folder bypassing events!");
-    return true;
-}
-
-void ScanPass::reportFolderTrouble(const Message& text) {
-    folderTrouble_ = text.text();
-    p_.report.showInLabel2(text);
-}
-
-Task<void> ScanPass::searchFiles() {
-    SearchOrder order;
-    order.folder = settings_.SourceFolder;
-    order.recurse = settings_.IncludeSubfolders;
-    order.notEntered = {settings_.DoneFolder, settings_.RejectFolder};
-    order.isStopped = [&state = p_.state] { return state.StopRequested; };
-    unreadBefore_ = std::exchange(unread_, {});
-    unreadWords_.clear();
-    order.notRead = [this](const Path& folder, const Fault& fault) { reportUnread(folder, fault); };
-    std::vector<Path> found = co_await p_.toolbox.search(std::move(order));
-    found.insert(found.begin(), Path());
-    p_.state.FileList = std::move(found);
-    p_.window.setTotalFiles(p_.state.FileList.size() - 1);
-}
-
-// What stands in it is not encrypted, and nobody would know.
-void ScanPass::reportUnread(const Path& folder, const Fault& fault) {
-    const Message words = "Folder " + named(folder) + " - FAILED: " + failureWords(fault.text);
-    if (unread_.empty()) unreadWords_ = words.text();
-    unread_.insert(folder);
-    if (!unreadBefore_.contains(folder)) p_.report.showInPanel1(words);
-}
-
 Task<void> ScanPass::carryFiles() {
-    const std::size_t count = p_.state.FileList.size() - 1;
     carriedNames_.clear();
     inUseBefore_ = std::exchange(inUse_, {});
-    if (count == 0 && unread_.empty() && !p_.state.StopRequested) {
+    if (files_.empty() && folders_.unreadWords().empty() && !stopRequested_) {
         p_.report.showInLabel2("No Records this pass!");
         p_.window.setPanel1("No Records this pass!");
         p_.window.setWaitPointer(false);
     }
     Lookahead ahead(p_.loop, encryption_);
     Next next = Next::goOn;
-    std::size_t index = 1;
+    std::size_t index = 0;
     lookAhead(ahead, index);
-    while (next == Next::goOn && !ahead.isEmpty() && !stopIsTaken()) {
+    while (next == Next::goOn && !ahead.isEmpty() && !takeStop()) {
         next = co_await carryNext(ahead);
         if (next == Next::goOn) lookAhead(ahead, index);
         co_await p_.loop.breathe();
     }
-    co_await flushMoves();
-    if (next == Next::goOn) end();
+    const Result<> flushed = co_await p_.toolbox.flushMoves();
+    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
+    if (next != Next::goOn) co_return;
+    // The files are in Done, and may be back in Source after a crash: the operator is told as of a disk that fails.
+    if (flushed.ok() || stopRequested_)
+        end();
+    else
+        endPaused(Trouble::diskFails, flushed.fault().text);
 }
 
 void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
-    for (; ahead.hasRoom() && next < p_.state.FileList.size(); ++next) {
-        const Path path = std::move(p_.state.FileList[next]);
+    for (; ahead.hasRoom() && next < files_.size(); ++next) {
+        const Path path = std::move(files_[next]);
         if (isEncrypted(path)) continue;
         (void)ClearFileAttributes(p_.toolbox, path);
         ahead.add(orderFor(path), next);
@@ -198,37 +141,32 @@ void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
 }
 
 Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
-    // Emptied for a lookup that is still under way, or for good.
-    while (p_.state.ActivePassword.empty() && p_.state.UiLoading) co_await p_.loop.after(kLookupPoll);
-    if (p_.state.ActivePassword.empty()) {
+    const std::string password = co_await p_.password.settled();
+    if (password.empty()) {
         reportNoPassword();
-        finishEnding(Trouble::noPassword, kNoActivePassword);
+        clear();
+        endings_.noPassword(std::exchange(rejected_, 0));
         co_return Next::end;
     }
     Lookahead::Item item = co_await ahead.next();
-    p_.window.setPassProgress(item.index - 1, p_.state.FileList.size() - 1);
+    p_.window.setPassProgress(item.index, files_.size());
     EncryptOrder& order = FileEncryption::orderOf(*item.work);
     order.nameWasCarried = carriedNames_.contains(FileNameOf(order.sourcePath));
-    if (order.password != p_.state.ActivePassword) {
-        order.password = p_.state.ActivePassword;
+    if (order.password != password) {
+        order.password = password;
         item.work = encryption_.begin(order);
     }
     co_return co_await carryOne(std::move(item.work));
 }
 
-Task<void> ScanPass::flushMoves() {
-    const Result<> flushed = co_await p_.toolbox.flushMoves();
-    if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
-}
-
-bool ScanPass::stopIsTaken() {
-    if (!p_.state.StopRequested) return false;
+bool ScanPass::takeStop() {
+    if (!stopRequested_) return false;
     stopAndReport();
     return true;
 }
 
 void ScanPass::stopAndReport() {
-    p_.state.SinglePassMode = false;
+    singlePassWanted_ = false;
     p_.timRun.setEnabled(false);
     p_.report.showInLabel2("User has Stopped Process!D");
 }
@@ -236,7 +174,7 @@ void ScanPass::stopAndReport() {
 Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
     Path path = FileEncryption::orderOf(*work).sourcePath;
     const std::string name = FileNameOf(path);
-    p_.window.setModeLabel("SCANNING");
+    p_.window.setMode(Mode::scanning);
     p_.window.setCurrentFile(name);
     p_.window.setLastFile(name);
     EncryptResult result = co_await encryption_.finish(std::move(work));
@@ -252,7 +190,7 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
     }
     countCarried(name);
     if (result.fault && result.fault->isTheMachines()) co_return afterMachineFault({}, *result.fault);
-    if (result.fault && !foldersAreThere()) {
+    if (result.fault && !folders_.check()) {
         endMissingFolders();
         co_return Next::end;
     }
@@ -263,7 +201,7 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
 EncryptOrder ScanPass::orderFor(const Path& path) const {
     EncryptOrder order;
     order.sourcePath = path;
-    order.password = p_.state.ActivePassword;
+    order.password = p_.password.known();
     order.destinationFolder = settings_.DestinationFolder;
     order.doneFolder = settings_.DoneFolder;
     order.rejectFolder = settings_.RejectFolder;
@@ -281,7 +219,6 @@ void ScanPass::countCarried(const std::string& name) {
 ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
     const bool wasTold = inUseBefore_.contains(path);
     inUse_.insert(path);
-    p_.state.EncryptFailed = false;
     if (!wasTold) reportNotEncrypted(path);
     return Next::goOn;
 }
@@ -289,18 +226,19 @@ ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
 Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
     std::optional<Fault> fault = result.fault;
     // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
-    const bool folderIsGone = !foldersAreThere();
+    const bool folderIsGone = !folders_.check();
     const bool isTheMachines = fault && fault->isTheMachines();
     if (!folderIsGone && !isTheMachines && FileExists(p_.toolbox, path)) {
         const Result<> unchanged = result.held ? result.held->verify() : Result<>();
         if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path);
-        const Result<> rejected = co_await reject(path, result.held.get());
+        const Result<> rejected =
+            co_await rejectFile({p_.toolbox, p_.report, p_.clock, path, settings_.RejectFolder, result.held.get()});
+        if (rejected.ok()) ++rejected_;
         fault = rejected.ok() ? std::nullopt : std::optional(rejected.fault());
     }
     if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault);
     machineFaults_ = 0;
     reportNotEncrypted(path);
-    p_.state.EncryptFailed = false;
     if (folderIsGone) {
         endMissingFolders();
         co_return Next::end;
@@ -312,7 +250,7 @@ Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
 }
 
 ScanPass::Next ScanPass::unlessStopped() {
-    if (!stopIsTaken()) return Next::goOn;
+    if (!takeStop()) return Next::goOn;
     end();
     return Next::end;
 }
@@ -320,34 +258,10 @@ ScanPass::Next ScanPass::unlessStopped() {
 // The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
 ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault) {
     if (!path.empty()) reportNotEncrypted(path);
-    p_.state.EncryptFailed = false;
     ++machineFaults_;
     if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return unlessStopped();
     endPaused(Trouble::diskFails, fault.text);
     return Next::end;
-}
-
-Task<Result<>> ScanPass::reject(Path path, HeldFile* held) {
-    const std::string name = FileNameOf(path);
-    Path target = joinPath(settings_.RejectFolder, name);
-    bool isThere = false;
-    if (p_.toolbox.kindOf(target) != EntryKind::missing) {
-        const std::string newName = secondStamp(p_.clock.now()) + "_" + name;
-        target = joinPath(settings_.RejectFolder, newName);
-        p_.report.showInPanel1("File " + named(path) + " File exists rename file to " + named(newName));
-        const Result<> renamed = co_await p_.toolbox.rename(path, target);
-        isThere = renamed.ok();
-        if (!isThere) p_.report.showInPanel1("File " + named(path) + " did not rename file!");
-    }
-    p_.state.FileOpSource = path;
-    p_.state.FileOpTarget = target;
-    Result<> moved;
-    if (!isThere) moved = co_await p_.toolbox.move({path, target, Replace::never, held});
-    if (moved.ok())
-        ++rejected_;
-    else
-        p_.report.showInPanel1("File " + named(path) + " did not move to reject folder!");
-    co_return moved;
 }
 
 void ScanPass::reportNotEncrypted(const Path& path) {
@@ -356,65 +270,44 @@ void ScanPass::reportNotEncrypted(const Path& path) {
 }
 
 void ScanPass::requestStop() {
-    p_.state.SinglePassMode = false;
-    p_.state.StopRequested = true;
+    singlePassWanted_ = false;
+    stopRequested_ = true;
     questions_.withdraw();
 }
 
 void ScanPass::passWasAborted() {
-    p_.state.UiLoading = false;
-    p_.state.StopRequested = false;
-    p_.state.ScanActive = false;
+    stopRequested_ = false;
     p_.state.PassInProgress = false;
     p_.window.setWaitPointer(false);
     p_.window.clearProgress();
 }
 
 void ScanPass::end() {
-    if (p_.state.StopRequested)
-        endStopped();
-    else
-        endPaused(unread_.empty() ? Trouble::none : Trouble::folderUnread, unreadWords_);
+    if (stopRequested_) return endStopped();
+    const std::string& words = folders_.unreadWords();
+    endPaused(words.empty() ? Trouble::none : Trouble::folderUnread, words);
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {
-    const Message text = "ZEP Is PAUSED at " + named(timeText(p_.clock.now()));
-    p_.window.setPanel1(text.text());
-    p_.window.setCaption(text.text());
-    p_.report.showInLabel2(text);
-    finishEnding(trouble, words);
+    clear();
     // A single pass is over when it has ended, however it did.
-    p_.timRun.setEnabled(!singlePass_);
-    p_.mode.tmchkTimer_Timer();
+    endings_.paused(!singlePass_, trouble, words, std::exchange(rejected_, 0));
 }
 
 void ScanPass::endStopped() {
-    p_.window.setPanel1("User Stopped Encrypting Files");
-    p_.window.setCaption("Done Encrpting Files");
-    p_.report.showInLabel2("User Stopped Encrypting Files");
-    finishEnding(Trouble::none);
+    clear();
+    endings_.stopped(std::exchange(rejected_, 0));
 }
 
 void ScanPass::endMissingFolders() {
-    p_.window.setPanel1(kFoldersMissing);
-    p_.window.setCaption("Problem.... ");
-    p_.report.showInLabel2(kFoldersMissing);
-    finishEnding(Trouble::folderGone, folderTrouble_);
+    clear();
+    endings_.missingFolders(folders_.trouble(), std::exchange(rejected_, 0));
 }
 
-void ScanPass::finishEnding(Trouble trouble, const std::string& words) {
-    p_.state.StopRequested = false;
-    p_.state.ScanActive = false;
-    p_.state.PassInProgress = false;
-    p_.state.SinglePassMode = false;
-    p_.state.FileList.clear();
-    p_.state.FileList.shrink_to_fit();
-    p_.settings.saveSettings();
-    p_.log.saveWhenOn();
-    p_.mode.tmchkTimer_Timer();
-    p_.window.setWaitPointer(false);
-    p_.window.clearProgress();
-    p_.notices.passEnded(trouble, words, std::exchange(rejected_, 0));
+void ScanPass::clear() {
+    stopRequested_ = false;
+    singlePassWanted_ = false;
+    files_ = {};
 }
 
 }  // namespace vantrell

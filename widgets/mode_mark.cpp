@@ -6,20 +6,9 @@
 
 namespace vantrell {
 
-namespace {
-
-ModeMark::Shape shapeFor(const std::string& text) {
-    if (text == "Mode: Stopped") return ModeMark::Shape::square;
-    if (text == "Mode: Auto") return ModeMark::Shape::disc;
-    return ModeMark::Shape::triangle;
-}
-
-}  // namespace
-
 ModeMark::ModeMark(QWidget* parent) : QWidget(parent) { setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); }
 
-void ModeMark::showMode(const std::string& text) {
-    const Shape shape = shapeFor(text);
+void ModeMark::showShape(Shape shape) {
     if (shape == shape_) return;
     shape_ = shape;
     update();

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QWidget>
-#include <string>
 
 namespace vantrell {
 
@@ -16,8 +15,7 @@ public:
 
     explicit ModeMark(QWidget* parent = nullptr);
 
-    /// `text` is the text of the mode label.
-    void showMode(const std::string& text);
+    void showShape(Shape shape);
     [[nodiscard]] Shape shape() const { return shape_; }
 
     [[nodiscard]] QSize sizeHint() const override;

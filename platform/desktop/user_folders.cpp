@@ -34,4 +34,9 @@ Path userConfigFolder() {
     return config.empty() ? homeFolder() + "/.config" : config;
 }
 
+Path temporaryFolder() {
+    const Path named = absoluteFromEnvironment("TMPDIR");
+    return named.empty() ? Path("/tmp") : named;
+}
+
 }  // namespace vantrell

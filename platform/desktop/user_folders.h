@@ -11,5 +11,7 @@ namespace vantrell {
 [[nodiscard]] Path userDataFolder();
 /// $XDG_CONFIG_HOME when it is absolute, else .config in the home folder.
 [[nodiscard]] Path userConfigFolder();
+/// $TMPDIR when it is absolute, else /tmp.
+[[nodiscard]] Path temporaryFolder();
 
 }  // namespace vantrell

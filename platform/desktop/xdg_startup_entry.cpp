@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/xdg_startup_entry.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,11 +12,8 @@
 
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/user_folders.h"
-#include "platform/files/place.h"
 #include "platform/files/posix_data_files.h"
-#include "platform/files/posix_fault.h"
 #include "platform/files/posix_io.h"
-#include "platform/files/temporary_name.h"
 
 namespace vantrell {
 
@@ -101,28 +97,6 @@ bool isSwitchedOff(const DesktopEntry& entry) {
            isKeptFromThisDesktop(entry);
 }
 
-Result<> fillFile(int file, std::string_view bytes, const Path& path) {
-    if (::fchmod(file, kReadableByAll) != 0) return faultFromErrno(errno, path);
-    if (Result<> done = writeAll(file, bytes, path); !done.ok()) return done.fault();
-    return resultFromErrno(::fsync(file) == 0 ? 0 : errno, path);
-}
-
-// Unlike the files of the data folder this one is everybody's to read, and a link in its place is no sign that someone
-// wants it kept.
-Result<> replaceEntry(std::string_view bytes) {
-    const Path folder = autostartFolder();
-    if (Result<> done = PosixDataFiles().makePrivateFolders(folder); !done.ok()) return done.fault();
-    const Path temporary = joinPath(folder, makeTemporaryName());
-    const UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadableByAll));
-    if (!file) return faultFromErrno(errno, temporary);
-    Result<> done = fillFile(file.get(), bytes, temporary);
-    if (done.ok() && ::rename(temporary.c_str(), entryFile().c_str()) != 0) done = faultFromErrno(errno, entryFile());
-    if (done.ok()) return flushFolder(folder);
-    Fault fault = done.fault();
-    if (::unlink(temporary.c_str()) != 0) fault.text += "; " + temporary + " was left behind";
-    return fault;
-}
-
 }  // namespace
 
 StartupEntry::State XdgStartupEntry::state() const {
@@ -130,7 +104,7 @@ StartupEntry::State XdgStartupEntry::state() const {
     const Path path = entryFile();
     if (::lstat(path.c_str(), &status) != 0)
         return errno == ENOENT || errno == ENOTDIR ? State::none : State::elsewhere;
-    const auto file = PosixDataFiles().read(path, kMostBytes + 1);
+    const auto file = PosixDataFiles(kernel_).read(path, kMostBytes + 1);
     if (!file.ok() || file.value().size() > kMostBytes) return State::elsewhere;
     const auto entry = DesktopEntry::parse(file.value());
     if (!entry) return State::elsewhere;
@@ -150,7 +124,10 @@ bool XdgStartupEntry::startsThisProgram(const DesktopEntry& entry) const {
 bool XdgStartupEntry::add() {
     const Path program = programFile();
     if (!program.starts_with(kPathSeparator) || !canStandInDesktopEntry(program)) return false;
-    return replaceEntry(entryTextFor(program)).ok();
+    if (!PosixDataFiles(kernel_).makePrivateFolders(autostartFolder()).ok()) return false;
+    // Unlike the files of the data folder this one is everybody's to read, and a link in its place is no sign that
+    // someone wants it kept.
+    return writeAtomically(kernel_, entryFile(), entryTextFor(program), kReadableByAll).ok();
 }
 
 bool XdgStartupEntry::remove() { return ::unlink(entryFile().c_str()) == 0 || errno == ENOENT || errno == ENOTDIR; }

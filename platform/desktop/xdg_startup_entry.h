@@ -8,12 +8,14 @@
 namespace vantrell {
 
 class DesktopEntry;
+class Kernel;
 
 /// NRD-ZEP.desktop in the user's autostart folder ($XDG_CONFIG_HOME/autostart, else .config/autostart in the home
 /// folder). The environment is read anew at each call.
 class XdgStartupEntry final : public StartupEntry {
 public:
-    explicit XdgStartupEntry(Path programFolder) : programFolder_(std::move(programFolder)) {}
+    /// The kernel outlives the entry.
+    XdgStartupEntry(Kernel& kernel, Path programFolder) : kernel_(kernel), programFolder_(std::move(programFolder)) {}
 
     /// An entry that cannot be read or understood, or that the desktop would pass over, counts as `elsewhere`. Programs
     /// are compared by path and by where links lead.
@@ -27,6 +29,7 @@ private:
     [[nodiscard]] Path programFile() const { return joinPath(programFolder_, "ZEP"); }
     [[nodiscard]] bool startsThisProgram(const DesktopEntry& entry) const;
 
+    Kernel& kernel_;
     Path programFolder_;
 };
 

@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/crash_cleanup.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <chrono>
 #include <climits>
-#include <ctime>
 #include <utility>
 
+#include "base/date_text.h"
 #include "platform/files/disposer.h"
 #include "platform/files/file_stamp.h"
 #include "platform/files/folder_descent.h"
@@ -26,37 +19,31 @@ namespace vantrell {
 
 namespace {
 
-bool lock(const UniqueFd& file) { return file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0; }
-
-bool isFolder(int descriptor, const Path& path) {
-    struct stat one {};
-    struct stat other {};
-    return ::fstat(descriptor, &one) == 0 && ::stat(path.c_str(), &other) == 0 && identityOf(one) == identityOf(other);
+bool isTheFolderAt(const UniqueFd& folder, const Path& path) {
+    struct stat status {};
+    return folder.status(status) == 0 && folderAt(folder.kernel(), path) == identityOf(status);
 }
 
 // Open and locked; empty when it is somebody's, or no file any more.
-UniqueFd openLeftOutput(int folder, const std::string& name) {
+UniqueFd openLeftOutput(const UniqueFd& folder, const std::string& name) {
     constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    UniqueFd file(::openat(folder, name.c_str(), O_RDWR | kFlags));
-    if (!file) file = UniqueFd(::openat(folder, name.c_str(), O_RDONLY | kFlags));
+    UniqueFd file = folder.open(name.c_str(), O_RDWR | kFlags);
+    if (!file) file = folder.open(name.c_str(), O_RDONLY | kFlags);
     struct stat status {};
-    const bool isOurs = lock(file) && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+    const bool isOurs = file && file.lock() && file.status(status) == 0 && S_ISREG(status.st_mode);
     return isOurs ? std::move(file) : UniqueFd();
 }
 
 std::string datedName(const Clock& clock, const std::string& name) {
-    const std::time_t now = std::chrono::system_clock::to_time_t(clock.now());
-    std::tm local{};
-    ::localtime_r(&now, &local);
-    std::array<char, sizeof "yyyymmdd hhmmss_"> date{};
-    const std::size_t length = std::strftime(date.data(), date.size(), "%Y%m%d %H%M%S_", &local);
+    const std::string date = secondStamp(clock.now()) + "_";
     // A name that is as long as names can be loses its beginning and keeps what it ends with.
-    return std::string(date.data(), length) + name.substr(name.size() - std::min(name.size(), NAME_MAX - length));
+    return date + name.substr(name.size() - std::min(name.size(), NAME_MAX - date.size()));
 }
 
 class Restorer {
 public:
-    Restorer(EventLoop& loop, const Clock& clock, const Path& folder) : loop_(loop), clock_(clock), descent_(folder) {}
+    Restorer(EventLoop& loop, Kernel& kernel, const Clock& clock, const Path& folder)
+        : loop_(loop), clock_(clock), descent_(kernel, folder) {}
 
     Task<void> run() {
         levels_.push_back(co_await foldersHere());
@@ -94,24 +81,24 @@ private:
     }
 
     Task<void> restore(std::string folderName) {
-        const int parent = descent_.current();
-        const UniqueFd folder(::openat(parent, folderName.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        if (!lock(folder)) co_return;
+        const UniqueFd& parent = descent_.current();
+        const UniqueFd folder = parent.open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (!folder || !folder.lock()) co_return;
         std::vector<FolderEntry> entries;
-        static_cast<void>(co_await readFolder(loop_, folder.get(), entries, {}));
+        static_cast<void>(co_await readFolder(loop_, folder, entries, {}));
         bool isChanged = false;
         for (const FolderEntry& entry : entries) {
-            if (!entry.isFolder) isChanged |= moveBeside(folder.get(), entry.key, parent);
+            if (!entry.isFolder) isChanged |= moveBeside(folder, entry.key, parent);
         }
         // The new names first, then the folder goes; it stays while anything is left in it.
         if (isChanged) {
             const Result<> flushed = co_await flushFolder(loop_, parent);
             if (!flushed.ok()) co_return;
         }
-        static_cast<void>(::unlinkat(parent, folderName.c_str(), AT_REMOVEDIR));
+        static_cast<void>(parent.kernel().unlinkat(parent.get(), folderName.c_str(), AT_REMOVEDIR));
     }
 
-    bool moveBeside(int folder, const std::string& name, int parent) {
+    bool moveBeside(const UniqueFd& folder, const std::string& name, const UniqueFd& parent) {
         const int error = renameNoReplace(folder, name, parent, name);
         return error == 0 || (error == EEXIST && renameNoReplace(folder, name, parent, datedName(clock_, name)) == 0);
     }
@@ -124,24 +111,24 @@ private:
 
 }  // namespace
 
-Task<void> removeLeftOutputs(EventLoop& loop, Path folderPath, Path neverHere) {
-    const UniqueFd folder = openFolder(folderPath);
-    if (!folder || isFolder(folder.get(), neverHere)) co_return;
+Task<void> removeLeftOutputs(EventLoop& loop, Kernel& kernel, Path folderPath, Path neverHere) {
+    const UniqueFd folder = openFolder(kernel, folderPath);
+    if (!folder || isTheFolderAt(folder, neverHere)) co_return;
     std::vector<FolderEntry> entries;
-    static_cast<void>(co_await readFolder(loop, folder.get(), entries, {}));
+    static_cast<void>(co_await readFolder(loop, folder, entries, {}));
     for (const FolderEntry& entry : entries) {
         co_await loop.breathe();
         if (entry.isFolder || !isTemporaryName(entry.key)) continue;
-        const UniqueFd file = openLeftOutput(folder.get(), entry.key);
+        const UniqueFd file = openLeftOutput(folder, entry.key);
         // What cannot be removed now is tried again by the next start.
-        if (!file || ::unlinkat(folder.get(), entry.key.c_str(), 0) != 0) continue;
-        co_await shrink(loop, file.get());
+        if (!file || folder.unlink(entry.key.c_str()) != 0) continue;
+        co_await shrink(loop, file);
     }
     co_await release(loop, std::move(entries));
 }
 
-Task<void> restoreSources(EventLoop& loop, const Clock& clock, Path folder) {
-    Restorer restorer(loop, clock, folder);
+Task<void> restoreSources(EventLoop& loop, Kernel& kernel, const Clock& clock, Path folder) {
+    Restorer restorer(loop, kernel, clock, folder);
     co_await restorer.run();
 }
 

@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/cross_mover.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <utility>
+#include <vector>
 
 #include "platform/files/file_attributes.h"
-#include "platform/files/file_copier.h"
 #include "platform/files/folder_flush.h"
 #include "platform/files/posix_fault.h"
 
@@ -20,6 +15,24 @@ namespace {
 Result<> verifyBoth(const MoveOrder& order, PosixHeldFile& original) {
     if (Result<> done = original.verify(); !done.ok()) return done.fault();
     return order.expected == nullptr ? Result<>() : order.expected->verify();
+}
+
+constexpr std::size_t kPiece = std::size_t{256} << 10U;
+
+// Fault `inUse` when there are more or fewer bytes than when the file was opened.
+Task<Result<>> copyContents(HeldFile& from, OutputFile& to) {
+    std::vector<std::byte> buffer(kPiece);
+    std::uint64_t copied = 0;
+    for (;;) {
+        const Result<std::size_t> got = from.read(buffer);
+        if (!got.ok()) co_return got.fault();
+        if (got.value() == 0) break;
+        copied += got.value();
+        const Result<> written = co_await to.write(std::span(buffer).first(got.value()));
+        if (!written.ok()) co_return written.fault();
+    }
+    if (copied != from.size()) co_return inUseFault();
+    co_return Result<>();
 }
 
 // Renaming renews the change time only; a write also moves the modification time or the size.
@@ -40,10 +53,10 @@ public:
         struct stat original {};
         struct stat standing {};
         // Never the last copy: the original must still have a name somewhere.
-        if (!isUndone_ || ::fstat(original_.descriptor(), &original) != 0 || original.st_nlink == 0) return;
+        if (!isUndone_ || original_.file().status(original) != 0 || original.st_nlink == 0) return;
         if (place_.status(standing) != 0 || identityOf(standing) != copy_) return;
         // A copy that cannot be removed is one too many, which loses nothing.
-        static_cast<void>(::unlinkat(place_.folder.get(), place_.name.c_str(), 0));
+        static_cast<void>(place_.folder.unlink(place_.name.c_str()));
     }
 
     void undoUnlessKept(const FileIdentity& copy) {
@@ -60,14 +73,14 @@ private:
 };
 
 Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
-    Result<std::unique_ptr<PosixHeldFile>> opened = PosixHeldFile::open(probe_, order.source);
+    Result<std::unique_ptr<PosixHeldFile>> opened = PosixHeldFile::open(parts_.kernel, probe_, order.source);
     if (!opened.ok()) co_return opened.fault();
     std::unique_ptr<PosixHeldFile> original = opened.take();
     if (original->stamp().identity != source) co_return inUseFault();
     if (Result<> done = verifyBoth(order, *original); !done.ok()) co_return done.fault();
     PublishedCopy copy(to_, *original);
     // Made before anything is written: where it cannot be made, the source could not be removed either.
-    PrivateFolder aside(from_.folder.get());
+    PrivateFolder aside(from_.folder);
     if (aside.error() != 0) co_return faultFromErrno(aside.error(), "The source folder cannot be written");
     const Result<std::unique_ptr<PosixOutputFile>> created = PosixOutputFile::create(parts_, folderOf(order.target));
     if (!created.ok()) co_return created.fault();
@@ -80,7 +93,7 @@ Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
     original.reset();
     parts_.disposer.disposeWhenUnused(std::move(removed_));
     // The copy stands whatever this says: at worst the source is there again after a crash.
-    static_cast<void>(co_await flushFolder(parts_.loop, from_.folder.get()));
+    static_cast<void>(co_await flushFolder(parts_.loop, from_.folder));
     co_return Result<>();
 }
 
@@ -88,29 +101,27 @@ Task<Result<>> CrossMover::makeCopy(PosixHeldFile& original, PosixOutputFile& ou
     // Until it bears the original's permissions, it is nobody else's to read.
     if (Result<> done = output.setPermissions(S_IRUSR | S_IWUSR); !done.ok()) co_return done.fault();
     if (Result<> done = co_await copyContents(original, output); !done.ok()) co_return done.fault();
-    copyAttributes(original.descriptor(), original.status(), output.descriptor());
+    copyAttributes(original.file(), original.status(), output.file());
     co_return co_await output.flush();
 }
 
 Task<Result<>> CrossMover::publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy) {
     copy.undoUnlessKept(output.identity());
-    const Result<> published = co_await output.publish(order.target, Replace::never);
+    const Result<> published = co_await output.publish(nameOf(order.target), Replace::never);
     if (!published.failedWith(FaultKind::nameTaken) || order.replace == Replace::never) co_return published;
     // An old file that has been replaced does not come back, so its successor stays in any case.
     copy.keep();
-    co_return co_await output.publish(order.target, Replace::allowed);
+    co_return co_await output.publish(nameOf(order.target), Replace::allowed);
 }
 
 Result<> CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& original) {
     if (const int error = aside.take(from_.name); error != 0)
         return faultFromErrno(error, "The file cannot be removed from the source folder");
     struct stat status {};
-    if (::fstatat(aside.descriptor(), from_.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return faultFromErrno(errno, "The file cannot be looked at");
-    if (!isUnwritten(status, original.stamp()) || askForWriters(original.descriptor()) == Use::writing)
-        return inUseFault();
-    removed_ =
-        UniqueFd(::openat(aside.descriptor(), from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (const int error = aside.folder().statusOf(from_.name.c_str(), status); error != 0)
+        return faultFromErrno(error, "The file cannot be looked at");
+    if (!isUnwritten(status, original.stamp()) || askForWriters(original.file()) == Use::writing) return inUseFault();
+    removed_ = aside.folder().open(from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     return resultFromErrno(aside.removeTaken(), "The file cannot be removed from the source folder");
 }
 

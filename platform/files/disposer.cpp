@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/disposer.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <utility>
 
 #include "platform/files/use_probe.h"
@@ -14,7 +11,7 @@ namespace {
 
 Task<void> shrinkAndClose(EventLoop& loop, UniqueFd file, std::optional<Pending<int>> flush) {
     if (flush) co_await *flush;
-    co_await shrink(loop, file.get());
+    co_await shrink(loop, file);
 }
 
 // A reader that takes longer than these looks drops the file itself when it closes it.
@@ -22,24 +19,24 @@ constexpr int kLooks = 120;
 constexpr std::chrono::milliseconds kBetweenLooks{500};
 
 Task<void> shrinkWhenUnused(EventLoop& loop, UniqueFd file) {
-    for (int look = 0; look < kLooks && !isOnlyDescriptor(file.get()); ++look) co_await loop.after(kBetweenLooks);
-    if (isOnlyDescriptor(file.get())) co_await shrink(loop, file.get());
+    for (int look = 0; look < kLooks && !isOnlyDescriptor(file); ++look) co_await loop.after(kBetweenLooks);
+    if (isOnlyDescriptor(file)) co_await shrink(loop, file);
 }
 
 bool isLarge(const UniqueFd& file) {
     struct stat status {};
-    return ::fstat(file.get(), &status) == 0 && status.st_size > kDropStep;
+    return file.status(status) == 0 && status.st_size > kDropStep;
 }
 
 }  // namespace
 
-Task<void> shrink(EventLoop& loop, int file) {
+Task<void> shrink(EventLoop& loop, const UniqueFd& file) {
     struct stat status {};
-    if (::fstat(file, &status) != 0 || status.st_nlink != 0) co_return;
+    if (file.status(status) != 0 || status.st_nlink != 0) co_return;
     for (off_t size = status.st_size; size > kDropStep;) {
         size -= kDropStep;
         // What cannot be shrunk is dropped as a whole when it is closed.
-        if (::ftruncate(file, size) != 0) co_return;
+        if (file.kernel().ftruncate(file.get(), size) != 0) co_return;
         co_await NextTurn(loop.queue());
     }
 }

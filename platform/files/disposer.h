@@ -15,8 +15,8 @@ namespace vantrell {
 inline constexpr off_t kDropStep = off_t{64} << 20U;
 
 /// Shrinks an open file that has no name any more, in steps that do not hold up the event loop. A file that still has
-/// a name is left alone.
-Task<void> shrink(EventLoop& loop, int file);
+/// a name is left alone. It stays open until the task has ended.
+Task<void> shrink(EventLoop& loop, const UniqueFd& file);
 
 /// Lets go of large files that nobody waits for: dropping one all at once holds up the event loop (0.16 s a GiB). To
 /// be destroyed after everything that hands files to it; what is left then is dropped at once.

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/file_date.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 
 namespace vantrell {
@@ -18,16 +15,18 @@ FileDate dateOf(const statx_timestamp& time) {
                     std::chrono::nanoseconds(time.tv_nsec));
 }
 
-FileDate laterDate(int folder, const char* name, int flags) {
+FileDate laterDate(Kernel& kernel, int folder, const char* name, int flags) {
     struct statx status {};
-    if (::statx(folder, name, flags, STATX_BTIME | STATX_CTIME, &status) != 0) return {};
+    if (kernel.statx(folder, name, flags, STATX_BTIME | STATX_CTIME, status) != 0) return {};
     const FileDate changed = dateOf(status.stx_ctime);
     return (status.stx_mask & STATX_BTIME) == 0 ? changed : std::max(changed, dateOf(status.stx_btime));
 }
 
 }  // namespace
 
-FileDate fileDateAt(const Path& path) { return laterDate(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW); }
-FileDate fileDateOf(int file) { return laterDate(file, "", AT_EMPTY_PATH); }
+FileDate fileDateAt(Kernel& kernel, const Path& path) {
+    return laterDate(kernel, AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW);
+}
+FileDate fileDateOf(const UniqueFd& file) { return laterDate(file.kernel(), file.get(), "", AT_EMPTY_PATH); }
 
 }  // namespace vantrell

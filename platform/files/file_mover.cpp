@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/file_mover.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "platform/files/cross_mover.h"
@@ -21,10 +16,11 @@ namespace {
 
 constexpr unsigned kMostUnflushedMoves = 256;
 
-bool areOneFolder(const UniqueFd& one, const UniqueFd& other) {
-    struct stat a {};
-    struct stat b {};
-    return ::fstat(one.get(), &a) == 0 && ::fstat(other.get(), &b) == 0 && identityOf(a) == identityOf(b);
+Result<FileIdentity> identityOfFolder(const UniqueFd& folder) {
+    struct stat status {};
+    if (const int error = folder.status(status); error != 0)
+        return faultFromErrno(error, "The folder cannot be looked at");
+    return identityOf(status);
 }
 
 bool standsAt(const Place& place, const FileIdentity& file) {
@@ -35,15 +31,19 @@ bool standsAt(const Place& place, const FileIdentity& file) {
 }  // namespace
 
 Result<FileMover::Route> FileMover::survey(const MoveOrder& order) {
-    Result<Place> from = openPlace(order.source);
+    Result<Place> from = openPlace(parts_.kernel, order.source);
     if (!from.ok()) return from.fault();
-    Result<Place> to = openPlace(order.target);
+    Result<Place> to = openPlace(parts_.kernel, order.target);
     if (!to.ok()) return to.fault();
-    Route route{from.take(), to.take()};
+    const Result<FileIdentity> fromFolder = identityOfFolder(from.value().folder);
+    if (!fromFolder.ok()) return fromFolder.fault();
+    const Result<FileIdentity> toFolder = identityOfFolder(to.value().folder);
+    if (!toFolder.ok()) return toFolder.fault();
+    Route route{from.take(), to.take(), fromFolder.value(), toFolder.value()};
     if (const int error = route.from.status(route.source); error != 0)
         return faultFromErrno(error, "The file cannot be found");
     if (!S_ISREG(route.source.st_mode)) return notRegularFault();
-    if (route.from.name == route.to.name && areOneFolder(route.from.folder, route.to.folder)) {
+    if (route.from.name == route.to.name && route.fromFolder == route.toFolder) {
         route.kind = Kind::samePlace;
         return route;
     }
@@ -88,12 +88,12 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
 int FileMover::renameOnce(const Route& route) {
     const Place& from = route.from;
     const Place& to = route.to;
-    if (route.kind != Kind::replacing) return renameNoReplace(from.folder.get(), from.name, to.folder.get(), to.name);
-    return ::renameat(from.folder.get(), from.name.c_str(), to.folder.get(), to.name.c_str()) == 0 ? 0 : errno;
+    if (route.kind != Kind::replacing) return renameNoReplace(from.folder, from.name, to.folder, to.name);
+    return from.folder.kernel().renameat2(from.folder.get(), from.name.c_str(), to.folder.get(), to.name.c_str(), 0);
 }
 
 bool FileMover::putBack(const Route& route) {
-    return renameNoReplace(route.to.folder.get(), route.to.name, route.from.folder.get(), route.from.name) == 0;
+    return renameNoReplace(route.to.folder, route.to.name, route.from.folder, route.from.name) == 0;
 }
 
 Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
@@ -102,8 +102,11 @@ Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
         co_return fault;
     }
-    renewChangeTime(route.to.folder.get(), route.to.name.c_str(), route.source);
-    if (durable == Durable::later) co_return co_await flushLater(route);
+    renewChangeTime(route.to.folder, route.to.name.c_str(), route.source);
+    if (durable == Durable::later) {
+        co_await flushLater(route);
+        co_return Result<>();
+    }
     const Result<> flushed = co_await flushFolders(route);
     if (flushed.ok()) co_return flushed;
     Fault fault = flushed.fault();
@@ -114,46 +117,51 @@ Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
 
 Task<Result<>> FileMover::flushFolders(Route& route) {
     // The new name first: where a rename is not one step on the disk, both names are better than none.
-    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder.get()); !done.ok()) co_return done.fault();
-    if (areOneFolder(route.from.folder, route.to.folder)) co_return Result<>();
-    co_return co_await flushFolder(parts_.loop, route.from.folder.get());
+    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder); !done.ok()) co_return done.fault();
+    if (route.fromFolder == route.toFolder) co_return Result<>();
+    co_return co_await flushFolder(parts_.loop, route.from.folder);
 }
 
-Task<Result<>> FileMover::flushLater(Route& route) {
-    for (const auto& [folder, unflushed] :
-         {std::pair(&route.to.folder, &unflushedTargets_), std::pair(&route.from.folder, &unflushedSources_)}) {
-        struct stat status {};
-        if (::fstat(folder->get(), &status) != 0) co_return faultFromErrno(errno, "The folder cannot be looked at");
-        unflushed->try_emplace(identityOf(status), std::move(*folder));
-    }
-    if (++unflushedMoves_ < kMostUnflushedMoves) co_return Result<>();
-    co_return co_await flushMoves();
+Task<void> FileMover::flushLater(Route& route) {
+    unflushedTargets_.try_emplace(route.toFolder, std::move(route.to.folder));
+    unflushedSources_.try_emplace(route.fromFolder, std::move(route.from.folder));
+    if (++unflushedMoves_ < kMostUnflushedMoves) co_return;
+    const Result<> flushed = co_await flushGroup();
+    // It says nothing of the file that has just been moved; whoever asks for the group is told.
+    if (groupsFlushed_.ok()) groupsFlushed_ = flushed;
 }
 
 // The new names first, as in `flushFolders`.
-Task<Result<>> FileMover::flushMoves() {
+Task<Result<>> FileMover::flushGroup() {
     unflushedMoves_ = 0;
-    if (Result<> done = co_await flushAll(unflushedTargets_); !done.ok()) co_return done.fault();
+    const Result<> targets = co_await flushAll(unflushedTargets_);
+    if (!targets.ok()) co_return targets;
     co_return co_await flushAll(unflushedSources_);
+}
+
+Task<Result<>> FileMover::flushMoves() {
+    const Result<> last = co_await flushGroup();
+    const Result<> earlier = std::exchange(groupsFlushed_, Result<>());
+    co_return earlier.ok() ? last : earlier;
 }
 
 Task<Result<>> FileMover::flushAll(Folders& folders) {
     Result<> all;
     while (!folders.empty()) {
         const auto folder = folders.extract(folders.begin());
-        const Result<> flushed = co_await flushFolder(parts_.loop, folder.mapped().get());
+        const Result<> flushed = co_await flushFolder(parts_.loop, folder.mapped());
         if (!flushed.ok()) all = flushed;
     }
     co_return all;
 }
 
 Task<Result<>> FileMover::dropSourceName(Route& route) {
-    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder.get()); !done.ok()) co_return done.fault();
+    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder); !done.ok()) co_return done.fault();
     const FileIdentity file = identityOf(route.source);
     if (!standsAt(route.from, file) || !standsAt(route.to, file)) co_return inUseFault();
-    if (::unlinkat(route.from.folder.get(), route.from.name.c_str(), 0) != 0)
-        co_return faultFromErrno(errno, "The file's second name cannot be removed");
-    co_return co_await flushFolder(parts_.loop, route.from.folder.get());
+    if (const int error = route.from.folder.unlink(route.from.name.c_str()); error != 0)
+        co_return faultFromErrno(error, "The file's second name cannot be removed");
+    co_return co_await flushFolder(parts_.loop, route.from.folder);
 }
 
 }  // namespace vantrell

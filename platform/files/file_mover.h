@@ -10,8 +10,9 @@
 
 namespace vantrell {
 
-/// Brings files to another place. Success: the file is at the target, and no crash undoes it. A fault: nothing has
-/// changed. An abort: the source is whole, under its name or where the next start finds it.
+/// Brings files to another place. Success: the file is at the target, and no crash undoes it, unless it was to be
+/// flushed later. A fault: nothing has changed, or the text says where the file stands. An abort: the source is whole,
+/// under its name or where the next start finds it.
 class FileMover {
 public:
     FileMover(OutputParts& parts, UseProbe& probe) : parts_(parts), probe_(probe) {}
@@ -27,18 +28,21 @@ private:
     struct Route {
         Place from;
         Place to;
+        FileIdentity fromFolder;
+        FileIdentity toFolder;
         struct stat source {};
         Kind kind = Kind::plain;
     };
 
     using Folders = std::map<FileIdentity, UniqueFd>;
 
-    static Result<Route> survey(const MoveOrder& order);
+    Result<Route> survey(const MoveOrder& order);
     static Result<> surveyTarget(const MoveOrder& order, Route& route);
     static int renameOnce(const Route& route);
     static bool putBack(const Route& route);
     Task<Result<>> confirm(Route& route, Durable durable);
-    Task<Result<>> flushLater(Route& route);
+    Task<void> flushLater(Route& route);
+    Task<Result<>> flushGroup();
     Task<Result<>> flushFolders(Route& route);
     Task<Result<>> flushAll(Folders& folders);
     Task<Result<>> dropSourceName(Route& route);
@@ -49,6 +53,7 @@ private:
     Folders unflushedTargets_;
     Folders unflushedSources_;
     unsigned unflushedMoves_ = 0;
+    Result<> groupsFlushed_;  ///< of the groups since the last `flushMoves`, the first that failed
 };
 
 }  // namespace vantrell

@@ -8,6 +8,6 @@ namespace vantrell {
 
 /// Removes the regular file under the path, provided that its date (`fileDateAt`) is still the given one. The name has
 /// gone, or not, before the task first waits. `disposer` outlives the task.
-Task<Result<>> removeDatedFile(EventLoop& loop, Disposer& disposer, Path path, FileDate date);
+Task<Result<>> removeDatedFile(EventLoop& loop, Kernel& kernel, Disposer& disposer, Path path, FileDate date);
 
 }  // namespace vantrell

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/folder_descent.h"
 
-#include <fcntl.h>
-
-#include <cerrno>
 #include <utility>
 
 #include "platform/files/folder_reader.h"
@@ -18,8 +15,8 @@ namespace {
 constexpr std::size_t kLastLevels = 32;
 constexpr std::size_t kOneIn = 64;
 
-UniqueFd openLevel(int parent, const std::string& name) {
-    return UniqueFd(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+UniqueFd openLevel(const UniqueFd& parent, const std::string& name) {
+    return parent.open(name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
 
 Fault openingFault(int error) {
@@ -30,25 +27,25 @@ Fault openingFault(int error) {
 
 }  // namespace
 
-FolderDescent::FolderDescent(const Path& top) {
-    UniqueFd folder = openFolder(top);
-    if (!folder) topOpened_ = openingFault(errno);
+FolderDescent::FolderDescent(Kernel& kernel, const Path& top) {
+    UniqueFd folder = openFolder(kernel, top);
+    if (!folder) topOpened_ = openingFault(folder.error());
     levels_.push_back({{}, std::move(folder)});
 }
 
-int FolderDescent::current() {
+const UniqueFd& FolderDescent::current() {
     std::size_t open = levels_.size() - 1;
     while (open > 0 && !levels_[open].folder) --open;
-    if (open == levels_.size() - 1) return levels_[open].folder.get();
-    UniqueFd below = openLevel(levels_[open].folder.get(), levels_[open + 1].name);
-    for (std::size_t i = open + 2; below && i < levels_.size(); ++i) below = openLevel(below.get(), levels_[i].name);
+    if (open == levels_.size() - 1) return levels_[open].folder;
+    UniqueFd below = openLevel(levels_[open].folder, levels_[open + 1].name);
+    for (std::size_t i = open + 2; below && i < levels_.size(); ++i) below = openLevel(below, levels_[i].name);
     levels_.back().folder = std::move(below);
-    return levels_.back().folder.get();
+    return levels_.back().folder;
 }
 
 Result<> FolderDescent::enter(const std::string& name) {
     UniqueFd folder = openLevel(current(), name);
-    if (!folder) return openingFault(errno);
+    if (!folder) return openingFault(folder.error());
     levels_.push_back({name, std::move(folder)});
     if (levels_.size() > kLastLevels) {
         const std::size_t old = levels_.size() - 1 - kLastLevels;

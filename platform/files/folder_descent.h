@@ -15,13 +15,13 @@ namespace vantrell {
 class FolderDescent {
 public:
     /// The top itself may be reached through links.
-    explicit FolderDescent(const Path& top);
+    FolderDescent(Kernel& kernel, const Path& top);
     /// Whether the top could be opened. Here as in `enter`, the fault is `notThere` also when what stands there is no
     /// folder, or a link.
     [[nodiscard]] const Result<>& topOpened() const { return topOpened_; }
 
-    /// The folder in which we are; -1 when it cannot be reached (any more).
-    [[nodiscard]] int current();
+    /// The folder in which we are; not open when it cannot be reached (any more). Holds until `enter` or `leave`.
+    [[nodiscard]] const UniqueFd& current();
     /// Goes into a folder of the current one. Nothing has changed when there is a fault.
     Result<> enter(const std::string& name);
     /// Goes back up; never from the top.

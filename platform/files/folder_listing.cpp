@@ -14,13 +14,13 @@ bool isListed(const FolderEntry& entry) { return !entry.isFolder && !entry.key.s
 
 }  // namespace
 
-Task<std::vector<Path>> listFolder(EventLoop& loop, Path folder) {
+Task<std::vector<Path>> listFolder(EventLoop& loop, Kernel& kernel, Path folder) {
     std::vector<Path> names;
-    const UniqueFd opened = openFolder(folder);
+    const UniqueFd opened = openFolder(kernel, folder);
     if (!opened) co_return names;
     std::vector<FolderEntry> entries;
     const IsStopped never;
-    static_cast<void>(co_await readFolder(loop, opened.get(), entries, never));
+    static_cast<void>(co_await readFolder(loop, opened, entries, never));
     co_await sortByKey(loop, entries);
     for (FolderEntry& entry : entries) {
         if (isListed(entry)) names.push_back(std::move(entry.key));

@@ -5,11 +5,13 @@
 
 #include "base/path.h"
 #include "platform/event_loop.h"
+#include "platform/files/kernel.h"
 #include "task/task.h"
 
 namespace vantrell {
 
-/// Names of the regular files of a folder (one that a link leads to, too) that are not hidden, ascending by bytes.
-Task<std::vector<Path>> listFolder(EventLoop& loop, Path folder);
+/// The names of a folder's regular files that are not hidden, ascending by their bytes. The path may lead to the folder
+/// through links. None when the folder cannot be read. The kernel outlives the task.
+Task<std::vector<Path>> listFolder(EventLoop& loop, Kernel& kernel, Path folder);
 
 }  // namespace vantrell

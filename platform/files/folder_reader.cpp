@@ -2,20 +2,14 @@
 #include "platform/files/folder_reader.h"
 
 #include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
-#include <memory>
 #include <string_view>
 #include <utility>
 
 #include "base/path.h"
 #include "platform/files/posix_fault.h"
-#include "platform/files/unique_fd.h"
 
 namespace vantrell {
 
@@ -24,25 +18,45 @@ namespace {
 // So many entries are dealt with between two looks at the clock: well below a millisecond.
 constexpr std::size_t kBatch = 512;
 
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
+// The entries of a folder one after the other, in no order, from a position of its own.
+class EntryStream {
+public:
+    explicit EntryStream(const UniqueFd& folder)
+        : folder_(folder.open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), buffer_(kBufferBytes) {}
+
+    /// Null at the end; valid until the next call.
+    Result<const dirent64*> next() {
+        if (!folder_) return faultFromErrno(folder_.error(), kFolderCannotBeRead);
+        if (at_ == end_) {
+            const ssize_t count = folder_.kernel().getdents64(folder_.get(), buffer_);
+            if (count < 0) return faultFromErrno(static_cast<int>(-count), kFolderCannotBeRead);
+            at_ = 0;
+            end_ = static_cast<std::size_t>(count);
+        }
+        if (at_ == end_) return nullptr;
+        // The kernel aligns entries within a buffer that is aligned, as what `new` gives is.
+        const void* const bytes = buffer_.data() + at_;
+        const auto* const entry = static_cast<const dirent64*>(bytes);
+        at_ += entry->d_reclen;
+        return entry;
+    }
+
+private:
+    static constexpr std::size_t kBufferBytes = std::size_t{32} << 10U;
+
+    UniqueFd folder_;
+    std::vector<std::byte> buffer_;
+    std::size_t at_ = 0;
+    std::size_t end_ = 0;
 };
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
-OpenFolder openStream(int folder) {
-    UniqueFd own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    OpenFolder stream(own ? ::fdopendir(own.get()) : nullptr);
-    if (stream) static_cast<void>(own.release());
-    return stream;
-}
-
-mode_t kindOf(int folder, const dirent& entry) {
+mode_t kindOf(const UniqueFd& folder, const dirent64& entry) {
     if (entry.d_type != DT_UNKNOWN) return static_cast<mode_t>(DTTOIF(entry.d_type));
     struct stat status {};
-    return ::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 ? status.st_mode & S_IFMT : 0;
+    return folder.statusOf(entry.d_name, status) == 0 ? status.st_mode & S_IFMT : 0;
 }
 
-void append(std::vector<FolderEntry>& into, int folder, const dirent& entry) {
+void append(std::vector<FolderEntry>& into, const UniqueFd& folder, const dirent64& entry) {
     std::string name = entry.d_name;
     if (name == "." || name == "..") return;
     const mode_t kind = kindOf(folder, entry);
@@ -73,14 +87,13 @@ Task<void> merge(EventLoop& loop, Entries& from, std::size_t begin, std::size_t 
 
 }  // namespace
 
-Task<Result<>> readFolder(EventLoop& loop, int folder, Entries& into, const IsStopped& isStopped) {
-    const OpenFolder stream = openStream(folder);
-    if (!stream) co_return faultFromErrno(errno, kFolderCannotBeRead);
+Task<Result<>> readFolder(EventLoop& loop, const UniqueFd& folder, Entries& into, const IsStopped& isStopped) {
+    EntryStream stream(folder);
     for (std::size_t count = 1;; ++count) {
-        errno = 0;  // the only thing that tells a failure from the end
-        const dirent* entry = ::readdir(stream.get());
-        if (entry == nullptr) co_return resultFromErrno(errno, kFolderCannotBeRead);
-        append(into, folder, *entry);
+        const Result<const dirent64*> entry = stream.next();
+        if (!entry.ok()) co_return entry.fault();
+        if (entry.value() == nullptr) co_return Result<>();
+        append(into, folder, *entry.value());
         if (count % kBatch != 0) continue;
         if (isStopped && isStopped()) co_return Result<>();
         co_await loop.breathe();

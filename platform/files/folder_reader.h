@@ -7,6 +7,7 @@
 
 #include "base/result.h"
 #include "platform/event_loop.h"
+#include "platform/files/unique_fd.h"
 #include "task/task.h"
 
 namespace vantrell {
@@ -23,8 +24,10 @@ using IsStopped = std::function<bool()>;
 inline constexpr char kFolderCannotBeRead[] = "The folder cannot be read";
 
 /// Appends the regular files and the folders of an open folder, in no order. When there is a fault, those that could be
-/// read are there. `into` and `isStopped` outlive the task.
-Task<Result<>> readFolder(EventLoop& loop, int folder, std::vector<FolderEntry>& into, const IsStopped& isStopped);
+/// read are there. `folder`, `into` and `isStopped` outlive the
+/// task.
+Task<Result<>> readFolder(EventLoop& loop, const UniqueFd& folder, std::vector<FolderEntry>& into,
+                          const IsStopped& isStopped);
 
 /// Sorts ascending by the keys' bytes, also a million of them, without holding up the event loop.
 Task<void> sortByKey(EventLoop& loop, std::vector<FolderEntry>& entries);

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/folder_search.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -11,6 +8,7 @@
 #include "platform/files/file_stamp.h"
 #include "platform/files/folder_descent.h"
 #include "platform/files/folder_reader.h"
+#include "platform/files/place.h"
 #include "platform/files/temporary_name.h"
 
 namespace vantrell {
@@ -19,11 +17,10 @@ namespace {
 
 constexpr std::size_t kBatch = 256;
 
-std::vector<FileIdentity> identitiesOf(const std::vector<Path>& folders) {
+std::vector<FileIdentity> identitiesOf(Kernel& kernel, const std::vector<Path>& folders) {
     std::vector<FileIdentity> identities;
     for (const Path& folder : folders) {
-        struct stat status {};
-        if (::stat(folder.c_str(), &status) == 0) identities.push_back(identityOf(status));
+        if (const auto identity = folderAt(kernel, folder)) identities.push_back(*identity);
     }
     return identities;
 }
@@ -36,11 +33,11 @@ bool isOurTemporary(const FolderEntry& entry) {
 
 class Search {
 public:
-    Search(EventLoop& loop, SearchOrder order)
+    Search(EventLoop& loop, Kernel& kernel, SearchOrder order)
         : loop_(loop),
           order_(std::move(order)),
-          notEntered_(identitiesOf(order_.notEntered)),
-          descent_(order_.folder),
+          notEntered_(identitiesOf(kernel, order_.notEntered)),
+          descent_(kernel, order_.folder),
           path_(order_.folder) {
         if (!path_.ends_with(kPathSeparator)) path_ += kPathSeparator;
     }
@@ -92,15 +89,14 @@ private:
         if (!order_.recurse) return false;
         const std::string name = entry.key.substr(0, entry.key.size() - 1);
         struct stat status {};
-        if (::fstatat(descent_.current(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 || isLeftOut(status))
-            return false;
+        if (descent_.current().statusOf(name.c_str(), status) != 0 || isLeftOut(status)) return false;
         if (const Result<> entered = descent_.enter(name); !entered.ok()) {
             reportUnread(path_ + name, entered);
             return false;
         }
         path_ += entry.key;
         // Another folder may have come under the name.
-        if (::fstat(descent_.current(), &status) == 0 && !isLeftOut(status)) return true;
+        if (descent_.current().status(status) == 0 && !isLeftOut(status)) return true;
         descent_.leave();
         path_.resize(levels_.back().pathSize);
         return false;
@@ -125,8 +121,8 @@ private:
 
 }  // namespace
 
-Task<std::vector<Path>> searchFolder(EventLoop& loop, SearchOrder order) {
-    Search search(loop, std::move(order));
+Task<std::vector<Path>> searchFolder(EventLoop& loop, Kernel& kernel, SearchOrder order) {
+    Search search(loop, kernel, std::move(order));
     co_return co_await search.run();
 }
 

@@ -11,7 +11,7 @@ namespace vantrell {
 class PosixHeldFile final : public HeldFile {
 public:
     /// Opens a regular file; does not ask whether it is in use. The probe must outlive it.
-    static Result<std::unique_ptr<PosixHeldFile>> open(UseProbe& probe, const Path& path);
+    static Result<std::unique_ptr<PosixHeldFile>> open(Kernel& kernel, UseProbe& probe, const Path& path);
 
     PosixHeldFile(UseProbe& probe, Path path, UniqueFd file, const struct stat& status)
         : probe_(probe), path_(std::move(path)), file_(std::move(file)), status_(status), stamp_(stampOf(status)) {}
@@ -22,7 +22,7 @@ public:
 
     /// Fault `inUse` when the file is in use now.
     Result<> checkUse();
-    [[nodiscard]] int descriptor() const { return file_.get(); }
+    [[nodiscard]] const UniqueFd& file() const { return file_; }
     [[nodiscard]] const FileStamp& stamp() const { return stamp_; }
     /// As of the opening.
     [[nodiscard]] const struct stat& status() const { return status_; }

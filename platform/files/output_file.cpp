@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/output_file.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "platform/files/folder_flush.h"
@@ -25,27 +19,24 @@ constexpr std::size_t kPiece = std::size_t{256} << 10U;
 constexpr std::uint64_t kMostUnflushed = std::uint64_t{32} << 20U;
 constexpr mode_t kOrdinaryMode = 0666;
 
-// The lock tells a later start that the file is still being worked on.
-bool lock(int file) { return ::flock(file, LOCK_EX | LOCK_NB) == 0; }
-
-UniqueFd openNamed(int folder, std::string& name) {
-    name = makeTemporaryName();
-    UniqueFd file(::openat(folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOrdinaryMode));
-    if (!file) name.clear();
-    // A file system without locks is no reason to fail: only a second running program could mistake the file.
-    if (file) static_cast<void>(lock(file.get()));
+UniqueFd openNamed(const UniqueFd& folder, std::string& name) {
+    name = makeTemporaryName(folder.kernel());
+    UniqueFd file = folder.open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOrdinaryMode);
+    if (file)
+        file.lock();
+    else
+        name.clear();
     return file;
 }
 
 }  // namespace
 
 Result<std::unique_ptr<PosixOutputFile>> PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
-    UniqueFd folder = openFolder(folderPath);
-    if (!folder) return faultFromErrno(errno, "The folder cannot be opened");
+    UniqueFd folder = openFolder(parts.kernel, folderPath);
+    if (!folder) return faultFromErrno(folder.error(), "The folder cannot be opened");
     std::string name;
-    UniqueFd file =
-        parts.nameless.worksIn(folder.get()) ? UniqueFd(openNameless(folder.get())) : openNamed(folder.get(), name);
-    if (!file) return faultFromErrno(errno, "The new file cannot be created");
+    UniqueFd file = parts.nameless.tryIn(folder) ? openNameless(folder) : openNamed(folder, name);
+    if (!file) return faultFromErrno(file.error(), "The new file cannot be created");
     return std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name));
 }
 
@@ -60,8 +51,8 @@ void PosixOutputFile::fail(int error, std::string_view what) {
 }
 
 std::size_t PosixOutputFile::writePiece(std::span<const std::byte> piece) {
-    const ssize_t count = ::write(file_.get(), piece.data(), piece.size());
-    if (count < 0 && errno != EINTR) fail(errno, "The new file cannot be written");
+    const ssize_t count = parts_.kernel.write(file_.get(), piece);
+    if (count < 0 && count != -EINTR) fail(static_cast<int>(-count), "The new file cannot be written");
     if (count < 0) return 0;
     const auto written = static_cast<std::size_t>(count);
     unflushed_ += written;
@@ -86,7 +77,7 @@ Task<void> PosixOutputFile::keepPace() {
 }
 
 void PosixOutputFile::submitFlush() {
-    flushUnderWay_.emplace(parts_.loop.flush(file_.get()));
+    flushUnderWay_.emplace(beginFlush(parts_.loop, file_));
     parts_.unflushed -= std::exchange(unflushed_, 0);
     isDirty_ = false;
 }
@@ -108,38 +99,37 @@ Task<Result<>> PosixOutputFile::flush() {
 }
 
 int PosixOutputFile::giveName(const std::string& name) {
-    if (temporaryName_.empty()) return nameTheNameless(file_.get(), folder_.get(), name);
-    const int error = renameNoReplace(folder_.get(), temporaryName_, folder_.get(), name);
+    if (temporaryName_.empty()) return nameTheNameless(file_, folder_, name);
+    const int error = renameNoReplace(folder_, temporaryName_, folder_, name);
     if (error == 0) temporaryName_.clear();
     return error;
 }
 
 int PosixOutputFile::replaceName(const std::string& name) {
     struct stat status {};
-    if (::fstatat(folder_.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+    if (const int error = folder_.statusOf(name.c_str(), status); error != 0) return error;
     if (!S_ISREG(status.st_mode)) return EEXIST;
     if (temporaryName_.empty()) {
-        std::string between = makeTemporaryName();
-        static_cast<void>(lock(file_.get()));
-        if (const int error = nameTheNameless(file_.get(), folder_.get(), between); error != 0) return error;
+        std::string between = makeTemporaryName(parts_.kernel);
+        file_.lock();
+        if (const int error = nameTheNameless(file_, folder_, between); error != 0) return error;
         temporaryName_ = std::move(between);
     }
-    if (::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), name.c_str()) != 0) return errno;
-    temporaryName_.clear();
-    return 0;
+    const int error = parts_.kernel.renameat2(folder_.get(), temporaryName_.c_str(), folder_.get(), name.c_str(), 0);
+    if (error == 0) temporaryName_.clear();
+    return error;
 }
 
-Task<Result<>> PosixOutputFile::publish(Path target, Replace replace) {
+Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
     const Result<> flushed = co_await flush();
     if (!flushed.ok()) co_return flushed;
-    const std::string name = nameOf(target);
     int error = giveName(name);
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
     if (isReplacing) error = replaceName(name);
     if (error != 0) co_return faultFromErrno(error, "The new file cannot be given its name");
     // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
-    if (!isReplacing) temporaryName_ = name;
-    failed_ = co_await flushFolder(parts_.loop, folder_.get());
+    if (!isReplacing) temporaryName_ = std::move(name);
+    failed_ = co_await flushFolder(parts_.loop, folder_);
     if (!failed_.ok()) co_return failed_;
     temporaryName_.clear();
     file_.reset();
@@ -149,10 +139,9 @@ Task<Result<>> PosixOutputFile::publish(Path target, Replace replace) {
 void PosixOutputFile::dropName() {
     if (temporaryName_.empty()) return;
     struct stat status {};
-    const bool isOurs = ::fstatat(folder_.get(), temporaryName_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-                        identityOf(status) == identity();
+    const bool isOurs = folder_.statusOf(temporaryName_.c_str(), status) == 0 && identityOf(status) == identity();
     // Left under a temporary name, it is removed by the next start.
-    if (isOurs) static_cast<void>(::unlinkat(folder_.get(), temporaryName_.c_str(), 0));
+    if (isOurs) static_cast<void>(folder_.unlink(temporaryName_.c_str()));
     temporaryName_.clear();
 }
 
@@ -161,19 +150,19 @@ Task<void> PosixOutputFile::discard() {
     if (failed_.ok()) failed_ = Fault{FaultKind::other, "The new file has been dropped"};
     if (flushUnderWay_) co_await *flushUnderWay_;
     flushUnderWay_.reset();
-    co_await shrink(parts_.loop, file_.get());
+    co_await shrink(parts_.loop, file_);
     file_.reset();
 }
 
-Result<> PosixOutputFile::setPermissions(unsigned permissions) {
-    const int error = ::fchmod(file_.get(), static_cast<mode_t>(permissions)) == 0 ? 0 : errno;
+Result<> PosixOutputFile::setPermissions(mode_t permissions) {
+    const int error = parts_.kernel.fchmod(file_.get(), permissions);
     // So answer file systems that have no permissions.
     return resultFromErrno(error == EPERM ? 0 : error, "The new file's permissions cannot be set");
 }
 
 FileIdentity PosixOutputFile::identity() const {
     struct stat status {};
-    return ::fstat(file_.get(), &status) == 0 ? identityOf(status) : FileIdentity{};
+    return file_.status(status) == 0 ? identityOf(status) : FileIdentity{};
 }
 
 }  // namespace vantrell

@@ -16,6 +16,7 @@ namespace vantrell {
 /// What all new files of a toolbox share; outlives them.
 struct OutputParts {
     EventLoop& loop;
+    Kernel& kernel;
     Disposer& disposer;
     NamelessSupport nameless;
     /// Bytes written to all new files together for which no flush has been submitted yet.
@@ -35,13 +36,13 @@ public:
 
     Task<Result<>> write(std::span<const std::byte> bytes) override;
     Task<Result<>> flush() override;
-    Task<Result<>> publish(Path target, Replace replace) override;
+    Task<Result<>> publish(std::string name, Replace replace) override;
     Task<void> discard() override;
 
     /// Open until the file is published.
-    [[nodiscard]] int descriptor() const { return file_.get(); }
+    [[nodiscard]] const UniqueFd& file() const { return file_; }
     /// Permission bits instead of those that the umask leaves, where the file system has such.
-    Result<> setPermissions(unsigned permissions);
+    Result<> setPermissions(mode_t permissions);
     [[nodiscard]] FileIdentity identity() const;
 
 private:

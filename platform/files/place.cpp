@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/place.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
-#include <cerrno>
 
 #include "platform/files/posix_fault.h"
 
@@ -15,12 +12,11 @@ namespace {
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 constexpr int kReadFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-UniqueFd openLevelByLevel(const Path& path) {
-    UniqueFd folder(::open(path.starts_with(kPathSeparator) ? "/" : ".", kFolderFlags));
+UniqueFd openLevelByLevel(Kernel& kernel, const Path& path) {
+    UniqueFd folder = openPath(kernel, path.starts_with(kPathSeparator) ? "/" : ".", kFolderFlags);
     for (std::size_t begin = 0; folder && begin < path.size();) {
         const auto end = std::min(path.find(kPathSeparator, begin), path.size());
-        if (end > begin)
-            folder = UniqueFd(::openat(folder.get(), path.substr(begin, end - begin).c_str(), kFolderFlags));
+        if (end > begin) folder = folder.open(path.substr(begin, end - begin).c_str(), kFolderFlags);
         begin = end + 1;
     }
     return folder;
@@ -28,37 +24,41 @@ UniqueFd openLevelByLevel(const Path& path) {
 
 }  // namespace
 
-int Place::status(struct stat& into) const {
-    return ::fstatat(folder.get(), name.c_str(), &into, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+UniqueFd openPath(Kernel& kernel, const Path& path, int flags, mode_t mode) {
+    return {kernel, kernel.openat(AT_FDCWD, path.c_str(), flags, mode)};
 }
 
-UniqueFd openFolder(const Path& path) {
-    UniqueFd folder(::open(path.c_str(), kFolderFlags));
-    if (!folder && errno == ENAMETOOLONG) return openLevelByLevel(path);
-    return folder;
+UniqueFd openFolder(Kernel& kernel, const Path& path) {
+    UniqueFd folder = openPath(kernel, path, kFolderFlags);
+    return folder.error() == ENAMETOOLONG ? openLevelByLevel(kernel, path) : std::move(folder);
 }
 
-Result<Place> openPlace(const Path& path) {
+Result<Place> openPlace(Kernel& kernel, const Path& path) {
     std::string name = nameOf(path);
     if (name.empty() || name == "." || name == "..") return Fault{FaultKind::other, "The path does not name a file"};
-    UniqueFd folder = openFolder(folderOf(path));
-    if (!folder) return faultFromErrno(errno, "The folder cannot be opened");
+    UniqueFd folder = openFolder(kernel, folderOf(path));
+    if (!folder) return faultFromErrno(folder.error(), "The folder cannot be opened");
     return Place{std::move(folder), std::move(name)};
 }
 
-UniqueFd openForReading(const Path& path) {
-    UniqueFd file(::open(path.c_str(), kReadFlags));
-    if (file || errno != ENAMETOOLONG) return file;
-    const UniqueFd folder = openFolder(folderOf(path));
-    return folder ? UniqueFd(::openat(folder.get(), nameOf(path).c_str(), kReadFlags)) : UniqueFd();
+UniqueFd openForReading(Kernel& kernel, const Path& path) {
+    UniqueFd file = openPath(kernel, path, kReadFlags);
+    if (file.error() != ENAMETOOLONG) return file;
+    UniqueFd folder = openFolder(kernel, folderOf(path));
+    return folder ? folder.open(nameOf(path).c_str(), kReadFlags) : std::move(folder);
 }
 
-int statusOf(const Path& path, struct stat& into) {
-    if (::lstat(path.c_str(), &into) == 0) return 0;
-    if (errno != ENAMETOOLONG) return errno;
-    const UniqueFd folder = openFolder(folderOf(path));
-    if (!folder) return errno;
-    return ::fstatat(folder.get(), nameOf(path).c_str(), &into, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+int statusOf(Kernel& kernel, const Path& path, struct stat& into) {
+    const int error = kernel.fstatat(AT_FDCWD, path.c_str(), into, AT_SYMLINK_NOFOLLOW);
+    if (error != ENAMETOOLONG) return error;
+    const UniqueFd folder = openFolder(kernel, folderOf(path));
+    return folder ? folder.statusOf(nameOf(path).c_str(), into) : folder.error();
+}
+
+std::optional<FileIdentity> folderAt(Kernel& kernel, const Path& path) {
+    struct stat status {};
+    if (kernel.fstatat(AT_FDCWD, path.c_str(), status, 0) != 0 || !S_ISDIR(status.st_mode)) return std::nullopt;
+    return identityOf(status);
 }
 
 }  // namespace vantrell

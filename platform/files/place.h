@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <sys/stat.h>
-
+#include <optional>
 #include <string>
 
 #include "base/path.h"
 #include "base/result.h"
+#include "platform/files/file_stamp.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
@@ -16,18 +16,23 @@ struct Place {
     UniqueFd folder;
     std::string name;
 
-    /// What stands there, links not followed. 0 or the host's error number.
-    [[nodiscard]] int status(struct stat& into) const;
+    /// What stands there, links not followed. 0 or the error number.
+    [[nodiscard]] int status(struct stat& into) const { return folder.statusOf(name.c_str(), into); }
 };
 
 /// Opens the folder of a path. Fault `notThere` when it does not exist.
-Result<Place> openPlace(const Path& path);
+Result<Place> openPlace(Kernel& kernel, const Path& path);
 
-// These serve paths of any length, also beyond what the host takes in one call. Each sets errno when it fails.
-UniqueFd openFolder(const Path& path);
+// These serve paths of any length, also beyond what the host takes in one call.
+UniqueFd openFolder(Kernel& kernel, const Path& path);
 /// For reading; never follows a link, never waits for a writer, never becomes the controlling terminal.
-UniqueFd openForReading(const Path& path);
-/// Links are not followed. 0 or the host's error number.
-int statusOf(const Path& path, struct stat& into);
+UniqueFd openForReading(Kernel& kernel, const Path& path);
+/// Links are not followed. 0 or the error number.
+int statusOf(Kernel& kernel, const Path& path, struct stat& into);
+
+/// Opens a path that is not longer than the host takes in one call.
+UniqueFd openPath(Kernel& kernel, const Path& path, int flags, mode_t mode = 0);
+/// The folder to which a path leads, also through links; nothing when it leads to none.
+std::optional<FileIdentity> folderAt(Kernel& kernel, const Path& path);
 
 }  // namespace vantrell

@@ -4,12 +4,16 @@
 #include <set>
 
 #include "platform/data_files.h"
+#include "platform/files/kernel.h"
 
 namespace vantrell {
 
-/// The data folder's files on a POSIX system. Files that it makes are private (0600), whatever the umask.
+/// The data folder's files over a kernel. Files that it makes are private (0600), whatever the umask.
 class PosixDataFiles final : public DataFiles {
 public:
+    /// The kernel outlives it.
+    explicit PosixDataFiles(Kernel& kernel) : kernel_(kernel) {}
+
     /// Follows links; never waits at a FIFO. A path that is no regular file is a fault.
     [[nodiscard]] Result<std::string> read(const Path& path, std::size_t limit) const override;
     /// Whether the existing file may be written is what the kernel says for this process. When the flush of the folder
@@ -25,6 +29,7 @@ public:
     Result<> makePrivateFolders(const Path& path) override;
 
 private:
+    Kernel& kernel_;
     std::set<Path> notYetInFlushedFolder_;
 };
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_file_reading.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <utility>
 
 #include "platform/files/place.h"
@@ -19,7 +16,7 @@ public:
     PosixReadableFile(UniqueFd file, Path path) : file_(std::move(file)), path_(std::move(path)) {}
 
     [[nodiscard]] Result<std::size_t> readAt(std::uint64_t offset, std::span<char> into) const override {
-        return vantrell::readAt(file_.get(), into, offset, path_);
+        return vantrell::readAt(file_, into, offset, path_);
     }
 
 private:
@@ -30,9 +27,10 @@ private:
 }  // namespace
 
 Result<std::unique_ptr<ReadableFile>> PosixFileReading::openForReading(const Path& path) const {
-    UniqueFd file = vantrell::openForReading(path);
+    UniqueFd file = vantrell::openForReading(kernel_, path);
     struct stat status {};
-    if (!file || ::fstat(file.get(), &status) != 0) return faultFromErrno(errno, path);
+    const int error = file ? file.status(status) : file.error();
+    if (error != 0) return faultFromErrno(error, path);
     if (!S_ISREG(status.st_mode)) return Fault{FaultKind::other, path + ": is no regular file"};
     return std::make_unique<PosixReadableFile>(std::move(file), path);
 }

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_io.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-
+#include "platform/files/folder_flush.h"
 #include "platform/files/posix_fault.h"
-#include "platform/files/unique_fd.h"
+#include "platform/files/temporary_name.h"
 
 namespace vantrell {
 
@@ -16,48 +12,70 @@ namespace {
 template <class Write>
 Result<> writeRest(std::string_view bytes, std::string_view what, Write write) {
     while (!bytes.empty()) {
-        const ssize_t written = write(bytes);
+        const ssize_t written = write(std::as_bytes(std::span(bytes)));
         if (written > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (written == 0 || errno != EINTR) {
-            return faultFromErrno(written == 0 ? EIO : errno, what);
+        } else if (written != -EINTR) {
+            return faultFromErrno(written == 0 ? EIO : static_cast<int>(-written), what);
         }
     }
     return {};
 }
 
-}  // namespace
-
-Result<> writeAll(int descriptor, std::string_view bytes, std::string_view what) {
-    return writeRest(bytes, what, [&](std::string_view rest) { return ::write(descriptor, rest.data(), rest.size()); });
+Result<> fillNewFile(const UniqueFd& file, std::string_view bytes, mode_t permissions, const Path& path) {
+    // What the umask left is not what was asked for.
+    if (const int error = file.kernel().fchmod(file.get(), permissions); error != 0) return faultFromErrno(error, path);
+    if (Result<> done = writeAll(file, bytes, path); !done.ok()) return done.fault();
+    return resultFromErrno(file.kernel().fsync(file.get()), path);
 }
 
-Result<> writeAllAt(int descriptor, std::string_view bytes, std::size_t offset, std::string_view what) {
+Result<> renameOver(Kernel& kernel, const Path& from, const Path& to) {
+    return resultFromErrno(kernel.renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0), to);
+}
+
+}  // namespace
+
+Result<> writeAll(const UniqueFd& file, std::string_view bytes, std::string_view what) {
+    return writeRest(bytes, what,
+                     [&](std::span<const std::byte> rest) { return file.kernel().write(file.get(), rest); });
+}
+
+Result<> writeAllAt(const UniqueFd& file, std::string_view bytes, std::size_t offset, std::string_view what) {
     const std::size_t end = offset + bytes.size();
-    return writeRest(bytes, what, [&](std::string_view rest) {
-        return ::pwrite(descriptor, rest.data(), rest.size(), static_cast<off_t>(end - rest.size()));
+    return writeRest(bytes, what, [&](std::span<const std::byte> rest) {
+        return file.kernel().pwrite(file.get(), rest, static_cast<off_t>(end - rest.size()));
     });
 }
 
-Result<std::size_t> readAt(int descriptor, std::span<char> into, std::size_t offset, std::string_view what) {
+Result<std::size_t> readAt(const UniqueFd& file, std::span<char> into, std::size_t offset, std::string_view what) {
+    const std::span<std::byte> bytes = std::as_writable_bytes(into);
     std::size_t got = 0;
-    while (got < into.size()) {
-        const ssize_t count =
-            ::pread(descriptor, into.data() + got, into.size() - got, static_cast<off_t>(offset + got));
+    while (got < bytes.size()) {
+        const ssize_t count = file.kernel().pread(file.get(), bytes.subspan(got), static_cast<off_t>(offset + got));
         if (count == 0) break;
         if (count > 0) {
             got += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            return faultFromErrno(errno, what);
+        } else if (count != -EINTR) {
+            return faultFromErrno(static_cast<int>(-count), what);
         }
     }
     return got;
 }
 
-Result<> flushFolder(const Path& folder) {
-    const UniqueFd descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor || ::fsync(descriptor.get()) != 0) return faultFromErrno(errno, folder);
-    return {};
+Result<> writeAtomically(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions) {
+    const Path folder = folderOf(path);
+    const Path temporary = joinPath(folder, makeTemporaryName(kernel));
+    const int descriptor =
+        kernel.openat(AT_FDCWD, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+    const UniqueFd file(kernel, descriptor);
+    if (!file) return faultFromErrno(file.error(), temporary);
+    Result<> done = fillNewFile(file, bytes, permissions, temporary);
+    if (done.ok()) done = renameOver(kernel, temporary, path);
+    if (done.ok()) return flushFolderNow(kernel, folder);
+    Fault fault = done.fault();
+    const int error = kernel.unlinkat(AT_FDCWD, temporary.c_str(), 0);
+    if (error != 0 && error != ENOENT) fault.text += "; " + temporary + " was left behind";
+    return fault;
 }
 
 }  // namespace vantrell

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_toolbox.h"
 
-#include <sys/stat.h>
-
 #include <utility>
 
 #include "platform/files/crash_cleanup.h"
 #include "platform/files/file_attributes.h"
-#include "platform/files/file_copier.h"
 #include "platform/files/file_remover.h"
 #include "platform/files/folder_listing.h"
 #include "platform/files/folder_search.h"
@@ -20,51 +17,47 @@ namespace {
 
 constexpr mode_t kFolderMode = 0777;
 
-bool isFolderStatus(const Path& path, struct stat& status) {
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 }  // namespace
 
-PosixToolbox::PosixToolbox(EventLoop& loop, const Clock& clock) : PosixToolbox(loop, clock, Options()) {}
+PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock)
+    : PosixToolbox(loop, kernel, clock, Options()) {}
 
-PosixToolbox::PosixToolbox(EventLoop& loop, const Clock& clock, Options options)
+PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, Options options)
     : loop_(loop),
+      kernel_(kernel),
       clock_(clock),
       quietTime_(clock),
       probe_(quietTime_),
       disposer_(loop),
-      parts_{loop, disposer_, NamelessSupport(options.namelessFiles)},
+      parts_{loop, kernel, disposer_, NamelessSupport(options.namelessFiles)},
       mover_(parts_, probe_) {}
 
 EntryKind PosixToolbox::kindOf(const Path& path) const {
     struct stat status {};
-    if (statusOf(path, status) != 0) return EntryKind::missing;
+    if (statusOf(kernel_, path, status) != 0) return EntryKind::missing;
     if (S_ISREG(status.st_mode)) return EntryKind::regularFile;
     return S_ISDIR(status.st_mode) ? EntryKind::folder : EntryKind::other;
 }
 
-bool PosixToolbox::isFolder(const Path& path) const {
-    struct stat status {};
-    return isFolderStatus(path, status);
-}
+bool PosixToolbox::isFolder(const Path& path) const { return folderAt(kernel_, path).has_value(); }
 
 bool PosixToolbox::isSameFolder(const Path& one, const Path& other) const {
-    struct stat a {};
-    struct stat b {};
-    return isFolderStatus(one, a) && isFolderStatus(other, b) && identityOf(a) == identityOf(b);
+    const auto folder = folderAt(kernel_, one);
+    return folder && folder == folderAt(kernel_, other);
 }
 
-bool PosixToolbox::makeFolder(const Path& path) { return ::mkdir(path.c_str(), kFolderMode) == 0; }
+bool PosixToolbox::makeFolder(const Path& path) { return kernel_.mkdirat(AT_FDCWD, path.c_str(), kFolderMode) == 0; }
 
-void PosixToolbox::clearReadOnly(const Path& path) { allowOwnerToWrite(path.c_str()); }
+void PosixToolbox::clearReadOnly(const Path& path) { allowOwnerToWrite(kernel_, path); }
 
-Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) { return searchFolder(loop_, std::move(order)); }
+Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) {
+    return searchFolder(loop_, kernel_, std::move(order));
+}
 
-Task<std::vector<Path>> PosixToolbox::listFiles(Path folder) { return listFolder(loop_, std::move(folder)); }
+Task<std::vector<Path>> PosixToolbox::listFiles(Path folder) { return listFolder(loop_, kernel_, std::move(folder)); }
 
 Result<std::unique_ptr<HeldFile>> PosixToolbox::hold(const Path& path) {
-    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(probe_, path);
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(kernel_, probe_, path);
     if (!file.ok()) return file.fault();
     if (Result<> done = file.value()->checkUse(); !done.ok()) return done.fault();
     return file.take();
@@ -82,17 +75,13 @@ Task<Result<>> PosixToolbox::rename(Path source, Path target) {
 
 Task<Result<>> PosixToolbox::move(MoveOrder order) { return mover_.move(std::move(order), FileMover::Reach::anywhere); }
 
-Task<Result<>> PosixToolbox::copy(Path source, Path target, unsigned permissions) {
-    return copyFile(parts_, probe_, std::move(source), std::move(target), permissions);
-}
-
 Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
-    return removeDatedFile(loop_, disposer_, std::move(path), date);
+    return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);
 }
 
 Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) {
-    for (const Path& folder : outputFolders) co_await removeLeftOutputs(loop_, folder, sourceFolder);
-    co_await restoreSources(loop_, clock_, std::move(sourceFolder));
+    for (const Path& folder : outputFolders) co_await removeLeftOutputs(loop_, kernel_, folder, sourceFolder);
+    co_await restoreSources(loop_, kernel_, clock_, std::move(sourceFolder));
 }
 
 }  // namespace vantrell

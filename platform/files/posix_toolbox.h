@@ -13,16 +13,16 @@
 
 namespace vantrell {
 
-/// The file operations on Linux. Outlives its tasks and the files it gave out; what is left of large dropped files is
-/// dropped at once when it is destroyed, so it is destroyed last.
+/// The file operations over a kernel. Outlives its tasks and the files it gave out; what is left of large dropped files
+/// is dropped at once when it is destroyed, so it is destroyed last.
 class PosixToolbox final : public FileToolbox {
 public:
     struct Options {
         /// False: new files bear a temporary name from the beginning, as on file systems without nameless ones.
         bool namelessFiles = true;
     };
-    PosixToolbox(EventLoop& loop, const Clock& clock);
-    PosixToolbox(EventLoop& loop, const Clock& clock, Options options);
+    PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock);
+    PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, Options options);
 
     [[nodiscard]] EntryKind kindOf(const Path& path) const override;
     [[nodiscard]] bool isFolder(const Path& path) const override;
@@ -36,13 +36,13 @@ public:
     Task<Result<>> rename(Path source, Path target) override;
     Task<Result<>> move(MoveOrder order) override;
     Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
-    Task<Result<>> copy(Path source, Path target, unsigned permissions) override;
-    [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(path); }
+    [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
     Task<Result<>> removeFile(Path path, FileDate date) override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
 
 private:
     EventLoop& loop_;
+    Kernel& kernel_;
     const Clock& clock_;
     QuietTime quietTime_;
     UseProbe probe_;

@@ -1,46 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/private_folder.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-
-#include <cerrno>
-
 #include "platform/files/safe_rename.h"
 #include "platform/files/temporary_name.h"
 
 namespace vantrell {
 
-PrivateFolder::PrivateFolder(int parent) : parent_(parent), name_(makeTemporaryName()) {
-    if (::mkdirat(parent_, name_.c_str(), S_IRWXU) != 0) {
-        error_ = errno;
+PrivateFolder::PrivateFolder(const UniqueFd& parent) : parent_(parent), name_(makeTemporaryName(parent.kernel())) {
+    error_ = parent_.kernel().mkdirat(parent_.get(), name_.c_str(), S_IRWXU);
+    if (error_ != 0) {
         name_.clear();
         return;
     }
-    folder_ = UniqueFd(::openat(parent_, name_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!folder_) error_ = errno;
-    // A file system without locks is no reason to fail: only a second running program could mistake the folder.
-    if (folder_) static_cast<void>(::flock(folder_.get(), LOCK_EX | LOCK_NB));
+    folder_ = parent_.open(name_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (!folder_) error_ = folder_.error();
+    if (folder_) folder_.lock();
 }
 
 PrivateFolder::~PrivateFolder() {
     if (name_.empty()) return;
     // Where the name has been taken meanwhile, the file stays in here until the next start puts it beside.
-    if (!taken_.empty() && renameNoReplace(folder_.get(), taken_, parent_, taken_) != 0) return;
-    static_cast<void>(::unlinkat(parent_, name_.c_str(), AT_REMOVEDIR));
+    if (!taken_.empty() && renameNoReplace(folder_, taken_, parent_, taken_) != 0) return;
+    static_cast<void>(parent_.kernel().unlinkat(parent_.get(), name_.c_str(), AT_REMOVEDIR));
 }
 
 int PrivateFolder::take(const std::string& name) {
-    if (::renameat(parent_, name.c_str(), folder_.get(), name.c_str()) != 0) return errno;
-    taken_ = name;
-    return 0;
+    const int error = parent_.kernel().renameat2(parent_.get(), name.c_str(), folder_.get(), name.c_str(), 0);
+    if (error == 0) taken_ = name;
+    return error;
 }
 
 int PrivateFolder::removeTaken() {
-    if (::unlinkat(folder_.get(), taken_.c_str(), 0) != 0) return errno;
-    taken_.clear();
-    return 0;
+    const int error = folder_.unlink(taken_.c_str());
+    if (error == 0) taken_.clear();
+    return error;
 }
 
 }  // namespace vantrell

@@ -12,24 +12,24 @@ namespace vantrell {
 class PrivateFolder {
 public:
     /// Makes it in the open folder `parent`, which outlives it.
-    explicit PrivateFolder(int parent);
+    explicit PrivateFolder(const UniqueFd& parent);
     PrivateFolder(const PrivateFolder&) = delete;
     PrivateFolder& operator=(const PrivateFolder&) = delete;
     /// Gives back what was taken, and removes the folder.
     ~PrivateFolder();
 
-    /// Why it could not be made: the host's error number, or 0.
+    /// Why it could not be made: the error number, or 0.
     [[nodiscard]] int error() const { return error_; }
-    [[nodiscard]] int descriptor() const { return folder_.get(); }
+    [[nodiscard]] const UniqueFd& folder() const { return folder_; }
 
-    // Each: 0 or the host's error number.
+    // Each: 0 or the error number.
     /// Takes the file of that name out of the parent folder.
     [[nodiscard]] int take(const std::string& name);
     /// Removes the file that was taken.
     [[nodiscard]] int removeTaken();
 
 private:
-    int parent_;
+    const UniqueFd& parent_;
     int error_ = 0;
     std::string name_;
     UniqueFd folder_;

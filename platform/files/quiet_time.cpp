@@ -20,24 +20,24 @@ FileTime now(const Clock& clock) {
 
 }  // namespace
 
-bool QuietTime::isQuiet(const FileStamp& stamp) {
+bool QuietTime::look(const FileStamp& stamp) {
     const FileTime latest = std::max(stamp.modified, stamp.changed);
     FileTime time = now(clock_);
-    if (latest > time) return wasSeenLongAgo(stamp);
+    if (latest > time) return noteLook(stamp);
     time.seconds -= kQuiet.count();
     return latest <= time;
 }
 
-bool QuietTime::wasSeenLongAgo(const FileStamp& stamp) {
+bool QuietTime::noteLook(const FileStamp& stamp) {
     const auto time = clock_.sinceBoot();
     const auto key = std::pair(stamp.identity.device, stamp.identity.inode);
     const auto found = looks_.find(key);
     if (found != looks_.end() && found->second.stamp == stamp) return time - found->second.first >= kQuiet;
-    if (found != looks_.end() || hasRoom(time)) looks_.insert_or_assign(key, Look{stamp, time});
+    if (found != looks_.end() || makeRoom(time)) looks_.insert_or_assign(key, Look{stamp, time});
     return false;
 }
 
-bool QuietTime::hasRoom(std::chrono::nanoseconds time) {
+bool QuietTime::makeRoom(std::chrono::nanoseconds time) {
     if (looks_.size() < kMostLooks) return true;
     std::erase_if(looks_, [time](const auto& look) { return time - look.second.first > kForgottenAfter; });
     return looks_.size() < kMostLooks;

@@ -16,9 +16,10 @@ class QuietTime {
 public:
     explicit QuietTime(const Clock& clock) : clock_(clock) {}
 
-    /// True when the later of the two times lies 5 s back. A time in the future tells nothing: then the file must
-    /// have been seen with this same stamp 5 s ago or earlier.
-    [[nodiscard]] bool isQuiet(const FileStamp& stamp);
+    /// Notes a look at a file, and tells whether the file has been left alone: the later of its two times lies 5 s
+    /// back. A time in the future tells nothing; then an earlier look, 5 s ago or longer, must have seen the same
+    /// stamp.
+    [[nodiscard]] bool look(const FileStamp& stamp);
 
 private:
     struct Look {
@@ -26,8 +27,8 @@ private:
         std::chrono::nanoseconds first;
     };
 
-    [[nodiscard]] bool wasSeenLongAgo(const FileStamp& stamp);
-    [[nodiscard]] bool hasRoom(std::chrono::nanoseconds now);
+    bool noteLook(const FileStamp& stamp);
+    bool makeRoom(std::chrono::nanoseconds now);
 
     const Clock& clock_;
     std::map<std::pair<dev_t, ino_t>, Look> looks_;

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/safe_rename.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 
 #include "platform/files/file_stamp.h"
@@ -13,30 +9,30 @@ namespace vantrell {
 
 namespace {
 
-bool areOneFile(int oneFolder, const std::string& one, int otherFolder, const std::string& other) {
+bool areOneFile(const UniqueFd& oneFolder, const char* one, const UniqueFd& otherFolder, const char* other) {
     struct stat a {};
     struct stat b {};
-    return ::fstatat(oneFolder, one.c_str(), &a, AT_SYMLINK_NOFOLLOW) == 0 &&
-           ::fstatat(otherFolder, other.c_str(), &b, AT_SYMLINK_NOFOLLOW) == 0 && identityOf(a) == identityOf(b);
+    return oneFolder.statusOf(one, a) == 0 && otherFolder.statusOf(other, b) == 0 && identityOf(a) == identityOf(b);
 }
 
-int linkAndUnlink(int fromFolder, const std::string& from, int toFolder, const std::string& to) {
-    if (::linkat(fromFolder, from.c_str(), toFolder, to.c_str(), 0) != 0) return errno;
-    if (!areOneFile(fromFolder, from, toFolder, to)) {
-        // Another file took the old name in between; neither may be lost.
-        return ::unlinkat(toFolder, to.c_str(), 0) == 0 ? EBUSY : errno;
-    }
-    if (::unlinkat(fromFolder, from.c_str(), 0) == 0) return 0;
-    const int error = errno;
-    return ::unlinkat(toFolder, to.c_str(), 0) == 0 ? error : errno;
+int linkAndUnlink(const UniqueFd& fromFolder, const char* from, const UniqueFd& toFolder, const char* to) {
+    if (const int error = fromFolder.kernel().linkat(fromFolder.get(), from, toFolder.get(), to); error != 0)
+        return error;
+    // Another file took the old name in between; neither may be lost.
+    const int error = areOneFile(fromFolder, from, toFolder, to) ? fromFolder.unlink(from) : EBUSY;
+    if (error == 0) return 0;
+    const int notUndone = toFolder.unlink(to);
+    return notUndone == 0 ? error : notUndone;
 }
 
 }  // namespace
 
-int renameNoReplace(int fromFolder, const std::string& from, int toFolder, const std::string& to) {
-    if (::renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-    if (errno != EINVAL && errno != ENOSYS) return errno;
-    return linkAndUnlink(fromFolder, from, toFolder, to);
+int renameNoReplace(const UniqueFd& fromFolder, const std::string& from, const UniqueFd& toFolder,
+                    const std::string& to) {
+    const int error =
+        fromFolder.kernel().renameat2(fromFolder.get(), from.c_str(), toFolder.get(), to.c_str(), RENAME_NOREPLACE);
+    if (error != EINVAL && error != ENOSYS) return error;
+    return linkAndUnlink(fromFolder, from.c_str(), toFolder, to.c_str());
 }
 
 }  // namespace vantrell

@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/spilled_lines.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 
 #include "platform/files/nameless_support.h"
+#include "platform/files/place.h"
 #include "platform/files/posix_io.h"
+#include "platform/files/temporary_name.h"
 
 namespace vantrell {
 
@@ -24,19 +22,14 @@ constexpr char kWhat[] = "the file of older lines";
 
 using Length = std::uint32_t;
 
-UniqueFd openIn(const Path& folder) {
-    const UniqueFd place(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!place) return {};
-    if (UniqueFd file(openNameless(place.get())); file) return file;
-    Path name = folder + "/.zep-lines-XXXXXX";
-    UniqueFd file(::mkostemp(name.data(), O_CLOEXEC));
-    if (file && ::unlink(name.c_str()) != 0) return {};
+UniqueFd openIn(Kernel& kernel, const Path& folder) {
+    UniqueFd place = openFolder(kernel, folder);
+    if (!place) return place;
+    if (UniqueFd file = openNameless(place); file) return file;
+    const std::string name = makeTemporaryName(kernel);
+    UniqueFd file = place.open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file && place.unlink(name.c_str()) != 0) file.reset();
     return file;
-}
-
-Path temporaryFolder() {
-    const char* named = std::getenv("TMPDIR");
-    return named == nullptr || *named != kPathSeparator ? Path("/tmp") : Path(named);
 }
 
 void put(std::string& bytes, const std::string& line) {
@@ -79,8 +72,8 @@ void SpilledLines::spill() {
 }
 
 bool SpilledLines::openFile() {
-    if (!file_) file_ = openIn(folder_);
-    if (!file_) file_ = openIn(temporaryFolder());
+    if (!file_) file_ = openIn(kernel_, folder_);
+    if (!file_) file_ = openIn(kernel_, otherFolder_);
     return static_cast<bool>(file_);
 }
 
@@ -92,7 +85,7 @@ Result<> SpilledLines::writeBlocks(std::size_t lines, std::vector<std::uint64_t>
         put(bytes, recent_[i]);
         if ((i + 1) % kBlock == 0) ends.push_back(begin + bytes.size());
     }
-    return writeAllAt(file_.get(), bytes, begin, kWhat);
+    return writeAllAt(file_, bytes, begin, kWhat);
 }
 
 std::string SpilledLines::line(std::size_t index) const {
@@ -105,7 +98,7 @@ bool SpilledLines::loadBlock(std::size_t block) const {
     blockNumber_ = SIZE_MAX;
     const std::uint64_t begin = block == 0 ? 0 : blockEnds_[block - 1];
     std::string bytes(blockEnds_[block] - begin, '\0');
-    const Result<std::size_t> got = readAt(file_.get(), bytes, begin, kWhat);
+    const Result<std::size_t> got = readAt(file_, bytes, begin, kWhat);
     if (!got.ok()) return false;
     block_ = take(std::string_view(bytes).substr(0, got.value()));
     if (block_.size() != kBlock) return false;

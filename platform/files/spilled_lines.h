@@ -22,9 +22,10 @@ class SpilledLines final : public LineStore {
 public:
     static constexpr std::size_t kLinesInMemory = 10'000;
 
-    /// `folder` is where the file goes, looked at when it is made; must outlive this. Where none can be made there, the
-    /// system's folder for temporary files is taken.
-    explicit SpilledLines(const Path& folder) : folder_(folder) {}
+    /// `folder` is where the file goes, looked at when it is made. Where none can be made there, the other folder is
+    /// taken. Kernel and `folder` outlive this.
+    SpilledLines(Kernel& kernel, const Path& folder, Path otherFolder)
+        : kernel_(kernel), folder_(folder), otherFolder_(std::move(otherFolder)) {}
 
     void append(std::string_view line) override;
     [[nodiscard]] std::size_t size() const override { return spilled_ + recent_.size(); }
@@ -38,7 +39,9 @@ private:
     Result<> writeBlocks(std::size_t lines, std::vector<std::uint64_t>& ends);
     [[nodiscard]] bool loadBlock(std::size_t block) const;
 
+    Kernel& kernel_;
     const Path& folder_;
+    Path otherFolder_;
     UniqueFd file_;
     std::deque<std::string> recent_;
     std::size_t spilled_ = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/temporary_name.h"
 
-#include <random>
+#include <array>
 
 namespace vantrell {
 
@@ -11,11 +11,14 @@ constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr std::size_t kDigitCount = 16;
 }  // namespace
 
-std::string makeTemporaryName() {
-    std::random_device chance;
+std::string makeTemporaryName(Kernel& kernel) {
+    std::array<std::byte, kDigitCount / 2> chance{};
+    // Without chance the name may be taken, which whoever uses it is told: a taken name is never replaced.
+    static_cast<void>(kernel.getrandom(chance));
     std::string name(kPrefix);
-    for (std::size_t i = 0; i < kDigitCount; i += 8) {
-        for (auto [bits, left] = std::pair(chance(), 8); left > 0; --left, bits >>= 4U) name += kDigits[bits & 15U];
+    for (const std::byte byte : chance) {
+        name += kDigits[std::to_integer<std::size_t>(byte >> 4U)];
+        name += kDigits[std::to_integer<std::size_t>(byte & std::byte{15})];
     }
     return name;
 }

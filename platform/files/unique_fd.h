@@ -1,35 +1,79 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <unistd.h>
+#include <fcntl.h>
+#include <sys/file.h>
 
+#include <cerrno>
 #include <utility>
+
+#include "platform/files/kernel.h"
 
 namespace vantrell {
 
-/// Owner of a file descriptor.
-class UniqueFd {
+/// Owner of a descriptor, which `Close` closes.
+template <class Close>
+class DescriptorOwner {
 public:
-    UniqueFd() = default;
-    explicit UniqueFd(int descriptor) : descriptor_(descriptor) {}
-    UniqueFd(UniqueFd&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-    UniqueFd& operator=(UniqueFd&& other) noexcept {
+    DescriptorOwner() = default;
+    explicit DescriptorOwner(int descriptor, Close close = {}) : descriptor_(descriptor), close_(close) {}
+    DescriptorOwner(DescriptorOwner&& other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -EBADF)), close_(other.close_) {}
+    DescriptorOwner& operator=(DescriptorOwner&& other) noexcept {
         std::swap(descriptor_, other.descriptor_);
+        std::swap(close_, other.close_);
         return *this;
     }
-    UniqueFd(const UniqueFd&) = delete;
-    UniqueFd& operator=(const UniqueFd&) = delete;
-    ~UniqueFd() { reset(); }
+    DescriptorOwner(const DescriptorOwner&) = delete;
+    DescriptorOwner& operator=(const DescriptorOwner&) = delete;
+    ~DescriptorOwner() { reset(); }
 
     void reset() {
-        if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+        if (descriptor_ >= 0) close_(std::exchange(descriptor_, -EBADF));
     }
-    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
+    /// Negative when nothing is open.
     [[nodiscard]] int get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
 
+protected:
+    [[nodiscard]] const Close& closer() const { return close_; }
+
 private:
-    int descriptor_ = -1;
+    int descriptor_ = -EBADF;
+    Close close_{};
+};
+
+struct CloseByKernel {
+    Kernel* kernel = nullptr;
+    void operator()(int descriptor) const { kernel->close(descriptor); }
+};
+
+/// Owner of a file descriptor, and the way to the kernel by which it was opened; the kernel outlives it. What `openat`
+/// gives may be handed over as it is: an error number is kept.
+class UniqueFd : public DescriptorOwner<CloseByKernel> {
+public:
+    UniqueFd() = default;
+    UniqueFd(Kernel& kernel, int descriptor) : DescriptorOwner(descriptor, CloseByKernel{&kernel}) {}
+
+    /// Why it is not open.
+    [[nodiscard]] int error() const { return -get(); }
+    /// Not to be asked of one that was made empty.
+    [[nodiscard]] Kernel& kernel() const { return *closer().kernel; }
+
+    // What is asked of open files most often. 0 or the error number.
+    [[nodiscard]] int status(struct stat& into) const { return kernel().fstat(get(), into); }
+    /// What stands under a name in this folder, links not followed.
+    [[nodiscard]] int statusOf(const char* name, struct stat& into) const {
+        return kernel().fstatat(get(), name, into, AT_SYMLINK_NOFOLLOW);
+    }
+    /// Opens a name in this folder.
+    [[nodiscard]] UniqueFd open(const char* name, int flags, mode_t mode = 0) const {
+        return {kernel(), kernel().openat(get(), name, flags, mode)};
+    }
+    [[nodiscard]] int unlink(const char* name) const { return kernel().unlinkat(get(), name, 0); }
+    /// Tells a later start, and a second running program, that this file or folder is being worked on. False when it
+    /// is another's, or when the file system has no locks: then only a second program could mistake it.
+    bool lock() const { return kernel().flock(get(), LOCK_EX | LOCK_NB) == 0; }
 };
 
 }  // namespace vantrell

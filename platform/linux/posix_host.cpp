@@ -15,7 +15,6 @@
 #include <utility>
 
 #include "platform/desktop/user_folders.h"
-#include "platform/files/place.h"
 
 namespace vantrell {
 
@@ -114,7 +113,7 @@ bool PosixHost::start(const Path& file, const std::vector<std::string>& argument
 }
 
 bool PosixInstanceLock::tryLock(const Path& folder) {
-    folder_ = UniqueFd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    folder_ = LinuxFd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return !folder_ || ::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 

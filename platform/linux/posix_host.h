@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "platform/files/unique_fd.h"
 #include "platform/host.h"
+#include "platform/linux/linux_fd.h"
 
 namespace vantrell {
 
@@ -38,7 +38,7 @@ public:
     bool tryLock(const Path& folder) override;
 
 private:
-    UniqueFd folder_;
+    LinuxFd folder_;
 };
 
 }  // namespace vantrell

@@ -22,16 +22,16 @@ SignalSource::SignalSource() {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         if (!isIgnored(signal)) ::sigaddset(&listened, signal);
     if (::sigisemptyset(&listened) != 0) return;
-    requests_ = UniqueFd(::signalfd(-1, &listened, SFD_CLOEXEC | SFD_NONBLOCK));
+    requests_ = LinuxFd(::signalfd(-1, &listened, SFD_CLOEXEC | SFD_NONBLOCK));
     // Without the descriptor they keep their usual effect, which is to end the program.
     if (requests_ && ::pthread_sigmask(SIG_BLOCK, &listened, nullptr) != 0) requests_.reset();
 }
 
-bool SignalSource::takeRequest() {
+void SignalSource::serve() {
     bool taken = false;
     signalfd_siginfo request{};
     while (::read(requests_.get(), &request, sizeof request) == sizeof request) taken = true;
-    return taken;
+    if (taken && asked_) asked_();
 }
 
 }  // namespace vantrell

@@ -29,7 +29,7 @@ bool removeLeftOver(int folder) {
     return S_ISSOCK(status.st_mode) && ::unlinkat(folder, kShowSocketName, 0) == 0;
 }
 
-UniqueFd openSpare() { return UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC)); }
+LinuxFd openSpare() { return LinuxFd(::open("/dev/null", O_RDONLY | O_CLOEXEC)); }
 
 }  // namespace
 
@@ -47,17 +47,17 @@ bool UnixShowListener::socketIsOurs() const {
 
 bool UnixShowListener::listen(const Path& folder, std::function<void()> show) {
     show_ = std::move(show);
-    folder_ = openFolder(folder);
+    folder_ = openFolder(kernel_, folder);
     if (!folder_ || !removeLeftOver(folder_.get()) || !openSocket()) return false;
     spare_ = openSpare();
-    events_ = UniqueFd(::epoll_create1(EPOLL_CLOEXEC));
+    events_ = LinuxFd(::epoll_create1(EPOLL_CLOEXEC));
     if (events_ && watch(socket_.get())) return true;
     events_.reset();
     return false;
 }
 
 bool UnixShowListener::openSocket() {
-    socket_ = UniqueFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    socket_ = LinuxFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     // The name in the folder gets the mode that the socket has before.
     if (!socket_ || ::fchmod(socket_.get(), kPrivateSocket) != 0) return false;
     const sockaddr_un address = showSocketIn(folder_.get());
@@ -75,48 +75,52 @@ bool UnixShowListener::watch(int descriptor) const {
 }
 
 void UnixShowListener::serve() {
-    std::erase_if(connections_, [this](Connection& connection) { return answerWhatCame(connection); });
+    std::erase_if(connections_, [this](Connection& connection) { return hear(connection) == Talk::isOver; });
     acceptSome();
 }
 
 void UnixShowListener::acceptSome() {
     for (int count = 0; count < kMostAcceptedAtOnce; ++count) {
-        Connection connection{UniqueFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)), {}};
-        if (!connection.socket) return hangUpOnWhoCannotBeTaken(errno);
-        if (!isOwnUsers(connection.socket.get(), ::geteuid()) || answerWhatCame(connection)) continue;
+        Connection connection{LinuxFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)), {}};
+        if (!connection.socket) {
+            if (errno == EMFILE || errno == ENFILE) hangUpOnNextCaller();
+            return;
+        }
+        if (!isOwnUsers(connection.socket.get(), ::geteuid()) || hear(connection) == Talk::isOver) continue;
         makeRoom();
         if (watch(connection.socket.get())) connections_.push_back(std::move(connection));
     }
 }
 
 // While the process has no descriptor left, a caller that stays in the queue would wake the event loop for ever.
-void UnixShowListener::hangUpOnWhoCannotBeTaken(int error) {
-    if (error != EMFILE && error != ENFILE) return;
+void UnixShowListener::hangUpOnNextCaller() {
     spare_.reset();
-    UniqueFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)).reset();
+    LinuxFd(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)).reset();
     spare_ = openSpare();
 }
 
 // The oldest connections are closed. What they have just sent is answered before.
 void UnixShowListener::makeRoom() {
     while (connections_.size() >= kMostConnections) {
-        static_cast<void>(answerWhatCame(connections_.front()));
+        static_cast<void>(hear(connections_.front()));
         connections_.pop_front();
     }
 }
 
-bool UnixShowListener::answerWhatCame(Connection& connection) {
+// Takes in what the caller has said, and answers the request once it is whole.
+UnixShowListener::Talk UnixShowListener::hear(Connection& connection) {
     std::array<char, kShowRequestLine.size() + 1> piece;
     const ssize_t got = ::recv(connection.socket.get(), piece.data(), piece.size(), 0);
-    if (got < 0 && (errno == EAGAIN || errno == EINTR)) return false;
-    if (got <= 0) return true;
+    if (got < 0 && (errno == EAGAIN || errno == EINTR)) return Talk::goesOn;
+    if (got <= 0) return Talk::isOver;
     connection.heard.append(piece.data(), static_cast<std::size_t>(got));
-    if (connection.heard != kShowRequestLine) return !kShowRequestLine.starts_with(connection.heard);
+    if (connection.heard != kShowRequestLine)
+        return kShowRequestLine.starts_with(connection.heard) ? Talk::goesOn : Talk::isOver;
     show_();
-    // If the answer cannot be sent at once, the caller did not wait for it, and we do not wait for the caller.
+    // An answer that cannot be delivered has nobody who waits for it.
     static_cast<void>(
         ::send(connection.socket.get(), kShownLine.data(), kShownLine.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
-    return true;
+    return Talk::isOver;
 }
 
 }  // namespace vantrell

@@ -6,46 +6,50 @@
 #include <deque>
 #include <string>
 
-#include "platform/files/unique_fd.h"
+#include "platform/event_source.h"
+#include "platform/linux/linux_fd.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/show_request.h"
 
 namespace vantrell {
 
 /// Listens on the socket show.sock (0600) in the data folder and answers its own user's processes only. Who says
 /// anything but the request is hung up on; who says nothing has to go when others come. Nothing here ever waits.
-class UnixShowListener final : public ShowRequestListener {
+class UnixShowListener final : public ShowRequestListener, public EventSource {
 public:
     UnixShowListener() = default;
+    UnixShowListener(const UnixShowListener&) = delete;
+    UnixShowListener& operator=(const UnixShowListener&) = delete;
     /// Takes the socket away.
     ~UnixShowListener() override;
 
     bool listen(const Path& folder, std::function<void()> show) override;
 
-    /// Readable when `serve` has something to do; -1 while nothing is listened to.
-    [[nodiscard]] int descriptor() const { return events_.get(); }
-    /// Accepts and answers callers that wait now, a limited number of them, and never waits itself.
-    void serve();
+    /// To be watched from a successful `listen` on.
+    [[nodiscard]] Handle handle() const override { return events_ ? events_.get() : kNothing; }
+    void serve() override;
 
 private:
     struct Connection {
-        UniqueFd socket;
+        LinuxFd socket;
         std::string heard;
     };
 
     bool openSocket();
     bool watch(int descriptor) const;
     void acceptSome();
-    void hangUpOnWhoCannotBeTaken(int error);
+    void hangUpOnNextCaller();
     void makeRoom();
-    /// Reads what has come and answers it. True when the connection is no longer needed.
-    bool answerWhatCame(Connection& connection);
+    enum class Talk { goesOn, isOver };
+    Talk hear(Connection& connection);
     [[nodiscard]] bool socketIsOurs() const;
 
     std::function<void()> show_;
+    LinuxKernel kernel_;
     UniqueFd folder_;
-    UniqueFd socket_;
-    UniqueFd events_;
-    UniqueFd spare_;
+    LinuxFd socket_;
+    LinuxFd events_;
+    LinuxFd spare_;
     ino_t inode_ = 0;
     std::deque<Connection> connections_;  // the oldest first
 };

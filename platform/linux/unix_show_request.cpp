@@ -13,7 +13,7 @@ namespace vantrell {
 
 namespace {
 
-UniqueFd openSocket() { return UniqueFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)); }
+LinuxFd openSocket() { return LinuxFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)); }
 
 /// 0 or the host's error number; EAGAIN when the listener has not come round to earlier callers yet.
 int connectTo(int folder, int socket) {
@@ -23,7 +23,7 @@ int connectTo(int folder, int socket) {
 
 }  // namespace
 
-UnixShowRequest::UnixShowRequest(const Path& folder) : folder_(openFolder(folder)), socket_(openSocket()) {
+UnixShowRequest::UnixShowRequest(const Path& folder) : folder_(openFolder(kernel_, folder)), socket_(openSocket()) {
     if (!folder_) answer_ = Answer::notRunning;
 }
 
@@ -56,8 +56,9 @@ ShowRequest::Answer UnixShowRequest::hear() {
 }
 
 bool someoneListensIn(const Path& folder) {
-    const UniqueFd opened = openFolder(folder);
-    const UniqueFd socket = openSocket();
+    LinuxKernel kernel;
+    const UniqueFd opened = openFolder(kernel, folder);
+    const LinuxFd socket = openSocket();
     const int error = opened && socket ? connectTo(opened.get(), socket.get()) : ENOENT;
     return error == 0 || error == EAGAIN;
 }

@@ -3,7 +3,8 @@
 
 #include <string>
 
-#include "platform/files/unique_fd.h"
+#include "platform/linux/linux_fd.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/show_request.h"
 
 namespace vantrell {
@@ -19,8 +20,9 @@ private:
     Answer send();
     Answer hear();
 
+    LinuxKernel kernel_;
     UniqueFd folder_;
-    UniqueFd socket_;
+    LinuxFd socket_;
     Answer answer_ = Answer::pending;
     bool isSent_ = false;
     std::string heard_;

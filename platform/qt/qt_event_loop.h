@@ -2,11 +2,8 @@
 #pragma once
 
 #include <QObject>
-#include <QSocketNotifier>
-#include <memory>
 
 #include "platform/event_loop.h"
-#include "platform/flush_service.h"
 
 namespace vantrell {
 
@@ -14,18 +11,14 @@ namespace vantrell {
 /// outrank everything else.
 class QtEventLoop final : public EventLoop {
 public:
-    QtEventLoop(const Clock& clock, FlushService& flush);
-    ~QtEventLoop() override;
+    explicit QtEventLoop(const Clock& clock) : EventLoop(clock) {}
 
 protected:
     void requestTurn() override;
     void startTimer(Ticket<> ticket, std::chrono::milliseconds time) override;
-    void startFlush(Ticket<int> ticket, NativeFile file) override;
 
 private:
-    FlushService& flush_;
     QObject context_;  // its destruction ends the timers that still run
-    std::unique_ptr<QSocketNotifier> completed_;
     bool turnIsRequested_ = false;
 };
 

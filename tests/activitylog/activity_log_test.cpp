@@ -7,6 +7,7 @@
 
 #include "base/date_text.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
@@ -30,7 +31,8 @@ protected:
     TemporaryFolder folder_;
     ProgramState state_;
     RecordingWindow window_;
-    PosixDataFiles disk_;
+    LinuxKernel kernel_;
+    PosixDataFiles disk_{kernel_};
     SettableClock clock_;
     ActivityLog log_{state_, window_, disk_, clock_};
 };

@@ -49,7 +49,7 @@ protected:
     std::string logs = folder.makeFolder("logs");
     HandCrankedLoop loop;
     RecordedReader view;
-    PosixFileReading files;
+    PosixFileReading files{loop.kernel()};
     HistoryReader reader{logs, files, loop, view};
     HistoryFind find{loop, reader.lines(), view};
 };

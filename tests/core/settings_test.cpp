@@ -6,6 +6,7 @@
 #include "core/scan_interval.h"
 #include "core/settings_format.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
@@ -70,36 +71,37 @@ TEST(SettingsFormat, TakesTheItemsBeforeACut) {
 
 class SettingsFileTest : public ::testing::Test {
 protected:
-    SettingsFileTest() { state_.SettingsFilePath = folder_ / "ZEP.cfg"; }
     TemporaryFolder folder_;
+    const Path path_ = folder_ / "ZEP.cfg";
     ProgramState state_;
-    PosixDataFiles files_;
+    LinuxKernel kernel_;
+    PosixDataFiles files_{kernel_};
     SettableClock clock_;
-    SettingsFile file_{state_, files_, clock_};
+    SettingsFile file_{path_, state_, files_, clock_};
 };
 
 TEST_F(SettingsFileTest, SavesAndLoadsAgain) {
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::missing);
     state_.settings = example();
-    file_.saveSettings();
-    EXPECT_EQ(readFile(state_.SettingsFilePath), formatSettings(example()));
+    EXPECT_TRUE(file_.saveSettings().ok());
+    EXPECT_EQ(readFile(path_), formatSettings(example()));
     state_.settings = {};
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::whole);
     EXPECT_EQ(state_.settings, example());
 }
 
 TEST_F(SettingsFileTest, DoesNotSaveOverWhatItCannotKeep) {
-    writeFile(state_.SettingsFilePath, "broken");
+    writeFile(path_, "broken");
     file_.loadSettings();
     ::setenv("TZ", "UTC", 1);
-    writeFile(state_.SettingsFilePath + ".20261116 140000", "already there");
-    file_.saveSettings();
-    EXPECT_EQ(readFile(state_.SettingsFilePath), "broken");
-    std::filesystem::remove(state_.SettingsFilePath);
-    std::filesystem::create_directory(state_.SettingsFilePath);
+    writeFile(path_ + ".20261116 140000", "already there");
+    EXPECT_FALSE(file_.saveSettings().ok());
+    EXPECT_EQ(readFile(path_), "broken");
+    std::filesystem::remove(path_);
+    std::filesystem::create_directory(path_);
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::unreadable);
-    file_.saveSettings();
-    EXPECT_TRUE(std::filesystem::is_directory(state_.SettingsFilePath));
+    EXPECT_TRUE(file_.saveSettings().ok()) << "refused on purpose";
+    EXPECT_TRUE(std::filesystem::is_directory(path_));
 }
 
 TEST(ScanInterval, CountsMinutesOf65535MillisecondsAndTurnsOver) {

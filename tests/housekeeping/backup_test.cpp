@@ -51,8 +51,6 @@ TEST_F(BackupTest, BackupsHoldWhatTheLiveFilesHoldAndArePrivate) {
         for (const std::string& file : {folder + cfg, folder + mdb})
             EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
     }
-    EXPECT_EQ(bench.state.FileOpSource, app + mdb);
-    EXPECT_EQ(bench.state.FileOpTarget, unload + mdb);
 
     // Closing again writes only what has changed.
     for (const std::string& name : {cfg, mdb}) {
@@ -99,8 +97,8 @@ TEST_F(BackupTest, SaysWhatWasDoneAndPutsNothingBackThatIsNoBackup) {
 
 TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     writeFile(app + cfg, kIncomplete);
-    bench.engine.settings.loadSettings();
-    bench.engine.settings.saveSettings();
+    bench.engine.settingsFile.loadSettings();
+    ASSERT_TRUE(bench.engine.settings.save());
     ASSERT_NE(readFile(app + cfg), kIncomplete);
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
@@ -109,7 +107,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
     // A restore that did nothing does not make the part whole.
     std::filesystem::remove(hand + cfg);
     backup.restoreNormalConfig();
-    bench.engine.settings.loadSettings();
+    bench.engine.settingsFile.loadSettings();
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));
 
@@ -121,7 +119,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
 
 TEST_F(BackupTest, ANewDataFolderReplacesNoOlderCopy) {
     bench.state.settings = {};
-    bench.engine.settings.saveSettings();
+    ASSERT_TRUE(bench.engine.settings.save());
     writeFile(app + mdb, std::string(suppliedPasswordFile()));
     backup.onCloseConfigBackup();
     EXPECT_EQ(readFile(unload + cfg), settingsOf("close"));

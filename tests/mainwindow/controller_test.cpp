@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
+#include "support/file_size_limit.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -25,6 +28,36 @@ TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     bench.settle();
     EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
     EXPECT_TRUE(bench.exists(bench.in("a")));
+}
+
+TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
+    ASSERT_TRUE(bench.engine.settings.save());
+    const SettingsRecord stored = bench.state.settings;
+    const auto changeAll = [this] {
+        bench.engine.fields.folderChosen(FolderKind::done, "/elsewhere");
+        bench.engine.fields.includeSubfoldersClicked(true);
+        bench.engine.fields.intervalEdited("7");
+        bench.engine.optionMenus.mnmax();
+        bench.boxes.answerNext(Answer::yes);
+        bench.engine.logMenus.turnOffLoggingChosen();
+        bench.settle();
+    };
+    for (const std::size_t told : {1U, 2U}) {
+        std::optional<FileSizeLimit> full(1);
+        changeAll();
+        ASSERT_TRUE(bench.runPass());
+        changeAll();
+        EXPECT_EQ(bench.state.settings, stored);
+        EXPECT_EQ(bench.window.shown, stored);
+        EXPECT_EQ(bench.window.folders[FolderKind::done], stored.DoneFolder);
+        EXPECT_EQ(bench.window.minutes, "1");
+        EXPECT_EQ(bench.timRun.interval(), stored.ScanIntervalMs);
+        EXPECT_FALSE(bench.window.visible);
+        EXPECT_EQ(bench.boxes.informed.size(), told);
+        full.reset();
+        for (const bool with : {true, false}) bench.engine.fields.includeSubfoldersClicked(with);
+    }
+    for (const std::string& line : bench.window.lines) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
     bench.state.settings.DestinationFolder = bench.root.makeFolder("zanzibar");
     bench.state.settings.WeeklyDeleteAmPm = "zanzibar";
     bench.state.settings.RejectFolder = bench.root.makeFolder("rejected quagga");
-    bench.state.ActivePassword = "hunter2";
+    bench.engine.activePassword.set("hunter2");
     bench.host.variables = {{"XDG_CURRENT_DESKTOP", "XFCE"}, {"XDG_SESSION_TYPE", "/home/zanzibar"}};
     writeFile(bench.in("quagga.txt"), "a");
     writeFile(bench.in("zanzibar"), "b");

@@ -43,7 +43,7 @@ TEST_P(OptionPaths, EndsWhereTheAnswersLead) {
     EXPECT_EQ(bench.window.visible, path.visibleAfter);
     for (const Box& box : bench.boxes.asked) EXPECT_EQ(box.title, "Running Options");
     if (path.continually == path.continuallyAfter && path.normal == path.normalAfter) return;
-    EXPECT_EQ(readFile(bench.state.SettingsFilePath), formatSettings(bench.state.settings));
+    EXPECT_EQ(readFile(bench.settingsFile), formatSettings(bench.state.settings));
     EXPECT_EQ(bench.window.shown, bench.state.settings);
 }
 
@@ -70,11 +70,11 @@ TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     EXPECT_EQ(bench.window.entry, StartupEntry::State::works);
     EXPECT_EQ(bench.boxes.informed.back().text,
               "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
-    bench.state.ScanActive = true;
+    bench.state.PassInProgress = true;
     bench.engine.optionMenus.mnuRemoveFromStartup();
     EXPECT_EQ(bench.entry.present, StartupEntry::State::works);
     EXPECT_EQ(bench.boxes.informed.back().text.rfind("Please confirm file change notification", 0), 0U);
-    bench.state.ScanActive = false;
+    bench.state.PassInProgress = false;
     bench.engine.optionMenus.mnuRemoveFromStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::none);
     EXPECT_EQ(bench.boxes.informed.back().text, "ZEP is Now Removed Start UP. ");

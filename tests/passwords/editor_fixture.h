@@ -58,7 +58,7 @@ protected:
     }
 
     FakePasswordWindow window;
-    PasswordEditorController controller{store, window, boxes, state, loop.queue()};
+    PasswordEditorController controller{store, activePassword, window, boxes, loop.queue()};
     static constexpr auto kAdd = &PasswordEditorController::addPressed;
     static constexpr auto kEdit = &PasswordEditorController::editPressed;
     static constexpr auto kDelete = &PasswordEditorController::deletePressed;

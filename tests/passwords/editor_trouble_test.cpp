@@ -33,12 +33,12 @@ protected:
         before = readFile(file);
     }
     void expectAllAsItWasAndThatItWorksAgain() {
-        EXPECT_EQ(theBox().title, "Product");
+        EXPECT_EQ(theBox().title, "Vantrell");
         EXPECT_EQ(readFile(file), before);
         expectTable(kThree);
         EXPECT_EQ(window.text, "one");
         EXPECT_TRUE(window.isOpen);
-        EXPECT_EQ(state.ActivePassword, "");
+        EXPECT_EQ(activePassword.known(), "");
         press(GetParam());
         EXPECT_NE(stored(), kThree);
         EXPECT_EQ(window.text, "");

@@ -8,7 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "passwords/password_lookup.h"
+#include "core/active_password.h"
+#include "passwords/password_store.h"
 #include "passwords/supplied_password_file.h"
 #include "platform/sqlite/sqlite_database.h"
 #include "rig/hand_cranked_loop.h"
@@ -28,6 +29,7 @@ public:
 
     [[nodiscard]] std::string enteredPassword() const override { return password; }
     [[nodiscard]] bool activeChoice() const override { return active; }
+    [[nodiscard]] bool isInUse() override { return false; }
     void clearList() override {}
     void addRow(const std::string&, const std::string&) override {}
     void showAddButton() override {}
@@ -46,11 +48,7 @@ using Strings = std::vector<std::string>;
 /// A store on a real file in a data folder of its own.
 class PasswordFixture : public testing::Test {
 protected:
-    PasswordFixture() {
-        state.AppFolder = folder.path();
-        state.ProductTitle = "Product";
-        writeFile(file, std::string(suppliedPasswordFile()));
-    }
+    PasswordFixture() { writeFile(file, std::string(suppliedPasswordFile())); }
 
     /// Replaces the file by one that the statements make.
     void makeFile(const std::string& sql) {
@@ -70,15 +68,9 @@ protected:
         return loop.valueOf(store.deleteRecord());
     }
     /// The active password after the search for it in the table.
-    std::string current() {
-        (void)loop.valueOf(store.findCurrentPassword());
-        return state.ActivePassword;
-    }
-    std::string lookUp() {
-        state.ActivePassword.clear();
-        EXPECT_TRUE(loop.run(lookUpActivePassword(store, state)));
-        return state.ActivePassword;
-    }
+    std::string current() { return loop.valueOf(store.findCurrentPassword()).value_or("none was read"); }
+    Task<void> lookUpOnce() { static_cast<void>(co_await activePassword.lookUp()); }
+    std::string lookUp() { return loop.valueOf(activePassword.lookUp()); }
     /// The one box that was shown.
     Box theBox() {
         EXPECT_EQ(boxes.informed.size(), 1u);
@@ -86,7 +78,7 @@ protected:
     }
     void expectErrorBox(std::int32_t number, const std::string& words) {
         const Box box = theBox();
-        EXPECT_EQ(box.title, "Product");
+        EXPECT_EQ(box.title, "Vantrell");
         EXPECT_EQ(box.text.find(std::to_string(number) + "  "), 0u) << box.text;
         EXPECT_NE(box.text.find(words), std::string::npos) << box.text;
     }
@@ -95,10 +87,10 @@ protected:
     const std::string file = folder / "EDPasswords.mdb";
     HandCrankedLoop loop;
     ScriptedBoxes boxes{loop.queue()};
-    ProgramState state;
     SqliteDatabase database{loop};
-    PasswordStore store{loop.queue(), database, boxes, state,
+    PasswordStore store{loop.queue(), database, boxes, file,
                         [](const Path& path) { return std::filesystem::is_regular_file(path); }};
+    ActivePassword activePassword{loop.queue(), [this] { return store.lookUpActivePassword(); }};
     FakeEditor editor{store};
 };
 

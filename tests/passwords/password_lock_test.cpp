@@ -51,18 +51,18 @@ TEST_F(LockedPasswordFile, LookUpWaitsForASaveAndIsAbortedCleanly) {
     other.run("BEGIN IMMEDIATE");
     start(store.savePassword());
     TaskGroup aborted(loop.queue());
-    aborted.start(lookUpActivePassword(store, state));
+    aborted.start(lookUpOnce());
     TaskGroup lookups(loop.queue());
-    lookups.start(lookUpActivePassword(store, state));
+    lookups.start(lookUpOnce());
     loop.settle();
-    EXPECT_TRUE(state.UiLoading);
+    EXPECT_TRUE(activePassword.isBeingLookedUp());
     aborted.abort();
     other.run("COMMIT");
     waitForResult();
     EXPECT_TRUE(loop.turnUntil([&] { return lookups.isIdle(); }));
-    EXPECT_EQ(state.ActivePassword, "new");
+    EXPECT_EQ(activePassword.known(), "new");
     EXPECT_EQ(editor.unloaded, 1);
-    EXPECT_FALSE(state.UiLoading);
+    EXPECT_FALSE(activePassword.isBeingLookedUp());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
 
@@ -14,7 +15,8 @@ class DataFilesTest : public testing::Test {
 protected:
     TemporaryFolder folder;
     std::string file = folder / "f";
-    PosixDataFiles files;
+    LinuxKernel kernel;
+    PosixDataFiles files{kernel};
 };
 
 TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {

@@ -30,7 +30,8 @@ protected:
     std::string autostart = folder / "config/autostart";
     std::string file = autostart + "/NRD-ZEP.desktop";
     std::string programs = makeProgram("bin");
-    XdgStartupEntry entry{programs};
+    LinuxKernel kernel;
+    XdgStartupEntry entry{kernel, programs};
 };
 
 TEST_F(EntryTest, IsMadeFoundAndRemoved) {
@@ -57,7 +58,7 @@ TEST_F(EntryTest, StartsAProgramOfAnyPath) {
     for (const char* name : {"a  b ", "q\"uo'te", "back\\slash\\n\\\\", "50%f %% %", "$HOME ${PATH}", "t`true`", "a=b",
                              "semi;&|<>()*?#~!", "\u00fcml\u00e4ut \u65e5\u672c", "-x"}) {
         const std::string programFolder = makeProgram(name);
-        XdgStartupEntry nasty(programFolder);
+        XdgStartupEntry nasty(kernel, programFolder);
         ASSERT_TRUE(nasty.add()) << name;
         EXPECT_EQ(nasty.state(), State::works) << name;
         EXPECT_EQ(entry.state(), State::elsewhere) << name;

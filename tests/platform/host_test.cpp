@@ -45,7 +45,7 @@ TEST(PosixHost, AStartedProgramInheritsNothingOfOurs) {
     const TemporaryFolder folder;
     writeFile(folder / "program", kInquisitiveProgram);
     std::filesystem::permissions(folder / "program", std::filesystem::perms{0700});
-    const UniqueFd inheritable(::dup2(STDERR_FILENO, 57));
+    const LinuxFd inheritable(::dup2(STDERR_FILENO, 57));
     const auto pipeBefore = std::signal(SIGPIPE, SIG_IGN);
     sigset_t blocked;
     sigset_t maskBefore;

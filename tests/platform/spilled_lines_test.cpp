@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/linux_kernel.h"
 #include "rig/temporary_folder.h"
 #include "support/file_size_limit.h"
 
@@ -20,7 +21,8 @@ protected:
     }
     TemporaryFolder root;
     Path folder = root.path();
-    SpilledLines lines{folder};
+    LinuxKernel kernel;
+    SpilledLines lines{kernel, folder, root.path()};
 };
 
 TEST_F(SpilledLinesTest, GivesEveryLineBackAndLeavesNoNameBehind) {

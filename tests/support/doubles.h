@@ -24,7 +24,7 @@ public:
     void setCaption(const std::string& text) override { caption = text; }
     void setLabel2(const std::string& text) override { label2 = text; }
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
-    void setModeLabel(const std::string& text) override { mode = text; }
+    void setMode(Mode) override {}
     void setClock(const std::string& text) override { clock = text; }
     void setSchedule(const std::string& text) override { schedule = text; }
     void setStartEnabled(bool) override {}
@@ -55,7 +55,7 @@ public:
     void bringToFront() override {}
     void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
 
-    std::string caption, label2, mode, clock, schedule, minutes;
+    std::string caption, label2, clock, schedule, minutes;
     std::vector<std::string> panel1, lines;
     std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;

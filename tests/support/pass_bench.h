@@ -10,13 +10,14 @@
 #include "passwords/supplied_password_file.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
-#include "platform/openssl/openssl_component.h"
+#include "platform/openssl/openssl_cipher.h"
 #include "platform/sqlite/sqlite_copier.h"
 #include "platform/sqlite/sqlite_database.h"
 #include "rig/hand_cranked_loop.h"
 #include "rig/hand_driven_timers.h"
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
+#include "support/recording_kernel.h"
 #include "support/scripted_boxes.h"
 
 namespace vantrell::test {
@@ -28,13 +29,13 @@ public:
     PassBench() {
         ::setenv("TZ", "UTC", 1);
         (void)files.makePrivateFolders(state.AppFolder);
-        writeFile(state.AppFolder + "/EDPasswords.mdb", std::string(suppliedPasswordFile()));
+        writeFile(passwordFile, std::string(suppliedPasswordFile()));
         state.settings.SourceFolder = root.makeFolder("in");
         state.settings.DestinationFolder = root.makeFolder("out");
         state.settings.DoneFolder = root.makeFolder("done");
         state.settings.RejectFolder = root.makeFolder("rejected");
         state.settings.ScanIntervalMs = 65535;
-        state.ActivePassword = "secret";
+        engine.activePassword.set("secret");
     }
 
     std::string in(const std::string& name) const { return state.settings.SourceFolder + "/" + name; }
@@ -47,8 +48,20 @@ public:
 
     /// What a pass works with, on another toolbox.
     PassParts partsOn(FileToolbox& other) {
-        return {state, window, engine.report, engine.log, engine.settings, other,
-                boxes, loop,   clock,         timRun,     engine.mode,     engine.notices};
+        return {state,
+                window,
+                engine.report,
+                engine.log,
+                engine.settings,
+                other,
+                boxes,
+                loop,
+                clock,
+                timRun,
+                engine.mode,
+                engine.notices,
+                engine.activePassword,
+                engine.noActivePassword};
     }
 
     void settle() {
@@ -79,8 +92,9 @@ public:
     HandCrankedLoop loop;
     SettableClock clock;
     HandDrivenTimers timers;
-    PosixDataFiles files;
-    PosixToolbox toolbox{loop, clock};
+    RecordingKernel kernel{loop.kernel(), root.path()};
+    PosixDataFiles files{kernel};
+    PosixToolbox toolbox{loop, kernel, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;
     FakeHost host{root.path()};
@@ -92,11 +106,13 @@ public:
     ScriptedBoxes boxes{loop.queue()};
     FakeTray tray;
     RecordingNotifier notifier;
-    Engine engine{{clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier,
-                   [this] { return std::make_unique<OpensslComponent>(loop, toolbox); }},
-                  {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
-                  [] {}};
+    Engine engine{
+        {clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, makeOpensslCipher},
+        {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
+        [] {}};
     ProgramState& state = engine.state;
+    const std::string passwordFile = state.AppFolder + "/EDPasswords.mdb";
+    const std::string settingsFile = state.AppFolder + "/ZEP.cfg";
     ScanPass& pass = engine.pass;
     Timer& timRun = *engine.timRun;
 };

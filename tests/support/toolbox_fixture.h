@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/files/posix_toolbox.h"
+#include "platform/linux/linux_fd.h"
 #include "rig/hand_cranked_loop.h"
 #include "rig/settable_clock.h"
 #include "rig/temporary_folder.h"
@@ -80,7 +81,7 @@ public:
     TemporaryFolder folder;
     HandCrankedLoop loop;
     SettableClock clock{std::chrono::system_clock::now()};
-    PosixToolbox toolbox{loop, clock};
+    PosixToolbox toolbox{loop, loop.kernel(), clock};
 
 private:
     template <class T>

@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "platform/files/unique_fd.h"
+#include "platform/linux/linux_fd.h"
 #include "rig/sqlite_file.h"
 #include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
@@ -133,7 +133,7 @@ TEST_F(ScanPassTest, LeavesAFileInUseAloneAndSaysSoOnce) {
     writeFile(bench.in("busy"), "half");
     writeFile(bench.in("free"), "whole");
     {
-        const UniqueFd writer(::open(bench.in("busy").c_str(), O_WRONLY | O_CLOEXEC));
+        const LinuxFd writer(::open(bench.in("busy").c_str(), O_WRONLY | O_CLOEXEC));
         ASSERT_TRUE(bench.runPass());
         const Texts said = bench.messages();
         ASSERT_EQ(said.size(), 7U);
@@ -193,39 +193,53 @@ TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     writeFile(bench.in("b"), "b");
     bench.timRun.setEnabled(true);
     bench.boxes.answerNext(Answer::no);
-    bench.state.SinglePassMode = true;
+    bench.pass.takeStart(true);
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.names(bench.state.settings.SourceFolder), Texts{"b"}) << "a failed file ends it";
     EXPECT_FALSE(bench.timRun.isEnabled());
-    EXPECT_FALSE(bench.state.SinglePassMode);
     EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
     EXPECT_EQ(bench.messages().back(), paused());
 }
 
-Task<void> emptyRejectedFolder(PassBench* bench) {
-    bench->state.ActivePassword = "found";
-    bench->state.settings.RejectFolder.clear();
-    co_return;
-}
-
 TEST_F(ScanPassTest, DoesNotBeginWithAFolderThatWasEmptiedDuringTheLookup) {
-    bench.state.ActivePassword.clear();
-    ScanPass pass(bench.partsOn(bench.toolbox), {}, [this] { return emptyRejectedFolder(&bench); });
-    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+    bench.engine.activePassword.set({});
+    OtherProgram(bench.passwordFile).run("INSERT INTO EncDecPasswords VALUES ('found', 1)");
+    OtherProgram other(bench.passwordFile);
+    other.run("BEGIN EXCLUSIVE");
+    group.start(bench.pass.timRun_Timer());
+    ASSERT_FALSE(endsPass());
+    bench.state.settings.RejectFolder.clear();
+    other.run("COMMIT");
+    bench.loop.waitUntil([this] { return group.isIdle(); });
     EXPECT_EQ(bench.window.label2, "One or all of the folder parameters are missing. Please check below.");
     EXPECT_TRUE(bench.messages().empty());
 }
 
+TEST_F(ScanPassTest, WaitsForALookupThatSomebodyElseHasBegun) {
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    OtherProgram other(bench.passwordFile);
+    other.run("INSERT INTO EncDecPasswords VALUES ('secret', 1); BEGIN EXCLUSIVE");
+    bench.engine.currentPassword.viewCurrentPasswordChosen();
+    bench.settle();
+    bench.boxes.answerOpen(Answer::no);
+    ASSERT_FALSE(endsPass());
+    other.run("COMMIT");
+    bench.loop.waitUntil([this] { return group.isIdle(); });
+    ASSERT_TRUE(endsPass());
+    EXPECT_EQ(bench.boxes.informed.back().text, "secret");
+    EXPECT_EQ(readFile(bench.done("b")), "b");
+}
+
 TEST_F(ScanPassTest, StopsWithoutAPassword) {
     writeFile(bench.in("a"), "a");
-    bench.state.ActivePassword.clear();
+    bench.engine.activePassword.set({});
     bench.timRun.setEnabled(true);
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.messages(), Texts{"There is no active password.  Encryption has stopped.."});
     ASSERT_EQ(bench.boxes.informed.size(), 1U);
     EXPECT_EQ(bench.boxes.informed[0].text, "There is no active password.  Encryption has stopped.");
     EXPECT_FALSE(bench.timRun.isEnabled());
-    OtherProgram(bench.state.AppFolder + "/EDPasswords.mdb").run("INSERT INTO EncDecPasswords VALUES ('found', 1)");
+    OtherProgram(bench.passwordFile).run("INSERT INTO EncDecPasswords VALUES ('found', 1)");
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.window.processed, 1);
 }
@@ -243,7 +257,7 @@ public:
 
 TEST_F(ScanPassTest, SaysOnceWhatItCouldNotReadAndNotThatThereIsNothing) {
     UnreadFolder toolbox(bench.toolbox);
-    ScanPass pass(bench.partsOn(toolbox), {}, {});
+    ScanPass pass(bench.partsOn(toolbox), {});
     const std::string words = "Folder /in/closed - FAILED: no right";
     for (const Texts& said : {Texts{words}, Texts{}}) {
         ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
@@ -271,8 +285,8 @@ TEST_F(ScanPassTest, AMachineFaultLeavesTheFilesInSourceAndTriesAgainLater) {
     for (const char* name : {"a", "b", "c", "d", "e"}) writeFile(bench.in(name), name);
     for (const auto& [kind, tried] : {std::pair{FaultKind::noSpace, 3U}, std::pair{FaultKind::deviceFailing, 1U}}) {
         FailingOutputs failing(bench.toolbox, kind);
-        ScanPass pass(bench.partsOn(failing), [&] { return std::make_unique<OpensslComponent>(bench.loop, failing); },
-                      {});
+        ScanPass pass(bench.partsOn(failing),
+                      [&] { return std::make_unique<CryptoComponent>(bench.loop, failing, makeOpensslCipher); });
         ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
         const Texts said = bench.messages();
         EXPECT_EQ(said.size(), 3 + 2 * tried + 1);

@@ -54,7 +54,7 @@ TEST_F(Passes, ObeyTheButtonsDuringALongSearch) {
         for (int j = 0; j < kFilesEach; ++j) writeFile(below + "/f" + std::to_string(i * kFilesEach + j), "");
     }
     startProgram();
-    const auto isSearching = [&] { return !isIdle() && program->state().FileList.empty(); };
+    const auto isSearching = [&] { return program->engine().pass.isSearching(); };
     pressStart(QMessageBox::No);
     ASSERT_TRUE(waitFor(isSearching));
     EXPECT_TRUE(reachesMode("Mode: Running"));

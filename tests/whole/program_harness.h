@@ -11,6 +11,7 @@
 
 #include "app/program.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
@@ -42,7 +43,7 @@ protected:
         program.emplace(clock, timers, dataFiles);
         useWindow(program->window());
         ASSERT_TRUE(program->start());
-        ASSERT_TRUE(waitFor([&] { return !program->state().StartupPassMarker; }));
+        ASSERT_TRUE(waitFor([&] { return !program->engine().state.StartupPassMarker; }));
     }
 
     /// Looks at the condition whenever the event loop has had its turn; the time is a limit, not a measure.
@@ -69,7 +70,7 @@ protected:
     }
     void trigger(const char* action) { find<QAction>(action)->trigger(); }
 
-    bool isIdle() const { return !program->state().PassInProgress; }
+    bool isIdle() const { return !program->engine().state.PassInProgress; }
     bool isEnabled(const char* button) const { return find<QPushButton>(button)->isEnabled(); }
     bool reachesMode(const std::string& text) {
         return waitFor([&] { return textOf("lblMode") == text; });
@@ -91,7 +92,8 @@ protected:
     Profile profile{folder.makeFolder(std::string(120, 'p'))};
     ShiftedClock clock;
     QtTimers timers;
-    PosixDataFiles dataFiles;
+    LinuxKernel kernel;
+    PosixDataFiles dataFiles{kernel};
     std::optional<Program> program;
 };
 

@@ -80,7 +80,7 @@ protected:
         ASSERT_TRUE(waitFor([&] { return editor.find<QWidget>("cmdAdd")->isVisible(); }));
         QTest::keyClick(editor.find<QWidget>("chkActive"), Qt::Key_Space);
         editor.click("cmdAdd");
-        ASSERT_TRUE(waitFor([&] { return program->state().ActivePassword == password; }));
+        ASSERT_TRUE(waitFor([&] { return program->engine().activePassword.known() == password; }));
         editor.click("ExitButton");
         EXPECT_TRUE(isGone("frmEDPasswords"));
     }

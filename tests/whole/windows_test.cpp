@@ -60,7 +60,7 @@ TEST_F(Windows, RestoreWhatWasBackedUpByHandAndAtTheEnd) {
         EXPECT_EQ(profile.saved().SourceFolder, row.source);
         trigger(row.passwords);
         EXPECT_EQ(answer(QMessageBox::Ok), "Password file has been restored from backup.");
-        EXPECT_TRUE(waitFor([&] { return program->state().ActivePassword == row.password; }));
+        EXPECT_TRUE(waitFor([&] { return program->engine().activePassword.known() == row.password; }));
         EXPECT_EQ(currentPassword(), row.password);
     }
 }

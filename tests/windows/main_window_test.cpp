@@ -18,7 +18,7 @@ TEST_F(MainWindowTest, NeverHandsTheFocusToExit) {
 }
 
 TEST_F(MainWindowTest, LongTextsMoveNothing) {
-    window.setModeLabel("Mode: Stopped");
+    window.setMode(Mode::stopped);
     window.setClock("20:41:03");
     QCoreApplication::sendPostedEvents();
     const QSize size = window.size();
@@ -31,7 +31,7 @@ TEST_F(MainWindowTest, LongTextsMoveNothing) {
     window.setSchedule(deep);
     window.setCurrentFile(deep);
     window.setProcessedCount(2147483647);
-    window.setModeLabel("Mode: Auto");
+    window.setMode(Mode::automatic);
     ASSERT_TRUE(showsText("lblCurNumFilesProcessed", "2147483647"));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(window.size(), size);
@@ -50,17 +50,17 @@ TEST_F(MainWindowTest, ShowsPathsInReadableFormAndWholeInTheTip) {
 }
 
 TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
-    window.setModeLabel("Mode: Running");
+    window.setMode(Mode::running);
     const QRect schedule = find<QWidget>("lbSched")->geometry();
     for (int file = 0; file < 20; ++file) {
-        window.setModeLabel("SCANNING");
-        window.setModeLabel("Mode: Running");
+        window.setMode(Mode::scanning);
+        window.setMode(Mode::running);
         QCoreApplication::processEvents();
         EXPECT_EQ(textOf("lblMode"), "SCANNING");
         EXPECT_EQ(find<QWidget>("lbSched")->geometry(), schedule);
     }
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        window.setModeLabel("Mode: Running");
+        window.setMode(Mode::running);
         return textOf("lblMode") == "Mode: Running";
     }));
 }

@@ -29,10 +29,10 @@ protected:
 
     TemporaryFolder folder;
     Path folderOfLines = folder.path();
-    SpilledLines lines{folderOfLines};
     HandCrankedLoop loop;
+    SpilledLines lines{loop.kernel(), folderOfLines, folder.path()};
     SettableClock clock;
-    PosixToolbox toolbox{loop, clock};
+    PosixToolbox toolbox{loop, loop.kernel(), clock};
     frmMain window{lines, toolbox};
 };
 

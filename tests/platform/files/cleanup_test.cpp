@@ -22,9 +22,9 @@ TEST_F(Cleanup, LeftOutputsGoUnlessTheyAreAtWorkOrInSource) {
         writeFile(path, "x");
     std::filesystem::resize_file(out + "/" + temporary, std::size_t{200} << 20U);
     std::filesystem::create_symlink("kept", out + "/.zep-1111111111111111");
-    const UniqueFd worker(::open(locked.c_str(), O_RDONLY | O_CLOEXEC));
+    const LinuxFd worker(::open(locked.c_str(), O_RDONLY | O_CLOEXEC));
     ASSERT_EQ(::flock(worker.get(), LOCK_EX), 0);
-    PosixToolbox named(loop, clock, {false});
+    PosixToolbox named(loop, loop.kernel(), clock, {false});
     const auto atWork = named.createOutput(out);
     const std::size_t count = namesIn(out).size();
     cleanUp();
@@ -49,7 +49,7 @@ TEST_F(Cleanup, FilesThatWereBeingRemovedComeBack) {
     writeFile(source + "/" + longName, "newer");
     const std::string inside = folder.makeFolder("source/.zep-00000000000000bb");
     writeFile(inside + "/file", "at work");
-    const UniqueFd worker(::open(inside.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const LinuxFd worker(::open(inside.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     ASSERT_EQ(::flock(worker.get(), LOCK_EX), 0);
     cleanUp();
     EXPECT_EQ(readFile(inside + "/file"), "at work");

@@ -17,15 +17,15 @@ public:
 
 TEST_F(InUse, AFileThatIsOpenForWritingIsInUseUntilItIsClosed) {
     {
-        const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+        const LinuxFd writer(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
         EXPECT_EQ(faultOf(toolbox.hold(path)), FaultKind::inUse);
     }
     const auto held = toolbox.hold(path);
     ASSERT_TRUE(held.ok()) << wordsOf(held);
     EXPECT_TRUE(held.value()->verify().ok());
-    const UniqueFd reader(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const LinuxFd reader(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     EXPECT_TRUE(held.value()->verify().ok()) << "readers disturb nobody";
-    const UniqueFd writer(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    const LinuxFd writer(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
     EXPECT_TRUE(writer) << "no lease may be left that holds up writers";
     EXPECT_EQ(faultOf(held.value()->verify()), FaultKind::inUse);
 }
@@ -76,20 +76,20 @@ TEST(QuietTimes, TheLaterTimeCountsAndOneInTheFutureNeedsASecondLook) {
         const std::int64_t now = std::chrono::system_clock::to_time_t(clock.time);
         return FileStamp{{1, 2}, 3, {now + modified, 0}, {now + changed, 0}};
     };
-    EXPECT_TRUE(quiet.isQuiet(stampAt(-60, -6)));
-    EXPECT_FALSE(quiet.isQuiet(stampAt(-60, -3)));
-    EXPECT_FALSE(quiet.isQuiet(stampAt(-3, -60)));
+    EXPECT_TRUE(quiet.look(stampAt(-60, -6)));
+    EXPECT_FALSE(quiet.look(stampAt(-60, -3)));
+    EXPECT_FALSE(quiet.look(stampAt(-3, -60)));
 
     FileStamp stamp = stampAt(3600, -60);
-    EXPECT_FALSE(quiet.isQuiet(stamp));
+    EXPECT_FALSE(quiet.look(stamp));
     clock.advance(std::chrono::milliseconds(4900));
-    EXPECT_FALSE(quiet.isQuiet(stamp));
+    EXPECT_FALSE(quiet.look(stamp));
     clock.advance(std::chrono::milliseconds(200));
-    EXPECT_TRUE(quiet.isQuiet(stamp)) << "the moment before the move asks again";
+    EXPECT_TRUE(quiet.look(stamp)) << "the moment before the move asks again";
     ++stamp.size;
-    EXPECT_FALSE(quiet.isQuiet(stamp)) << "it has changed: the five seconds begin anew";
+    EXPECT_FALSE(quiet.look(stamp)) << "it has changed: the five seconds begin anew";
     clock.advance(std::chrono::seconds(5));
-    EXPECT_TRUE(quiet.isQuiet(stamp));
+    EXPECT_TRUE(quiet.look(stamp));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
+#include "support/recording_kernel.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
@@ -80,7 +81,7 @@ TEST_P(Move, AFileThatWasSwappedOrIsBeingWrittenStays) {
     auto held = toolbox.hold(source);
     ASSERT_TRUE(held.ok());
     {
-        const UniqueFd writer(::open(source.c_str(), O_WRONLY | O_CLOEXEC));
+        const LinuxFd writer(::open(source.c_str(), O_WRONLY | O_CLOEXEC));
         EXPECT_EQ(move(Replace::never, held.value().get()), FaultKind::inUse);
         expectUntouched();
     }
@@ -172,6 +173,34 @@ TEST_F(OneFile, OfTwoNamesTheSourceNameGoesAndOneNameStays) {
     EXPECT_EQ(readFile(sub + "/a"), "contents");
 }
 
+/// A kernel whose flushes of folders fail while it is told so.
+class FailingFlushes final : public ForwardingKernel {
+public:
+    using ForwardingKernel::ForwardingKernel;
+    void startFlush(RunQueue& queue, Ticket<int> ticket, int file) override {
+        if (isFailing) return queue.wake(ticket, EIO);
+        ForwardingKernel::startFlush(queue, ticket, file);
+    }
+    bool isFailing = true;
+};
+
+TEST_F(OneFile, AFaultOfALaterFlushIsToldByTheFlushAndNotByAMove) {
+    FailingFlushes kernel(loop.kernel());
+    PosixToolbox failing(loop, kernel, clock);
+    const std::string done = folder.makeFolder("done");
+    constexpr int kMoreThanOneGroup = 300;
+    for (int i = 0; i < kMoreThanOneGroup; ++i) {
+        const std::string name = "/" + std::to_string(i);
+        writeFile(folder.path() + name, "x");
+        const MoveOrder order{folder.path() + name, done + name, Replace::never, nullptr, Durable::later};
+        ASSERT_EQ(wordsOf(loop.valueOf(failing.move(order))), "");
+        kernel.isFailing = i < kMoreThanOneGroup - 10;
+    }
+    EXPECT_EQ(namesIn(done).size(), std::size_t{kMoreThanOneGroup});
+    EXPECT_EQ(faultOf(loop.valueOf(failing.flushMoves())), FaultKind::deviceFailing);
+    EXPECT_EQ(faultOf(loop.valueOf(failing.flushMoves())), kSuccess) << "it is told once";
+}
+
 /// A move across file systems in which something happens after the copy got its name, before the source goes.
 class AfterPublishing : public WithToolbox {
 public:
@@ -215,8 +244,8 @@ TEST_F(AfterPublishing, WhoeverHasTheSourceKeepsItAndOneCopyRemains) {
     EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
     EXPECT_FALSE(std::filesystem::exists(target));
 
-    UniqueFd writer;
-    ASSERT_TRUE(moveAnd([&] { writer = UniqueFd(::open(source.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)); }));
+    LinuxFd writer;
+    ASSERT_TRUE(moveAnd([&] { writer = LinuxFd(::open(source.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)); }));
     EXPECT_EQ(faultOf(moved), FaultKind::inUse);
     EXPECT_EQ(::write(writer.get(), " and more", 9), 9);
     EXPECT_EQ(readFile(source), "another! and more");

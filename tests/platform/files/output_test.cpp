@@ -15,9 +15,9 @@ public:
         const auto file = begin();
         write(*file, bytes);
         EXPECT_TRUE(loop.valueOf(file->flush()).ok());
-        return loop.valueOf(file->publish(folder / name, replace));
+        return loop.valueOf(file->publish(name, replace));
     }
-    PosixToolbox box{loop, clock, {GetParam()}};
+    PosixToolbox box{loop, loop.kernel(), clock, {GetParam()}};
 };
 INSTANTIATE_TEST_SUITE_P(Ways, Output, testing::Values(true, false),
                          [](const auto& way) { return way.param ? "Nameless" : "Named"; });
@@ -30,7 +30,7 @@ TEST_P(Output, HasNoNameOfItsOwnBeforeItIsPublished) {
         write(*file, "def");
         for (const auto& name : namesIn(folder.path())) EXPECT_EQ(name.rfind(".zep-", 0), 0U);
         EXPECT_EQ(namesIn(folder.path()).empty(), GetParam());
-        EXPECT_TRUE(loop.valueOf(file->publish(folder / std::string(255, 'n'), Replace::never)).ok());
+        EXPECT_TRUE(loop.valueOf(file->publish(std::string(255, 'n'), Replace::never)).ok());
     }
     ::umask(old);
     EXPECT_EQ(namesIn(folder.path()), Names{std::string(255, 'n')});
@@ -60,7 +60,7 @@ TEST_P(Output, AbortAtAnyTurnLeavesNothing) {
         const std::unique_ptr<OutputFile> made = toolbox_.createOutput(where).take();
         const Result<> written = co_await made->write(std::as_bytes(std::span(what)));
         if (!written.ok()) co_return written;
-        co_return co_await made->publish(where + "/name", Replace::never);
+        co_return co_await made->publish("name", Replace::never);
     };
     bool isDone = false;
     for (int turns = 1; !isDone; turns += 2) {
@@ -80,9 +80,9 @@ TEST_P(Output, AFailedWriteStaysFailed) {
     }
     EXPECT_FALSE(loop.valueOf(file->write({})).ok());
     EXPECT_FALSE(loop.valueOf(file->flush()).ok());
-    EXPECT_FALSE(loop.valueOf(file->publish(folder / "short", Replace::allowed)).ok());
+    EXPECT_FALSE(loop.valueOf(file->publish("short", Replace::allowed)).ok());
     ASSERT_TRUE(loop.run(file->discard()));
-    EXPECT_FALSE(loop.valueOf(file->publish(folder / "late", Replace::never)).ok());
+    EXPECT_FALSE(loop.valueOf(file->publish("late", Replace::never)).ok());
     EXPECT_TRUE(namesIn(folder.path()).empty());
 }
 

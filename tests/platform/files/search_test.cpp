@@ -72,13 +72,13 @@ TEST_F(Search, TellsAndPassesOverWhatCannotBeRead) {
 TEST_F(Search, ReachesFilesBelowTheLongestPathOfOneCall) {
     const std::string name(200, 'd');
     Path deep = folder.path();
-    UniqueFd level(::open(deep.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    LinuxFd level(::open(deep.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (int i = 0; i < 150; ++i) {
         ASSERT_EQ(::mkdirat(level.get(), name.c_str(), 0700), 0);
-        level = UniqueFd(::openat(level.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        level = LinuxFd(::openat(level.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         deep += "/" + name;
     }
-    ASSERT_TRUE(UniqueFd(::openat(level.get(), "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0600)));
+    ASSERT_TRUE(LinuxFd(::openat(level.get(), "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0600)));
     writeFile(folder / "z", "x");
     const auto found = loop.valueOf(toolbox.search({folder.path(), true, {}, {}}));
     EXPECT_EQ(found, (std::vector<Path>{deep + "/file", folder / "z"}));

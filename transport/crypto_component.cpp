@@ -1,44 +1,36 @@
 // SPDX-License-Identifier: MIT
-#include "platform/openssl/openssl_component.h"
-
-#include <openssl/crypto.h>
+#include "transport/crypto_component.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "platform/openssl/aes_ecb_encryptor.h"
+#include "transport/cipher_stream.h"
 
 namespace vantrell {
 
-OpensslComponent::OpensslComponent(EventLoop& loop, FileToolbox& toolbox) : loop_(loop), toolbox_(toolbox) {}
+CryptoComponent::CryptoComponent(EventLoop& loop, FileToolbox& toolbox, CipherFactory makeCipher)
+    : loop_(loop), toolbox_(toolbox), makeCipher_(std::move(makeCipher)) {}
 
-OpensslComponent::~OpensslComponent() { wipeKey(); }
-
-void OpensslComponent::wipeKey() {
-    OPENSSL_cleanse(key_.data(), key_.size());
-    keyIsSet_ = false;
-}
-
-void OpensslComponent::refuse(const std::string& why) {
+void CryptoComponent::refuse(const std::string& why) {
     if (refusal_.empty()) refusal_ = why;
 }
 
-void OpensslComponent::setAlgorithm(std::string_view name) {
+void CryptoComponent::setAlgorithm(std::string_view name) {
     algorithmIsSet_ = name == "aes";
     if (!algorithmIsSet_) refuse("unknown algorithm \"" + std::string(name) + "\"");
 }
 
-void OpensslComponent::setCipherMode(std::string_view name) {
+void CryptoComponent::setCipherMode(std::string_view name) {
     modeIsSet_ = name == "ecb";
     if (!modeIsSet_) refuse("unknown cipher mode \"" + std::string(name) + "\"");
 }
 
-void OpensslComponent::setKeyLength(int bits) {
+void CryptoComponent::setKeyLength(int bits) {
     lengthIsSet_ = bits == 256;
     if (!lengthIsSet_) refuse("a key of " + std::to_string(bits) + " bits is not supported");
 }
 
-bool OpensslComponent::acceptsText(std::string_view text, std::string_view encoding, const std::string& what) {
+bool CryptoComponent::acceptsText(std::string_view text, std::string_view encoding, const std::string& what) {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
     if (encoding != "ascii") {
         refuse("unknown encoding \"" + std::string(encoding) + "\" of the " + what);
@@ -52,22 +44,21 @@ bool OpensslComponent::acceptsText(std::string_view text, std::string_view encod
     return false;
 }
 
-void OpensslComponent::setSecretKey(std::string_view text, std::string_view encoding) {
-    wipeKey();
-    if (!acceptsText(text, encoding, "secret key")) return;
-    CipherKey key = keyFromPassword(text);
-    key_ = key;
-    OPENSSL_cleanse(key.data(), key.size());
-    keyIsSet_ = true;
+void CryptoComponent::setSecretKey(std::string_view text, std::string_view encoding) {
+    keyIsSet_ = acceptsText(text, encoding, "secret key");
+    if (keyIsSet_)
+        key_ = keyFromPassword(text);
+    else
+        key_.wipe();
 }
 
-void OpensslComponent::setInitialisationVector(std::string_view text, std::string_view encoding) {
+void CryptoComponent::setInitialisationVector(std::string_view text, std::string_view encoding) {
     acceptsText(text, encoding, "initialisation vector");
 }
 
-void OpensslComponent::setProgress(Progress progress) { progress_ = std::move(progress); }
+void CryptoComponent::setProgress(Progress progress) { progress_ = std::move(progress); }
 
-Result<> OpensslComponent::checkSettings() const {
+Result<> CryptoComponent::checkSettings() const {
     if (!refusal_.empty()) return Fault{FaultKind::other, refusal_};
     if (!algorithmIsSet_) return Fault{FaultKind::other, "no algorithm is set"};
     if (!modeIsSet_) return Fault{FaultKind::other, "no cipher mode is set"};
@@ -76,20 +67,22 @@ Result<> OpensslComponent::checkSettings() const {
     return {};
 }
 
-Task<Result<>> OpensslComponent::prepareFile(HeldFile& source, Path folder) {
+Task<Result<>> CryptoComponent::prepareFile(HeldFile& source, Path folder) {
     Result<> prepared = checkSettings();
     if (prepared.ok()) prepared = co_await prepare(source, std::move(folder));
-    wipeKey();
+    key_.wipe();
+    keyIsSet_ = false;
     co_return prepared;
 }
 
-Task<Result<>> OpensslComponent::prepare(HeldFile& source, Path folder) {
-    AesEcbEncryptor encryptor(key_);
-    wipeKey();
+Task<Result<>> CryptoComponent::prepare(HeldFile& source, Path folder) {
+    const std::unique_ptr<Cipher> cipher = makeCipher_(key_);
+    key_.wipe();
     Result<std::unique_ptr<OutputFile>> created = toolbox_.createOutput(folder);
     if (!created.ok()) co_return created.fault();
     std::unique_ptr<OutputFile> output = created.take();
-    Result<> written = co_await encryptor.encrypt(loop_, source, *output, progress_);
+    CipherStream stream(loop_, *cipher, source, *output);
+    Result<> written = co_await stream.run(progress_);
     if (written.ok()) written = co_await output->flush();
     if (written.ok())
         prepared_ = std::move(output);
@@ -98,10 +91,10 @@ Task<Result<>> OpensslComponent::prepare(HeldFile& source, Path folder) {
     co_return written;
 }
 
-Task<Result<>> OpensslComponent::publishFile(HeldFile& source, Path target, Replace replace) {
+Task<Result<>> CryptoComponent::publishFile(HeldFile& source, std::string name, Replace replace) {
     if (!prepared_) co_return Fault{FaultKind::other, "no file is prepared"};
     Result<> published = source.verify();
-    if (published.ok()) published = co_await prepared_->publish(std::move(target), replace);
+    if (published.ok()) published = co_await prepared_->publish(std::move(name), replace);
     if (!published.ok()) co_await prepared_->discard();
     prepared_.reset();
     co_return published;

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/cipher.h"
+#include "platform/event_loop.h"
+#include "platform/file_toolbox.h"
+
+namespace vantrell {
+
+/// Encrypts one file into another one. One instance serves one file: settings first, then `prepareFile`, then
+/// `publishFile`.
+///
+/// The only combination there is: algorithm "aes", mode "ecb", 256 bits. The key is the text's ASCII bytes, cut at 32
+/// or filled up with zero bytes to 32. What cannot be set is reported by `prepareFile`. The text of the key is never
+/// kept; the key made of it is wiped as soon as it has been handed to the cipher, and in any case with the component.
+class CryptoComponent {
+public:
+    /// Bytes of the source done, and bytes there are.
+    using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
+
+    /// Loop and toolbox outlive the component, and the component its tasks.
+    CryptoComponent(EventLoop& loop, FileToolbox& toolbox, CipherFactory makeCipher);
+
+    void setAlgorithm(std::string_view name);
+    void setCipherMode(std::string_view name);
+    void setKeyLength(int bits);
+    void setSecretKey(std::string_view text, std::string_view encoding);
+    /// ECB uses none; accepted and checked like the key.
+    void setInitialisationVector(std::string_view text, std::string_view encoding);
+    void setProgress(Progress progress);
+
+    /// Reads the source to its end, encrypts it into a file without a name in the folder, and brings that to stable
+    /// storage. Fault `inUse` when the source turns out shorter or longer than it was when it was opened. Memory does
+    /// not grow with the file. `source` outlives the task.
+    Task<Result<>> prepareFile(HeldFile& source, Path folder);
+    /// Looks at the source once more and gives the prepared file its name, which lies in the folder that it was
+    /// prepared in. It appears under that name only when it is whole and on stable storage. `source` outlives the task.
+    Task<Result<>> publishFile(HeldFile& source, std::string name, Replace replace);
+
+private:
+    void refuse(const std::string& why);
+    bool acceptsText(std::string_view text, std::string_view encoding, const std::string& what);
+    [[nodiscard]] Result<> checkSettings() const;
+    Task<Result<>> prepare(HeldFile& source, Path folder);
+
+    EventLoop& loop_;
+    FileToolbox& toolbox_;
+    CipherFactory makeCipher_;
+    bool algorithmIsSet_ = false;
+    bool modeIsSet_ = false;
+    bool lengthIsSet_ = false;
+    bool keyIsSet_ = false;
+    std::string refusal_;  // the first setting that could not be accepted
+    CipherKey key_;
+    Progress progress_;
+    std::unique_ptr<OutputFile> prepared_;
+};
+
+using CryptoFactory = std::function<std::unique_ptr<CryptoComponent>()>;
+
+}  // namespace vantrell

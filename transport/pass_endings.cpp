@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "transport/pass_endings.h"
+
+#include "base/date_text.h"
+
+namespace vantrell {
+
+namespace {
+
+constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
+
+}  // namespace
+
+void PassEndings::paused(bool goesOn, Trouble trouble, const std::string& words, std::uint64_t rejected) {
+    const Message text = "ZEP Is PAUSED at " + named(timeText(p_.clock.now()));
+    p_.window.setPanel1(text.text());
+    p_.window.setCaption(text.text());
+    p_.report.showInLabel2(text);
+    finish(trouble, words, rejected);
+    p_.timRun.setEnabled(goesOn);
+    p_.mode.tmchkTimer_Timer();
+}
+
+void PassEndings::stopped(std::uint64_t rejected) {
+    p_.window.setPanel1("User Stopped Encrypting Files");
+    p_.window.setCaption("Done Encrpting Files");
+    p_.report.showInLabel2("User Stopped Encrypting Files");
+    finish(Trouble::none, {}, rejected);
+}
+
+void PassEndings::missingFolders(const std::string& words, std::uint64_t rejected) {
+    p_.window.setPanel1(kFoldersMissing);
+    p_.window.setCaption("Problem.... ");
+    p_.report.showInLabel2(kFoldersMissing);
+    finish(Trouble::folderGone, words, rejected);
+}
+
+void PassEndings::noPassword(std::uint64_t rejected) { finish(Trouble::noPassword, NoActivePassword::kText, rejected); }
+
+void PassEndings::finish(Trouble trouble, const std::string& words, std::uint64_t rejected) {
+    p_.state.PassInProgress = false;
+    (void)p_.settings.save();
+    p_.log.saveWhenOn();
+    p_.mode.tmchkTimer_Timer();
+    p_.window.setWaitPointer(false);
+    p_.window.clearProgress();
+    p_.notices.passEnded(trouble, words, rejected);
+}
+
+}  // namespace vantrell

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "transport/pass_parts.h"
+
+namespace vantrell {
+
+/// How a pass ends: what is shown and logged, and what is put in order.
+class PassEndings {
+public:
+    explicit PassEndings(PassParts parts) : p_(parts) {}
+
+    /// The next tick of the timer goes on, unless it was one full pass. `trouble` and `words` say what an operator who
+    /// does not look at the window should know; `rejected` is the number of files that this pass has rejected.
+    void paused(bool goesOn, Trouble trouble, const std::string& words, std::uint64_t rejected);
+    void stopped(std::uint64_t rejected);
+    void missingFolders(const std::string& words, std::uint64_t rejected);
+    void noPassword(std::uint64_t rejected);
+
+private:
+    void finish(Trouble trouble, const std::string& words, std::uint64_t rejected);
+
+    PassParts p_;
+};
+
+}  // namespace vantrell
