@@ -22,10 +22,10 @@ class [[nodiscard]] Result {
 public:
     // NOLINTNEXTLINE(google-explicit-constructor): `return value;` and `return fault;` are the point of it.
     Result(Fault fault) : content_(std::in_place_index<1>, std::move(fault)) {}
-    /// A value, or what a T can be made of (a pointer to a derived class).
+    /// A value, or what a T can be made of (a pointer to a derived class). Never another result: it hides no copying.
     template <std::convertible_to<T> Value = T>
     requires(!std::same_as<std::remove_cvref_t<Value>, Result> && !std::same_as<std::remove_cvref_t<Value>, Fault>)
-        // NOLINTNEXTLINE(google-explicit-constructor)
+        // NOLINTNEXTLINE(google-explicit-constructor, bugprone-forwarding-reference-overload)
         Result(Value&& value)
         : content_(std::in_place_index<0>, std::forward<Value>(value)) {}
 

@@ -27,7 +27,7 @@ CipherStream::CipherStream(EventLoop& loop, Cipher& cipher, HeldFile& source, Ou
 Result<std::size_t> CipherStream::fill() {
     std::size_t filled = 0;
     while (filled < plain_.size()) {
-        const Result<std::size_t> got = source_.read(plain_.subspan(filled));
+        Result<std::size_t> got = source_.read(plain_.subspan(filled));
         if (!got.ok()) return got;
         if (got.value() == 0) break;
         filled += got.value();
@@ -37,9 +37,9 @@ Result<std::size_t> CipherStream::fill() {
 
 // All pieces but the last are whole blocks, so no more than one piece and the padding comes out at once.
 Result<std::size_t> CipherStream::encrypt(std::size_t plainBytes, bool isLast) {
-    const Result<std::size_t> made = cipher_.add(plain_.first(plainBytes), encrypted_);
+    Result<std::size_t> made = cipher_.add(plain_.first(plainBytes), encrypted_);
     if (!made.ok() || !isLast) return made;
-    const Result<std::size_t> padding = cipher_.finish(encrypted_.subspan(made.value()));
+    Result<std::size_t> padding = cipher_.finish(encrypted_.subspan(made.value()));
     if (!padding.ok()) return padding;
     return made.value() + padding.value();
 }
