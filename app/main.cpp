@@ -3,8 +3,6 @@
 #include <QSessionManager>
 
 #include "app/program.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/linux_kernel.h"
 #include "platform/linux/signal_source.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/program_icon.h"
@@ -23,9 +21,7 @@ int main(int argc, char** argv) {
     vantrell::VisibleIndicators::install();
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::LinuxKernel kernel;
-    vantrell::PosixDataFiles files(kernel);
-    vantrell::Program program(clock, timers, files);
+    vantrell::Program program(clock, timers);
     program.endWhenAsked(endRequests);
     // Whether the program starts with the session is the start-up entry's business; started by both it would start
     // twice.

@@ -9,11 +9,12 @@
 
 namespace vantrell {
 
-Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
+Program::Program(const Clock& clock, Timers& timers)
     : loop_(clock),
       flushesCompleted_(kernel_.flushCompletions(loop_.queue())),
       dataFolder_(appFolderBelow(host_.profileFolder())),
       toolbox_(loop_, kernel_, clock),
+      files_(kernel_),
       entry_(kernel_, host_.programFolder()),
       database_(loop_),
       lines_(kernel_, dataFolder_, temporaryFolder()),
@@ -23,7 +24,7 @@ Program::Program(const Clock& clock, Timers& timers, DataFiles& files)
       historyText_(logFolderBelow(dataFolder_), logReading_, loop_, window_),
       history_(logFolderBelow(dataFolder_), toolbox_, loop_, historyText_, window_),
       boxes_(loop_.queue(), &window_),
-      engine_(machine(clock, timers, files), screen(), [] { QCoreApplication::exit(0); }),
+      engine_(machine(clock, timers), screen(), [] { QCoreApplication::exit(0); }),
       listeners_(engine_.listeners(history_)),
       sessionEnd_([this] { engine_.ending.saveAll(); }, [this] { engine_.ending.closeForGood(); }) {
     window_.setListeners(&listeners_);
@@ -39,9 +40,9 @@ Program::~Program() {
     window_.setListeners(nullptr);
 }
 
-Machine Program::machine(const Clock& clock, Timers& timers, DataFiles& files) {
+Machine Program::machine(const Clock& clock, Timers& timers) {
     return {clock,    timers, loop_,     host_,           instance_,        entry_,
-            toolbox_, files,  database_, databaseCopier_, makeOpensslCipher};
+            toolbox_, files_, database_, databaseCopier_, makeOpensslCipher};
 }
 
 Screen Program::screen() {

@@ -10,6 +10,7 @@
 #include "mainwindow/frmMain.h"
 #include "passwords/frmEDPasswords.h"
 #include "platform/desktop/xdg_startup_entry.h"
+#include "platform/files/posix_data_files.h"
 #include "platform/files/posix_file_reading.h"
 #include "platform/files/posix_toolbox.h"
 #include "platform/files/spilled_lines.h"
@@ -31,9 +32,8 @@ namespace vantrell {
 /// The engine with its windows, on this machine. Needs a QApplication.
 class Program {
 public:
-    /// These come from outside and outlive the program, so that a week can be tried out in a minute, and a disk that
-    /// fails without one.
-    Program(const Clock& clock, Timers& timers, DataFiles& files);
+    /// Time comes from outside and outlives the program, so that a week can be tried out in a minute.
+    Program(const Clock& clock, Timers& timers);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] const Engine& engine() const { return engine_; }
 
 private:
-    [[nodiscard]] Machine machine(const Clock& clock, Timers& timers, DataFiles& files);
+    [[nodiscard]] Machine machine(const Clock& clock, Timers& timers);
     [[nodiscard]] Screen screen();
     void hearShowRequests();
 
@@ -58,6 +58,7 @@ private:
     const Path dataFolder_;
     PosixInstanceLock instance_;
     PosixToolbox toolbox_;
+    PosixDataFiles files_;
     XdgStartupEntry entry_;
     SqliteDatabase database_;
     SqliteCopier databaseCopier_;

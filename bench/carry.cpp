@@ -18,8 +18,6 @@
 
 #include "app/program.h"
 #include "bench/heart_beat.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
@@ -85,9 +83,7 @@ struct Figures {
 Figures runProgram(std::uint64_t files, std::uint64_t settleAfter) {
     const vantrell::SystemClock clock{};
     vantrell::QtTimers timers;
-    vantrell::LinuxKernel kernel;
-    vantrell::PosixDataFiles dataFiles{kernel};
-    vantrell::Program program(clock, timers, dataFiles);
+    vantrell::Program program(clock, timers);
     Figures figures;
     if (!program.start()) return figures;
     std::int64_t settled = 0;

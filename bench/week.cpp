@@ -20,8 +20,6 @@
 #include "app/program.h"
 #include "base/date_text.h"
 #include "bench/heart_beat.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/linux_kernel.h"
 #include "rig/hand_driven_timers.h"
 #include "rig/profile.h"
 
@@ -92,7 +90,7 @@ public:
 
     bool start() {
         profile_.use();
-        program_ = std::make_unique<Program>(clock_, timers_, dataFiles_);
+        program_ = std::make_unique<Program>(clock_, timers_);
         if (!program_->start()) return false;
         timers_["timMax"].tickNow();
         waitForPass();
@@ -122,8 +120,6 @@ private:
     test::Profile profile_{folder_.path()};
     SettableClock clock_;
     test::HandDrivenTimers timers_;
-    LinuxKernel kernel_;
-    PosixDataFiles dataFiles_{kernel_};
     std::unique_ptr<Program> program_;
 };
 

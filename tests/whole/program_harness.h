@@ -10,8 +10,6 @@
 #include <optional>
 
 #include "app/program.h"
-#include "platform/files/posix_data_files.h"
-#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
@@ -40,7 +38,7 @@ protected:
     }
     /// The same on the profile as it stands.
     void startOnProfile() {
-        program.emplace(clock, timers, dataFiles);
+        program.emplace(clock, timers);
         useWindow(program->window());
         ASSERT_TRUE(program->start());
         ASSERT_TRUE(waitFor([&] { return !program->engine().state.StartupPassMarker; }));
@@ -92,8 +90,6 @@ protected:
     Profile profile{folder.makeFolder(std::string(120, 'p'))};
     ShiftedClock clock;
     QtTimers timers;
-    LinuxKernel kernel;
-    PosixDataFiles dataFiles{kernel};
     std::optional<Program> program;
 };
 
