@@ -11,6 +11,7 @@
 
 #include "app/program.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/system_clock.h"
 #include "platform/qt/qt_timers.h"
 #include "rig/profile.h"
@@ -90,7 +91,8 @@ protected:
     Profile profile{folder.path()};
     ShiftedClock clock;
     QtTimers timers;
-    PosixDataFiles dataFiles;
+    LinuxKernel kernel;
+    PosixDataFiles dataFiles{kernel};
     std::optional<Program> program;
 };
 
