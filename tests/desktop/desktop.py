@@ -96,6 +96,17 @@ class Screen:
     def press(self, key):
         self.ask("xdotool", "key", key)
 
+    def close_window(self, closed, what):
+        """Presses alt+F4 until `closed`. On a busy display the window manager misses a key now and then; only as long
+        as the window is in front, as it was before, is the key pressed again."""
+        for _ in range(10):
+            self.press("alt+F4")
+            try:
+                return wait_until(lambda: closed() or not self.is_in_front(), what, 3)
+            except AssertionError:
+                continue
+        raise AssertionError("waited in vain: " + what)
+
 
 class Bus:
     """A message bus that starts no services; it stands for the session's and the system's."""

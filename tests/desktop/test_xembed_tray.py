@@ -16,7 +16,7 @@ class Tray(DesktopTest):
         wait_until(self.screen.icon, "the icon")
 
     def close(self):
-        self.screen.press("alt+F4")
+        self.screen.close_window(self.screen.is_hidden, "the window to hide")
 
     def open_pop_up(self):
         self.start_in_tray()
@@ -59,14 +59,14 @@ class NoTray(DesktopTest):
         profile, process = self.start_program(screen.environment)
         wait_until(lambda: profile.has_logged("ZEP Is PAUSED at"), "the first pass, which comes after showing")
         wait_until(screen.is_in_front, "the window")
-        screen.press("alt+F4")
+        screen.close_window(screen.is_minimized, "the window to be minimized")
         wait_until(screen.is_minimized, "the window to be minimized")
         screen.ask("xdotool", "windowactivate", screen.main_window())
         wait_until(screen.is_in_front, "the window, brought back through the window manager")
         screen.tray()
         wait_until(screen.icon, "the icon in the tray that came late")
         self.assertTrue(screen.is_shown())
-        screen.press("alt+F4")
+        screen.close_window(screen.is_hidden, "the window to hide")
         wait_until(screen.is_hidden, "the window to hide")
         screen.click(1)
         wait_until(screen.is_in_front, "the window")
