@@ -29,7 +29,8 @@ struct SettingsRecord {
     bool operator==(const SettingsRecord&) const = default;
 };
 
-/// The state of the running program: one object, made in main and passed to whoever needs it.
+/// The state of the running program that more than one room reads: one object, made by the engine and passed to whoever
+/// needs it.
 struct ProgramState {
     SettingsRecord settings;
 
@@ -46,6 +47,9 @@ struct ProgramState {
                settings.RejectFolder.empty();
     }
 };
+
+/// What the main window says when a folder is missing in the settings (see anyFolderIsEmpty).
+inline constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
 
 /// Names of the version information; they also name the levels of the data folder.
 inline constexpr char kCompanyName[] = "Quillon, Inc";

@@ -5,12 +5,6 @@
 
 namespace vantrell {
 
-namespace {
-
-constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
-
-}  // namespace
-
 void MainWindowController::startPressed() {
     if (p_.state.anyFolderIsEmpty()) return p_.window.setLabel2(kFolderIsEmpty);
     if (startQuestion_.isIdle()) startQuestion_.start(start());

@@ -12,7 +12,6 @@ namespace vantrell {
 
 namespace {
 
-constexpr char kFolderIsEmpty[] = "One or all of the folder parameters are missing. Please check below.";
 constexpr int kMostMachineFaults = 3;
 
 bool isEncrypted(const Path& path) {
