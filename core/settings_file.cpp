@@ -32,7 +32,7 @@ SettingsFile::Loaded SettingsFile::loadSettings() {
 }
 
 Result<Saved> SettingsFile::saveSettings() {
-    const Result<Saved> saved = write();
+    Result<Saved> saved = write();
     if (saved.ok()) stored_ = state_.settings;
     return saved;
 }

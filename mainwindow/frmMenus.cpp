@@ -43,7 +43,18 @@ void mark(QAction& entry, bool checked) {
 
 frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) {
     bar_.setAccessibleName(tr("Menu bar"));
+    addStartupMenu();
+    addFilesMenu();
+    addViewMenu();
+    QAction* about = bar_.addAction(tr("&About"));
+    about->setObjectName(QStringLiteral("mnuabout"));
+    about->setMenuRole(QAction::NoRole);
+    connect(about, &QAction::triggered, this, [this] {
+        if (listeners_ != nullptr) listeners_->about.aboutChosen();
+    });
+}
 
+void frmMenus::addStartupMenu() {
     QMenu& startup = *addMenu(QStringLiteral("mnuStartup"), tr("Start Up &Options"),
                               tr("When the program starts, and what it does then"));
     addEntry(startup, QStringLiteral("mnAddtoStartup"), tr("&Add to Startup"),
@@ -61,7 +72,9 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
                      [](auto& to) { to.options.mnuStartOnLoad(); });
     mnmax_ = addCheckMark(startup, QStringLiteral("mnmax"), tr("Run &Normal (Not Minimized) at Start Up?"),
                           [](auto& to) { to.options.mnmax(); });
+}
 
+void frmMenus::addFilesMenu() {
     QMenu& files = *addMenu(QStringLiteral("mnuPasswordsAndFiles"), tr("Passwords and &Files"),
                             tr("How passwords and files are treated"));
     addEntry(files, QStringLiteral("mnuPasswords"), tr("Update/Add &Passwords"),
@@ -75,7 +88,9 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
                          [](auto& to) { to.options.mnOW(); });
     addEntry(files, QStringLiteral("mnDeleteDone"), tr("&Manually Delete Done Files"),
              [](auto& to) { to.deleteDone.mnDeleteDone(); });
+}
 
+void frmMenus::addViewMenu() {
     QMenu& view = *addMenu(QStringLiteral("mnview"), tr("&View"), tr("The log and the current password"));
     addEntry(view, QStringLiteral("mnviewCL"), tr("View &Current Log"),
              [](auto& to) { to.log.viewCurrentLogChosen(); });
@@ -86,13 +101,6 @@ frmMenus::frmMenus(QMenuBar& bar, QObject* parent) : QObject(parent), bar_(bar) 
     view.addSeparator();
     mnLogOffOn_ = addCheckMark(view, QStringLiteral("mnLogOffOn"), tr("Turn &Off Loging"),
                                [](auto& to) { to.log.turnOffLoggingChosen(); });
-
-    QAction* about = bar_.addAction(tr("&About"));
-    about->setObjectName(QStringLiteral("mnuabout"));
-    about->setMenuRole(QAction::NoRole);
-    connect(about, &QAction::triggered, this, [this] {
-        if (listeners_ != nullptr) listeners_->about.aboutChosen();
-    });
 }
 
 void frmMenus::addRestoreMenu(QMenu& files) {

@@ -33,6 +33,9 @@ private:
 
     QMenu* addMenu(const QString& name, const QString& caption, const QString& description);
     static void describe(QMenu& menu, const QString& name, const QString& description);
+    void addStartupMenu();
+    void addFilesMenu();
+    void addViewMenu();
     void addRestoreMenu(QMenu& files);
     QAction* addEntry(QMenu& menu, const QString& name, const QString& caption, Choice choice);
     QAction* addCheckMark(QMenu& menu, const QString& name, const QString& caption, Choice choice);
