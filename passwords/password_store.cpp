@@ -40,8 +40,8 @@ private:
 }  // namespace
 
 // One operation at a time: the next begins when the one before it is through.
-template <class Result>
-Task<Result> PasswordStore::alone(Task<Result> (PasswordOperations::*operation)()) {
+template <class Value>
+Task<Value> PasswordStore::alone(Task<Value> (PasswordOperations::*operation)()) {
     const auto held = co_await lock_.acquire();
     co_return co_await (operations_.*operation)();
 }

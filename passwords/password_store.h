@@ -60,8 +60,8 @@ public:
     void closeStoreObjects() { operations_.objects().close(); }
 
 private:
-    template <class Result>
-    Task<Result> alone(Task<Result> (PasswordOperations::*operation)());
+    template <class Value>
+    Task<Value> alone(Task<Value> (PasswordOperations::*operation)());
 
     TaskLock lock_;
     PasswordOperations operations_;
