@@ -187,6 +187,14 @@ TEST_F(ScanPassTest, StopWithdrawsTheQuestionAndLeavesTheFile) {
     EXPECT_EQ(bench.window.caption, "Done Encrpting Files");
 }
 
+TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    group.abort();
+    expectBothFilesInSource();
+    EXPECT_TRUE(bench.messages().empty());
+    EXPECT_EQ(readFile(bench.out("a.enc")), "old");
+}
+
 TEST_F(ScanPassTest, ASinglePassLeavesTheTimerOff) {
     writeFile(bench.in("a"), "a");
     writeFile(bench.out("a.enc"), "old");
