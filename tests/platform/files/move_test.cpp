@@ -174,12 +174,12 @@ TEST_F(OneFile, OfTwoNamesTheSourceNameGoesAndOneNameStays) {
 }
 
 /// A kernel whose flushes of folders fail while it is told so.
-class FailingFlushes final : public ForwardingKernel {
+class FailingFlushes final : public KernelBesideLoop {
 public:
-    using ForwardingKernel::ForwardingKernel;
+    using KernelBesideLoop::KernelBesideLoop;
     void startFlush(RunQueue& queue, Ticket<int> ticket, int file) override {
         if (isFailing) return queue.wake(ticket, EIO);
-        ForwardingKernel::startFlush(queue, ticket, file);
+        KernelBesideLoop::startFlush(queue, ticket, file);
     }
     bool isFailing = true;
 };
