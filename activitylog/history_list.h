@@ -61,7 +61,6 @@ public:
     void clear();
 
     [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
-    [[nodiscard]] std::size_t ListedFileCount() const { return rows_.size(); }
     /// 0 while there is none.
     [[nodiscard]] std::size_t currentRow() const { return currentRow_; }
 

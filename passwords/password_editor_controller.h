@@ -36,7 +36,6 @@ public:
     void open() override;
     /// Closes the window at once and drops all work of its own; what was not yet saved is undone.
     void abort() override;
-    [[nodiscard]] bool isLoaded() const { return isLoaded_; }
 
     [[nodiscard]] std::string enteredPassword() const override;
     [[nodiscard]] bool activeChoice() const override;

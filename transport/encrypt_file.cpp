@@ -19,9 +19,8 @@ struct FileEncryption::Work {
     bool isAtItsTurn = false;  // its progress may be shown
 };
 
-// A file that stands under a name which is needed, and what is said about it.
+// What is said about a file that has the name which is needed.
 struct FileEncryption::Obstacle {
-    Path path;
     Message status;
     std::string question;
 };
@@ -86,7 +85,7 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
     Replace replace = Replace::never;
     if (FileExists(toolbox_, output)) {
         const Permission permission = co_await mayReplace(
-            work, {output, " Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
+            work, {" Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
                    " Encrypting file \r\n" + shownSource + " already exists in the folder " +
                        displayText(work.order.destinationFolder) + ".\r\n\r\nDo you want to overwrite this file?\r\n" +
                        refusal});
@@ -115,7 +114,7 @@ Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     Replace replace = Replace::never;
     if (FileExists(toolbox_, target)) {
         const Permission permission = co_await mayReplace(
-            work, {target, " Moving orginal file " + named(target) + " already exists in the folder!.",
+            work, {" Moving orginal file " + named(target) + " already exists in the folder!.",
                    " The orginal file  " + displayText(work.order.sourcePath) + " already exists in the folder " +
                        displayText(work.order.doneFolder) +
                        "!.\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
