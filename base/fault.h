@@ -12,7 +12,10 @@ enum class FaultKind {
     nameTaken,      ///< there is something with the target name already, and it may not be replaced
     noSpace,        ///< the target's file system is full or over quota
     deviceFailing,  ///< the target's file system is read-only or its writes fail
-    other,          ///< anything else; the text says what
+    machine,  ///< something else is wrong with the machine or a folder, and no file's fault: no descriptor is left,
+              ///< no memory, a server does not answer, a folder takes no file
+    notPermitted,  ///< this one file may not be moved by us (another owner's): it stays where it is
+    other,         ///< anything else; the text says what
 };
 
 /// What went wrong: a kind for the program, and words for people (UTF-8).
@@ -21,7 +24,9 @@ struct Fault {
     std::string text;
 
     /// True when the machine is at fault and not the file that was at work.
-    [[nodiscard]] bool isTheMachines() const { return kind == FaultKind::noSpace || kind == FaultKind::deviceFailing; }
+    [[nodiscard]] bool isTheMachines() const {
+        return kind == FaultKind::noSpace || kind == FaultKind::deviceFailing || kind == FaultKind::machine;
+    }
 };
 
 }  // namespace vantrell

@@ -35,12 +35,31 @@ public:
 
     /// Bytes, as of the opening.
     [[nodiscard]] virtual std::uint64_t size() const = 0;
-    /// Reads the next bytes; the value is how many came, 0 at the end of the file. A fault is never the machine's: what
-    /// cannot be read is one file's trouble, even where it is the disk's.
+    /// Reads the next bytes; the value is how many came, 0 at the end of the file. What the disk cannot read is one
+    /// file's trouble; a server that does not answer is the machine's.
     virtual Result<std::size_t> read(std::span<std::byte> into) = 0;
+    /// The next reading begins at the first byte again.
+    virtual void rewind() = 0;
     /// Fault `inUse` when somebody has the file open for writing, or when it or what stands under its path is not what
     /// was opened (a changed file, another file, a link); `notThere` when nothing stands there any more.
     virtual Result<> verify() = 0;
+};
+
+/// A regular file that stands already under a name that is needed, and may be what would be put there.
+class StandingFile {
+public:
+    StandingFile() = default;
+    StandingFile(const StandingFile&) = delete;
+    StandingFile& operator=(const StandingFile&) = delete;
+    virtual ~StandingFile() = default;
+
+    /// Bytes, as of the opening.
+    [[nodiscard]] virtual std::uint64_t size() const = 0;
+    /// As HeldFile::read.
+    virtual Result<std::size_t> read(std::span<std::byte> into) = 0;
+    /// Brings the file and its name to stable storage. Fault `inUse` when what stands there is not what was opened, or
+    /// has changed since, or is being written to.
+    virtual Task<Result<>> confirm() = 0;
 };
 
 /// A new file that has no final name until it is whole and on stable storage. Destroying it before `publish` has ended
@@ -73,11 +92,21 @@ struct SearchOrder {
     /// Told of each folder whose files are missing from the result, all or some, because it cannot be read. A folder
     /// that went away meanwhile is none.
     std::function<void(const Path&, const Fault&)> notRead = [](const Path&, const Fault&) {};
+    /// The files that will be held later in this pass. Where the system does not tell who writes to a file, the first
+    /// look at these is taken by the search, so that the pass waits for the second one only once. All when empty.
+    std::function<bool(const Path&)> willBeHeld = {};
 };
 
 /// When a move within one file system is brought to stable storage. `later`: with the next `flushMoves`; until then a
 /// crash of the machine may undo it, which leaves the file under its old name.
 enum class Durable { now, later };
+
+/// What a regular file at the target is that equals the source byte for byte and that nobody writes to.
+enum class OnEqual {
+    isAnother,   ///< a file like any other: only `Replace` counts
+    isTheSame,   ///< the source itself, moved earlier: it counts as arrived now, is flushed, and the source name goes
+    isReplaced,  ///< as `isTheSame`, but not believed to be on the disk: the source takes its place
+};
 
 struct MoveOrder {
     Path source;
@@ -86,6 +115,8 @@ struct MoveOrder {
     /// When given: the move is refused with `inUse` unless the file at `source` is still this one.
     HeldFile* expected = nullptr;
     Durable durable = Durable::now;
+    /// Needs `expected`.
+    OnEqual onEqual = OnEqual::isAnother;
 };
 
 /// The file operations of the program. Only regular files are files here: links, FIFOs, sockets and devices are never
@@ -99,6 +130,19 @@ public:
     FileToolbox(const FileToolbox&) = delete;
     FileToolbox& operator=(const FileToolbox&) = delete;
     virtual ~FileToolbox() = default;
+
+    /// A pass begins. Until `endPass`, everything below `source` is reached through the folder that stands there now
+    /// and never through a link below it, and what is published and moved is remembered (`wasMadeInThisPass`).
+    virtual void beginPass(const Path& source) = 0;
+    virtual void endPass() = 0;
+    /// Whether what stands under the path was published or moved there since `beginPass`, under whatever name.
+    [[nodiscard]] virtual bool wasMadeInThisPass(const Path& path) const = 0;
+    /// Whether names that differ in letter case, or in how they are composed, may be one name in the folder, or the
+    /// identities of files change there: then `wasMadeInThisPass` may miss one.
+    [[nodiscard]] virtual bool hasUncertainNames(const Path& folder) const = 0;
+    /// Is told at once of every flush that has failed, of a file or a folder. A later flush that succeeds proves
+    /// nothing.
+    virtual void onFlushFault(std::function<void()> told) = 0;
 
     /// What stands under the path; links are `other`. `missing` also when it cannot be told.
     [[nodiscard]] virtual EntryKind kindOf(const Path& path) const = 0;
@@ -119,19 +163,26 @@ public:
     /// None when the folder cannot be read.
     virtual Task<std::vector<Path>> listFiles(Path folder) = 0;
 
-    /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing.
+    /// Opens a regular file for reading. Fault `inUse` when somebody has it open for writing, or when nothing tells yet
+    /// that nobody has.
     virtual Result<std::unique_ptr<HeldFile>> hold(const Path& path) = 0;
+    /// The same, and waits where only time can tell. Ends early, with `inUse`, when `isStopped` answers True.
+    virtual Task<Result<std::unique_ptr<HeldFile>>> holdInTurn(Path path, std::function<bool()> isStopped) = 0;
+    /// Opens what stands under a name that is needed. Fault `inUse` when somebody is known to write to it.
+    virtual Result<std::unique_ptr<StandingFile>> openStanding(const Path& path) = 0;
     /// Begins a new file that will get its name in the given folder.
     virtual Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) = 0;
 
     /// Within one file system; never replaces. Nothing changed when there is a fault.
     virtual Task<Result<>> rename(Path source, Path target) = 0;
     /// Also across file systems. The file is at the target on success. Nothing has changed when there is a fault, but
-    /// for one case that its text tells: the file stands in the target folder and could not be put back.
+    /// for one case that its text tells: the file stands in the target folder and could not be put back. Fault
+    /// `notPermitted` when this file may not be moved although the target folder takes files.
     virtual Task<Result<>> move(MoveOrder order) = 0;
     /// Brings the moves that were to be durable later to stable storage, those of one folder together; many of them are
-    /// brought there before that. A fault concerns any of the moves since the last call: the files are at their
-    /// targets, and a crash of the machine may undo that. It is the machine's trouble, not that of one file.
+    /// brought there before that. A fault concerns any of the moves since the last call: those that are not known to be
+    /// on stable storage have been taken back, as far as that could be done, and the text says so. It is the machine's
+    /// trouble, not that of one file.
     virtual Task<Result<>> flushMoves() = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.

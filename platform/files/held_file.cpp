@@ -36,8 +36,9 @@ Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(Kernel& kernel, UsePr
 
 Result<std::size_t> PosixHeldFile::read(std::span<std::byte> into) {
     ssize_t count = -EINTR;
-    while (count == -EINTR) count = file_.kernel().read(file_.get(), into);
+    while (count == -EINTR) count = file_.kernel().pread(file_.get(), into, next_);
     if (count < 0) return sourceFault(static_cast<int>(-count), "The file cannot be read");
+    next_ += count;
     return static_cast<std::size_t>(count);
 }
 

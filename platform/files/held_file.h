@@ -18,6 +18,7 @@ public:
 
     [[nodiscard]] std::uint64_t size() const override { return stamp_.size; }
     Result<std::size_t> read(std::span<std::byte> into) override;
+    void rewind() override { next_ = 0; }
     Result<> verify() override;
 
     /// Fault `inUse` when the file is in use now.
@@ -33,6 +34,7 @@ private:
     UniqueFd file_;
     struct stat status_;
     FileStamp stamp_;
+    off_t next_ = 0;  ///< where the next reading begins
 };
 
 Fault inUseFault();

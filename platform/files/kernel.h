@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <linux/openat2.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/vfs.h>
@@ -28,6 +29,8 @@ public:
 
     // A descriptor or a number of bytes, or the negative error number.
     [[nodiscard]] virtual int openat(int folder, const char* path, int flags, mode_t mode) = 0;
+    /// With rules about the way: RESOLVE_BENEATH, RESOLVE_NO_SYMLINKS (Linux 5.6 and later; ENOSYS before).
+    [[nodiscard]] virtual int openat2(int folder, const char* path, const open_how& how) = 0;
     [[nodiscard]] virtual ssize_t read(int file, std::span<std::byte> into) = 0;
     [[nodiscard]] virtual ssize_t pread(int file, std::span<std::byte> into, off_t offset) = 0;
     [[nodiscard]] virtual ssize_t write(int file, std::span<const std::byte> bytes) = 0;

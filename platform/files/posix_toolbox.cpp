@@ -10,6 +10,7 @@
 #include "platform/files/folder_search.h"
 #include "platform/files/held_file.h"
 #include "platform/files/place.h"
+#include "platform/files/standing_file.h"
 
 namespace vantrell {
 
@@ -31,6 +32,23 @@ PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, 
       disposer_(loop),
       parts_{loop, kernel, disposer_, NamelessSupport(options.namelessFiles)},
       mover_(parts_, probe_) {}
+
+void PosixToolbox::beginPass(const Path&) {
+    parts_.made.clear();
+    parts_.systems.forget();
+}
+
+void PosixToolbox::endPass() { parts_.made.clear(); }
+
+bool PosixToolbox::wasMadeInThisPass(const Path& path) const {
+    struct stat status {};
+    return statusOf(kernel_, path, status) == 0 && parts_.made.contains(identityOf(status));
+}
+
+bool PosixToolbox::hasUncertainNames(const Path& folder) const {
+    const UniqueFd opened = openFolder(kernel_, folder);
+    return !opened || !parts_.systems.of(opened).hasFixedIdentities;
+}
 
 EntryKind PosixToolbox::kindOf(const Path& path) const {
     struct stat status {};
@@ -60,6 +78,16 @@ Result<std::unique_ptr<HeldFile>> PosixToolbox::hold(const Path& path) {
     Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(kernel_, probe_, path);
     if (!file.ok()) return file.fault();
     if (Result<> done = file.value()->checkUse(); !done.ok()) return done.fault();
+    return file.take();
+}
+
+Task<Result<std::unique_ptr<HeldFile>>> PosixToolbox::holdInTurn(Path path, std::function<bool()>) {
+    co_return hold(path);
+}
+
+Result<std::unique_ptr<StandingFile>> PosixToolbox::openStanding(const Path& path) {
+    Result<std::unique_ptr<PosixStandingFile>> file = PosixStandingFile::open(loop_, kernel_, probe_, path);
+    if (!file.ok()) return file.fault();
     return file.take();
 }
 

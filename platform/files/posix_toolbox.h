@@ -24,6 +24,11 @@ public:
     PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock);
     PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, Options options);
 
+    void beginPass(const Path& source) override;
+    void endPass() override;
+    [[nodiscard]] bool wasMadeInThisPass(const Path& path) const override;
+    [[nodiscard]] bool hasUncertainNames(const Path& folder) const override;
+    void onFlushFault(std::function<void()> told) override { parts_.flushHasFailed = std::move(told); }
     [[nodiscard]] EntryKind kindOf(const Path& path) const override;
     [[nodiscard]] bool isFolder(const Path& path) const override;
     [[nodiscard]] bool isSameFolder(const Path& one, const Path& other) const override;
@@ -32,6 +37,8 @@ public:
     Task<std::vector<Path>> search(SearchOrder order) override;
     Task<std::vector<Path>> listFiles(Path folder) override;
     Result<std::unique_ptr<HeldFile>> hold(const Path& path) override;
+    Task<Result<std::unique_ptr<HeldFile>>> holdInTurn(Path path, std::function<bool()> isStopped) override;
+    Result<std::unique_ptr<StandingFile>> openStanding(const Path& path) override;
     Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) override;
     Task<Result<>> rename(Path source, Path target) override;
     Task<Result<>> move(MoveOrder order) override;
@@ -47,7 +54,7 @@ private:
     QuietTime quietTime_;
     UseProbe probe_;
     Disposer disposer_;
-    OutputParts parts_;
+    mutable OutputParts parts_;  // what is known of file systems is found out by asking
     FileMover mover_;
 };
 

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/random.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -38,6 +39,11 @@ private:
 
 int LinuxKernel::openat(int folder, const char* path, int flags, mode_t mode) {
     return numberOrError(::openat(folder, path, flags, mode));
+}
+
+// The C library has no function for it.
+int LinuxKernel::openat2(int folder, const char* path, const open_how& how) {
+    return static_cast<int>(numberOrError(::syscall(SYS_openat2, folder, path, &how, sizeof how)));
 }
 
 ssize_t LinuxKernel::read(int file, std::span<std::byte> into) {

@@ -12,6 +12,7 @@ namespace vantrell {
 class LinuxKernel : public Kernel {
 public:
     [[nodiscard]] int openat(int folder, const char* path, int flags, mode_t mode) override;
+    [[nodiscard]] int openat2(int folder, const char* path, const open_how& how) override;
     [[nodiscard]] ssize_t read(int file, std::span<std::byte> into) override;
     [[nodiscard]] ssize_t pread(int file, std::span<std::byte> into, off_t offset) override;
     [[nodiscard]] ssize_t write(int file, std::span<const std::byte> bytes) override;

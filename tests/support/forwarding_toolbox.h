@@ -13,6 +13,11 @@ class ForwardingToolbox : public FileToolbox {
 public:
     explicit ForwardingToolbox(FileToolbox& real) : real_(real) {}
 
+    void beginPass(const Path& source) override { real_.beginPass(source); }
+    void endPass() override { real_.endPass(); }
+    [[nodiscard]] bool wasMadeInThisPass(const Path& path) const override { return real_.wasMadeInThisPass(path); }
+    [[nodiscard]] bool hasUncertainNames(const Path& folder) const override { return real_.hasUncertainNames(folder); }
+    void onFlushFault(std::function<void()> told) override { real_.onFlushFault(std::move(told)); }
     [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
     [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
     [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
@@ -21,6 +26,10 @@ public:
     Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
     Task<std::vector<Path>> listFiles(Path folder) override { return real_.listFiles(std::move(folder)); }
     Result<std::unique_ptr<HeldFile>> hold(const Path& path) override { return real_.hold(path); }
+    Task<Result<std::unique_ptr<HeldFile>>> holdInTurn(Path path, std::function<bool()> isStopped) override {
+        return real_.holdInTurn(std::move(path), std::move(isStopped));
+    }
+    Result<std::unique_ptr<StandingFile>> openStanding(const Path& path) override { return real_.openStanding(path); }
     Result<std::unique_ptr<OutputFile>> createOutput(const Path& folder) override { return real_.createOutput(folder); }
     Task<Result<>> rename(Path source, Path target) override { return real_.rename(source, target); }
     Task<Result<>> move(MoveOrder order) override { return real_.move(std::move(order)); }

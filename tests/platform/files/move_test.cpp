@@ -101,6 +101,7 @@ public:
     explicit SwapsAfterVerifying(std::function<void()> swap) : swap_(std::move(swap)) {}
     [[nodiscard]] std::uint64_t size() const override { return 0; }
     Result<std::size_t> read(std::span<std::byte>) override { return std::size_t{0}; }
+    void rewind() override {}
     Result<> verify() override {
         swap_();
         return {};
