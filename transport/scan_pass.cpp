@@ -188,7 +188,7 @@ Task<void> ScanPass::endCarrying(Next next) {
     if (stopRequested_) co_return end();
     if (!flushed.ok() || flushHasFailed())
         co_return endPaused(Trouble::diskFails, flushed.ok() ? kFlushFailed : flushed.fault().text);
-    if (isWhole_) p_.flushNote.clear();
+    if (isWhole_ && folders_.unreadWords().empty()) p_.flushNote.clear();
     end();
 }
 
