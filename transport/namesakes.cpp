@@ -36,7 +36,7 @@ Task<std::vector<std::size_t>> repeatedMarks(EventLoop& loop, const std::vector<
 
 }  // namespace
 
-// For each file its path and its mark, each followed by a NUL, which no path can hold.
+// For each file the Source folder, its path and its mark, each followed by a NUL, which no path can hold.
 Result<> Namesakes::load() {
     if (isLoaded_) return {};
     const Result<std::string> text = files_.read(list_, std::numeric_limits<std::size_t>::max());
@@ -46,12 +46,12 @@ Result<> Namesakes::load() {
     std::vector<std::string> fields;
     for (std::size_t begin = 0, end = 0; (end = stored_.find('\0', begin)) != std::string::npos; begin = end + 1)
         fields.push_back(stored_.substr(begin, end - begin));
-    for (std::size_t i = 0; i + 1 < fields.size(); i += 2)
-        groups_[foldedNameOf(fields[i])][fields[i]].mark = fields[i + 1];
+    for (std::size_t i = 0; i + 2 < fields.size(); i += 3)
+        groups_[{fields[i], foldedNameOf(fields[i + 1])}][fields[i + 1]].mark = fields[i + 2];
     return {};
 }
 
-void Namesakes::lookForListed(const FileToolbox& toolbox) {
+Task<void> Namesakes::lookForListed(EventLoop& loop, const FileToolbox& toolbox) {
     for (auto& [name, group] : groups_) {
         for (auto& [file, member] : group) {
             std::string mark = toolbox.markOf(file);
@@ -59,6 +59,7 @@ void Namesakes::lookForListed(const FileToolbox& toolbox) {
             // Another file under the path means that the one before it has left.
             member.hasLeft |= mark != member.mark;
             if (member.isInSource) member.mark = std::move(mark);
+            co_await loop.breathe();
         }
     }
 }
@@ -67,29 +68,31 @@ Task<void> Namesakes::add(EventLoop& loop, const FileToolbox& toolbox, const std
     const std::vector<std::size_t> repeated = co_await repeatedMarks(loop, found);
     const bool areAny = !groups_.empty() || !repeated.empty();
     for (std::size_t i = 0; areAny && i < found.size(); ++i) {
-        const std::string name = foldedNameOf(found[i]);
+        const Name name = nameIn(found[i]);
         const bool isRepeated =
-            std::binary_search(repeated.begin(), repeated.end(), markOf(name)) || groups_.contains(name);
+            std::binary_search(repeated.begin(), repeated.end(), markOf(name.second)) || groups_.contains(name);
         if (isRepeated) groups_[name].try_emplace(found[i], Member{toolbox.markOf(found[i])});
         co_await loop.breathe();
     }
 }
 
-Task<Result<>> Namesakes::begin(EventLoop& loop, const FileToolbox& toolbox, const std::vector<Path>& found) {
+Task<Result<>> Namesakes::begin(EventLoop& loop, const FileToolbox& toolbox, Path source,
+                                const std::vector<Path>& found) {
+    source_ = std::move(source);
     if (const Result<> loaded = load(); !loaded.ok()) co_return loaded;
-    lookForListed(toolbox);
+    co_await lookForListed(loop, toolbox);
     co_await add(loop, toolbox, found);
     dropSettled();
     co_return store();
 }
 
 bool Namesakes::mustWait(const Path& file) const {
-    return !isLoaded_ || (!isStored_ && groups_.contains(foldedNameOf(file)));
+    return !isLoaded_ || (!isStored_ && groups_.contains(nameIn(file)));
 }
 
 bool Namesakes::isTaken(const FileToolbox& toolbox, const Path& file, const Path& folder,
                         const std::string& ending) const {
-    const auto group = groups_.find(foldedNameOf(file));
+    const auto group = groups_.find(nameIn(file));
     if (group == groups_.end()) return false;
     const Path target = joinPath(folder, nameOf(file) + ending);
     for (const auto& [other, member] : group->second) {
@@ -101,8 +104,10 @@ bool Namesakes::isTaken(const FileToolbox& toolbox, const Path& file, const Path
     return false;
 }
 
+Namesakes::Name Namesakes::nameIn(const Path& file) const { return {source_, foldedNameOf(file)}; }
+
 Namesakes::Member* Namesakes::find(const Path& file) {
-    const auto group = groups_.find(foldedNameOf(file));
+    const auto group = groups_.find(nameIn(file));
     if (group == groups_.end()) return nullptr;
     const auto member = group->second.find(file);
     return member == group->second.end() ? nullptr : &member->second;
@@ -140,7 +145,8 @@ void Namesakes::dropSettled() {
 Result<> Namesakes::store() {
     std::string text;
     for (const auto& [name, group] : groups_)
-        for (const auto& [file, member] : group) text += file + '\0' + (member.hasLeft ? kHasLeft : member.mark) + '\0';
+        for (const auto& [file, member] : group)
+            text += name.first + '\0' + file + '\0' + (member.hasLeft ? kHasLeft : member.mark) + '\0';
     Result<> done;
     if (text != stored_) done = text.empty() ? files_.remove(list_) : files_.writeAtomically(list_, text);
     isStored_ = done.ok();

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/data_files.h"
@@ -21,9 +22,10 @@ public:
     /// `files` outlives it.
     Namesakes(DataFiles& files, Path list) : files_(files), list_(std::move(list)) {}
 
-    /// `found` are the files that this pass would carry; what is left from earlier passes is merged with them. When the
-    /// list could not be stored, the fault says why, and these files must wait. `toolbox` and `found` outlive the task.
-    Task<Result<>> begin(EventLoop& loop, const FileToolbox& toolbox, const std::vector<Path>& found);
+    /// `found` are the files that this pass would carry from the folder `source`; what is left from earlier passes over
+    /// it is merged with them. When the list could not be stored, the fault says why, and these files must wait.
+    /// `toolbox` and `found` outlive the task.
+    Task<Result<>> begin(EventLoop& loop, const FileToolbox& toolbox, Path source, const std::vector<Path>& found);
     [[nodiscard]] bool mustWait(const Path& file) const;
     /// Whether the name that the file would get in the folder, its own and then `ending`, belongs to another one that
     /// has left Source before it.
@@ -42,18 +44,21 @@ private:
         bool hasLeft = false;  ///< a file of this path was carried, or went while nobody looked
     };
     using Group = std::map<Path, Member>;
+    using Name = std::pair<Path, std::string>;  // of a Source folder; folded
 
     Result<> load();
-    void lookForListed(const FileToolbox& toolbox);
+    Task<void> lookForListed(EventLoop& loop, const FileToolbox& toolbox);
     Task<void> add(EventLoop& loop, const FileToolbox& toolbox, const std::vector<Path>& found);
+    [[nodiscard]] Name nameIn(const Path& file) const;
     [[nodiscard]] Member* find(const Path& file);
     void dropSettled();
     Result<> store();
 
     DataFiles& files_;
     const Path list_;
-    std::map<std::string, Group> groups_;  ///< by the folded name
-    std::string stored_;                   ///< what the file holds
+    Path source_;  ///< of this pass
+    std::map<Name, Group> groups_;
+    std::string stored_;  ///< what the file holds
     bool isLoaded_ = false;
     bool isStored_ = true;
 };

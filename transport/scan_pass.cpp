@@ -147,7 +147,7 @@ Task<void> ScanPass::noteNamesakes() {
         if (!isEncrypted(path)) carried.push_back(path);
         co_await p_.loop.breathe();
     }
-    const Result<> noted = co_await p_.namesakes.begin(p_.loop, p_.toolbox, carried);
+    const Result<> noted = co_await p_.namesakes.begin(p_.loop, p_.toolbox, settings_.SourceFolder, carried);
     const Message words = "Files of the same name wait in the Source Folder - FAILED: " +
                           failureWords(noted.ok() ? std::string() : noted.fault().text);
     const std::string before = std::exchange(namesNotStored_, noted.ok() ? std::string() : words.text());
