@@ -96,13 +96,18 @@ CopyResult FileCopies::settleCompanions(const Path& backup) {
     return CopyResult::copied;
 }
 
+// Each step is on stable storage before the next one, and a crash between any two of them is harmless:
+// 1. The live file gets its dated name as a second one. Nothing has been taken away yet.
+// 2. What belongs to it goes to the dated name, under the names that SQLite expects there. A crash leaves the live file
+//    without its journal, which SQLite was given before and could not make a database of; both are still there.
+// 3. The new file replaces the live one. A journal that still stood beside it then would be rolled into it by whoever
+//    opens it next, so this comes last. The live name leads to the old file or to the new one at every moment.
 CopyResult FileCopies::putInPlaceOf(const Path& live, const std::string& bytes) {
     const EntryKind kind = toolbox_.kindOf(live);
     if (kind != EntryKind::missing && kind != EntryKind::regularFile) return CopyResult::failed;
     SetAside moved(files_);
     const Path dated = datedName(live);
-    if (kind == EntryKind::regularFile && !moved.move(live, dated)) return CopyResult::failed;
-    // The journal gets the name that SQLite expects beside the dated file, so that the two still belong together.
+    if (kind == EntryKind::regularFile && !files_.keepCopy(live, dated).ok()) return CopyResult::failed;
     for (const Path& companion : companionsOf(live))
         if (!moved.move(companion, dated + companion.substr(live.size()))) return CopyResult::failed;
     if (!files_.writeAtomically(live, bytes).ok()) return CopyResult::failed;

@@ -28,8 +28,17 @@ public:
     /// the machine may undo that; after any other the old one is as it was.
     virtual Result<> writeAtomically(const Path& path, std::string_view bytes) = 0;
 
+    /// Creates a file that is whole and on stable storage, with its folder, once it bears its name. Never replaces
+    /// (`nameTaken`).
+    virtual Result<> writeNew(const Path& path, std::string_view bytes) = 0;
+
     /// Gives an existing file another name in the same folder; never replaces.
     virtual Result<> setAside(const Path& path, const Path& newName) = 0;
+
+    /// Gives an existing regular file a second name in the same folder, so that its contents outlive a replacement by
+    /// `writeAtomically`. Where a file can have no second name, a copy with the same permissions gets it. On stable
+    /// storage when it returns. Never replaces (`nameTaken`); a name that is this file's already is kept.
+    virtual Result<> keepCopy(const Path& path, const Path& newName) = 0;
 
     /// Appends to a text file of CR LF lines (made when missing). All or nothing: after a failed
     /// write the file is cut back to what it was. With `cutTornLine` a last line without its CR LF is removed first.

@@ -12,6 +12,7 @@
 #include "platform/files/posix_fault.h"
 #include "platform/files/posix_io.h"
 #include "platform/files/safe_rename.h"
+#include "platform/files/second_name.h"
 
 namespace vantrell {
 
@@ -104,6 +105,10 @@ Result<> PosixDataFiles::writeAtomically(const Path& path, std::string_view byte
     return vantrell::writeAtomically(kernel_, path, bytes, kPrivateFile);
 }
 
+Result<> PosixDataFiles::writeNew(const Path& path, std::string_view bytes) {
+    return vantrell::writeNew(kernel_, path, bytes, kPrivateFile);
+}
+
 Result<> PosixDataFiles::setAside(const Path& path, const Path& newName) {
     const bool isBareName = newName.find(kPathSeparator) == Path::npos;
     const Result<Place> from = openPlace(kernel_, path);
@@ -112,6 +117,13 @@ Result<> PosixDataFiles::setAside(const Path& path, const Path& newName) {
     if (!to.ok()) return to.fault();
     const int error = renameNoReplace(from.value().folder, from.value().name, to.value().folder, to.value().name);
     if (error != 0) return faultFromErrno(error, newName);
+    return flushFolderNow(kernel_, folderOf(path));
+}
+
+Result<> PosixDataFiles::keepCopy(const Path& path, const Path& newName) {
+    const Result<Place> place = openPlace(kernel_, path);
+    if (!place.ok()) return place.fault();
+    if (Result<> kept = keepSecondName(place.value(), nameOf(newName)); !kept.ok()) return kept.fault();
     return flushFolderNow(kernel_, folderOf(path));
 }
 

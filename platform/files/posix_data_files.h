@@ -19,8 +19,10 @@ public:
     /// Whether the existing file may be written is what the kernel says for this process. When the flush of the folder
     /// fails, the new contents stand under the name and the fault says that they may not outlive a power failure.
     Result<> writeAtomically(const Path& path, std::string_view bytes) override;
+    Result<> writeNew(const Path& path, std::string_view bytes) override;
     /// `newName` is a bare name or a path in the same folder.
     Result<> setAside(const Path& path, const Path& newName) override;
+    Result<> keepCopy(const Path& path, const Path& newName) override;
     /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps
     /// its lines.
     Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;

@@ -46,6 +46,33 @@ TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
     EXPECT_EQ(faultOf(files.appendLines(folder / "missing/f", "a\r\n", false)), FaultKind::notThere);
 }
 
+class KernelWithoutLinks final : public LinuxKernel {
+public:
+    int linkat(int, const char*, int, const char*) override { return EPERM; }
+};
+
+TEST_F(DataFilesTest, AKeptCopyOutlivesTheReplacementOfTheFile) {
+    KernelWithoutLinks withoutLinks;
+    PosixDataFiles copying(withoutLinks);
+    const std::string old(300000, 'x');
+    for (PosixDataFiles* disk : {&files, &copying}) {
+        writeFile(file, old);
+        fs::permissions(file, fs::perms{0640});
+        EXPECT_TRUE(disk->keepCopy(file, file + ".kept").ok());
+        EXPECT_EQ(statusAt(file).st_nlink, disk == &files ? 2U : 1U);
+        EXPECT_TRUE(files.writeAtomically(file, "new").ok());
+        EXPECT_TRUE(readFile(file + ".kept") == old);
+        EXPECT_EQ(modeOf(file + ".kept"), 0640U);
+        EXPECT_EQ(faultOf(disk->keepCopy(file, file + ".kept")), FaultKind::nameTaken);
+        EXPECT_EQ(faultOf(disk->writeNew(file + ".kept", "new")), FaultKind::nameTaken);
+        EXPECT_EQ(namesIn(folder.path()).size(), 2U);
+        fs::remove(file + ".kept");
+    }
+    EXPECT_TRUE(files.writeNew(file + ".kept", "whole").ok());
+    EXPECT_EQ(readFile(file + ".kept"), "whole");
+    EXPECT_EQ(modeOf(file + ".kept"), 0600U);
+}
+
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(file, "old\r\n");
     const FileSizeLimit limit(1000);
