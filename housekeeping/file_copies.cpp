@@ -60,12 +60,24 @@ CopyResult FileCopies::backUpPasswords(const Path& live, const Path& backup, Unc
     return settled == CopyResult::copied ? write(backup, contents.bytes, unchanged) : settled;
 }
 
-CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Unchanged) {
+CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Path& kept) {
     const DatabaseCopier::Contents contents = readPasswords(backup);
     if (contents.fault != DatabaseFault::none) return resultOf(contents.fault);
     if (!stands(live)) return putInPlaceOf(live, contents.bytes);
-    const DatabaseFault fault = databases_.replace(live, contents.bytes);
+    const DatabaseFault fault = databases_.replace(live, contents.bytes, [&](const std::string& old) {
+        kept = datedName(live);
+        return keepCopyOf(old, kept);
+    });
     return fault == DatabaseFault::notADatabase ? putInPlaceOf(live, contents.bytes) : resultOf(fault);
+}
+
+// A file of its own: the live one is written into, so a second name of it would lead to the new contents.
+bool FileCopies::keepCopyOf(const std::string& passwords, const Path& dated) {
+    const Result<> written = files_.writeNew(dated, passwords);
+    if (!written.failedWith(FaultKind::nameTaken)) return written.ok();
+    // A crash in the same second has left it there.
+    const Result<std::string> there = files_.read(dated, passwords.size() + 1);
+    return there.ok() && there.value() == passwords;
 }
 
 DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {
@@ -87,7 +99,10 @@ CopyResult FileCopies::write(const Path& target, const std::string& bytes, Uncha
 // SQLite would apply a journal that was left beside the older backup to the new one.
 CopyResult FileCopies::settleCompanions(const Path& backup) {
     if (companionsOf(backup).empty()) return CopyResult::copied;
-    if (databases_.read(backup).fault == DatabaseFault::inUse) return CopyResult::locked;
+    const DatabaseFault fault = databases_.read(backup).fault;
+    if (fault == DatabaseFault::inUse) return CopyResult::locked;
+    // The older backup may still need the journal: it stays, with it.
+    if (fault == DatabaseFault::failed && stands(backup)) return CopyResult::failed;
     SetAside moved(files_);
     const Path dated = datedName(backup);
     for (const Path& companion : companionsOf(backup))
