@@ -41,8 +41,8 @@ Program::~Program() {
 }
 
 Machine Program::machine(const Clock& clock, Timers& timers) {
-    return {clock,    timers, loop_,     host_,           instance_,        entry_,
-            toolbox_, files_, database_, databaseCopier_, makeOpensslCipher};
+    return {clock,    timers, loop_,     host_,           instance_, entry_,
+            toolbox_, files_, database_, databaseCopier_, lines_,    makeOpensslCipher};
 }
 
 Screen Program::screen() {

@@ -29,7 +29,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       state(stateBelow(machine.host.profileFolder())),
       settingsFile(joinPath(state.AppFolder, kSettingsFileName), state, machine.files, machine.clock),
       settings(state, settingsFile, screen.window, screen.boxes),
-      log(state, screen.window, machine.files, machine.clock),
+      log(state, machine.lines, screen.window, machine.files, machine.clock),
       report(screen.window, log),
       place(screen.window, screen.tray),
       notices(screen.notifier, machine.clock, screen.window, place),
