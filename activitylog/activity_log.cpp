@@ -10,6 +10,15 @@ namespace {
 // So much goes to the disk at once. What a crash leaves of it can be cut away whole by the next start.
 constexpr std::size_t kPiece = std::size_t{64} << 10U;
 
+constexpr char kEnding[] = " Activity.Log";
+
+std::string fileNameOf(WallTime day) { return dayStamp(day) + kEnding; }
+
+bool isFileOfADay(const std::string& name, const std::string& pattern) {
+    return name.size() == pattern.size() && name.ends_with(kEnding) &&
+           name.find_first_not_of("0123456789") == name.size() - (sizeof kEnding - 1);
+}
+
 }  // namespace
 
 Path logFolderBelow(const Path& appFolder) { return joinPath(appFolder, "Daily Activity Logs"); }
@@ -63,8 +72,17 @@ void ActivityLog::saveForGood() {
     if (!flushed.ok()) reportOnce(flushed.fault());
 }
 
+Task<void> ActivityLog::mendNewestEarlierFile(FileToolbox& toolbox) {
+    const Path folder = logFolderBelow(state_.AppFolder);
+    const std::string today = fileNameOf(clock_.now());
+    std::string newest;
+    for (const Path& name : co_await toolbox.listFiles(folder))
+        if (isFileOfADay(name, today) && name < today && name > newest) newest = name;
+    if (!newest.empty()) (void)files_.cutTornEnd(joinPath(folder, newest));
+}
+
 void ActivityLog::chooseFile() {
-    const Path today = joinPath(logFolderBelow(state_.AppFolder), dayStamp(clock_.now()) + " Activity.Log");
+    const Path today = joinPath(logFolderBelow(state_.AppFolder), fileNameOf(clock_.now()));
     if (today == logFilePath_) return;
     logFilePath_ = today;
     fileIsChecked_ = fileIsWritten_ = false;

@@ -12,6 +12,7 @@
 #include "core/program_state.h"
 #include "platform/clock.h"
 #include "platform/data_files.h"
+#include "platform/file_toolbox.h"
 #include "platform/line_store.h"
 
 namespace vantrell {
@@ -43,6 +44,9 @@ public:
     void saveWhenOn();
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
+    /// Once at a start: removes what a crash has torn at the end of the newest file of an earlier day. No other file is
+    /// looked at; what cannot be read or cut stays as it is.
+    Task<void> mendNewestEarlierFile(FileToolbox& toolbox);
 
     /// The last events, at most `kEventsKept`, the newest at the end.
     [[nodiscard]] std::vector<LoggedEvent> lastEvents() const { return {events_.begin(), events_.end()}; }

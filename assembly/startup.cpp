@@ -37,6 +37,7 @@ bool Startup::load() {
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
     p_.state.UiLoading = false;
     cleanUpAfterCrash();
+    cleanUp_.start(p_.log.mendNewestEarlierFile(p_.toolbox));
     return true;
 }
 

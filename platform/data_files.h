@@ -41,8 +41,12 @@ public:
     virtual Result<> keepCopy(const Path& path, const Path& newName) = 0;
 
     /// Appends to a text file of CR LF lines (made when missing). All or nothing: after a failed
-    /// write the file is cut back to what it was. With `cutTornLine` a last line without its CR LF is removed first.
-    virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) = 0;
+    /// write the file is cut back to what it was. With `cutTornEnd` what `cutTornEnd` would remove is removed first.
+    /// The lines always begin on a line of their own.
+    virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) = 0;
+    /// Removes, durably, what a crash has torn at the end of such a file: what follows the last CR LF, when that is at
+    /// most 64 KiB and holds no line end. A file without any CR LF was not written by us, and stays as it is.
+    virtual Result<> cutTornEnd(const Path& path) = 0;
     /// Brings an appended file to stable storage.
     virtual Result<> flush(const Path& path) = 0;
 

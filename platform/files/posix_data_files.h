@@ -23,9 +23,9 @@ public:
     /// `newName` is a bare name or a path in the same folder.
     Result<> setAside(const Path& path, const Path& newName) override;
     Result<> keepCopy(const Path& path, const Path& newName) override;
-    /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps
-    /// its lines.
-    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;
+    /// What an editor saved with bare line feeds keeps its lines.
+    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) override;
+    Result<> cutTornEnd(const Path& path) override;
     /// Also flushes the folder of a file that `appendLines` created.
     Result<> flush(const Path& path) override;
     Result<> makePrivateFolders(const Path& path) override;

@@ -9,8 +9,10 @@
 
 #include "base/date_text.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/files/posix_toolbox.h"
 #include "platform/files/spilled_lines.h"
 #include "platform/linux/linux_kernel.h"
+#include "rig/hand_cranked_loop.h"
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
@@ -63,6 +65,18 @@ TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
     EXPECT_EQ(readFile(file("20261116")), expected + at("after the restart"));
     EXPECT_EQ(lines_.size(), 50U);
     EXPECT_EQ(newLines.size(), 1U);
+}
+
+TEST_F(ActivityLogTest, AStartMendsTheNewestEarlierFileAlone) {
+    const std::string torn = "whole\r\ntorn";
+    for (const char* name : {"20261114", "20261115", "20261116", "20261117", "2026111x", "my notes"})
+        writeFile(file(name), torn);
+    HandCrankedLoop loop;
+    PosixToolbox toolbox(loop, loop.kernel(), clock_);
+    EXPECT_TRUE(loop.run(log_.mendNewestEarlierFile(toolbox)));
+    EXPECT_EQ(readFile(file("20261115")), "whole\r\n");
+    for (const char* name : {"20261114", "20261116", "20261117", "2026111x", "my notes"})
+        EXPECT_EQ(readFile(file(name)), torn) << name;
 }
 
 TEST_F(ActivityLogTest, PutsLinesSavedAfterMidnightIntoTheNewDay) {
