@@ -92,8 +92,7 @@ void ConfigBackup::onCloseConfigBackup() noexcept try {
         // A failure cannot be shown to anybody any more; the older copy stays.
         (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
-    const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
-    if (!settingsArePart) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
+    if (!p_.settings.wasFoundIncomplete()) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
     copy(kPasswordFileName, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
 } catch (...) {
     // The program is ending and nobody could read a message.
@@ -130,7 +129,7 @@ void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try
     if (backup.empty()) return;
     if (copySettings(backup, live(kSettingsFileName)) != CopyResult::copied)
         return p_.boxes.inform(boxOf(texts.failed));
-    settingsWereRestored_ = true;
+    p_.settings.wasRestored();
     p_.boxes.inform(boxOf(exists(live(kSettingsFileName)) ? texts.restored : texts.missing));
 } catch (...) {
     p_.boxes.inform(boxOf(unexpectedError() + texts.afterError));

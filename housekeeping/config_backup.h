@@ -87,7 +87,6 @@ private:
 
     BackupParts p_;
     FileCopies copies_{p_.toolbox, p_.files, p_.databases, p_.clock};
-    bool settingsWereRestored_ = false;
 };
 
 }  // namespace vantrell
