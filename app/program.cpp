@@ -13,6 +13,7 @@ Program::Program(const Clock& clock, Timers& timers)
     : loop_(clock),
       flushesCompleted_(kernel_.flushCompletions(loop_.queue())),
       dataFolder_(appFolderBelow(host_.profileFolder())),
+      instance_(kernel_),
       toolbox_(loop_, kernel_, clock),
       files_(kernel_),
       entry_(kernel_, host_.programFolder()),

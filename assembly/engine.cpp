@@ -66,7 +66,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       controller({state, screen.window, report, screen.boxes, machine.loop.queue(), machine.clock, mode, passes, place,
                   notices, ending}),
       startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
-               machine.instance, screen.tray, machine.files, machine.toolbox, machine.loop.queue()}) {
+               machine.instance, screen.tray, screen.boxes, machine.files, machine.toolbox, machine.loop.queue()}) {
     connectTimers();
     std::vector<Endable*> atWork{&controller, &logMenus,       &currentPassword, &optionMenus,  &passes,
                                  &startup,    &passwordEditor, &weekly,          &weeklyDialog, &backupMenus};

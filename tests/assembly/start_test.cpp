@@ -47,6 +47,19 @@ TEST_F(StartTest, PartOfTheSettingsLeavesTheStartupEntryAloneUntilTheyAreRestore
     EXPECT_EQ(bench.entry.present, kNone);
 }
 
+TEST_F(StartTest, GoesOnWithoutALockAndSaysSo) {
+    ASSERT_TRUE(bench.engine.settings.save());
+    bench.instance.outcome = InstanceLock::Outcome::impossible;
+    EXPECT_TRUE(bench.engine.start());
+    ASSERT_EQ(bench.boxes.informed.size(), 1U);
+    const std::string said = bench.boxes.informed[0].text;
+    EXPECT_TRUE(said.starts_with("The data folder cannot be locked")) << said;
+    EXPECT_TRUE(said.starts_with(bench.messages().at(1))) << said;
+    bench.instance.outcome = InstanceLock::Outcome::anothers;
+    EXPECT_FALSE(bench.engine.start());
+    EXPECT_EQ(bench.host.started, std::vector<Path>{"/opt/vantrell/OpenedMsg"});
+}
+
 TEST_F(StartTest, AnEarlierDaysTornLogIsMended) {
     const std::string logs = bench.state.AppFolder + "/Daily Activity Logs";
     std::filesystem::create_directory(logs);

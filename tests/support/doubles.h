@@ -166,8 +166,8 @@ public:
 
 class FakeInstanceLock final : public InstanceLock {
 public:
-    bool tryLock(const Path&) override { return isFree; }
-    bool isFree = true;
+    Outcome tryLock(const Path&) override { return outcome; }
+    Outcome outcome = Outcome::locked;
 };
 
 }  // namespace vantrell::test
