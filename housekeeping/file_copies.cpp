@@ -13,6 +13,8 @@ namespace {
 
 // Fifteen items never need this much, and it is small enough to be read at once.
 constexpr std::size_t kMostSettingsBytes = std::size_t{1} << 20;
+// So many copies of replaced passwords may bear one date.
+constexpr int kMostInASecond = 9;
 
 CopyResult resultOf(DatabaseFault fault) {
     if (fault == DatabaseFault::none) return CopyResult::copied;
@@ -64,20 +66,23 @@ CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Pa
     const DatabaseCopier::Contents contents = readPasswords(backup);
     if (contents.fault != DatabaseFault::none) return resultOf(contents.fault);
     if (!stands(live)) return putInPlaceOf(live, contents.bytes);
-    const DatabaseFault fault = databases_.replace(live, contents.bytes, [&](const std::string& old) {
-        kept = datedName(live);
-        return keepCopyOf(old, kept);
-    });
+    const auto keep = [&](const std::string& old) { return keepCopyOf(old, live, kept); };
+    const DatabaseFault fault = databases_.replace(live, contents.bytes, keep);
     return fault == DatabaseFault::notADatabase ? putInPlaceOf(live, contents.bytes) : resultOf(fault);
 }
 
 // A file of its own: the live one is written into, so a second name of it would lead to the new contents.
-bool FileCopies::keepCopyOf(const std::string& passwords, const Path& dated) {
-    const Result<> written = files_.writeNew(dated, passwords);
-    if (!written.failedWith(FaultKind::nameTaken)) return written.ok();
-    // A crash in the same second has left it there.
-    const Result<std::string> there = files_.read(dated, passwords.size() + 1);
-    return there.ok() && there.value() == passwords;
+bool FileCopies::keepCopyOf(const std::string& passwords, const Path& live, Path& kept) {
+    const Path dated = datedName(live);
+    for (int number = 1; number <= kMostInASecond; ++number) {
+        kept = number == 1 ? dated : dated + " " + std::to_string(number);
+        const Result<> written = files_.writeNew(kept, passwords);
+        if (!written.failedWith(FaultKind::nameTaken)) return written.ok();
+        // A crash in the same second may have left this very copy.
+        const Result<std::string> there = files_.read(kept, passwords.size() + 1);
+        if (there.ok() && there.value() == passwords) return true;
+    }
+    return false;
 }
 
 DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {

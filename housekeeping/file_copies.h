@@ -39,7 +39,7 @@ private:
     [[nodiscard]] DatabaseCopier::Contents readPasswords(const Path& file);
     [[nodiscard]] CopyResult write(const Path& target, const std::string& bytes, Unchanged unchanged);
     [[nodiscard]] CopyResult settleCompanions(const Path& backup);
-    [[nodiscard]] bool keepCopyOf(const std::string& passwords, const Path& dated);
+    [[nodiscard]] bool keepCopyOf(const std::string& passwords, const Path& live, Path& kept);
     [[nodiscard]] CopyResult putInPlaceOf(const Path& live, const std::string& bytes);
     [[nodiscard]] std::vector<Path> companionsOf(const Path& file) const;
     [[nodiscard]] bool stands(const Path& path) const { return toolbox_.kindOf(path) != EntryKind::missing; }
