@@ -32,6 +32,7 @@ PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, 
       probe_(quietTime_),
       disposer_(loop),
       parts_{loop, kernel, disposer_, NamelessSupport(options.namelessFiles)},
+      mounts_(kernel),
       mover_(parts_, probe_) {}
 
 void PosixToolbox::beginPass(const Path&) {
@@ -130,9 +131,10 @@ Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);
 }
 
-Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) {
-    for (const Path& folder : outputFolders) co_await removeLeftOutputs(parts_, folder, sourceFolder);
-    co_await restoreSources(parts_, clock_, std::move(sourceFolder));
+Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder,
+                                           std::function<bool()> isStopped) {
+    for (const Path& folder : outputFolders) co_await removeLeftOutputs(parts_, folder, sourceFolder, isStopped);
+    co_await restoreSources(parts_, clock_, std::move(sourceFolder), std::move(isStopped));
 }
 
 }  // namespace vantrell
