@@ -206,6 +206,10 @@ public:
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
     [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;
+    /// Whether `fileDate` tells in this folder when a file came there. There are file systems where the change of
+    /// status is not kept, and shows the time of modification instead, which people carry along with old files. Tried
+    /// out with a file of our own. False also when it cannot be told.
+    [[nodiscard]] virtual bool tellsArrival(const Path& folder) = 0;
     /// Removes a regular file for good, provided that it is still the one whose `fileDate` was `date`; otherwise fault
     /// `inUse`, and nothing is removed. A large file's space is given back in steps that do not hold up the event loop.
     virtual Task<Result<>> removeFile(Path path, FileDate date) = 0;

@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
+#include "platform/files/arrival_probe.h"
 #include "platform/files/disposer.h"
 #include "platform/files/file_date.h"
 #include "platform/files/file_mover.h"
@@ -51,6 +52,9 @@ public:
     Task<Result<>> move(MoveOrder order) override;
     Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
+    [[nodiscard]] bool tellsArrival(const Path& folder) override {
+        return folderTellsArrival(kernel_, parts_.systems, folder);
+    }
     Task<Result<>> removeFile(Path path, FileDate date) override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder,
                                  std::function<bool()> isStopped) override;

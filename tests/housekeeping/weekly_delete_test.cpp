@@ -122,6 +122,46 @@ TEST_F(WeeklyDeleteTest, HoldsBackWhenTheClockHasJumped) {
     EXPECT_EQ(weekly.bench.messages(), Texts{kHeldBack}) << "it was wrong for a while, which is remembered";
 }
 
+/// A file system that keeps no change of status of its own: it says what it says of the contents.
+class ForgetfulDisk final : public KernelBesideLoop {
+public:
+    using KernelBesideLoop::KernelBesideLoop;
+    int statx(int folder, const char* path, int flags, unsigned mask, struct statx& into) override {
+        const int error = LinuxKernel::statx(folder, path, flags, mask | STATX_MTIME, into);
+        if (isForgetful) into.stx_ctime = into.stx_mtime;
+        if (isForgetful) into.stx_mask &= ~static_cast<unsigned>(STATX_BTIME);
+        return error;
+    }
+    int openat(int folder, const char* path, int flags, mode_t mode) override {
+        if ((flags & O_TMPFILE) == O_TMPFILE) return -EOPNOTSUPP;
+        return isFull && (flags & O_CREAT) != 0 ? -ENOSPC : KernelBesideLoop::openat(folder, path, flags, mode);
+    }
+    bool isForgetful = false, isFull = false;
+};
+
+TEST_F(WeeklyDeleteTest, TakesNothingWhereNobodyCanTellWhenItCame) {
+    ForgetfulDisk disk(weekly.bench.loop.kernel());
+    PosixToolbox toolbox(weekly.bench.loop, disk, weekly.bench.clock);
+    weekly.startAnew(toolbox);
+    writeFile(done("a"), "a");
+    std::filesystem::last_write_time(done("a"), std::filesystem::file_time_type::clock::now() - 24h * 365);
+    showDaysAfter(done("a"), 1);
+    disk.isForgetful = true;
+    ASSERT_TRUE(weekly.deleteByHand());
+    EXPECT_EQ(left(), Texts{"a"}) << "it came yesterday, and nothing of ours stays";
+    EXPECT_EQ(weekly.bench.messages(), Texts{"Weekly Delete: the disk of Done Folder " + weekly.settings().DoneFolder +
+                                             " does not tell when a file came there. Nothing is deleted."});
+    disk.isForgetful = false;
+    disk.isFull = true;
+    showDaysAfter(done("a"), 8);
+    for (const char* type : {"fuseblk", "ext4"}) {
+        disk.mountedAs = type;
+        toolbox.beginPass({});  // what was known of the disk is forgotten
+        ASSERT_TRUE(weekly.deleteByHand());
+        EXPECT_EQ(left().empty(), std::string(type) == "ext4") << "cannot be tried out";
+    }
+}
+
 /// Asks the real toolbox, slowly, and fails to remove when told.
 class TroubledFolder final : public ForwardingToolbox {
 public:

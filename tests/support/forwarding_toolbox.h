@@ -41,6 +41,7 @@ public:
     Task<Result<>> move(MoveOrder order) override { return real_.move(std::move(order)); }
     Task<Result<>> flushMoves() override { return real_.flushMoves(); }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return real_.fileDate(path); }
+    [[nodiscard]] bool tellsArrival(const Path& folder) override { return real_.tellsArrival(folder); }
     Task<Result<>> removeFile(Path path, FileDate date) override { return real_.removeFile(std::move(path), date); }
     Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source, std::function<bool()> isStopped) override {
         return real_.cleanUpAfterCrash(std::move(outputs), std::move(source), std::move(isStopped));
