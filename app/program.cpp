@@ -42,7 +42,7 @@ Program::~Program() {
 }
 
 Machine Program::machine(const Clock& clock, Timers& timers) {
-    return {clock,    timers, loop_,     host_,           instance_, entry_,
+    return {clock,    timers, loop_,     host_,           instance_, claim_,           entry_,
             toolbox_, files_, database_, databaseCopier_, lines_,    makeOpensslCipher};
 }
 

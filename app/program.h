@@ -17,6 +17,7 @@
 #include "platform/linux/linux_kernel.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/socket_claim.h"
 #include "platform/linux/unix_show_listener.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_event_watch.h"
@@ -57,6 +58,7 @@ private:
     PosixHost host_;
     const Path dataFolder_;
     PosixInstanceLock instance_;
+    SocketClaim claim_;
     PosixToolbox toolbox_;
     PosixDataFiles files_;
     XdgStartupEntry entry_;

@@ -57,7 +57,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       flushNote(machine.files, joinPath(state.AppFolder, kFlushNoteName)),
       namesakes(machine.files, joinPath(state.AppFolder, kNamesakesName)),
       pass({state, screen.window, report, log, settings, machine.toolbox, screen.boxes, machine.loop, machine.clock,
-            *timRun, mode, notices, activePassword, noActivePassword, flushNote, namesakes, mounts},
+            *timRun, mode, notices, activePassword, noActivePassword, flushNote, namesakes, mounts, machine.claim},
            [&m = this->machine] { return std::make_unique<CryptoComponent>(m.loop, m.toolbox, m.makeCipher); }),
       passes(pass, machine.loop.queue()),
       ending({state, settingsFile, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
@@ -81,7 +81,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
 void Engine::connectTimers() {
     timRun->onTick([this] { passes.timRun_Timer(); });
     timMax->onTick([this] { startup.timMax_Timer(); });
-    tmchkTimer->onTick([this] { mode.tmchkTimer_Timer(); });
+    tmchkTimer->onTick([this] { modeTick(); });
     timCurTime->onTick([this] { clockTick(); });
     timDelete->onTick([this] { weekly.timDelete_Timer(); });
     timWeeklyClock->onTick([this] { weeklyDialog.timClock_Timer(); });
@@ -94,6 +94,12 @@ void Engine::clockTick() {
     screen.window.setClock(timeText(machine.clock.now()));
     weekly.clockTick();
     notices.tick();
+}
+
+// Whoever has switched processing off, and however, from then on another program may process the folder.
+void Engine::modeTick() {
+    mode.tmchkTimer_Timer();
+    if (mode.mode() == Mode::stopped) machine.claim.release();
 }
 
 bool Engine::start() {

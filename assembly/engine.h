@@ -19,6 +19,7 @@
 #include "passwords/current_password.h"
 #include "passwords/password_editor_controller.h"
 #include "platform/cipher.h"
+#include "platform/source_claim.h"
 #include "platform/timers.h"
 
 namespace vantrell {
@@ -30,6 +31,7 @@ struct Machine {
     EventLoop& loop;
     Host& host;
     InstanceLock& instance;
+    SourceClaim& claim;
     StartupEntry& entry;
     FileToolbox& toolbox;
     DataFiles& files;
@@ -112,6 +114,7 @@ struct Engine {
 private:
     void connectTimers();
     void clockTick();
+    void modeTick();
 };
 
 }  // namespace vantrell

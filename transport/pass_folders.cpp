@@ -21,7 +21,15 @@ bool PassFolders::check() {
         reportIfSource(settings_.RejectFolder, "Reject Folder ");
     // Whatever has happened to it meanwhile, it comes back as if it were new.
     if (isUnusable) cleaned_.clear();
+    if (isUnusable) claim_.release();
     return !isUnusable;
+}
+
+bool PassFolders::claimSource() {
+    if (claim_.claim(settings_.SourceFolder) != SourceClaim::Outcome::anothers) return true;
+    report("Source Folder " + named(settings_.SourceFolder) +
+           " is being processed by another ZEP on this computer. It is left alone until that one has stopped.");
+    return false;
 }
 
 // The mount is asked for first: that may mount it.

@@ -11,6 +11,7 @@
 #include "core/program_state.h"
 #include "core/settings_keeper.h"
 #include "platform/file_toolbox.h"
+#include "platform/source_claim.h"
 
 namespace vantrell {
 
@@ -18,8 +19,8 @@ namespace vantrell {
 class PassFolders {
 public:
     /// All of them outlive it.
-    PassFolders(FileToolbox& toolbox, StatusReport& report, FolderMounts& mounts)
-        : toolbox_(toolbox), report_(report), mounts_(mounts) {}
+    PassFolders(FileToolbox& toolbox, StatusReport& report, FolderMounts& mounts, SourceClaim& claim)
+        : toolbox_(toolbox), report_(report), mounts_(mounts), claim_(claim) {}
 
     /// A pass begins: these are its folders to its end.
     void begin(const SettingsRecord& settings) { settings_ = settings; }
@@ -30,6 +31,9 @@ public:
     /// After a check that failed: a folder is only missing as long as something else is mounted where it lies, or
     /// nothing. Nobody has to do anything in this program when it comes back.
     [[nodiscard]] bool mayComeBack() const { return mayComeBack_; }
+    /// After a successful check: claims Source. False when another program is processing it, which has been said then;
+    /// `trouble` has the words.
+    bool claimSource();
     /// True when one of them lies under another mount than it used to. Cheap: for every file.
     [[nodiscard]] bool isOneAway();
 
@@ -54,6 +58,7 @@ private:
     FileToolbox& toolbox_;
     StatusReport& report_;
     FolderMounts& mounts_;
+    SourceClaim& claim_;
     SettingsRecord settings_;
     std::string trouble_;
     bool mayComeBack_ = false;

@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
+#include "platform/source_claim.h"
 #include "platform/timers.h"
 #include "transport/flush_note.h"
 #include "transport/namesakes.h"
@@ -35,6 +36,7 @@ struct PassParts {
     FlushNote& flushNote;
     Namesakes& namesakes;
     FolderMounts& mounts;
+    SourceClaim& claim;
 };
 
 }  // namespace vantrell

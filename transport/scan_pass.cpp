@@ -38,7 +38,7 @@ private:
 
 ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
     : p_(parts),
-      folders_(parts.toolbox, parts.report, parts.mounts),
+      folders_(parts.toolbox, parts.report, parts.mounts, parts.claim),
       endings_(parts),
       questions_(parts.boxes, parts.notices),
       encryption_(encryptionParts(std::move(makeComponent))) {}
@@ -131,6 +131,7 @@ Task<void> ScanPass::searchAndCarry() {
         endMissingFolders();
         co_return;
     }
+    if (!folders_.claimSource()) co_return endPaused(Trouble::folderTaken, folders_.trouble());
     p_.report.showInLabel2("Please Wait Encrypting files.");
     const PassScope scope(p_.toolbox, settings_.SourceFolder);
     files_ = co_await folders_.search([this] { return stopRequested_; },

@@ -9,6 +9,7 @@
 #include "platform/linux/linux_kernel.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/signal_source.h"
+#include "platform/linux/socket_claim.h"
 #include "rig/temporary_folder.h"
 #include "support/appears.h"
 #include "support/environment.h"
@@ -93,6 +94,23 @@ TEST(PosixInstanceLock, HoldsOnNetworkFileSystemsToo) {
     kernel.locksAreGone = true;
     EXPECT_EQ(PosixInstanceLock(kernel).tryLock(folder.path()), Outcome::impossible);
     EXPECT_EQ(PosixInstanceLock(kernel).tryLock(folder / "missing"), Outcome::impossible);
+}
+
+TEST(SocketClaim, AFolderIsClaimedOnceByWhateverPath) {
+    const TemporaryFolder folder;
+    const std::string other = folder.makeFolder("other");
+    std::filesystem::create_directory_symlink(other, folder / "link");
+    SocketClaim mine;
+    SocketClaim theirs;
+    for (int times = 0; times < 2; ++times) EXPECT_EQ(mine.claim(other), SourceClaim::Outcome::held);
+    EXPECT_EQ(theirs.claim(folder / "link"), SourceClaim::Outcome::anothers);
+    EXPECT_EQ(theirs.claim(folder.path()), SourceClaim::Outcome::held);
+    EXPECT_EQ(mine.claim(folder.path()), SourceClaim::Outcome::anothers) << "and what was claimed before is free";
+    EXPECT_EQ(theirs.claim(other), SourceClaim::Outcome::held);
+    theirs.release();
+    EXPECT_EQ(mine.claim(other), SourceClaim::Outcome::held);
+    EXPECT_EQ(mine.claim(folder / "none"), SourceClaim::Outcome::impossible);
+    EXPECT_EQ(theirs.claim(other), SourceClaim::Outcome::held) << "nothing is left claimed";
 }
 
 TEST(SignalSourceDeathTest, WritesThatFailDoNotEndUs) {

@@ -12,6 +12,7 @@
 #include "passwords/password_window.h"
 #include "platform/host.h"
 #include "platform/notifier.h"
+#include "platform/source_claim.h"
 #include "platform/startup_entry.h"
 #include "platform/tray.h"
 #include "rig/settable_clock.h"
@@ -168,6 +169,17 @@ class FakeInstanceLock final : public InstanceLock {
 public:
     Outcome tryLock(const Path&) override { return outcome; }
     Outcome outcome = Outcome::locked;
+};
+
+class FakeSourceClaim final : public SourceClaim {
+public:
+    Outcome claim(const Path& folder) override {
+        claimed = outcome == Outcome::held ? folder : Path();
+        return outcome;
+    }
+    void release() override { claimed.clear(); }
+    Outcome outcome = Outcome::held;
+    Path claimed;
 };
 
 }  // namespace vantrell::test

@@ -65,7 +65,8 @@ public:
                 engine.noActivePassword,
                 engine.flushNote,
                 engine.namesakes,
-                engine.mounts};
+                engine.mounts,
+                claim};
     }
 
     void settle() {
@@ -108,6 +109,7 @@ public:
     std::size_t told = 0;
     FakeHost host{root.path()};
     FakeInstanceLock instance;
+    FakeSourceClaim claim;
     FakeStartupEntry entry;
     RecordingWindow window;
     FakePasswordWindow passwordWindow;
@@ -115,7 +117,7 @@ public:
     ScriptedBoxes boxes{loop.queue()};
     FakeTray tray;
     RecordingNotifier notifier;
-    Engine engine{{clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, lines,
+    Engine engine{{clock, timers, loop, host, instance, claim, entry, toolbox, files, database, databaseCopier, lines,
                    makeOpensslCipher},
                   {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
                   [] {}};

@@ -39,7 +39,7 @@ protected:
         PassParts p = bench.partsOn(toolbox);
         pass.emplace(
             PassParts{p.state, p.window, p.report, p.log, p.settings, p.toolbox, p.boxes, p.loop, p.clock, p.timRun,
-                      p.mode, p.notices, p.password, p.noPassword, p.flushNote, p.namesakes, *mounts},
+                      p.mode, p.notices, p.password, p.noPassword, p.flushNote, p.namesakes, *mounts, p.claim},
             [this] { return std::make_unique<CryptoComponent>(bench.loop, toolbox, makeOpensslCipher); });
     }
     void runPass() {

@@ -166,6 +166,34 @@ TEST_F(ScanPassTest, ReportsFoldersThatAreMissing) {
     EXPECT_EQ(readFile(bench.in("a.txt")), "a");
 }
 
+TEST_F(ScanPassTest, LeavesASourceAloneThatAnotherProgramIsProcessing) {
+    HandDrivenTimer& modeTimer = bench.timers["tmchkTimer"];
+    modeTimer.setEnabled(true);
+    writeFile(bench.in("a"), "a");
+    bench.claim.outcome = SourceClaim::Outcome::anothers;
+    ASSERT_TRUE(bench.runPass());
+    const Texts said = bench.messages();
+    ASSERT_EQ(said.size(), 4U);
+    EXPECT_TRUE(said[2].starts_with("Source Folder " + bench.state.settings.SourceFolder + " is being processed by"));
+    EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: " + said[2]);
+    EXPECT_EQ(said[3], paused());
+    EXPECT_TRUE(bench.timRun.isEnabled()) << "the next tick tries again";
+    EXPECT_TRUE(bench.exists(bench.in("a")));
+
+    bench.claim.outcome = SourceClaim::Outcome::held;
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_TRUE(bench.exists(bench.done("a")));
+    ASSERT_TRUE(modeTimer.tickNow());
+    EXPECT_EQ(bench.claim.claimed, bench.state.settings.SourceFolder) << "between two passes too";
+    bench.engine.controller.stopPressed();
+    ASSERT_TRUE(modeTimer.tickNow());
+    EXPECT_EQ(bench.claim.claimed, "");
+    ASSERT_TRUE(bench.runPass());
+    std::filesystem::remove_all(bench.state.settings.DoneFolder);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.claim.claimed, "") << "nothing can be done with it";
+}
+
 TEST_F(ScanPassTest, RejectsNothingWhenAFolderVanishesDuringThePass) {
     ASSERT_NO_FATAL_FAILURE(startWithQuestion());
     std::filesystem::remove_all(bench.state.settings.DestinationFolder);
