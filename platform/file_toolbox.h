@@ -86,9 +86,9 @@ struct SearchOrder {
     Path folder;
     bool recurse = false;
     /// Folders that are not entered where they lie inside `folder` (compared as folders, not as texts).
-    std::vector<Path> notEntered;
+    std::vector<Path> notEntered = {};
     /// Asked now and then; the search ends early when it answers True.
-    std::function<bool()> isStopped;
+    std::function<bool()> isStopped = {};
     /// Told of each folder whose files are missing from the result, all or some, because it cannot be read. A folder
     /// that went away meanwhile is none.
     std::function<void(const Path&, const Fault&)> notRead = [](const Path&, const Fault&) {};

@@ -80,7 +80,8 @@ private:
 };
 
 Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
-    Result<std::unique_ptr<PosixHeldFile>> opened = PosixHeldFile::open(parts_.kernel, probe_, order.source);
+    Result<std::unique_ptr<PosixHeldFile>> opened =
+        PosixHeldFile::open(parts_.kernel, parts_.source, probe_, order.source);
     if (!opened.ok()) co_return opened.fault();
     PosixHeldFile& original = *opened.value();
     if (original.stamp().identity != source) co_return inUseFault();

@@ -47,7 +47,7 @@ std::size_t fill(File& file, std::span<std::byte> into) {
 }  // namespace
 
 Result<FileMover::Route> FileMover::survey(const MoveOrder& order) {
-    Result<Place> from = openPlace(parts_.kernel, order.source);
+    Result<Place> from = parts_.source.openPlace(parts_.kernel, order.source);
     if (!from.ok()) return from.fault();
     Result<Place> to = openPlace(parts_.kernel, order.target);
     if (!to.ok()) return to.fault();

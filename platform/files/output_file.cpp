@@ -35,7 +35,9 @@ Result<std::unique_ptr<PosixOutputFile>> PosixOutputFile::create(OutputParts& pa
     UniqueFd folder = openFolder(parts.kernel, folderPath);
     if (!folder) return outputFault(folder.error(), "The folder cannot be opened");
     std::string name;
-    UniqueFd file = parts.nameless.tryIn(folder) ? openNameless(folder) : openNamed(folder, name);
+    UniqueFd file;
+    if (parts.nameless.tryIn(folder)) file = openNameless(folder);
+    if (!file) file = openNamed(folder, name);
     if (!file) return outputFault(file.error(), "The new file cannot be created");
     return std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name));
 }

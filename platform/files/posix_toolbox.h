@@ -8,7 +8,6 @@
 #include "platform/files/file_date.h"
 #include "platform/files/file_mover.h"
 #include "platform/files/output_file.h"
-#include "platform/files/quiet_time.h"
 #include "platform/files/use_probe.h"
 
 namespace vantrell {
@@ -51,13 +50,14 @@ public:
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
 
 private:
+    Result<std::unique_ptr<HeldFile>> holdNow(const Path& path, Readiness& readiness);
+
     EventLoop& loop_;
     Kernel& kernel_;
     const Clock& clock_;
-    QuietTime quietTime_;
-    UseProbe probe_;
     Disposer disposer_;
     mutable OutputParts parts_;  // what is known of file systems is found out by asking
+    UseProbe probe_;
     FileMover mover_;
 };
 

@@ -29,7 +29,8 @@ Result<> SourceRemoval::check(const FileStamp& original, const UniqueFd& opened)
     struct stat status {};
     if (const int error = aside_.folder().statusOf(from_.name.c_str(), status); error != 0)
         return sourceFault(error, "The file cannot be looked at");
-    const bool isWritten = !isUnwritten(status, original) || (opened && askForWriters(opened) == Use::writing);
+    const bool isWritten = !isUnwritten(status, original) ||
+                           (opened && parts_.systems.of(opened).isLocal && askForWriters(opened) == Use::writing);
     return isWritten ? Result<>(inUseFault()) : Result<>();
 }
 

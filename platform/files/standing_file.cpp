@@ -10,9 +10,9 @@ Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(OutputParts& 
                                                                    const Path& path) {
     Result<Place> place = openPlace(parts.kernel, path);
     if (!place.ok()) return place.fault();
-    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, probe, path);
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, parts.elsewhere, probe, path);
     if (!file.ok()) return file.fault();
-    auto standing = std::make_unique<PosixStandingFile>(parts, place.take(), file.take());
+    auto standing = std::make_unique<PosixStandingFile>(parts, probe, place.take(), file.take());
     if (Result<> done = standing->checkUnchanged(true); !done.ok()) return done.fault();
     return standing;
 }
@@ -29,7 +29,7 @@ Result<> PosixStandingFile::checkUnchanged(bool withChangeTime) const {
     struct stat held {};
     const bool isThere = place_.status(named) == 0 && file_->file().status(held) == 0;
     if (!isThere || !isUnchanged(named) || !isUnchanged(held)) return inUseFault();
-    return askForWriters(file_->file()) == Use::writing ? Result<>(inUseFault()) : Result<>();
+    return probe_.isKnownToBeWritten(file_->file()) ? Result<>(inUseFault()) : Result<>();
 }
 
 Task<Result<>> PosixStandingFile::confirm() {
