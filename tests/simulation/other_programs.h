@@ -48,15 +48,19 @@ public:
     /// At the end of an open file, whatever its name is meanwhile.
     bool writeTo(std::size_t held, std::string_view bytes);
     void close(std::size_t held);
-    /// As a cut of the power does it.
+    /// Closes everything, as a cut of the power does it, or what lies on a disk that was pulled out.
     void forgetAll() { held_.clear(); }
+    void forgetOn(const SimulatedDisk& disk);
 
 private:
     struct Held {
         Spot spot;
         bool forWriting = false;
     };
-    [[nodiscard]] Spot followed(const std::string& path) const;
+    [[nodiscard]] Target target(const std::string& path, bool follow) const;
+    [[nodiscard]] Spot regular(const std::string& path) const;
+    bool make(const std::string& path, mode_t mode, std::string_view bytes, uid_t owner);
+    [[nodiscard]] Inode* changed(const std::string& path) const;
 
     SimulatedTree& tree_;
     std::vector<Held> held_;

@@ -88,8 +88,9 @@ struct Inode {
     Names names;                             ///< of a folder
     Node folder = kNoNode;                   ///< where it was named last, and how
     std::string name;
-    unsigned opened = 0, openedForWriting = 0;
-    SimulatedDisk* covering = nullptr;  ///< the disk that is mounted on this folder
+    bool bornNameless = false;                    ///< may be linked although it has no name
+    unsigned pinned = 0, users = 0, writers = 0;  ///< descriptors; all but O_PATH ones; those that may write
+    SimulatedDisk* covering = nullptr;            ///< the disk that is mounted on this folder
 };
 
 /// One disk: what the running system sees of it, and what is left of that when the power is cut. A copy is a disk of
@@ -117,10 +118,12 @@ public:
     void setName(Node folder, std::string_view name, Node target, std::chrono::nanoseconds now);
     /// How many bytes found room; 0 on a full disk.
     std::size_t write(Node file, std::size_t offset, std::string_view bytes, std::chrono::nanoseconds now);
-    bool resize(Node file, std::size_t size, std::chrono::nanoseconds now);
-    void open(Node node, bool forWriting);
-    void close(Node node, bool forWriting);
-    void touch(std::chrono::nanoseconds& time, std::chrono::nanoseconds now) const;
+    void resize(Node file, std::size_t size, std::chrono::nanoseconds now);
+    /// `flags`: those of openat.
+    void open(Node node, int flags);
+    void close(Node node, int flags);
+    /// The time as this disk notes it.
+    [[nodiscard]] std::chrono::nanoseconds noted(std::chrono::nanoseconds now) const;
 
     /// What a flush that begins now will bring to the disk when it ends.
     struct Flush {
@@ -152,12 +155,13 @@ private:
     };
 
     void put(Node folder, std::string_view name, Node target);
+    void noteWriting(Inode& inode, std::chrono::nanoseconds now) const;
     void dropIfUnused(Node node);
-    void undoAfter(std::uint64_t step);
-    void undoLost();
+    [[nodiscard]] bool isFlushed(const Change& change, const Flush& flush) const;
+    void undoFrom(std::uint64_t step);
     void chooseEachName(Chance& chance);
-    void countReachable();
-    void settleContents(Inode& inode, Chance& chance) const;
+    void keepReachable();
+    void release(Node node);
 
     std::deque<Inode> nodes_;
     std::vector<Node> unusedNodes_;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <fcntl.h>
+#include <sys/file.h>
+
 #include <functional>
 #include <limits>
 #include <memory>
@@ -76,8 +79,9 @@ struct CallRecord {
     long answer = 0;  ///< of the call, as the interface gives it
     Changed changed = Changed::nothing;
     const SimulatedTree* tree = nullptr;
-    Spot first, second;                      ///< the file, or the folder when there is a name
-    std::string_view firstName, secondName;  ///< where no name was given: empty
+    Spot first, second;                      ///< the open file, or the folder from which the name counts
+    std::string_view firstName, secondName;  ///< as they were given; empty when the file was open
+    bool hasSecond = false;
 
     /// Resolved full paths; the second is empty when the call has one only.
     [[nodiscard]] std::string path() const;
@@ -105,6 +109,8 @@ public:
     /// Every disk loses what it may lose, everybody's files are closed, all disks are mounted again in their order, and
     /// a new process begins.
     void powerCut(Chance& chance);
+    /// A disk is pulled out while it is in use: unmounted and cut; what is open on it answers EIO from now on.
+    void pullOut(const std::string& point, Chance& chance);
     /// Ends some of the flushes under way, at least one. False when there are none.
     bool completeFlushes(Chance& chance);
     /// Whether the program has anything open there: its mount is busy then.
@@ -158,13 +164,13 @@ public:
 
 private:
     struct OpenFile {
-        Spot spot;
-        Bytes text;      ///< of a virtual file
+        Spot spot{};     ///< no disk: it was pulled out, or this is a virtual file
+        Bytes text{};    ///< of a virtual file
         int flags = -1;  ///< -1: the number is free
         off_t next = 0;
-        std::string lastListed;
+        std::string lastListed{};
         int listed = 0;
-        int lock = 0;
+        int lock = LOCK_UN;
         bool hasLease = false;
     };
     struct FlushUnderWay {
@@ -172,9 +178,36 @@ private:
         Ticket<int> ticket;
         SimulatedDisk* disk = nullptr;
         SimulatedDisk::Flush flush;
-        int error = 0;
-        bool losesData = false;
     };
+    /// What a call names: an open file, or a path from an open folder; and the second of the kind.
+    struct Ends {
+        int file = AT_FDCWD;
+        std::string_view name{};
+        int otherFile = -1;
+        std::string_view otherName{};
+    };
+    enum class Needs : std::uint8_t { anything, reading, writing, pin };
+
+    template <class Act>
+    long run(Call call, Changed changed, const Ends& ends, Act act);
+    template <class Act>
+    long runOn(Call call, Changed changed, int file, Needs needs, Act act);
+    int planned(Call call, const Ends& ends);
+    [[nodiscard]] CallRecord recordOf(Call call, const Ends& ends) const;
+    [[nodiscard]] OpenFile* fileOf(int file);
+    [[nodiscard]] Spot spotOf(int file) const;
+    [[nodiscard]] int find(int folder, std::string_view path, Way way, Target& into);
+    [[nodiscard]] int look(int folder, std::string_view path, int flags, Spot& into);
+    static Changed openChange(int flags);
+    int openAt(int folder, std::string_view path, int flags, mode_t mode, Way way);
+    int openNameless(const Target& target, int flags, mode_t mode);
+    static int checkOpening(const Spot& file, int flags);
+    int keepOpen(OpenFile file);
+    long readAt(const OpenFile& file, std::span<std::byte> into, off_t offset);
+    long writeAt(const OpenFile& file, std::span<const std::byte> bytes, off_t& offset);
+    int linkAt(const Spot& file, int folder, std::string_view name);
+    int flushNow(Call call, int file);
+    int changeMode(Call call, int file, mode_t mode);
 
     SimulatedClock& clock_;
     Chance chance_;

@@ -76,10 +76,16 @@ protected:
     };
     /// All disks, as a start of the machine does it.
     void mountAgain();
-    void attach(Mount& mount);
     [[nodiscard]] const std::vector<Mount>& mounts() const { return mounts_; }
 
 private:
+    struct Walk;
+
+    void attach(Mount& mount);
+    [[nodiscard]] const Mount* mountOf(const SimulatedDisk* disk) const;
+    [[nodiscard]] Spot parentOf(Spot folder) const;
+    int mayReplace(const Target& from, const Target& to, bool asUser) const;
+
     SimulatedClock& clock_;
     SimulatedDisk* root_;
     Chance chance_;
