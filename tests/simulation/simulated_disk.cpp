@@ -127,7 +127,7 @@ DiskTraits traitsOf(DiskKind kind, unsigned number) {
 }
 
 SimulatedDisk::SimulatedDisk(DiskTraits described) : traits(std::move(described)) {
-    create(S_IFDIR | 0777U, 0, {});
+    create(S_IFDIR | 0777U, {});
     at(kRootNode).links = 1;
 }
 
@@ -142,7 +142,7 @@ std::chrono::nanoseconds SimulatedDisk::noted(std::chrono::nanoseconds now) cons
     return theirs - theirs % traits.timeStep;
 }
 
-Node SimulatedDisk::create(mode_t mode, uid_t owner, std::chrono::nanoseconds now) {
+Node SimulatedDisk::create(mode_t mode, std::chrono::nanoseconds now) {
     const Node node = unusedNodes_.empty() ? static_cast<Node>(nodes_.size()) : unusedNodes_.back();
     if (unusedNodes_.empty())
         nodes_.emplace_back();
@@ -150,11 +150,10 @@ Node SimulatedDisk::create(mode_t mode, uid_t owner, std::chrono::nanoseconds no
         unusedNodes_.pop_back();
     Inode& inode = at(node);
     inode.mode = mode;
-    inode.owner = owner;
     inode.names = Names(NameOrder{traits.foldsCase});
     inode.bytes = std::make_shared<std::string>();
     inode.stable = inode.bytes;
-    inode.accessed = inode.modified = inode.changed = inode.born = noted(now);
+    inode.modified = inode.changed = inode.born = noted(now);
     inode.number = unusedNumbers_.empty() ? ++lastNumber_ : unusedNumbers_.back();
     if (!unusedNumbers_.empty()) unusedNumbers_.pop_back();
     return node;
@@ -184,6 +183,7 @@ void SimulatedDisk::setName(Node folder, std::string_view name, Node target, std
     if (target != kNoNode) {
         Inode& inode = at(target);
         ++inode.links;
+        inode.bornNameless = false;
         inode.folder = folder;
         inode.name = name;
         if (!traits.changeFollowsModified) inode.changed = noted(now);

@@ -77,10 +77,9 @@ class SimulatedDisk;
 
 struct Inode {
     mode_t mode = 0;  ///< 0: nobody's
-    uid_t owner = 0;
     unsigned links = 0;
     std::uint64_t number = 0;
-    std::chrono::nanoseconds accessed{}, modified{}, changed{}, born{};
+    std::chrono::nanoseconds modified{}, changed{}, born{};
     std::shared_ptr<std::string> bytes;      ///< what is read: contents, or where a link leads
     Bytes stable;                            ///< what a cut leaves at least; the same as `bytes` when all is flushed
     std::size_t kept = 0;                    ///< so much of `stable` was not cut off since the last flush
@@ -110,7 +109,7 @@ public:
 
     // What the running system does. `now` is the wall clock.
     /// A file, folder or link (S_IF… | permissions) without a name.
-    Node create(mode_t mode, uid_t owner, std::chrono::nanoseconds now);
+    Node create(mode_t mode, std::chrono::nanoseconds now);
     /// The changes of names until the next call are one step: all or none on a disk that orders them.
     void beginStep() { ++step_; }
     /// Gives the name to a file, or with kNoNode takes it away. Link counts follow; what has neither name nor user
@@ -134,6 +133,7 @@ public:
     };
     [[nodiscard]] Flush beginFlush(Node node, bool withNames) const;
     void endFlush(const Flush& flush);
+    void flushNow(Node node, bool withNames) { endFlush(beginFlush(node, withNames)); }
     /// The flush fails, and what it was to write counts as written from now on although it never will be.
     void loseFlush(const Flush& flush);
     /// Brings everything to the disk.

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <cerrno>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -17,43 +18,15 @@
 
 namespace vantrell::test {
 
+// clang-format off
 enum class Call : std::uint8_t {
-    any,
-    openat,
-    openat2,
-    read,
-    pread,
-    write,
-    pwrite,
-    getdents64,
-    flistxattr,
-    fgetxattr,
-    getrandom,
-    fstat,
-    fstatat,
-    statx,
-    fstatfs,
-    faccessat,
-    linkat,
-    linkOpenFile,
-    renameat2,
-    unlinkat,
-    mkdirat,
-    fsync,
-    fdatasync,
-    ftruncate,
-    futimens,
-    fchmod,
-    chmodOpenFile,
-    fchown,
-    fsetxattr,
-    flock,
-    setLeaseSignal,
-    setLease,
-    close,
-    startFlush,
+    any, openat, openat2, read, pread, write, pwrite, getdents64, flistxattr, fgetxattr, getrandom, fstat, fstatat,
+    statx, fstatfs, faccessat, linkat, linkOpenFile, renameat2, unlinkat, mkdirat, fsync, fdatasync, ftruncate,
+    futimens, fchmod, chmodOpenFile, fchown, fsetxattr, flock, setLeaseSignal, setLease, close, startFlush,
+    flushed,  ///< no call: one that `startFlush` began has ended
     count
 };
+// clang-format on
 const char* nameOf(Call call);
 
 /// An error that calls of one kind answer without effect.
@@ -123,7 +96,7 @@ public:
     std::uint64_t interruptOneIn = 0;  ///< one in so many reads, writes and truncations answers EINTR
     std::uint64_t faultsMet = 0;       ///< planned faults that calls have met
     std::size_t mostOpen = 1024;       ///< EMFILE beyond
-    /// Told after each call, when it is set.
+    /// Told after each call, and after each flush that has ended, when it is set.
     std::function<void(const CallRecord&)> afterCall;
 
     [[nodiscard]] OtherPrograms& others() { return others_; }
@@ -148,12 +121,12 @@ public:
     int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) override;
     int unlinkat(int folder, const char* path, int flags) override;
     int mkdirat(int folder, const char* path, mode_t mode) override;
-    int fsync(int file) override;
-    int fdatasync(int file) override;
+    int fsync(int file) override { return flushNow(Call::fsync, file); }
+    int fdatasync(int file) override { return flushNow(Call::fdatasync, file); }
     int ftruncate(int file, off_t size) override;
     int futimens(int file, const std::array<timespec, 2>& times) override;
-    int fchmod(int file, mode_t mode) override;
-    int chmodOpenFile(int file, mode_t mode) override;
+    int fchmod(int file, mode_t mode) override { return changeMode(Call::fchmod, file, mode); }
+    int chmodOpenFile(int file, mode_t mode) override { return changeMode(Call::chmodOpenFile, file, mode); }
     int fchown(int file, uid_t owner, gid_t group) override;
     int fsetxattr(int file, const char* name, std::span<const char> value) override;
     int flock(int file, int operation) override;
@@ -186,19 +159,41 @@ private:
         int otherFile = -1;
         std::string_view otherName{};
     };
-    enum class Needs : std::uint8_t { anything, reading, writing, pin };
 
+    struct Answer {
+        long value;
+        operator int() const { return static_cast<int>(value); }
+        operator ssize_t() const { return value; }
+    };
+
+    // `act` gives a number, or the negative error number, for all calls alike.
     template <class Act>
-    long run(Call call, Changed changed, const Ends& ends, Act act);
+    Answer run(Call call, const Ends& ends, Act act) {
+        if (!begin(call)) return end(call, -EIO);
+        const int error = planned(call, ends);
+        const long answer = error != 0 ? -error : act();
+        if (afterCall) tell(call, ends, answer);
+        return end(call, answer);
+    }
     template <class Act>
-    long runOn(Call call, Changed changed, int file, Needs needs, Act act);
+    Answer runOn(Call call, int file, Act act) {
+        return run(call, {file}, [&]() -> long {
+            OpenFile* const open = fileOf(file);
+            const int error = checkUse(open, call);
+            return error != 0 ? -error : act(*open);
+        });
+    }
+    bool begin(Call call);
+    static Answer end(Call call, long answer);
+    void tell(Call call, const Ends& ends, long answer) const;
+    static int checkUse(const OpenFile* file, Call call);
+    static constexpr mode_t kUmask = 022;
     int planned(Call call, const Ends& ends);
     [[nodiscard]] CallRecord recordOf(Call call, const Ends& ends) const;
     [[nodiscard]] OpenFile* fileOf(int file);
     [[nodiscard]] Spot spotOf(int file) const;
     [[nodiscard]] int find(int folder, std::string_view path, Way way, Target& into);
     [[nodiscard]] int look(int folder, std::string_view path, int flags, Spot& into);
-    static Changed openChange(int flags);
     int openAt(int folder, std::string_view path, int flags, mode_t mode, Way way);
     int openNameless(const Target& target, int flags, mode_t mode);
     static int checkOpening(const Spot& file, int flags);
@@ -214,6 +209,7 @@ private:
     OtherPrograms others_;
     std::vector<OpenFile> files_;
     std::vector<FlushUnderWay> flushes_;
+    Changed changed_ = Changed::nothing;  ///< by the call under way
     std::uint64_t calls_ = 0;
     std::uint64_t killAt_ = PlannedFault::kAlways;
 };

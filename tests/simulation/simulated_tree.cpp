@@ -24,16 +24,6 @@ std::string numbersOf(dev_t device) { return std::to_string(major(device)) + ":"
 
 bool isFolder(const Spot& spot) { return S_ISDIR(spot.inode().mode); }
 
-// Only its owner, and the folder's, takes a name out of a sticky folder.
-int mayChangeNames(const Target& target, bool asUser) {
-    if (!asUser) return 0;
-    const Inode& folder = target.folder.inode();
-    if (!SimulatedTree::mayUse(target.folder, W_OK | X_OK)) return EACCES;
-    const bool isSticky = (folder.mode & S_ISVTX) != 0 && folder.owner != SimulatedTree::kUser;
-    const bool isAnothers = target.file.node != kNoNode && target.file.inode().owner != SimulatedTree::kUser;
-    return isSticky && isAnothers ? EPERM : 0;
-}
-
 }  // namespace
 
 SimulatedTree::SimulatedTree(SimulatedClock& clock, SimulatedDisk& root, std::uint64_t seed)
@@ -52,7 +42,6 @@ struct SimulatedTree::Walk {
         const Spot at = into.file;
         if (at.node == kNoNode) return ENOENT;
         if (!isFolder(at)) return ENOTDIR;
-        if (!mayUse(at, X_OK)) return EACCES;
         if (name == "..") {
             if (way.beneath && at == start) return EXDEV;
             const Spot parent = tree.parentOf(at);
@@ -67,10 +56,7 @@ struct SimulatedTree::Walk {
         into = {at, name, {at.disk, at.disk->find(at.node, name)}, false};
         if (into.file.node == kNoNode) return 0;
         const Inode& inode = into.file.inode();
-        if (inode.covering != nullptr) {
-            if (way.oneMount) return EXDEV;
-            into.file = {inode.covering, kRootNode};
-        }
+        if (inode.covering != nullptr) into.file = {inode.covering, kRootNode};
         if (!S_ISLNK(inode.mode) || (isLast && !way.followLast)) return 0;
         if (way.noLinks || linksLeft-- == 0) return ELOOP;
         return follow(at, *inode.bytes, into);
@@ -128,12 +114,6 @@ std::string SimulatedTree::pathOf(Spot spot) const {
     return path.empty() ? "/" : path;
 }
 
-bool SimulatedTree::mayUse(const Spot& spot, int wanted) {
-    const Inode& inode = spot.inode();
-    const unsigned bits = inode.owner == kUser ? inode.mode >> 6U : inode.mode;
-    return (static_cast<unsigned>(wanted) & ~bits & 7U) == 0;
-}
-
 void SimulatedTree::attach(Mount& mount) {
     mount.id = mount.disk->mountId = ++lastMountId_;
     if (mount.point == "/") return;
@@ -143,9 +123,9 @@ void SimulatedTree::attach(Mount& mount) {
         const std::string path = mount.point.substr(0, end);
         if (resolve(root(), path, {}, target) != 0) return;
         Node made = target.file.node;
-        if (made != kNoNode || makeEntry(target, S_IFDIR | 0755U, false, made) != 0) continue;
+        if (made != kNoNode || makeEntry(target, S_IFDIR | 0755U, made) != 0) continue;
         target.file = {target.folder.disk, made};
-        target.folder.disk->endFlush(target.folder.disk->beginFlush(target.folder.node, true));
+        target.folder.disk->flushNow(target.folder.node, true);
     }
     mount.covered = target.file;
     mount.parent = mount.covered.disk->mountId;
@@ -196,26 +176,23 @@ std::string SimulatedTree::virtualText(std::string_view path) const {
     return path == "/proc/self/mountinfo" ? table : "";
 }
 
-int SimulatedTree::makeEntry(const Target& target, mode_t mode, bool asUser, Node& made) {
+int SimulatedTree::makeEntry(const Target& target, mode_t mode, Node& made) {
     SimulatedDisk& disk = *target.folder.disk;
     if (target.file.node != kNoNode) return EEXIST;
     if (target.folder.inode().links == 0) return ENOENT;
-    if (const int error = mayChangeNames(target, asUser); error != 0) return error;
     if (disk.free() == 0) return ENOSPC;
-    made = disk.create(mode, asUser ? kUser : 0, now());
+    made = disk.create(mode, now());
     disk.beginStep();
     disk.setName(target.folder.node, target.name, made, now());
     return 0;
 }
 
-int SimulatedTree::link(Spot file, const Target& to, bool asUser) {
+int SimulatedTree::link(Spot file, const Target& to) {
     SimulatedDisk& disk = *to.folder.disk;
     const Inode& inode = file.inode();
     if (to.file.node != kNoNode) return EEXIST;
     if (to.isFolderWanted || to.folder.inode().links == 0) return ENOENT;
     if (file.disk != &disk) return EXDEV;
-    if (asUser && inode.owner != kUser && !(S_ISREG(inode.mode) && mayUse(file, R_OK | W_OK))) return EPERM;
-    if (const int error = mayChangeNames(to, asUser); error != 0) return error;
     if (!disk.traits.hasHardLinks || S_ISDIR(inode.mode)) return EPERM;
     if (inode.links == 0 && !inode.bornNameless) return ENOENT;
     if (disk.free() == 0) return ENOSPC;
@@ -224,15 +201,7 @@ int SimulatedTree::link(Spot file, const Target& to, bool asUser) {
     return 0;
 }
 
-int SimulatedTree::mayReplace(const Target& from, const Target& to, bool asUser) const {
-    if (const int error = mayChangeNames(to, asUser); error != 0) return error;
-    if (to.file.node == kNoNode) return to.isFolderWanted && !isFolder(from.file) ? ENOTDIR : 0;
-    if (isFolder(from.file) != isFolder(to.file)) return isFolder(to.file) ? EISDIR : ENOTDIR;
-    if (to.file.disk != to.folder.disk) return EBUSY;
-    return to.file.inode().names.empty() ? 0 : ENOTEMPTY;
-}
-
-int SimulatedTree::rename(const Target& from, const Target& to, unsigned flags, bool asUser) {
+int SimulatedTree::rename(const Target& from, const Target& to, unsigned flags) {
     constexpr unsigned kNoReplace = 1;
     SimulatedDisk& disk = *from.folder.disk;
     if ((flags & ~kNoReplace) != 0) return EINVAL;
@@ -245,9 +214,12 @@ int SimulatedTree::rename(const Target& from, const Target& to, unsigned flags, 
         if (above == from.file) return EINVAL;
     }
     if (from.file == to.file) return 0;
-    if (const int error = mayChangeNames(from, asUser); error != 0) return error;
-    if (const int error = mayReplace(from, to, asUser); error != 0) return error;
-    if (from.file.disk != &disk) return EBUSY;
+    if (to.file.node == kNoNode && to.isFolderWanted && !isFolder(from.file)) return ENOTDIR;
+    if (to.file.node != kNoNode) {
+        if (isFolder(from.file) != isFolder(to.file)) return isFolder(to.file) ? EISDIR : ENOTDIR;
+        if (!to.file.inode().names.empty()) return ENOTEMPTY;
+    }
+    if (from.file.disk != &disk || (to.file.disk != nullptr && to.file.disk != &disk)) return EBUSY;
     if (flags != 0 && !disk.traits.hasRenameFlags) return EINVAL;
     disk.beginStep();
     disk.setName(to.folder.node, to.name, from.file.node, now());
@@ -255,10 +227,9 @@ int SimulatedTree::rename(const Target& from, const Target& to, unsigned flags, 
     return 0;
 }
 
-int SimulatedTree::remove(const Target& target, bool folder, bool asUser) {
-    if (target.name.empty()) return folder ? EBUSY : EISDIR;
+int SimulatedTree::remove(const Target& target, bool folder) {
+    if (target.name.empty()) return folder ? EINVAL : EISDIR;
     if (target.file.node == kNoNode) return ENOENT;
-    if (const int error = mayChangeNames(target, asUser); error != 0) return error;
     if (isFolder(target.file) != folder) return folder ? ENOTDIR : EISDIR;
     if (target.file.disk != target.folder.disk) return EBUSY;
     if (!target.file.inode().names.empty()) return ENOTEMPTY;

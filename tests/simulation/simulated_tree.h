@@ -32,15 +32,12 @@ struct Way {
     bool followLast = true;
     bool beneath = false;
     bool noLinks = false;
-    bool oneMount = false;
 };
 
-/// The disks of a machine, mounted into one tree, and the user as whom the program runs. The functions answer 0 or the
-/// error number that Linux answers.
+/// The disks of a machine, mounted into one tree. The functions answer 0 or the error number that Linux answers. There
+/// are no permissions: planned faults stand for what they forbid.
 class SimulatedTree {
 public:
-    static constexpr uid_t kUser = 1000;
-
     /// The disks belong to whoever mounts them, and outlive the tree.
     SimulatedTree(SimulatedClock& clock, SimulatedDisk& root, std::uint64_t seed);
 
@@ -57,14 +54,11 @@ public:
     [[nodiscard]] std::string pathOf(Spot spot) const;
     [[nodiscard]] Spot root() const { return {root_, kRootNode}; }
     [[nodiscard]] std::chrono::nanoseconds now() const { return clock_.sinceEpoch(); }
-    /// `wanted`: R_OK, W_OK, X_OK or several.
-    [[nodiscard]] static bool mayUse(const Spot& spot, int wanted);
 
-    // Changes of names, as the program's user or, with `asUser` false, as one who may do everything.
-    int makeEntry(const Target& target, mode_t mode, bool asUser, Node& made);
-    int link(Spot file, const Target& to, bool asUser);
-    int rename(const Target& from, const Target& to, unsigned flags, bool asUser);
-    int remove(const Target& target, bool folder, bool asUser);
+    int makeEntry(const Target& target, mode_t mode, Node& made);
+    int link(Spot file, const Target& to);
+    int rename(const Target& from, const Target& to, unsigned flags);
+    int remove(const Target& target, bool folder);
 
 protected:
     struct Mount {
@@ -84,7 +78,6 @@ private:
     void attach(Mount& mount);
     [[nodiscard]] const Mount* mountOf(const SimulatedDisk* disk) const;
     [[nodiscard]] Spot parentOf(Spot folder) const;
-    int mayReplace(const Target& from, const Target& to, bool asUser) const;
 
     SimulatedClock& clock_;
     SimulatedDisk* root_;
