@@ -53,8 +53,10 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
           {machine.loop.queue(), backup, activePassword, noActivePassword, [this] { loadedSettings.reload(); }}),
       weekly({state, screen.window, report, machine.toolbox, machine.loop, machine.clock, mode, *timDelete}),
       weeklyDialog({state, screen.weeklyWindow, settings, mode, machine.clock, *timWeeklyClock, weekly}),
+      flushNote(machine.files, joinPath(state.AppFolder, kFlushNoteName)),
+      namesakes(machine.files, joinPath(state.AppFolder, kNamesakesName)),
       pass({state, screen.window, report, log, settings, machine.toolbox, screen.boxes, machine.loop, machine.clock,
-            *timRun, mode, notices, activePassword, noActivePassword},
+            *timRun, mode, notices, activePassword, noActivePassword, flushNote, namesakes},
            [&m = this->machine] { return std::make_unique<CryptoComponent>(m.loop, m.toolbox, m.makeCipher); }),
       passes(pass, machine.loop.queue()),
       ending({state, settingsFile, settings, log, backup, *timRun, screen.tray, notices, screen.window, machine.host},
@@ -68,6 +70,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
                machine.instance, screen.tray, machine.files, machine.toolbox, machine.loop.queue()}) {
     connectTimers();
+    machine.toolbox.onFlushFault([this] { flushNote.write(); });
     std::vector<Endable*> atWork{&controller, &logMenus,       &currentPassword, &optionMenus,  &passes,
                                  &startup,    &passwordEditor, &weekly,          &weeklyDialog, &backupMenus};
     atWork.insert(atWork.end(), screen.others.begin(), screen.others.end());

@@ -94,6 +94,8 @@ struct Engine {
     WeeklyDelete weekly;
     WeeklyDeleteDialog weeklyDialog;
 
+    FlushNote flushNote;
+    Namesakes namesakes;
     ScanPass pass;
     Passes passes;
 

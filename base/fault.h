@@ -12,10 +12,10 @@ enum class FaultKind {
     nameTaken,      ///< there is something with the target name already, and it may not be replaced
     noSpace,        ///< the target's file system is full or over quota
     deviceFailing,  ///< the target's file system is read-only or its writes fail
-    machine,  ///< something else is wrong with the machine or a folder, and no file's fault: no descriptor is left,
-              ///< no memory, a server does not answer, a folder takes no file
-    notPermitted,  ///< this one file may not be moved by us (another owner's): it stays where it is
-    other,         ///< anything else; the text says what
+    machine,        ///< no file's fault either: no descriptor is left, a server does not answer, a folder takes no file
+    notPermitted,   ///< this one file may not be moved by us (another owner's): it stays where it is
+    nameTooLong,    ///< the target folder takes no name of this length
+    other,          ///< anything else; the text says what
 };
 
 /// What went wrong: a kind for the program, and words for people (UTF-8).

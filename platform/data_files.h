@@ -28,6 +28,9 @@ public:
     /// the machine may undo that; after any other the old one is as it was.
     virtual Result<> writeAtomically(const Path& path, std::string_view bytes) = 0;
 
+    /// Removes a file, and brings that to stable storage. Success also when there is none.
+    virtual Result<> remove(const Path& path) = 0;
+
     /// Gives an existing file another name in the same folder; never replaces.
     virtual Result<> setAside(const Path& path, const Path& newName) = 0;
 

@@ -150,6 +150,13 @@ public:
     [[nodiscard]] virtual bool isFolder(const Path& path) const = 0;
     /// Whether both paths lead to the same existing folder, whatever the paths' texts.
     [[nodiscard]] virtual bool isSameFolder(const Path& one, const Path& other) const = 0;
+    /// Whether both paths lead to the same existing file or folder; links at their ends are not followed.
+    [[nodiscard]] virtual bool isSameFile(const Path& one, const Path& other) const = 0;
+    /// Tells the regular file under the path from another one that stands there at another time; empty when none stands
+    /// there.
+    [[nodiscard]] virtual std::string markOf(const Path& path) const = 0;
+    /// The longest name that the folder takes, in bytes.
+    [[nodiscard]] virtual std::size_t longestName(const Path& folder) const = 0;
     /// Creates one level; False when it could not be created.
     virtual bool makeFolder(const Path& path) = 0;
     /// Takes the read-only attribute off a regular file; errors are ignored.

@@ -5,8 +5,16 @@
 #include <utility>
 
 #include "transport/cipher_stream.h"
+#include "transport/comparing_output.h"
 
 namespace vantrell {
+
+namespace {
+
+// The last block is always padded, by a whole one where nothing is missing.
+std::uint64_t encryptedSize(std::uint64_t plain) { return (plain / Cipher::kBlockBytes + 1) * Cipher::kBlockBytes; }
+
+}  // namespace
 
 CryptoComponent::CryptoComponent(EventLoop& loop, FileToolbox& toolbox, CipherFactory makeCipher)
     : loop_(loop), toolbox_(toolbox), makeCipher_(std::move(makeCipher)) {}
@@ -67,6 +75,19 @@ Result<> CryptoComponent::checkSettings() const {
     return {};
 }
 
+Task<bool> CryptoComponent::equalsStanding(HeldFile& source, Path file, bool believed) {
+    if (!checkSettings().ok()) co_return false;
+    Result<std::unique_ptr<StandingFile>> opened = toolbox_.openStanding(file);
+    if (!opened.ok() || opened.value()->size() != encryptedSize(source.size())) co_return false;
+    const std::unique_ptr<Cipher> cipher = makeCipher_(key_);
+    ComparingOutput compared(opened.take());
+    CipherStream stream(loop_, *cipher, source, compared);
+    const Result<> equal = co_await stream.run(progress_);
+    source.rewind();
+    if (equal.ok() && believed) standing_ = compared.takeStanding();
+    co_return equal.ok();
+}
+
 Task<Result<>> CryptoComponent::prepareFile(HeldFile& source, Path folder) {
     Result<> prepared = checkSettings();
     if (prepared.ok()) prepared = co_await prepare(source, std::move(folder));
@@ -77,7 +98,6 @@ Task<Result<>> CryptoComponent::prepareFile(HeldFile& source, Path folder) {
 
 Task<Result<>> CryptoComponent::prepare(HeldFile& source, Path folder) {
     const std::unique_ptr<Cipher> cipher = makeCipher_(key_);
-    key_.wipe();
     Result<std::unique_ptr<OutputFile>> created = toolbox_.createOutput(folder);
     if (!created.ok()) co_return created.fault();
     std::unique_ptr<OutputFile> output = created.take();
@@ -92,11 +112,13 @@ Task<Result<>> CryptoComponent::prepare(HeldFile& source, Path folder) {
 }
 
 Task<Result<>> CryptoComponent::publishFile(HeldFile& source, std::string name, Replace replace) {
-    if (!prepared_) co_return Fault{FaultKind::other, "no file is prepared"};
+    if (!prepared_ && !standing_) co_return Fault{FaultKind::other, "no file is prepared"};
     Result<> published = source.verify();
-    if (published.ok()) published = co_await prepared_->publish(std::move(name), replace);
-    if (!published.ok()) co_await prepared_->discard();
+    if (standing_ && published.ok()) published = co_await standing_->confirm();
+    if (prepared_ && published.ok()) published = co_await prepared_->publish(std::move(name), replace);
+    if (prepared_ && !published.ok()) co_await prepared_->discard();
     prepared_.reset();
+    standing_.reset();
     co_return published;
 }
 

@@ -13,12 +13,12 @@
 
 namespace vantrell {
 
-/// Encrypts one file into another one. One instance serves one file: settings first, then `prepareFile`, then
-/// `publishFile`.
+/// Encrypts one file into another one. One instance serves one file: settings first, then `equalsStanding` where a file
+/// of the name stands already, then `prepareFile` unless that one is taken, then `publishFile`.
 ///
 /// The only combination there is: algorithm "aes", mode "ecb", 256 bits. The key is the text's ASCII bytes, cut at 32
 /// or filled up with zero bytes to 32. What cannot be set is reported by `prepareFile`. The text of the key is never
-/// kept; the key made of it is wiped as soon as it has been handed to the cipher, and in any case with the component.
+/// kept; the key made of it is wiped as soon as the file is prepared, and in any case with the component.
 class CryptoComponent {
 public:
     /// Bytes of the source done, and bytes there are.
@@ -35,6 +35,11 @@ public:
     void setInitialisationVector(std::string_view text, std::string_view encoding);
     void setProgress(Progress progress);
 
+    /// Whether the file that stands under the path is what encrypting the source would give, byte for byte. Equal
+    /// passwords and contents give equal bytes, so that it is the output of an earlier try. When it is and `believed`,
+    /// it is taken: `publishFile` brings it to stable storage. `source` outlives the task, and is read from its
+    /// beginning again afterwards.
+    Task<bool> equalsStanding(HeldFile& source, Path file, bool believed);
     /// Reads the source to its end, encrypts it into a file without a name in the folder, and brings that to stable
     /// storage. Fault `inUse` when the source turns out shorter or longer than it was when it was opened. Memory does
     /// not grow with the file. `source` outlives the task.
@@ -60,6 +65,7 @@ private:
     CipherKey key_;
     Progress progress_;
     std::unique_ptr<OutputFile> prepared_;
+    std::unique_ptr<StandingFile> standing_;  ///< the file that is taken for the output
 };
 
 using CryptoFactory = std::function<std::unique_ptr<CryptoComponent>()>;

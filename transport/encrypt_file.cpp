@@ -8,15 +8,31 @@
 
 namespace vantrell {
 
+namespace {
+
+constexpr char kEncrypted[] = ".enc";
+
+}  // namespace
+
 struct FileEncryption::Work {
     EncryptOrder order;
     std::string name;
+    std::unique_ptr<FileReport> report;
     std::unique_ptr<CryptoComponent> component;
     std::unique_ptr<HeldFile> held;
-    Result<> holding;  // whether it could be opened, and still is what it was then
+    Result<> holding;         // whether it could be opened, and still is what it was then
+    bool isCompared = false;  // with what stands under the output's name
+    bool equals = false;
     bool isPrepared = false;
     Result<> preparing;
+    bool isAhead = true;       // opened, and perhaps prepared, before its turn
     bool isAtItsTurn = false;  // its progress may be shown
+    bool wasAsked = false;
+
+    void take(Result<std::unique_ptr<HeldFile>> opened) {
+        holding = opened.ok() ? Result<>() : Result<>(opened.fault());
+        held = opened.ok() ? opened.take() : nullptr;
+    }
 };
 
 // What is said about a file that has the name which is needed.
@@ -25,120 +41,162 @@ struct FileEncryption::Obstacle {
     std::string question;
 };
 
-FileEncryption::FileEncryption(const ProgramState& state, MainWindow& window, StatusReport& report, ActivityLog& log,
-                               FileToolbox& toolbox, CryptoFactory makeComponent, QuestionDesk& questions)
-    : state_(state),
-      window_(window),
-      report_(report),
-      log_(log),
-      toolbox_(toolbox),
-      makeComponent_(std::move(makeComponent)),
-      questions_(questions) {}
-
 void FileEncryption::DeleteWork::operator()(Work* work) const { std::default_delete<Work>()(work); }
 
 FileEncryption::WorkPointer FileEncryption::begin(EncryptOrder order) {
     WorkPointer work(std::make_unique<Work>().release());
     work->name = FileNameOf(order.sourcePath);
+    work->report = std::make_unique<FileReport>(p_.report, p_.log, order.leftBefore);
     work->order = std::move(order);
-    work->component = makeComponent_();
-    work->component->setAlgorithm("aes");
-    work->component->setCipherMode("ecb");
-    work->component->setKeyLength(256);
-    work->component->setSecretKey(work->order.password, "ascii");
-    work->component->setInitialisationVector(work->order.password, "ascii");
-    work->component->setProgress(
-        [&window = window_, &isAtItsTurn = work->isAtItsTurn](std::uint64_t done, std::uint64_t total) {
+    makeComponentFor(*work);
+    // Held from here to the move, so that what is moved is known to be what was read.
+    work->take(p_.toolbox.hold(work->order.sourcePath));
+    return work;
+}
+
+void FileEncryption::makeComponentFor(Work& work) {
+    work.component = p_.makeComponent();
+    work.component->setAlgorithm("aes");
+    work.component->setCipherMode("ecb");
+    work.component->setKeyLength(256);
+    work.component->setSecretKey(work.order.password, "ascii");
+    work.component->setInitialisationVector(work.order.password, "ascii");
+    work.component->setProgress(
+        [&window = p_.window, &isAtItsTurn = work.isAtItsTurn](std::uint64_t done, std::uint64_t total) {
             if (isAtItsTurn) window.setFileProgress(done, total);
         });
-
-    // Held from here to the move, so that what is moved is known to be what was read.
-    Result<std::unique_ptr<HeldFile>> held = toolbox_.hold(work->order.sourcePath);
-    if (held.ok())
-        work->held = held.take();
-    else
-        work->holding = held.fault();
-    return work;
 }
 
 std::uint64_t FileEncryption::sizeOf(const Work& work) { return work.held ? work.held->size() : 0; }
 EncryptOrder& FileEncryption::orderOf(Work& work) { return work.order; }
 
+// What was true when the file was opened ahead of its turn need not be so now.
+Task<void> FileEncryption::beginAnew(Work& work) {
+    work.isAhead = work.isCompared = work.equals = work.isPrepared = false;
+    work.held.reset();
+    makeComponentFor(work);
+    work.take(co_await p_.toolbox.holdInTurn(work.order.sourcePath, p_.isStopped));
+}
+
+// A crash, a log-out or a full Done folder may have left the output of this very file.
+Task<void> FileEncryption::compare(Work& work) {
+    const Path output = joinPath(work.order.destinationFolder, work.name + kEncrypted);
+    if (!work.held || std::exchange(work.isCompared, true) || !FileExists(p_.toolbox, output)) co_return;
+    work.equals = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
+}
+
 Task<void> FileEncryption::prepare(Work& work) {
-    if (!work.held || work.isPrepared) co_return;
-    work.isPrepared = true;
+    co_await compare(work);
+    const bool isThere = work.equals && !p_.flushNote.stands();
+    if (!work.held || isThere || std::exchange(work.isPrepared, true)) co_return;
     work.preparing = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
 }
 
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
     work->isAtItsTurn = true;
-    co_return co_await encryptAndMove(*work);
+    (void)ClearFileAttributes(p_.toolbox, work->order.sourcePath);
+    const bool isReady = work->isCompared && work->holding.ok() && work->preparing.ok();
+    if (!isReady) co_await beginAnew(*work);
+    EncryptResult result = co_await encryptAndMove(*work);
+    result.report = std::move(work->report);
+    co_return result;
 }
 
 Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
-    if (work.holding.failedWith(FaultKind::inUse)) co_return failedBy(work, work.holding.fault());
-
-    const Path output = joinPath(work.order.destinationFolder, work.name + ".enc");
-    const std::string shownSource = displayText(work.order.sourcePath);
-    const std::string refusal =
-        "If No Files will be moved to the folder " + displayText(work.order.rejectFolder) + " !";
-    Replace replace = Replace::never;
-    if (FileExists(toolbox_, output)) {
-        const Permission permission = co_await mayReplace(
-            work, {" Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
-                   " Encrypting file \r\n" + shownSource + " already exists in the folder " +
-                       displayText(work.order.destinationFolder) + ".\r\n\r\nDo you want to overwrite this file?\r\n" +
-                       refusal});
-        if (permission != Permission::replace) co_return notPermitted(work, permission);
-        replace = Replace::allowed;
-    }
-
-    const Result<> written = co_await writeOutput(work, replace);
-    if (!written.ok()) co_return failedBy(work, written.fault());
-    if (!FileExists(toolbox_, output)) co_return resultOf(work, EncryptOutcome::carried);
-
-    log_.logEvent("Encryped:  " + named(work.name) + " - Sucessful: ");
-    log_.saveWhenOn();
+    std::optional<EncryptResult> notEncrypted = co_await encrypt(work);
+    if (notEncrypted) co_return std::move(*notEncrypted);
+    work.report->logEvent("Encryped:  " + named(work.name) + " - Sucessful: ");
     co_return co_await moveToDone(work);
+}
+
+// Nothing when the output stands whole under its name.
+Task<std::optional<EncryptResult>> FileEncryption::encrypt(Work& work) {
+    if (work.holding.failedWith(FaultKind::inUse)) {
+        if (p_.isStopped()) co_return resultOf(work, EncryptOutcome::withdrawn);
+        co_return failedBy(work, work.holding.fault());
+    }
+    Replace replace = Replace::never;
+    const Permission permission = co_await mayWriteOutput(work, replace);
+    if (permission != Permission::replace) co_return notPermitted(work, permission);
+    const Result<> written = co_await writeOutput(work, replace);
+    if (written.ok()) co_return std::nullopt;
+    if (work.isAhead && !work.wasAsked && written.failedWith(FaultKind::inUse)) {
+        co_await beginAnew(work);
+        co_return co_await encrypt(work);
+    }
+    co_return failedBy(work, written.fault());
+}
+
+Task<FileEncryption::Permission> FileEncryption::mayWriteOutput(Work& work, Replace& replace) {
+    const Path& folder = work.order.destinationFolder;
+    const Path output = joinPath(folder, work.name + kEncrypted);
+    const bool isNamesakes =
+        FileExists(p_.toolbox, output) && p_.isNamesakes(work.order.sourcePath, folder, kEncrypted);
+    if (!isNamesakes) co_await compare(work);
+    // The same bytes, newly written: nothing is lost, and nothing needs to be asked.
+    if (work.equals && !isNamesakes) {
+        replace = Replace::allowed;
+        co_return Permission::replace;
+    }
+    if (!FileExists(p_.toolbox, output)) co_return Permission::replace;
+    replace = Replace::allowed;
+    Obstacle obstacle{" Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
+                      " Encrypting file \r\n" + displayText(work.order.sourcePath) + " already exists in the folder " +
+                          displayText(folder) + ".\r\n\r\nDo you want to overwrite this file?\r\n" +
+                          "If No Files will be moved to the folder " + displayText(work.order.rejectFolder) + " !"};
+    co_return co_await mayReplace(work, std::move(obstacle), isNamesakes);
 }
 
 Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
     if (!work.held) co_return work.holding;
     co_await prepare(work);
     if (!work.preparing.ok()) co_return work.preparing;
-    co_return co_await work.component->publishFile(*work.held, work.name + ".enc", replace);
+    co_return co_await work.component->publishFile(*work.held, work.name + kEncrypted, replace);
 }
 
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
-    Replace replace = Replace::never;
-    if (FileExists(toolbox_, target)) {
-        const Permission permission = co_await mayReplace(
-            work, {" Moving orginal file " + named(target) + " already exists in the folder!.",
-                   " The orginal file  " + displayText(work.order.sourcePath) + " already exists in the folder " +
-                       displayText(work.order.doneFolder) +
-                       "!.\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
-                       displayText(work.order.rejectFolder) + " !"});
+    MoveOrder order{work.order.sourcePath, target, Replace::never, work.held.get(), Durable::later};
+    if (FileExists(p_.toolbox, target)) {
+        const bool isNamesakes = p_.isNamesakes(work.order.sourcePath, work.order.doneFolder, "");
+        if (!isNamesakes) {
+            order.onEqual = p_.flushNote.stands() ? OnEqual::isReplaced : OnEqual::isTheSame;
+            const Result<> moved = co_await p_.toolbox.move(order);
+            if (!moved.failedWith(FaultKind::nameTaken)) co_return afterMove(work, moved);
+        }
+        Obstacle obstacle{
+            " Moving orginal file " + named(target) + " already exists in the folder!.",
+            " The orginal file  " + displayText(work.order.sourcePath) + " already exists in the folder " +
+                displayText(work.order.doneFolder) +
+                "!.\r\n\r\nDo you want to overwrite this file?\r\nIf No Files will be moved to the folder " +
+                displayText(work.order.rejectFolder) + " !"};
+        const Permission permission = co_await mayReplace(work, std::move(obstacle), isNamesakes);
         if (permission != Permission::replace) co_return notPermitted(work, permission);
-        replace = Replace::allowed;
+        order.replace = Replace::allowed;
+        order.onEqual = OnEqual::isAnother;
     }
-
-    const Result<> moved =
-        co_await toolbox_.move({work.order.sourcePath, target, replace, work.held.get(), Durable::later});
-    if (moved.ok()) co_return resultOf(work, EncryptOutcome::carried);
-    if (moved.failedWith(FaultKind::inUse)) co_return failedBy(work, moved.fault());
-    report_.showInPanel1("File " + named(work.order.sourcePath) + " did move to " + named(work.order.doneFolder) + "!");
-    co_return resultOf(work, EncryptOutcome::carried, moved.fault());
+    const Result<> moved = co_await p_.toolbox.move(order);
+    co_return afterMove(work, moved);
 }
 
-Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle obstacle) {
-    if (state_.settings.OverwriteExistingFiles && !work.order.nameWasCarried) co_return Permission::replace;
-    report_.showInPanel1(obstacle.status);
-    logFailure(work, "");  // nothing has failed yet
-    if (work.order.nameWasCarried) co_return Permission::refused;
+EncryptResult FileEncryption::afterMove(Work& work, const Result<>& moved) {
+    if (moved.ok()) return resultOf(work, EncryptOutcome::carried);
+    if (moved.failedWith(FaultKind::inUse)) return failedBy(work, moved.fault());
+    work.report->showInPanel1("File " + named(work.order.sourcePath) + " did move to " + named(work.order.doneFolder) +
+                              "!");
+    return resultOf(work, EncryptOutcome::carried, moved.fault());
+}
 
+Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle obstacle, bool isNamesakes) {
+    if (p_.state.settings.OverwriteExistingFiles && !isNamesakes) co_return Permission::replace;
+    work.report->showInPanel1(obstacle.status);
+    logFailure(work, "");  // nothing has failed yet
+    if (isNamesakes) co_return Permission::refused;
+
+    work.report->speak();
+    work.wasAsked = true;
     Box box{"Overwrite Files", std::move(obstacle.question), Buttons::yesNo, true};
-    switch (co_await questions_.ask(std::move(box))) {
+    switch (co_await p_.questions.ask(std::move(box))) {
         case Answer::yes:
             break;
         case Answer::withdrawn:
@@ -166,14 +224,13 @@ EncryptResult FileEncryption::notPermitted(Work& work, Permission permission) {
 }
 
 EncryptResult FileEncryption::failedBy(Work& work, const Fault& fault) {
+    logFailure(work, fault.text);
     const bool inUse = fault.kind == FaultKind::inUse;
-    if (!inUse || !work.order.inUseWasTold) logFailure(work, fault.text);
     return resultOf(work, inUse ? EncryptOutcome::inUse : EncryptOutcome::failed, fault);
 }
 
-void FileEncryption::logFailure(const Work& work, const std::string& words) {
-    log_.logEvent("Encrypting:  " + named(work.name) + " - FAILED: " + failureWords(words));
-    log_.saveWhenOn();
+void FileEncryption::logFailure(Work& work, const std::string& words) {
+    work.report->logEvent("Encrypting:  " + named(work.name) + " - FAILED: " + failureWords(words));
 }
 
 EncryptResult FileEncryption::resultOf(Work& work, EncryptOutcome outcome, std::optional<Fault> fault) {

@@ -37,12 +37,14 @@ void PassFolders::report(const Message& words) {
     report_.showInLabel2(words);
 }
 
-Task<std::vector<Path>> PassFolders::search(std::function<bool()> isStopped) {
+Task<std::vector<Path>> PassFolders::search(std::function<bool()> isStopped,
+                                            std::function<bool(const Path&)> willBeHeld) {
     SearchOrder order;
     order.folder = settings_.SourceFolder;
     order.recurse = settings_.IncludeSubfolders;
     order.notEntered = {settings_.DoneFolder, settings_.RejectFolder};
     order.isStopped = std::move(isStopped);
+    order.willBeHeld = std::move(willBeHeld);
     order.notRead = [this](const Path& folder, const Fault& fault) { reportUnread(folder, fault); };
     unreadBefore_ = std::exchange(unread_, {});
     unreadWords_.clear();

@@ -25,8 +25,9 @@ public:
     bool check();
     [[nodiscard]] const std::string& trouble() const { return trouble_; }
 
-    /// The files of this pass, in their order. Once for each pass; `isStopped` is asked in between.
-    Task<std::vector<Path>> search(std::function<bool()> isStopped);
+    /// The files of this pass, in their order. Once for each pass; `isStopped` is asked in between, and `willBeHeld`
+    /// says which of them the pass would carry.
+    Task<std::vector<Path>> search(std::function<bool()> isStopped, std::function<bool(const Path&)> willBeHeld);
     /// The words about the first folder that the search could not read; empty when it read them all.
     [[nodiscard]] const std::string& unreadWords() const { return unreadWords_; }
 

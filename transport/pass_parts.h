@@ -10,6 +10,8 @@
 #include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
 #include "platform/timers.h"
+#include "transport/flush_note.h"
+#include "transport/namesakes.h"
 
 namespace vantrell {
 
@@ -29,6 +31,8 @@ struct PassParts {
     Notices& notices;
     ActivePassword& password;
     NoActivePassword& noPassword;
+    FlushNote& flushNote;
+    Namesakes& namesakes;
 };
 
 }  // namespace vantrell

@@ -2,24 +2,51 @@
 #include "transport/reject_file.h"
 
 #include "base/date_text.h"
+#include "base/shortened_name.h"
 
 namespace vantrell {
 
+namespace {
+
+// Some file systems that encrypt names take no longer ones, whatever they say.
+constexpr std::size_t kShortName = 140;
+constexpr unsigned kMostNames = 1000;
+
+bool isTaken(const RejectOrder& order, const std::string& name) {
+    return order.toolbox.kindOf(joinPath(order.folder, name)) != EntryKind::missing;
+}
+
+// A name that is free, shortened where it must be, with a number where the shortened one is taken.
+std::string freeName(const RejectOrder& order, const std::string& name, std::size_t longest) {
+    std::string free = shortenedName(name, longest, 0);
+    for (unsigned number = 2; free != name && number < kMostNames && isTaken(order, free); ++number)
+        free = shortenedName(name, longest, number);
+    return free;
+}
+
+Task<Result<>> moveUnderShortName(RejectOrder order, std::string name, std::size_t longest) {
+    const Path target = joinPath(order.folder, freeName(order, name, longest));
+    co_return co_await order.toolbox.move({order.file, target, Replace::never, order.held});
+}
+
+}  // namespace
+
 Task<Result<>> rejectFile(RejectOrder order) {
     const Message file = "File " + named(order.file);
-    const Path name = nameOf(order.file);
-    Path target = joinPath(order.folder, name);
+    std::string name = nameOf(order.file);
+    const std::size_t longest = order.toolbox.longestName(order.folder);
     bool isThere = false;
-    if (order.toolbox.kindOf(target) != EntryKind::missing) {
-        const Path newName = secondStamp(order.clock.now()) + "_" + name;
-        target = joinPath(order.folder, newName);
+    if (isTaken(order, name)) {
+        name = secondStamp(order.clock.now()) + "_" + name;
+        const std::string newName = freeName(order, name, longest);
         order.report.showInPanel1(file + " File exists rename file to " + named(newName));
-        const Result<> renamed = co_await order.toolbox.rename(order.file, target);
+        const Result<> renamed = co_await order.toolbox.rename(order.file, joinPath(order.folder, newName));
         isThere = renamed.ok();
         if (!isThere) order.report.showInPanel1(file + " did not rename file!");
     }
     Result<> moved;
-    if (!isThere) moved = co_await order.toolbox.move({order.file, target, Replace::never, order.held});
+    if (!isThere) moved = co_await moveUnderShortName(order, name, longest);
+    if (moved.failedWith(FaultKind::nameTooLong)) moved = co_await moveUnderShortName(order, name, kShortName);
     if (!moved.ok()) order.report.showInPanel1(file + " did not move to reject folder!");
     co_return moved;
 }

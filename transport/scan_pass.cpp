@@ -13,6 +13,7 @@ namespace vantrell {
 namespace {
 
 constexpr int kMostMachineFaults = 3;
+constexpr char kFlushFailed[] = "Files could not be brought to stable storage.";
 
 bool isEncrypted(const Path& path) {
     std::string extension = ExtensionOf(path);
@@ -21,6 +22,18 @@ bool isEncrypted(const Path& path) {
     return extension == "enc";
 }
 
+// What a pass holds on to, for as long as its task lives.
+class PassScope {
+public:
+    PassScope(FileToolbox& toolbox, const Path& source) : toolbox_(toolbox) { toolbox_.beginPass(source); }
+    PassScope(const PassScope&) = delete;
+    PassScope& operator=(const PassScope&) = delete;
+    ~PassScope() { toolbox_.endPass(); }
+
+private:
+    FileToolbox& toolbox_;
+};
+
 }  // namespace
 
 ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
@@ -28,8 +41,27 @@ ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
       folders_(parts.toolbox, parts.report),
       endings_(parts),
       questions_(parts.boxes, parts.notices),
-      encryption_(parts.state, parts.window, parts.report, parts.log, parts.toolbox, std::move(makeComponent),
-                  questions_) {}
+      encryption_(encryptionParts(std::move(makeComponent))) {}
+
+EncryptionParts ScanPass::encryptionParts(CryptoFactory makeComponent) {
+    return {p_.state,
+            p_.window,
+            p_.report,
+            p_.log,
+            p_.toolbox,
+            questions_,
+            p_.flushNote,
+            std::move(makeComponent),
+            [this](const Path& source, const Path& folder, const std::string& ending) {
+                return isNamesakes(source, folder, ending);
+            },
+            [this] { return stopRequested_; }};
+}
+
+bool ScanPass::isNamesakes(const Path& source, const Path& folder, const std::string& ending) const {
+    return p_.toolbox.wasMadeInThisPass(joinPath(folder, FileNameOf(source) + ending)) ||
+           p_.namesakes.isTaken(p_.toolbox, source, folder, ending);
+}
 
 void ScanPass::takeStart(bool once) {
     singlePassWanted_ = once;
@@ -82,6 +114,8 @@ Task<void> ScanPass::searchAndCarry() {
     singlePass_ = singlePassWanted_;
     machineFaults_ = 0;
     rejected_ = 0;
+    isWhole_ = true;
+    flushFaultsBefore_ = p_.flushNote.failures();
     p_.timRun.setEnabled(false);
     p_.timRun.setInterval(effectiveIntervalMs(settings_.ScanIntervalMs));
 
@@ -98,43 +132,74 @@ Task<void> ScanPass::searchAndCarry() {
         co_return;
     }
     p_.report.showInLabel2("Please Wait Encrypting files.");
-    files_ = co_await folders_.search([this] { return stopRequested_; });
+    const PassScope scope(p_.toolbox, settings_.SourceFolder);
+    files_ = co_await folders_.search([this] { return stopRequested_; },
+                                      [](const Path& path) { return !isEncrypted(path); });
     p_.window.setTotalFiles(files_.size());
+    co_await noteNamesakes();
     co_await carryFiles();
 }
 
+Task<void> ScanPass::noteNamesakes() {
+    if (stopRequested_) co_return;
+    std::vector<Path> carried;
+    for (const Path& path : files_) {
+        if (!isEncrypted(path)) carried.push_back(path);
+        co_await p_.loop.breathe();
+    }
+    const Result<> noted = co_await p_.namesakes.begin(p_.loop, p_.toolbox, settings_.SourceFolder, carried);
+    const Message words = "Files of the same name wait in the Source Folder - FAILED: " +
+                          failureWords(noted.ok() ? std::string() : noted.fault().text);
+    const std::string before = std::exchange(namesNotStored_, noted.ok() ? std::string() : words.text());
+    if (namesNotStored_ != before && !noted.ok()) p_.report.showInPanel1(words);
+}
+
 Task<void> ScanPass::carryFiles() {
-    carriedNames_.clear();
-    inUseBefore_ = std::exchange(inUse_, {});
+    leftBefore_ = std::exchange(left_, {});
     if (files_.empty() && folders_.unreadWords().empty() && !stopRequested_) {
         p_.report.showInLabel2("No Records this pass!");
         p_.window.setPanel1("No Records this pass!");
         p_.window.setWaitPointer(false);
     }
+    const Next next = co_await carryAll();
+    co_await endCarrying(next);
+}
+
+Task<ScanPass::Next> ScanPass::carryAll() {
     Lookahead ahead(p_.loop, encryption_);
     Next next = Next::goOn;
     std::size_t index = 0;
     lookAhead(ahead, index);
-    while (next == Next::goOn && !ahead.isEmpty() && !takeStop()) {
+    while (next == Next::goOn && !flushHasFailed() && !ahead.isEmpty() && !takeStop()) {
         next = co_await carryNext(ahead);
         if (next == Next::goOn) lookAhead(ahead, index);
         co_await p_.loop.breathe();
     }
+    co_return next;
+}
+
+// Files that are not known to be safe in Done have been taken back into Source: the operator is told as of a disk that
+// fails.
+Task<void> ScanPass::endCarrying(Next next) {
     const Result<> flushed = co_await p_.toolbox.flushMoves();
     if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
+    p_.namesakes.end();
     if (next != Next::goOn) co_return;
-    // The files are in Done, and may be back in Source after a crash: the operator is told as of a disk that fails.
-    if (flushed.ok() || stopRequested_)
-        end();
-    else
-        endPaused(Trouble::diskFails, flushed.fault().text);
+    if (stopRequested_) co_return end();
+    if (!flushed.ok() || flushHasFailed())
+        co_return endPaused(Trouble::diskFails, flushed.ok() ? kFlushFailed : flushed.fault().text);
+    if (isWhole_ && folders_.unreadWords().empty()) p_.flushNote.clear();
+    end();
 }
 
 void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
     for (; ahead.hasRoom() && next < files_.size(); ++next) {
         const Path path = std::move(files_[next]);
         if (isEncrypted(path)) continue;
-        (void)ClearFileAttributes(p_.toolbox, path);
+        if (p_.namesakes.mustWait(path)) {
+            isWhole_ = false;
+            continue;
+        }
         ahead.add(orderFor(path), next);
     }
 }
@@ -150,7 +215,6 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     Lookahead::Item item = co_await ahead.next();
     p_.window.setPassProgress(item.index, files_.size());
     EncryptOrder& order = FileEncryption::orderOf(*item.work);
-    order.nameWasCarried = carriedNames_.contains(FileNameOf(order.sourcePath));
     if (order.password != password) {
         order.password = password;
         item.work = encryption_.begin(order);
@@ -179,22 +243,34 @@ Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
     EncryptResult result = co_await encryption_.finish(std::move(work));
     switch (result.outcome) {
         case EncryptOutcome::withdrawn:
+            isWhole_ = false;
             co_return unlessStopped();
         case EncryptOutcome::inUse:
-            co_return afterFileInUse(path);
+            co_return afterFileInUse(path, *result.report);
         case EncryptOutcome::failed:
             co_return co_await afterFailure(std::move(path), std::move(result));
         case EncryptOutcome::carried:
             break;
     }
-    countCarried(name);
-    if (result.fault && result.fault->isTheMachines()) co_return afterMachineFault({}, *result.fault);
-    if (result.fault && !folders_.check()) {
+    co_return afterCarrying(path, result);
+}
+
+ScanPass::Next ScanPass::afterCarrying(const Path& path, const EncryptResult& result) {
+    countCarried();
+    if (!result.fault) {
+        p_.namesakes.carried(path);
+        result.report->speak();
+        machineFaults_ = 0;
+        return Next::goOn;
+    }
+    if (result.fault->isTheMachines()) return afterMachineFault({}, *result.fault, *result.report);
+    leave(path, result.fault->text, *result.report);
+    if (!folders_.check()) {
         endMissingFolders();
-        co_return Next::end;
+        return Next::end;
     }
     machineFaults_ = 0;
-    co_return Next::goOn;
+    return Next::goOn;
 }
 
 EncryptOrder ScanPass::orderFor(const Path& path) const {
@@ -204,40 +280,56 @@ EncryptOrder ScanPass::orderFor(const Path& path) const {
     order.destinationFolder = settings_.DestinationFolder;
     order.doneFolder = settings_.DoneFolder;
     order.rejectFolder = settings_.RejectFolder;
-    order.inUseWasTold = inUseBefore_.contains(path);
+    if (const auto left = leftBefore_.find(path); left != leftBefore_.end()) order.leftBefore = left->second;
     return order;
 }
 
-void ScanPass::countCarried(const std::string& name) {
-    // Within one folder no name comes twice.
-    if (settings_.IncludeSubfolders) carriedNames_.insert(name);
+void ScanPass::countCarried() {
     p_.window.repaint();
     p_.window.setProcessedCount(++processed_);
 }
 
-ScanPass::Next ScanPass::afterFileInUse(const Path& path) {
-    const bool wasTold = inUseBefore_.contains(path);
-    inUse_.insert(path);
-    if (!wasTold) reportNotEncrypted(path);
+void ScanPass::leave(const Path& path, const std::string& how, FileReport& report) {
+    isWhole_ = false;
+    left_[path] = how;
+    report.left(how);
+}
+
+ScanPass::Next ScanPass::afterFileInUse(const Path& path, FileReport& report) {
+    reportNotEncrypted(path, report);
+    leave(path, "in use", report);
     return Next::goOn;
 }
 
+// The fault that keeps it in Source, if it stays there.
+Task<std::optional<Fault>> ScanPass::reject(const Path& path, EncryptResult& result) {
+    const Result<> rejected =
+        co_await rejectFile({p_.toolbox, *result.report, p_.clock, path, settings_.RejectFolder, result.held.get()});
+    if (!rejected.ok()) co_return rejected.fault();
+    ++rejected_;
+    p_.namesakes.rejected(path);
+    co_return std::nullopt;
+}
+
 Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
+    FileReport& report = *result.report;
     std::optional<Fault> fault = result.fault;
     // A folder that is gone, or a full disk, is not the file's fault: rejecting would empty the source folder.
     const bool folderIsGone = !folders_.check();
     const bool isTheMachines = fault && fault->isTheMachines();
     if (!folderIsGone && !isTheMachines && FileExists(p_.toolbox, path)) {
         const Result<> unchanged = result.held ? result.held->verify() : Result<>();
-        if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path);
-        const Result<> rejected =
-            co_await rejectFile({p_.toolbox, p_.report, p_.clock, path, settings_.RejectFolder, result.held.get()});
-        if (rejected.ok()) ++rejected_;
-        fault = rejected.ok() ? std::nullopt : std::optional(rejected.fault());
+        if (unchanged.failedWith(FaultKind::inUse)) co_return afterFileInUse(path, report);
+        fault = co_await reject(path, result);
+        if (fault && fault->kind == FaultKind::inUse) co_return afterFileInUse(path, report);
     }
-    if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault);
+    if (fault && fault->isTheMachines()) co_return afterMachineFault(path, *fault, report);
     machineFaults_ = 0;
-    reportNotEncrypted(path);
+    reportNotEncrypted(path, report);
+    if (fault && !folderIsGone)
+        leave(path, fault->text, report);
+    else
+        report.speak();
     if (folderIsGone) {
         endMissingFolders();
         co_return Next::end;
@@ -255,17 +347,20 @@ ScanPass::Next ScanPass::unlessStopped() {
 }
 
 // The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
-ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault) {
-    if (!path.empty()) reportNotEncrypted(path);
+ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault, FileReport& report) {
+    isWhole_ = false;
+    report.speak();
+    if (!path.empty()) reportNotEncrypted(path, report);
     ++machineFaults_;
-    if (fault.kind != FaultKind::deviceFailing && machineFaults_ < kMostMachineFaults) return unlessStopped();
+    const bool isOver =
+        fault.kind == FaultKind::deviceFailing || machineFaults_ >= kMostMachineFaults || flushHasFailed();
+    if (!isOver) return unlessStopped();
     endPaused(Trouble::diskFails, fault.text);
     return Next::end;
 }
 
-void ScanPass::reportNotEncrypted(const Path& path) {
-    p_.report.showInPanel1("File " + named(path) + " did not encrypt!");
-    p_.log.saveWhenOn();
+void ScanPass::reportNotEncrypted(const Path& path, FileReport& report) {
+    report.showInPanel1("File " + named(path) + " did not encrypt!");
 }
 
 void ScanPass::requestStop() {

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "transport/encrypt_file.h"
@@ -42,17 +41,28 @@ private:
     /// True when one of the four is empty, which has been said then.
     bool reportEmptyFolder();
     void reportNoPassword();
+    [[nodiscard]] EncryptionParts encryptionParts(CryptoFactory makeComponent);
+    /// Whether what stands there under the file's name is another file of this name, carried before.
+    [[nodiscard]] bool isNamesakes(const Path& source, const Path& folder, const std::string& ending) const;
     Task<void> searchAndCarry();
+    Task<void> noteNamesakes();
     Task<void> carryFiles();
+    Task<Next> carryAll();
+    Task<void> endCarrying(Next next);
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
     Task<Next> carryOne(FileEncryption::WorkPointer work);
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
-    Next afterMachineFault(const Path& path, const Fault& fault);
-    Next afterFileInUse(const Path& path);
-    void countCarried(const std::string& name);
-    void reportNotEncrypted(const Path& path);
+    Task<std::optional<Fault>> reject(const Path& path, EncryptResult& result);
+    Next afterMachineFault(const Path& path, const Fault& fault, FileReport& report);
+    Next afterFileInUse(const Path& path, FileReport& report);
+    Next afterCarrying(const Path& path, const EncryptResult& result);
+    void countCarried();
+    /// It stays in Source; nothing more is said of it while the next passes leave it as this one.
+    void leave(const Path& path, const std::string& how, FileReport& report);
+    static void reportNotEncrypted(const Path& path, FileReport& report);
+    [[nodiscard]] bool flushHasFailed() const { return p_.flushNote.failures() != flushFaultsBefore_; }
     /// True when Stop was pressed, which has been said then.
     bool takeStop();
     Next unlessStopped();
@@ -81,9 +91,12 @@ private:
     int machineFaults_ = 0;  // in a row
     std::uint64_t rejected_ = 0;
     std::int32_t processed_ = 0;
-    std::unordered_set<std::string> carriedNames_;  // of this pass
-    std::set<Path> inUse_;                          // of this pass
-    std::set<Path> inUseBefore_;                    // of the pass before
+    bool isWhole_ = false;            // every file that was found has been carried or rejected
+    unsigned flushFaultsBefore_ = 0;  // this pass
+    using Left = std::map<Path, std::string>;
+    Left left_;                   // in Source by this pass, and how
+    Left leftBefore_;             // by the pass before
+    std::string namesNotStored_;  // in words; of the pass before
 };
 
 }  // namespace vantrell

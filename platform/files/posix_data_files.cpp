@@ -104,6 +104,12 @@ Result<> PosixDataFiles::writeAtomically(const Path& path, std::string_view byte
     return vantrell::writeAtomically(kernel_, path, bytes, kPrivateFile);
 }
 
+Result<> PosixDataFiles::remove(const Path& path) {
+    const int error = kernel_.unlinkat(AT_FDCWD, path.c_str(), 0);
+    if (error != 0) return resultFromErrno(error == ENOENT ? 0 : error, path);
+    return flushFolderNow(kernel_, folderOf(path));
+}
+
 Result<> PosixDataFiles::setAside(const Path& path, const Path& newName) {
     const bool isBareName = newName.find(kPathSeparator) == Path::npos;
     const Result<Place> from = openPlace(kernel_, path);

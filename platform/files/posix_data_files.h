@@ -19,6 +19,7 @@ public:
     /// Whether the existing file may be written is what the kernel says for this process. When the flush of the folder
     /// fails, the new contents stand under the name and the fault says that they may not outlive a power failure.
     Result<> writeAtomically(const Path& path, std::string_view bytes) override;
+    Result<> remove(const Path& path) override;
     /// `newName` is a bare name or a path in the same folder.
     Result<> setAside(const Path& path, const Path& newName) override;
     /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps

@@ -15,6 +15,8 @@ FaultKind kindOf(int number) {
             return FaultKind::notThere;
         case EEXIST:
             return FaultKind::nameTaken;
+        case ENAMETOOLONG:
+            return FaultKind::nameTooLong;
         case ENOSPC:
         case EDQUOT:
             return FaultKind::noSpace;

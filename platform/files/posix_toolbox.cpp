@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_toolbox.h"
 
+#include <climits>
 #include <utility>
 
 #include "platform/files/crash_cleanup.h"
@@ -62,6 +63,28 @@ bool PosixToolbox::isFolder(const Path& path) const { return folderAt(kernel_, p
 bool PosixToolbox::isSameFolder(const Path& one, const Path& other) const {
     const auto folder = folderAt(kernel_, one);
     return folder && folder == folderAt(kernel_, other);
+}
+
+bool PosixToolbox::isSameFile(const Path& one, const Path& other) const {
+    struct stat a {};
+    struct stat b {};
+    return statusOf(kernel_, one, a) == 0 && statusOf(kernel_, other, b) == 0 && identityOf(a) == identityOf(b);
+}
+
+// An inode number alone may be another file's after a while.
+std::string PosixToolbox::markOf(const Path& path) const {
+    struct stat status {};
+    if (statusOf(kernel_, path, status) != 0 || !S_ISREG(status.st_mode)) return {};
+    const FileStamp stamp = stampOf(status);
+    return std::to_string(stamp.identity.inode) + " " + std::to_string(stamp.size) + " " +
+           std::to_string(stamp.modified.seconds) + "." + std::to_string(stamp.modified.nanoseconds);
+}
+
+std::size_t PosixToolbox::longestName(const Path& folder) const {
+    const UniqueFd opened = openFolder(kernel_, folder);
+    struct statfs system {};
+    const bool isKnown = opened && kernel_.fstatfs(opened.get(), system) == 0 && system.f_namelen > 0;
+    return isKnown ? static_cast<std::size_t>(system.f_namelen) : NAME_MAX;
 }
 
 bool PosixToolbox::makeFolder(const Path& path) { return kernel_.mkdirat(AT_FDCWD, path.c_str(), kFolderMode) == 0; }

@@ -32,6 +32,9 @@ public:
     [[nodiscard]] EntryKind kindOf(const Path& path) const override;
     [[nodiscard]] bool isFolder(const Path& path) const override;
     [[nodiscard]] bool isSameFolder(const Path& one, const Path& other) const override;
+    [[nodiscard]] bool isSameFile(const Path& one, const Path& other) const override;
+    [[nodiscard]] std::string markOf(const Path& path) const override;
+    [[nodiscard]] std::size_t longestName(const Path& folder) const override;
     bool makeFolder(const Path& path) override;
     void clearReadOnly(const Path& path) override;
     Task<std::vector<Path>> search(SearchOrder order) override;

@@ -21,6 +21,9 @@ public:
     [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
     [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
     [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
+    [[nodiscard]] bool isSameFile(const Path& a, const Path& b) const override { return real_.isSameFile(a, b); }
+    [[nodiscard]] std::string markOf(const Path& path) const override { return real_.markOf(path); }
+    [[nodiscard]] std::size_t longestName(const Path& folder) const override { return real_.longestName(folder); }
     bool makeFolder(const Path& path) override { return real_.makeFolder(path); }
     void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
     Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }

@@ -61,7 +61,9 @@ public:
                 engine.mode,
                 engine.notices,
                 engine.activePassword,
-                engine.noActivePassword};
+                engine.noActivePassword,
+                engine.flushNote,
+                engine.namesakes};
     }
 
     void settle() {

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "transport/comparing_output.h"
+
+#include <algorithm>
+
+namespace vantrell {
+
+Task<Result<>> ComparingOutput::write(std::span<const std::byte> bytes) {
+    piece_.resize(std::max(piece_.size(), bytes.size()));
+    while (!bytes.empty()) {
+        const Result<std::size_t> got = standing_->read(std::span(piece_).first(bytes.size()));
+        if (!got.ok()) co_return got.fault();
+        const bool isEqual =
+            got.value() > 0 &&
+            std::equal(piece_.begin(), piece_.begin() + static_cast<std::ptrdiff_t>(got.value()), bytes.begin());
+        if (!isEqual) co_return Fault{FaultKind::nameTaken, "another file stands there"};
+        bytes = bytes.subspan(got.value());
+    }
+    co_return Result<>();
+}
+
+}  // namespace vantrell
