@@ -5,6 +5,7 @@
 #include <sys/sysmacros.h>
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace vantrell::test {
@@ -66,63 +67,33 @@ bool NameOrder::operator()(std::string_view one, std::string_view other) const {
 }
 
 DiskTraits traitsOf(DiskKind kind, unsigned number) {
+    using enum DiskKind;
+    constexpr std::array kTypes{"ext4", "ext4", "ext2", "xfs", "btrfs", "tmpfs", "vfat", "nfs4", "fuse.sshfs"};
+    constexpr std::array<long, kTypes.size()> kMagics{0xEF53,     0xEF53, 0xEF53, 0x58465342, 0x9123683E,
+                                                      0x01021994, 0x4d44, 0x6969, 0x65735546};
+    const auto is = [kind](auto... kinds) { return ((kind == kinds) || ...); };
+    const bool isFar = is(nfs, fuse);
     DiskTraits traits;
-    traits.device = makedev(8, 16 * number + 1);
-    traits.source = std::string("/dev/sd") + static_cast<char>('a' + number % 26) + "1";
-    const auto be = [&](const char* type, long magic) {
-        traits.type = type;
-        traits.magic = magic;
-    };
-    const auto beFarAway = [&](const char* source) {
-        traits.source = source + std::to_string(number);
-        traits.device = makedev(0, 40 + number);
-        traits.hasNameless = traits.hasRenameFlags = traits.hasBirthTimes = false;
-    };
-    switch (kind) {
-        case DiskKind::ext4NoJournal:
-            traits.hasJournal = traits.ordersRenames = false;
-            break;
-        case DiskKind::ext2:
-            be("ext2", 0xEF53);
-            traits.ordersRenames = traits.hasBirthTimes = false;
-            traits.timeStep = std::chrono::seconds(1);
-            break;
-        case DiskKind::xfs:
-            be("xfs", 0x58465342);
-            break;
-        case DiskKind::btrfs:
-            be("btrfs", 0x9123683E);
-            traits.reusesNumbers = false;
-            break;
-        case DiskKind::tmpfs:
-            be("tmpfs", 0x01021994);
-            traits.source = "tmpfs";
-            traits.losesAllAtCut = true;
-            break;
-        case DiskKind::vfat:
-            be("vfat", 0x4d44);
-            traits.ordersRenames = traits.hasNameless = traits.hasHardLinks = traits.hasOwners = false;
-            traits.keepsNumbers = traits.hasBirthTimes = false;
-            traits.foldsCase = true;
-            traits.timeStep = std::chrono::seconds(2);
-            break;
-        case DiskKind::nfs:
-            be("nfs4", 0x6969);
-            beFarAway("server:/share");
-            traits.leases = Leases::busy;
-            traits.locksFolders = false;
-            break;
-        case DiskKind::fuse:
-            be("fuse.sshfs", 0x65735546);
-            beFarAway("user@host:/share");
-            traits.ordersRenames = traits.hasHardLinks = traits.keepsNumbers = false;
-            traits.leases = Leases::lied;
-            traits.timeStep = std::chrono::seconds(1);
-            break;
-        case DiskKind::ext4:
-        case DiskKind::count:
-            break;
-    }
+    traits.type = kTypes[static_cast<std::size_t>(kind)];
+    traits.magic = kMagics[static_cast<std::size_t>(kind)];
+    traits.source = isFar ? "host:/share" + std::to_string(number) : std::string("/dev/sd_1");
+    if (!isFar) traits.source[7] = static_cast<char>('a' + number);
+    traits.device = isFar ? makedev(0, 40 + number) : makedev(8, 16 * number + 1);
+    traits.hasJournal = !is(ext4NoJournal);
+    traits.ordersRenames = !is(ext4NoJournal, ext2, vfat, fuse);
+    traits.losesAllAtCut = is(tmpfs);
+    traits.hasNameless = !is(vfat, nfs, fuse);
+    traits.hasRenameFlags = !isFar;
+    traits.hasHardLinks = !is(vfat, fuse);
+    traits.hasOwners = !is(vfat);
+    traits.locksFolders = !is(nfs);
+    traits.hasBirthTimes = !is(ext2, vfat, nfs, fuse);
+    traits.foldsCase = is(vfat);
+    traits.keepsNumbers = !is(vfat, fuse);
+    traits.reusesNumbers = !is(btrfs);
+    if (is(ext2, fuse)) traits.timeStep = std::chrono::seconds(1);
+    if (is(vfat)) traits.timeStep = std::chrono::seconds(2);
+    if (isFar) traits.leases = is(nfs) ? Leases::busy : Leases::lied;
     return traits;
 }
 
@@ -171,15 +142,11 @@ void SimulatedDisk::put(Node folder, std::string_view name, Node target) {
     }
 }
 
-void SimulatedDisk::noteWriting(Inode& inode, std::chrono::nanoseconds now) const {
-    inode.modified = inode.changed = noted(now);
-}
-
 void SimulatedDisk::setName(Node folder, std::string_view name, Node target, std::chrono::nanoseconds now) {
     const Node before = find(folder, name);
     changes_.push_back({folder, std::string(name), before, target, step_});
     put(folder, name, target);
-    noteWriting(at(folder), now);
+    at(folder).modified = at(folder).changed = noted(now);
     if (target != kNoNode) {
         Inode& inode = at(target);
         ++inode.links;
@@ -215,7 +182,7 @@ std::size_t SimulatedDisk::write(Node file, std::size_t offset, std::string_view
     }
     bytes.copy(own.data() + offset, bytes.size());
     if (offset <= inode.lostBegin && end >= inode.lostEnd) inode.lostBegin = inode.lostEnd = 0;
-    noteWriting(inode, now);
+    inode.modified = inode.changed = noted(now);
     return bytes.size();
 }
 
@@ -226,7 +193,7 @@ void SimulatedDisk::resize(Node file, std::size_t size, std::chrono::nanoseconds
     own.resize(size);
     inode.kept = std::min(inode.kept, size);
     inode.lostEnd = std::min(inode.lostEnd, size);
-    noteWriting(inode, now);
+    inode.modified = inode.changed = noted(now);
 }
 
 void SimulatedDisk::open(Node node, int flags) {
@@ -313,11 +280,6 @@ void SimulatedDisk::chooseEachName(Chance& chance) {
     }
 }
 
-void SimulatedDisk::release(Node node) {
-    at(node) = Inode();
-    unusedNodes_.push_back(node);
-}
-
 // A folder has one name, and what has none is gone.
 void SimulatedDisk::keepReachable() {
     for (Inode& inode : nodes_) inode.links = inode.pinned = inode.users = inode.writers = 0;
@@ -337,7 +299,9 @@ void SimulatedDisk::keepReachable() {
         });
     }
     for (Node node = 0; node < nodes_.size(); ++node) {
-        if (at(node).mode != 0 && at(node).links == 0) release(node);
+        if (at(node).mode == 0 || at(node).links != 0) continue;
+        at(node) = Inode();
+        unusedNodes_.push_back(node);
     }
 }
 

@@ -155,13 +155,11 @@ private:
     };
 
     void put(Node folder, std::string_view name, Node target);
-    void noteWriting(Inode& inode, std::chrono::nanoseconds now) const;
     void dropIfUnused(Node node);
     [[nodiscard]] bool isFlushed(const Change& change, const Flush& flush) const;
     void undoFrom(std::uint64_t step);
     void chooseEachName(Chance& chance);
     void keepReachable();
-    void release(Node node);
 
     std::deque<Inode> nodes_;
     std::vector<Node> unusedNodes_;

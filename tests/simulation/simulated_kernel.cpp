@@ -99,13 +99,8 @@ bool SimulatedKernel::completeFlushes(Chance& chance) {
         flushes_.erase(flushes_.begin() + static_cast<std::ptrdiff_t>(i));
         done.disk->endFlush(done.flush);
         if (afterCall) {
-            CallRecord record;
-            record.call = Call::flushed;
-            record.number = calls_;
-            record.changed = Changed::stable;
-            record.tree = this;
-            record.first = {done.disk, done.flush.node};
-            afterCall(record);
+            const Spot file{done.disk, done.flush.node};
+            afterCall({Call::flushed, calls_, 0, Changed::stable, this, file, {}, {}, {}, false});
         }
         done.queue->wake(done.ticket, 0);
     }
@@ -125,16 +120,9 @@ std::size_t SimulatedKernel::openCount() const {
 // What is the same for every call.
 
 CallRecord SimulatedKernel::recordOf(Call call, const Ends& ends) const {
-    CallRecord record;
-    record.call = call;
-    record.number = calls_;
-    record.tree = this;
-    record.first = spotOf(ends.file);
-    record.firstName = ends.name;
-    record.hasSecond = ends.otherFile != -1;
-    if (record.hasSecond) record.second = spotOf(ends.otherFile);
-    record.secondName = ends.otherName;
-    return record;
+    const bool hasSecond = ends.otherFile != -1;
+    const Spot second = hasSecond ? spotOf(ends.otherFile) : Spot();
+    return {call, calls_, 0, Changed::nothing, this, spotOf(ends.file), second, ends.name, ends.otherName, hasSecond};
 }
 
 int SimulatedKernel::planned(Call call, const Ends& ends) {
@@ -149,28 +137,27 @@ int SimulatedKernel::planned(Call call, const Ends& ends) {
         if (fault.times != PlannedFault::kAlways) --fault.times;
         ++faultsMet;
         if (fault.losesData && record.first.disk != nullptr)
-            record.first.disk->loseFlush(record.first.disk->beginFlush(record.first.node, call != Call::fdatasync));
+            record.first.disk->loseFlush(record.first.disk->beginFlush(record.first.node, call == Call::fsync));
         return fault.error;
     }
     return 0;
 }
 
-bool SimulatedKernel::begin(Call call) {
-    if (++calls_ >= killAt_) return false;
+int SimulatedKernel::begin(Call call, const Ends& ends) {
+    if (++calls_ >= killAt_) return EIO;
     clock_.advance(kCallTime);
     changed_ = changedBy(call);
-    return true;
+    return planned(call, ends);
 }
 
-SimulatedKernel::Answer SimulatedKernel::end(Call call, long answer) {
-    return {call <= Call::getrandom ? answer : -answer};
-}
-
-void SimulatedKernel::tell(Call call, const Ends& ends, long answer) const {
+SimulatedKernel::Answer SimulatedKernel::end(Call call, const Ends& ends, long answer) const {
+    const long given = call <= Call::getrandom ? answer : -answer;
+    if (!afterCall || isDead()) return {given};
     CallRecord record = recordOf(call, ends);
-    record.answer = end(call, answer);
+    record.answer = given;
     if (answer >= 0) record.changed = changed_;
     afterCall(record);
+    return {given};
 }
 
 // Whether an open file takes this call.
@@ -213,14 +200,13 @@ int SimulatedKernel::openat(int folder, const char* path, int flags, mode_t mode
 int SimulatedKernel::openat2(int folder, const char* path, const open_how& how) {
     return run(Call::openat2, {folder, path}, [&] {
         if ((how.resolve & ~__u64{RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS}) != 0) return -EINVAL;
-        Way way;
-        way.beneath = (how.resolve & RESOLVE_BENEATH) != 0;
-        way.noLinks = (how.resolve & RESOLVE_NO_SYMLINKS) != 0;
+        const Way way{true, (how.resolve & RESOLVE_BENEATH) != 0, (how.resolve & RESOLVE_NO_SYMLINKS) != 0};
         return openAt(folder, path, static_cast<int>(how.flags), static_cast<mode_t>(how.mode), way);
     });
 }
 
 int SimulatedKernel::openAt(int folder, std::string_view path, int flags, mode_t mode, Way way) {
+    if (openCount() >= mostOpen) return -EMFILE;
     if (path.starts_with("/proc/") || path.starts_with("/sys/")) {
         std::string text = virtualText(path);
         if (text.empty()) return -ENOENT;
@@ -274,7 +260,6 @@ int SimulatedKernel::checkOpening(const Spot& file, int flags) {
 int SimulatedKernel::keepOpen(OpenFile file) {
     const auto unused = std::find_if(files_.begin(), files_.end(), [](const OpenFile& open) { return open.flags < 0; });
     const auto number = static_cast<std::size_t>(unused - files_.begin());
-    if (number >= mostOpen) return -EMFILE;
     if (file.spot.disk != nullptr) file.spot.disk->open(file.spot.node, file.flags);
     if (unused == files_.end()) files_.emplace_back();
     files_[number] = std::move(file);

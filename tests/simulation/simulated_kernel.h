@@ -169,11 +169,8 @@ private:
     // `act` gives a number, or the negative error number, for all calls alike.
     template <class Act>
     Answer run(Call call, const Ends& ends, Act act) {
-        if (!begin(call)) return end(call, -EIO);
-        const int error = planned(call, ends);
-        const long answer = error != 0 ? -error : act();
-        if (afterCall) tell(call, ends, answer);
-        return end(call, answer);
+        const int error = begin(call, ends);
+        return end(call, ends, error != 0 ? -error : act());
     }
     template <class Act>
     Answer runOn(Call call, int file, Act act) {
@@ -183,9 +180,8 @@ private:
             return error != 0 ? -error : act(*open);
         });
     }
-    bool begin(Call call);
-    static Answer end(Call call, long answer);
-    void tell(Call call, const Ends& ends, long answer) const;
+    int begin(Call call, const Ends& ends);
+    Answer end(Call call, const Ends& ends, long answer) const;
     static int checkUse(const OpenFile* file, Call call);
     static constexpr mode_t kUmask = 022;
     int planned(Call call, const Ends& ends);
