@@ -40,7 +40,8 @@ void markFlushed(Inode& inode, Bytes stable) {
 
 // What was not flushed is lost, there, there up to some place, or there in size only.
 std::string leftByCut(const Inode& inode, Chance& chance) {
-    const std::string& all = *withoutLost(inode, inode.bytes);
+    const Bytes written = withoutLost(inode, inode.bytes);
+    const std::string& all = *written;
     std::string old = inode.stable->substr(0, inode.kept);
     const std::size_t differs = firstDifference(old, all);
     switch (chance.below(4)) {

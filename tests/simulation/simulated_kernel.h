@@ -29,7 +29,7 @@ enum class Call : std::uint8_t {
 // clang-format on
 const char* nameOf(Call call);
 
-/// An error that calls of one kind answer without effect.
+/// An error that calls of one kind answer without effect. EINTR for ever would make the program try for ever.
 struct PlannedFault {
     static constexpr std::uint64_t kAlways = std::numeric_limits<std::uint64_t>::max();
 
@@ -79,8 +79,8 @@ public:
     [[nodiscard]] bool isDead() const { return calls_ >= killAt_; }
     /// A new process: nothing is open, locked or under way. What the last one wrote stands.
     void restart();
-    /// Every disk loses what it may lose, everybody's files are closed, all disks are mounted again in their order, and
-    /// a new process begins.
+    /// Every mounted disk loses what it may lose, everybody's files are closed, all disks are mounted again in their
+    /// order, and a new process begins.
     void powerCut(Chance& chance);
     /// A disk is pulled out while it is in use: unmounted and cut; what is open on it answers EIO from now on.
     void pullOut(const std::string& point, Chance& chance);
