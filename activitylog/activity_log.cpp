@@ -5,16 +5,31 @@
 
 namespace vantrell {
 
+namespace {
+
+// So much goes to the disk at once. What a crash leaves of it can be cut away whole by the next start.
+constexpr std::size_t kPiece = std::size_t{64} << 10U;
+
+constexpr char kEnding[] = " Activity.Log";
+
+std::string fileNameOf(WallTime day) { return dayStamp(day) + kEnding; }
+
+bool isFileOfADay(const std::string& name, const std::string& pattern) {
+    return name.size() == pattern.size() && name.ends_with(kEnding) &&
+           name.find_first_not_of("0123456789") == name.size() - (sizeof kEnding - 1);
+}
+
+}  // namespace
+
 Path logFolderBelow(const Path& appFolder) { return joinPath(appFolder, "Daily Activity Logs"); }
 
-ActivityLog::ActivityLog(ProgramState& state, MainWindow& window, DataFiles& files, const Clock& clock)
-    : state_(state), window_(window), files_(files), clock_(clock) {}
+ActivityLog::ActivityLog(ProgramState& state, LineStore& lines, MainWindow& window, DataFiles& files,
+                         const Clock& clock)
+    : state_(state), lines_(lines), window_(window), files_(files), clock_(clock) {}
 
 void ActivityLog::appendActivityLine(const std::string& line) {
-    const std::string shown = displayText(line);
-    window_.appendActivity(shown);
-    unsaved_ += shown;
-    unsaved_ += "\r\n";
+    lines_.append(displayText(line));
+    window_.activityJoined();
 }
 
 void ActivityLog::logEvent(const Message& message) {
@@ -26,13 +41,23 @@ void ActivityLog::logEvent(const Message& message) {
 
 void ActivityLog::writetofile() {
     chooseFile();
-    if (unsaved_.empty()) return;
+    if (firstUnsaved_ == lines_.size()) return;
     Result<> saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
-    if (saved.ok()) saved = files_.appendLines(logFilePath_, unsaved_, !fileIsChecked_);
+    while (saved.ok() && firstUnsaved_ < lines_.size()) saved = saveSome();
     if (!saved.ok()) return reportOnce(saved.fault());
-    fileIsChecked_ = true;
     failureIsShown_ = false;
-    unsaved_.clear();
+}
+
+Result<> ActivityLog::saveSome() {
+    std::string piece;
+    std::size_t end = firstUnsaved_;
+    while (end < lines_.size() && piece.size() < kPiece) piece.append(lines_.line(end++)).append("\r\n");
+    Result<> saved = files_.appendLines(logFilePath_, piece, !fileIsChecked_);
+    fileIsChecked_ = saved.ok();
+    if (!saved.ok()) return saved;
+    fileIsWritten_ = true;
+    firstUnsaved_ = end;
+    return saved;
 }
 
 void ActivityLog::saveWhenOn() {
@@ -42,16 +67,25 @@ void ActivityLog::saveWhenOn() {
 void ActivityLog::saveForGood() {
     if (state_.settings.LoggingTurnedOff) return;
     writetofile();
-    if (!fileIsChecked_) return;
+    if (!fileIsWritten_) return;
     const Result<> flushed = files_.flush(logFilePath_);
     if (!flushed.ok()) reportOnce(flushed.fault());
 }
 
+Task<void> ActivityLog::mendNewestEarlierFile(FileToolbox& toolbox) {
+    const Path folder = logFolderBelow(state_.AppFolder);
+    const std::string today = fileNameOf(clock_.now());
+    std::string newest;
+    for (const Path& name : co_await toolbox.listFiles(folder))
+        if (isFileOfADay(name, today) && name < today && name > newest) newest = name;
+    if (!newest.empty()) (void)files_.cutTornEnd(joinPath(folder, newest));
+}
+
 void ActivityLog::chooseFile() {
-    const Path today = joinPath(logFolderBelow(state_.AppFolder), dayStamp(clock_.now()) + " Activity.Log");
+    const Path today = joinPath(logFolderBelow(state_.AppFolder), fileNameOf(clock_.now()));
     if (today == logFilePath_) return;
     logFilePath_ = today;
-    fileIsChecked_ = false;
+    fileIsChecked_ = fileIsWritten_ = false;
 }
 
 void ActivityLog::reportOnce(const Fault& fault) {

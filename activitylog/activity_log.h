@@ -12,6 +12,8 @@
 #include "core/program_state.h"
 #include "platform/clock.h"
 #include "platform/data_files.h"
+#include "platform/file_toolbox.h"
+#include "platform/line_store.h"
 
 namespace vantrell {
 
@@ -25,10 +27,11 @@ struct LoggedEvent {
 ///
 /// The day's file is `LogFolder`/yyyymmdd Activity.Log, UTF-8 with CR LF line ends. It holds each line once and in
 /// order; a line counts as saved only when its write has succeeded. Lines of a day that are saved after midnight go
-/// into the new day's file.
+/// into the new day's file. What is not saved yet is kept by the store of lines alone.
 class ActivityLog {
 public:
-    ActivityLog(ProgramState& state, MainWindow& window, DataFiles& files, const Clock& clock);
+    /// `lines` is what the activity box shows; only this appends to it.
+    ActivityLog(ProgramState& state, LineStore& lines, MainWindow& window, DataFiles& files, const Clock& clock);
 
     /// Appends a ready line, without its line end. Bytes that are not text are made visible, so it stays one line.
     void appendActivityLine(const std::string& line);
@@ -41,6 +44,9 @@ public:
     void saveWhenOn();
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
+    /// Once at a start: removes what a crash has torn at the end of the newest file of an earlier day. No other file is
+    /// looked at; what cannot be read or cut stays as it is.
+    Task<void> mendNewestEarlierFile(FileToolbox& toolbox);
 
     /// The last events, at most `kEventsKept`, the newest at the end.
     [[nodiscard]] std::vector<LoggedEvent> lastEvents() const { return {events_.begin(), events_.end()}; }
@@ -51,16 +57,19 @@ public:
 
 private:
     void chooseFile();
+    Result<> saveSome();
     void reportOnce(const Fault& fault);
 
     ProgramState& state_;
+    LineStore& lines_;
     MainWindow& window_;
     DataFiles& files_;
     const Clock& clock_;
-    std::string unsaved_;
+    std::size_t firstUnsaved_ = 0;  // the lines from here on are in the store alone
     std::deque<LoggedEvent> events_;
     Path logFilePath_;
-    bool fileIsChecked_ = false;  // a torn last line can only come from an earlier run
+    bool fileIsChecked_ = false;  // a torn last line can only come from an earlier run or a failure
+    bool fileIsWritten_ = false;
     bool failureIsShown_ = false;
 };
 

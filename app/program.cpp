@@ -13,6 +13,7 @@ Program::Program(const Clock& clock, Timers& timers)
     : loop_(clock),
       flushesCompleted_(kernel_.flushCompletions(loop_.queue())),
       dataFolder_(appFolderBelow(host_.profileFolder())),
+      instance_(kernel_),
       toolbox_(loop_, kernel_, clock),
       files_(kernel_),
       entry_(kernel_, host_.programFolder()),
@@ -41,8 +42,8 @@ Program::~Program() {
 }
 
 Machine Program::machine(const Clock& clock, Timers& timers) {
-    return {clock,    timers, loop_,     host_,           instance_,        entry_,
-            toolbox_, files_, database_, databaseCopier_, makeOpensslCipher};
+    return {clock,    timers, loop_,     host_,           instance_, entry_,
+            toolbox_, files_, database_, databaseCopier_, lines_,    makeOpensslCipher};
 }
 
 Screen Program::screen() {

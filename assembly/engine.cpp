@@ -29,7 +29,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       state(stateBelow(machine.host.profileFolder())),
       settingsFile(joinPath(state.AppFolder, kSettingsFileName), state, machine.files, machine.clock),
       settings(state, settingsFile, screen.window, screen.boxes),
-      log(state, screen.window, machine.files, machine.clock),
+      log(state, machine.lines, screen.window, machine.files, machine.clock),
       report(screen.window, log),
       place(screen.window, screen.tray),
       notices(screen.notifier, machine.clock, screen.window, place),
@@ -68,7 +68,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       controller({state, screen.window, report, screen.boxes, machine.loop.queue(), machine.clock, mode, passes, place,
                   notices, ending}),
       startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
-               machine.instance, screen.tray, machine.files, machine.toolbox, machine.loop.queue()}) {
+               machine.instance, screen.tray, screen.boxes, machine.files, machine.toolbox, machine.loop.queue()}) {
     connectTimers();
     machine.toolbox.onFlushFault([this] { flushNote.write(); });
     std::vector<Endable*> atWork{&controller, &logMenus,       &currentPassword, &optionMenus,  &passes,

@@ -35,6 +35,7 @@ struct Machine {
     DataFiles& files;
     Database& database;
     DatabaseCopier& databaseCopier;
+    LineStore& lines;
     CipherFactory makeCipher;
 };
 

@@ -8,7 +8,9 @@
 namespace vantrell {
 
 void LoadedSettings::read() {
-    switch (p_.file.loadSettings()) {
+    const SettingsFile::Loaded loaded = p_.file.loadSettings();
+    areWhole_ = loaded == SettingsFile::Loaded::whole && !p_.file.wasFoundIncomplete();
+    switch (loaded) {
         case SettingsFile::Loaded::incomplete:
             return p_.boxes.inform(
                 {kApplicationTitle,
@@ -46,7 +48,8 @@ void LoadedSettings::reportMissingFolders() {
     p_.report.showInLabel2("One or all of the folder  parameters are missing. Please check below.");
     p_.window.setNormalState();
     p_.window.showWindow();
-    (void)p_.entry.remove();
+    // Folders that are only missing because the settings could not be read may come back with them.
+    if (areWhole_) (void)p_.entry.remove();
 }
 
 void LoadedSettings::showOptions() {

@@ -41,6 +41,7 @@ private:
     void showNormal();
 
     LoadedSettingsParts p_;
+    bool areWhole_ = false;
 };
 
 }  // namespace vantrell

@@ -22,6 +22,7 @@ bool Startup::load() {
     if (!takeDataFolder()) return false;
     p_.state.WindowLoading = true;
     p_.log.logEvent("Loading");
+    if (!isLocked_) tellOfMissingLock();
     supplyPasswordFile();
     p_.loaded.read();
     p_.timRun.setInterval(effectiveIntervalMs(p_.state.settings.ScanIntervalMs));
@@ -37,15 +38,25 @@ bool Startup::load() {
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
     p_.state.UiLoading = false;
     cleanUpAfterCrash();
+    cleanUp_.start(p_.log.mendNewestEarlierFile(p_.toolbox));
     return true;
 }
 
 bool Startup::takeDataFolder() {
     const Path& folder = p_.state.AppFolder;
     (void)p_.files.makePrivateFolders(folder);
-    if (p_.instance.tryLock(folder)) return true;
+    const InstanceLock::Outcome outcome = p_.instance.tryLock(folder);
+    isLocked_ = outcome == InstanceLock::Outcome::locked;
+    if (outcome != InstanceLock::Outcome::anothers) return true;
     (void)p_.host.startProgram(joinPath(p_.host.programFolder(), "OpenedMsg"));
     return false;
+}
+
+// A file system without locks is no reason to carry nothing.
+void Startup::tellOfMissingLock() {
+    constexpr char kText[] = "The data folder cannot be locked, so a second start on it would not be noticed.";
+    p_.log.logEvent(kText);
+    p_.boxes.inform({kApplicationTitle, kText + std::string(" Please run this program only once at a time.")});
 }
 
 // Only a fresh profile is supplied: a password file that goes missing later must be noticed, not replaced.

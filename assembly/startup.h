@@ -28,6 +28,7 @@ struct StartupParts {
     Host& host;
     InstanceLock& instance;
     Tray& tray;
+    MessageBoxes& boxes;
     DataFiles& files;
     FileToolbox& toolbox;
     RunQueue& queue;
@@ -46,13 +47,15 @@ public:
     void abort() override { cleanUp_.abort(); }
 
 private:
-    bool takeDataFolder();
+    [[nodiscard]] bool takeDataFolder();
+    void tellOfMissingLock();
     void supplyPasswordFile();
     void cleanUpAfterCrash();
     [[nodiscard]] bool threeFoldersAreSet() const;
 
     StartupParts p_;
     TaskGroup cleanUp_;
+    bool isLocked_ = false;
 };
 
 }  // namespace vantrell

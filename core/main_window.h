@@ -57,7 +57,8 @@ public:
     virtual void setStartupEntry(StartupEntry::State state) = 0;
 
     // The activity box
-    virtual void appendActivity(const std::string& line) = 0;
+    /// Lines have joined those that the box shows.
+    virtual void activityJoined() = 0;
     [[nodiscard]] virtual bool isActivityShown() const = 0;
     /// Also gives the window the height that belongs to it.
     virtual void setActivityShown(bool shown) = 0;

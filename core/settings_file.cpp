@@ -53,9 +53,11 @@ Result<Saved> SettingsFile::write() {
     return Saved::written;
 }
 
+// The file keeps its own name until the new one is put in its place. A crash between the two steps leaves what was
+// there, and the next start does both again.
 Result<> SettingsFile::keepIncompleteFile() {
     const Path dated = path_ + "." + secondStamp(clock_.now());
-    Result<> kept = files_.setAside(path_, dated);
+    Result<> kept = files_.keepCopy(path_, dated);
     if (kept.ok()) loaded_ = Loaded::whole;
     return kept;
 }

@@ -31,9 +31,11 @@ public:
     Result<Saved> saveSettings();
     /// What is known to be in the file: what was read, or saved, last.
     [[nodiscard]] const SettingsRecord& stored() const { return stored_; }
-    /// True when a load since the start of the program found an incomplete file. What has been saved since then is only
-    /// a part of the settings that there once were.
+    /// True when a load since the start of the program, or since the last restore, found an incomplete file. What has
+    /// been saved since then is only a part of the settings that there once were.
     [[nodiscard]] bool wasFoundIncomplete() const { return foundIncomplete_; }
+    /// A whole file has been put in the place of whatever was there.
+    void wasRestored() { foundIncomplete_ = false; }
 
 private:
     [[nodiscard]] Result<Saved> write();

@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "base/display_text.h"
 #include "core/data_folder.h"
 #include "core/file_helpers.h"
 
@@ -73,7 +74,8 @@ std::string ConfigBackup::settingsBackedUp(const Path& folder) {
 Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
     const Path backup = joinPath(folder, kPasswordFileName);
     if (exists(live(kPasswordFileName))) {
-        const bool copied = co_await copyOnceUnlocked(&FileCopies::backUpPasswords, live(kPasswordFileName), backup);
+        const Copy copy = [&] { return copies_.backUpPasswords(live(kPasswordFileName), backup, Unchanged::written); };
+        const bool copied = co_await copyOnceUnlocked(copy);
         if (!copied) co_return "Password file has NOT been saveed to the backup folder.";
     }
     co_return exists(backup) ? "Password file is backed up." : "Password File is NOT backed up.";
@@ -84,14 +86,13 @@ Task<std::string> ConfigBackup::passwordsBackedUp(Path folder) {
 void ConfigBackup::onCloseConfigBackup() noexcept try {
     p_.closeStoreObjects();
     const Path folder = makeBackupFolder(kBackupOnClose);
-    const auto copy = [&](const char* name, bool replaces, Copy method) {
+    const auto copy = [&](const char* name, bool replaces, auto method) {
         const Path backup = joinPath(folder, name);
         if (!exists(live(name)) || (!replaces && exists(backup))) return;
         // A failure cannot be shown to anybody any more; the older copy stays.
         (void)(copies_.*method)(live(name), backup, Unchanged::leftAlone);
     };
-    const bool settingsArePart = p_.settings.wasFoundIncomplete() && !settingsWereRestored_;
-    if (!settingsArePart) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
+    if (!p_.settings.wasFoundIncomplete()) copy(kSettingsFileName, settingsAreWorthACopy(), &FileCopies::copySettings);
     copy(kPasswordFileName, passwordsAreWorthACopy(), &FileCopies::backUpPasswords);
 } catch (...) {
     // The program is ending and nobody could read a message.
@@ -128,7 +129,7 @@ void ConfigBackup::restoreConfig(const char* folderName, RestoreTexts texts) try
     if (backup.empty()) return;
     if (copySettings(backup, live(kSettingsFileName)) != CopyResult::copied)
         return p_.boxes.inform(boxOf(texts.failed));
-    settingsWereRestored_ = true;
+    p_.settings.wasRestored();
     p_.boxes.inform(boxOf(exists(live(kSettingsFileName)) ? texts.restored : texts.missing));
 } catch (...) {
     p_.boxes.inform(boxOf(unexpectedError() + texts.afterError));
@@ -145,22 +146,26 @@ Task<void> ConfigBackup::restoreNormalPassword() {
 }
 
 Task<void> ConfigBackup::restorePassword(const char* folderName, RestoreTexts texts) {
-    std::string text;
+    std::vector<std::string> shown;
     try {
         p_.closeStoreObjects();
         const Path backup = existingBackup(folderName, kPasswordFileName);
-        if (!backup.empty()) text = co_await passwordsRestored(backup, texts);
+        if (!backup.empty()) shown = co_await passwordsRestored(backup, texts);
     } catch (...) {
-        text = unexpectedError() + texts.afterError;
+        shown = {unexpectedError() + texts.afterError};
     }
-    if (!text.empty()) p_.boxes.inform(boxOf(std::move(text)));
+    for (std::string& text : shown) p_.boxes.inform(boxOf(std::move(text)));
 }
 
-Task<std::string> ConfigBackup::passwordsRestored(Path backup, RestoreTexts texts) {
-    const bool copied =
-        co_await copyOnceUnlocked(&FileCopies::restorePasswords, std::move(backup), live(kPasswordFileName));
-    if (!copied) co_return texts.failed;
-    co_return exists(live(kPasswordFileName)) ? texts.restored : texts.missing;
+Task<std::vector<std::string>> ConfigBackup::passwordsRestored(Path backup, RestoreTexts texts) {
+    Path kept;
+    const Copy copy = [&] { return copies_.restorePasswords(backup, live(kPasswordFileName), kept); };
+    const bool copied = co_await copyOnceUnlocked(copy);
+    std::vector<std::string> shown{texts.failed};
+    if (copied) shown = {exists(live(kPasswordFileName)) ? texts.restored : texts.missing};
+    if (copied && !kept.empty())
+        shown.push_back("The passwords that were replaced are kept in the file " + displayText(kept));
+    co_return shown;
 }
 
 // Copying
@@ -170,9 +175,9 @@ CopyResult ConfigBackup::copySettings(const Path& source, const Path& target) {
 }
 
 // The tries are counted, not the seconds. A busy event loop then makes the wait longer, but never shorter.
-Task<bool> ConfigBackup::copyOnceUnlocked(Copy copy, Path source, Path target) {
+Task<bool> ConfigBackup::copyOnceUnlocked(Copy copy) {
     for (auto waited = std::chrono::milliseconds::zero();; waited += kRetryInterval) {
-        const CopyResult result = (copies_.*copy)(source, target, Unchanged::written);
+        const CopyResult result = copy();
         if (result != CopyResult::locked || waited >= kPatience) co_return result == CopyResult::copied;
         co_await p_.loop.after(kRetryInterval);
     }

@@ -54,12 +54,12 @@ public:
     void restoreOnCloseConfig();
     void restoreNormalConfig();
     /// Put EDPasswords.mdb back and say so. The store's objects are closed first, and what they were writing is undone.
-    /// A live file that is locked is tried again for 5 s.
+    /// A live file that is locked is tried again for 5 s. A second box names the copy of passwords that were replaced.
     Task<void> restoreOnClosePassword();
     Task<void> restoreNormalPassword();
 
 private:
-    using Copy = CopyResult (FileCopies::*)(const Path& source, const Path& target, Unchanged unchanged);
+    using Copy = std::function<CopyResult()>;
     struct RestoreTexts {
         const char* failed;
         const char* restored;
@@ -74,10 +74,12 @@ private:
     Task<std::string> passwordsBackedUp(Path folder);
     void restoreConfig(const char* folderName, RestoreTexts texts);
     Task<void> restorePassword(const char* folderName, RestoreTexts texts);
-    Task<std::string> passwordsRestored(Path backup, RestoreTexts texts);
+    /// The texts of the boxes.
+    Task<std::vector<std::string>> passwordsRestored(Path backup, RestoreTexts texts);
 
     [[nodiscard]] CopyResult copySettings(const Path& source, const Path& target);
-    Task<bool> copyOnceUnlocked(Copy copy, Path source, Path target);
+    /// What `copy` uses outlives the task.
+    Task<bool> copyOnceUnlocked(Copy copy);
     [[nodiscard]] bool exists(const Path& file) const;
     /// Empty unless there is such a backup.
     [[nodiscard]] Path existingBackup(const char* folderName, const char* fileName) const;
@@ -85,7 +87,6 @@ private:
 
     BackupParts p_;
     FileCopies copies_{p_.toolbox, p_.files, p_.databases, p_.clock};
-    bool settingsWereRestored_ = false;
 };
 
 }  // namespace vantrell

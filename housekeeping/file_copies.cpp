@@ -13,6 +13,8 @@ namespace {
 
 // Fifteen items never need this much, and it is small enough to be read at once.
 constexpr std::size_t kMostSettingsBytes = std::size_t{1} << 20;
+// So many copies of replaced passwords may bear one date.
+constexpr int kMostInASecond = 9;
 
 CopyResult resultOf(DatabaseFault fault) {
     if (fault == DatabaseFault::none) return CopyResult::copied;
@@ -60,12 +62,27 @@ CopyResult FileCopies::backUpPasswords(const Path& live, const Path& backup, Unc
     return settled == CopyResult::copied ? write(backup, contents.bytes, unchanged) : settled;
 }
 
-CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Unchanged) {
+CopyResult FileCopies::restorePasswords(const Path& backup, const Path& live, Path& kept) {
     const DatabaseCopier::Contents contents = readPasswords(backup);
     if (contents.fault != DatabaseFault::none) return resultOf(contents.fault);
     if (!stands(live)) return putInPlaceOf(live, contents.bytes);
-    const DatabaseFault fault = databases_.replace(live, contents.bytes);
+    const auto keep = [&](const std::string& old) { return keepCopyOf(old, live, kept); };
+    const DatabaseFault fault = databases_.replace(live, contents.bytes, keep);
     return fault == DatabaseFault::notADatabase ? putInPlaceOf(live, contents.bytes) : resultOf(fault);
+}
+
+// A file of its own: the live one is written into, so a second name of it would lead to the new contents.
+bool FileCopies::keepCopyOf(const std::string& passwords, const Path& live, Path& kept) {
+    const Path dated = datedName(live);
+    for (int number = 1; number <= kMostInASecond; ++number) {
+        kept = number == 1 ? dated : dated + " " + std::to_string(number);
+        const Result<> written = files_.writeNew(kept, passwords);
+        if (!written.failedWith(FaultKind::nameTaken)) return written.ok();
+        // A crash in the same second may have left this very copy.
+        const Result<std::string> there = files_.read(kept, passwords.size() + 1);
+        if (there.ok() && there.value() == passwords) return true;
+    }
+    return false;
 }
 
 DatabaseCopier::Contents FileCopies::readPasswords(const Path& file) {
@@ -87,7 +104,10 @@ CopyResult FileCopies::write(const Path& target, const std::string& bytes, Uncha
 // SQLite would apply a journal that was left beside the older backup to the new one.
 CopyResult FileCopies::settleCompanions(const Path& backup) {
     if (companionsOf(backup).empty()) return CopyResult::copied;
-    if (databases_.read(backup).fault == DatabaseFault::inUse) return CopyResult::locked;
+    const DatabaseFault fault = databases_.read(backup).fault;
+    if (fault == DatabaseFault::inUse) return CopyResult::locked;
+    // The older backup may still need the journal: it stays, with it.
+    if (fault == DatabaseFault::failed && stands(backup)) return CopyResult::failed;
     SetAside moved(files_);
     const Path dated = datedName(backup);
     for (const Path& companion : companionsOf(backup))
@@ -96,13 +116,18 @@ CopyResult FileCopies::settleCompanions(const Path& backup) {
     return CopyResult::copied;
 }
 
+// Each step is on stable storage before the next one, and a crash between any two of them is harmless:
+// 1. The live file gets its dated name as a second one. Nothing has been taken away yet.
+// 2. What belongs to it goes to the dated name, under the names that SQLite expects there. A crash leaves the live file
+//    without its journal, which SQLite was given before and could not make a database of; both are still there.
+// 3. The new file replaces the live one. A journal that still stood beside it then would be rolled into it by whoever
+//    opens it next, so this comes last. The live name leads to the old file or to the new one at every moment.
 CopyResult FileCopies::putInPlaceOf(const Path& live, const std::string& bytes) {
     const EntryKind kind = toolbox_.kindOf(live);
     if (kind != EntryKind::missing && kind != EntryKind::regularFile) return CopyResult::failed;
     SetAside moved(files_);
     const Path dated = datedName(live);
-    if (kind == EntryKind::regularFile && !moved.move(live, dated)) return CopyResult::failed;
-    // The journal gets the name that SQLite expects beside the dated file, so that the two still belong together.
+    if (kind == EntryKind::regularFile && !files_.keepCopy(live, dated).ok()) return CopyResult::failed;
     for (const Path& companion : companionsOf(live))
         if (!moved.move(companion, dated + companion.substr(live.size()))) return CopyResult::failed;
     if (!files_.writeAtomically(live, bytes).ok()) return CopyResult::failed;

@@ -29,14 +29,17 @@ public:
     [[nodiscard]] CopyResult copySettings(const Path& source, const Path& target, Unchanged unchanged);
     /// Copies the live password file as it is at one moment, even while another program writes to it.
     [[nodiscard]] CopyResult backUpPasswords(const Path& live, const Path& backup, Unchanged unchanged);
-    /// Gives the live password file the contents of the backup, for others who have it open too. A live file that is no
-    /// database is kept under a dated name, with what belongs to it. It is always written.
-    [[nodiscard]] CopyResult restorePasswords(const Path& backup, const Path& live, Unchanged unchanged);
+    /// Gives the live password file the contents of the backup, for others who have it open too. It is always written.
+    /// A live file that is no database is kept under a dated name, with what belongs to it. One that holds anything
+    /// else than the backup does is copied to a dated name first, and `kept` is that name: whatever the passwords were,
+    /// some file may have been encrypted with them. When that copy cannot be made, the live file stays as it is.
+    [[nodiscard]] CopyResult restorePasswords(const Path& backup, const Path& live, Path& kept);
 
 private:
     [[nodiscard]] DatabaseCopier::Contents readPasswords(const Path& file);
     [[nodiscard]] CopyResult write(const Path& target, const std::string& bytes, Unchanged unchanged);
     [[nodiscard]] CopyResult settleCompanions(const Path& backup);
+    [[nodiscard]] bool keepCopyOf(const std::string& passwords, const Path& live, Path& kept);
     [[nodiscard]] CopyResult putInPlaceOf(const Path& live, const std::string& bytes);
     [[nodiscard]] std::vector<Path> companionsOf(const Path& file) const;
     [[nodiscard]] bool stands(const Path& path) const { return toolbox_.kindOf(path) != EntryKind::missing; }

@@ -60,7 +60,7 @@ Widget* named(Widget* widget, const QString& name) {
 
 }  // namespace
 
-frmMain::frmMain(LineStore& lines, FileToolbox& toolbox) : activityLines_(lines) {
+frmMain::frmMain(const LineStore& lines, FileToolbox& toolbox) : activityLines_(lines) {
     setObjectName(QStringLiteral("frmMain"));
     MK11_ = named(new MK1(toolbox, this), QStringLiteral("MK11"));
     menus_ = new frmMenus(*menuBar(), this);
@@ -296,8 +296,8 @@ void frmMain::showSettings(const SettingsRecord& settings) {
     folders_->setIncludeSubfolders(settings.IncludeSubfolders);
 }
 
-void frmMain::appendActivity(const std::string& line) {
-    activityLines_.append(line);
+void frmMain::activityJoined() {
+    activityLines_.linesJoined();
     txtDebug_->linesJoined();
 }
 

@@ -30,7 +30,7 @@ class frmMain final : public QMainWindow, public MainWindow {
 
 public:
     /// `lines` keeps the lines of the activity box; nobody else may append to it. Both must outlive the window.
-    frmMain(LineStore& lines, FileToolbox& toolbox);
+    frmMain(const LineStore& lines, FileToolbox& toolbox);
     ~frmMain() override;
 
     /// Who is told what the operator does; null: nobody. Must outlive the window or be taken back before.
@@ -60,7 +60,7 @@ public:
     void showSettings(const SettingsRecord& settings) override;
     void setStartupEntry(StartupEntry::State state) override;
 
-    void appendActivity(const std::string& line) override;
+    void activityJoined() override;
     [[nodiscard]] bool isActivityShown() const override;
     void setActivityShown(bool shown) override;
 

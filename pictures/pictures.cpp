@@ -82,15 +82,16 @@ void showAtWork(frmMain& window) {
     window.setFileProgress(64, 100);
 }
 
-void showActivity(frmMain& window) {
+void showActivity(frmMain& window, vantrell::LineStore& lines) {
     for (int number = 1; number <= 12; ++number) {
-        window.appendActivity("11/24/2026 08:41:" + std::to_string(10 + number) + " PM Encryped:  invoice " +
-                              std::to_string(number) + ".pdf - Sucessful: ");
+        lines.append("11/24/2026 08:41:" + std::to_string(10 + number) + " PM Encryped:  invoice " +
+                     std::to_string(number) + ".pdf - Sucessful: ");
     }
+    window.activityJoined();
     window.setActivityShown(true);
 }
 
-void showLongTexts(frmMain& window) {
+void showLongTexts(frmMain& window, vantrell::LineStore& lines) {
     const std::string deep = "/mnt/archive/" + std::string(90, 'x') + "/department of long names/incoming files";
     window.setFolder(FolderKind::source, deep);
     window.setFolder(FolderKind::reject, "/srv/M\xFCller\n/rejected");
@@ -101,9 +102,10 @@ void showLongTexts(frmMain& window) {
     window.setProcessedCount(2147483647);
     window.setPassProgress(12345678, 123456789);
     for (int line = 1; line <= 40; ++line) {
-        window.appendActivity("11/16/2026 08:41:03 PM Encryped:  file " + std::to_string(line) + ".pdf - Sucessful: ");
+        lines.append("11/16/2026 08:41:03 PM Encryped:  file " + std::to_string(line) + ".pdf - Sucessful: ");
     }
-    window.appendActivity("11/16/2026 08:41:04 PM  Moving orginal file " + deep + deep);
+    lines.append("11/16/2026 08:41:04 PM  Moving orginal file " + deep + deep);
+    window.activityJoined();
     window.setActivityShown(true);
 }
 
@@ -194,7 +196,7 @@ void drawBoxes(frmMain& window, const QDir& folder, const QString& theme) {
     save(*window.findChildren<QMessageBox*>().back(), folder.filePath(QStringLiteral("box-") + theme));
 }
 
-void drawMainWindow(frmMain& window, const QDir& folder, const QString& theme) {
+void drawMainWindow(frmMain& window, vantrell::LineStore& lines, const QDir& folder, const QString& theme) {
     const auto saveAs = [&](const char* name) {
         save(window, folder.filePath(QString::fromLatin1(name) + QLatin1Char('-') + theme));
     };
@@ -207,9 +209,9 @@ void drawMainWindow(frmMain& window, const QDir& folder, const QString& theme) {
     drawMenus(window, folder, theme);
     drawAbout(window, folder, theme);
     drawBoxes(window, folder, theme);
-    showActivity(window);
+    showActivity(window, lines);
     saveAs("activity");
-    showLongTexts(window);
+    showLongTexts(window, lines);
     saveAs("long");
 }
 
@@ -220,7 +222,7 @@ void drawAll(const QDir& folder, const QString& theme, const vantrell::Path& exa
     vantrell::test::SettableClock clock;
     vantrell::PosixToolbox toolbox(loop, loop.kernel(), clock);
     frmMain window(lines, toolbox);
-    drawMainWindow(window, folder, theme);
+    drawMainWindow(window, lines, folder, theme);
     const auto saveAs = [&](QWidget& widget, const QString& name) {
         save(widget, folder.filePath(name + QLatin1Char('-') + theme));
     };

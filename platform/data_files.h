@@ -31,12 +31,25 @@ public:
     /// Removes a file, and brings that to stable storage. Success also when there is none.
     virtual Result<> remove(const Path& path) = 0;
 
+    /// Creates a file that is whole and on stable storage, with its folder, once it bears its name. Never replaces
+    /// (`nameTaken`).
+    virtual Result<> writeNew(const Path& path, std::string_view bytes) = 0;
+
     /// Gives an existing file another name in the same folder; never replaces.
     virtual Result<> setAside(const Path& path, const Path& newName) = 0;
 
+    /// Gives an existing regular file a second name in the same folder, so that its contents outlive a replacement by
+    /// `writeAtomically`. Where a file can have no second name, a copy with the same permissions gets it. On stable
+    /// storage when it returns. Never replaces (`nameTaken`); a name that is this file's already is kept.
+    virtual Result<> keepCopy(const Path& path, const Path& newName) = 0;
+
     /// Appends to a text file of CR LF lines (made when missing). All or nothing: after a failed
-    /// write the file is cut back to what it was. With `cutTornLine` a last line without its CR LF is removed first.
-    virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) = 0;
+    /// write the file is cut back to what it was. With `cutTornEnd` what `cutTornEnd` would remove is removed first.
+    /// The lines always begin on a line of their own.
+    virtual Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) = 0;
+    /// Removes, durably, what a crash has torn at the end of such a file: what follows the last CR LF, when that is at
+    /// most 64 KiB and holds no line end. A file without any CR LF was not written by us, and stays as it is.
+    virtual Result<> cutTornEnd(const Path& path) = 0;
     /// Brings an appended file to stable storage.
     virtual Result<> flush(const Path& path) = 0;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,9 +35,13 @@ public:
     /// undone first, in the file itself.
     [[nodiscard]] virtual Contents read(const Path& file) = 0;
 
+    /// Told what a file holds that is about to be replaced, when nobody else can write to it any more. When it answers
+    /// False the file stays as it is, which is the fault `failed`.
+    using Keep = std::function<bool(const std::string& contents)>;
     /// Gives an existing file these contents in one transaction, after undoing what a crash left half done. All or
-    /// nothing, also after a crash and for others who have the file open. On success it is on stable storage.
-    [[nodiscard]] virtual DatabaseFault replace(const Path& file, const std::string& contents) = 0;
+    /// nothing, also after a crash and for others who have the file open. On success it is on stable storage. `keep` is
+    /// called at most once, and only when the file holds something else than the new contents.
+    [[nodiscard]] virtual DatabaseFault replace(const Path& file, const std::string& contents, const Keep& keep) = 0;
 
     /// Whether these are an undamaged database that has the table with all these columns.
     [[nodiscard]] virtual bool holdsTable(const std::string& contents, std::string_view table,

@@ -37,8 +37,10 @@ public:
     InstanceLock& operator=(const InstanceLock&) = delete;
     virtual ~InstanceLock() = default;
 
-    /// False when another process holds it. When the folder cannot be locked at all, True: start-up goes on.
-    virtual bool tryLock(const Path& folder) = 0;
+    /// `impossible`: nothing can be locked there, so nobody knows whether another one runs.
+    enum class Outcome { locked, anothers, impossible };
+    /// The folder exists. Waits for nobody.
+    virtual Outcome tryLock(const Path& folder) = 0;
 };
 
 }  // namespace vantrell

@@ -7,7 +7,8 @@
 
 namespace vantrell {
 
-/// Lines that only ever come, at the end, for as long as the program runs. Any of them can be had again.
+/// Lines that only ever come, at the end, for as long as the program runs. Any of them can be had again. They are valid
+/// UTF-8 as people are shown it, without line ends.
 class LineStore {
 public:
     LineStore() = default;

@@ -68,10 +68,11 @@ public:
 
 /// A piece of long work that reads from top to bottom and gives the event loop its turns in between.
 ///
-/// A task does nothing until it is awaited (or handed to a TaskGroup). Destroying a task that waits for something is
-/// the third outcome beside success and failure, the abort: the destructors of its frame and of all frames beneath it
-/// run, and nothing of it ever runs again. Parameters of a coroutine are passed by value, or owned by something that
-/// outlives the task; a capturing lambda is never a coroutine.
+/// A task does nothing until it is awaited (or handed to a TaskGroup), which is done once: when it has ended, its frame
+/// goes with all that it held, whoever still has the Task. Destroying a task that waits for something is the third
+/// outcome beside success and failure, the abort: the destructors of its frame and of all frames beneath it run, and
+/// nothing of it ever runs again. Parameters of a coroutine are passed by value, or owned by something that outlives
+/// the task; a capturing lambda is never a coroutine.
 template <class T = void>
 class [[nodiscard]] Task {
 public:
@@ -95,7 +96,11 @@ public:
         frame_.promise().setCaller(caller);
         return frame_;
     }
-    T await_resume() { return frame_.promise().takeResult(); }
+    // The task has come to its end: with its frame go its parameters, which may hold a file open.
+    T await_resume() {
+        const Task ended(std::exchange(frame_, {}));
+        return ended.frame_.promise().takeResult();
+    }
 
 private:
     Handle frame_;

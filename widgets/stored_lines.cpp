@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/stored_lines.h"
 
-#include "base/display_text.h"
-
 namespace vantrell {
 
-void StoredLines::append(const std::string& line) {
-    const std::string shown = displayText(line);
-    widest_.add(size(), shown);
-    store_.append(shown);
+void StoredLines::linesJoined() {
+    for (; size_ < store_.size(); ++size_) widest_.add(size_, store_.line(size_));
 }
 
 void StoredLines::setByteWidths(const ByteWidths& widths) {

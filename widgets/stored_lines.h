@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "base/line_source.h"
@@ -11,19 +12,20 @@ namespace vantrell {
 /// The lines of a store as a list shows them.
 class StoredLines final : public LineSource {
 public:
-    /// `store` must outlive this. All lines must join it through here.
-    explicit StoredLines(LineStore& store) : store_(store) {}
+    /// `store` must outlive this.
+    explicit StoredLines(const LineStore& store) : store_(store) {}
 
-    /// `line` may hold any bytes; it is kept as people are shown it (control characters and invalid bytes as `\xNN`).
-    void append(const std::string& line);
+    /// Takes in the lines that have joined the store since the last call.
+    void linesJoined();
 
-    [[nodiscard]] std::size_t size() const override { return store_.size(); }
+    [[nodiscard]] std::size_t size() const override { return size_; }
     [[nodiscard]] std::string line(std::size_t index) const override { return store_.line(index); }
     void setByteWidths(const ByteWidths& widths) override;
     [[nodiscard]] std::size_t widestLine() const override { return widest_.index(); }
 
 private:
-    LineStore& store_;
+    const LineStore& store_;
+    std::size_t size_ = 0;
     WidestLine widest_;
 };
 

@@ -42,8 +42,8 @@ std::string datedName(const Clock& clock, const std::string& name) {
 
 class Restorer {
 public:
-    Restorer(EventLoop& loop, Kernel& kernel, const Clock& clock, const Path& folder)
-        : loop_(loop), clock_(clock), descent_(kernel, folder) {}
+    Restorer(OutputParts& parts, const Clock& clock, const Path& folder)
+        : parts_(parts), loop_(parts.loop), clock_(clock), descent_(parts.kernel, folder) {}
 
     Task<void> run() {
         levels_.push_back(co_await foldersHere());
@@ -87,22 +87,45 @@ private:
         std::vector<FolderEntry> entries;
         static_cast<void>(co_await readFolder(loop_, folder, entries, {}));
         bool isChanged = false;
+        std::vector<std::string> linked;
         for (const FolderEntry& entry : entries) {
-            if (!entry.isFolder) isChanged |= moveBeside(folder, entry.key, parent);
+            if (entry.isFolder) continue;
+            isChanged = true;
+            if (linkBeside(folder, entry.key, parent)) linked.push_back(entry.key);
         }
-        // The new names first, then the folder goes; it stays while anything is left in it.
+        // The new names first, then the old ones go, and the folder, which stays while anything is left in it.
         if (isChanged) {
-            const Result<> flushed = co_await flushFolder(loop_, parent);
+            const Result<> flushed = co_await flushFolder(parts_, parent);
             if (!flushed.ok()) co_return;
         }
+        for (const std::string& name : linked) static_cast<void>(folder.unlink(name.c_str()));
         static_cast<void>(parent.kernel().unlinkat(parent.get(), folderName.c_str(), AT_REMOVEDIR));
     }
 
-    bool moveBeside(const UniqueFd& folder, const std::string& name, const UniqueFd& parent) {
-        const int error = renameNoReplace(folder, name, parent, name);
-        return error == 0 || (error == EEXIST && renameNoReplace(folder, name, parent, datedName(clock_, name)) == 0);
+    // True when both names stand. A rename alone is enough where the file system orders its changes of names, and all
+    // there is where it knows no second names.
+    bool linkBeside(const UniqueFd& folder, const std::string& name, const UniqueFd& parent) {
+        if (!parts_.systems.of(parent).ordersRenames) {
+            int error = linkAt(folder, name, parent, name);
+            if (error == EEXIST && isSecondName(folder, name, parent)) return true;
+            if (error == EEXIST) error = linkAt(folder, name, parent, datedName(clock_, name));
+            if (error == 0) return true;
+        }
+        if (renameNoReplace(folder, name, parent, name) == EEXIST)
+            static_cast<void>(renameNoReplace(folder, name, parent, datedName(clock_, name)));
+        return false;
+    }
+    static int linkAt(const UniqueFd& folder, const std::string& name, const UniqueFd& parent, const std::string& to) {
+        return parent.kernel().linkat(folder.get(), name.c_str(), parent.get(), to.c_str());
+    }
+    static bool isSecondName(const UniqueFd& folder, const std::string& name, const UniqueFd& parent) {
+        struct stat one {};
+        struct stat other {};
+        return folder.statusOf(name.c_str(), one) == 0 && parent.statusOf(name.c_str(), other) == 0 &&
+               identityOf(one) == identityOf(other);
     }
 
+    OutputParts& parts_;
     EventLoop& loop_;
     const Clock& clock_;
     FolderDescent descent_;
@@ -111,8 +134,9 @@ private:
 
 }  // namespace
 
-Task<void> removeLeftOutputs(EventLoop& loop, Kernel& kernel, Path folderPath, Path neverHere) {
-    const UniqueFd folder = openFolder(kernel, folderPath);
+Task<void> removeLeftOutputs(OutputParts& parts, Path folderPath, Path neverHere) {
+    EventLoop& loop = parts.loop;
+    const UniqueFd folder = openFolder(parts.kernel, folderPath);
     if (!folder || isTheFolderAt(folder, neverHere)) co_return;
     std::vector<FolderEntry> entries;
     static_cast<void>(co_await readFolder(loop, folder, entries, {}));
@@ -127,8 +151,8 @@ Task<void> removeLeftOutputs(EventLoop& loop, Kernel& kernel, Path folderPath, P
     co_await release(loop, std::move(entries));
 }
 
-Task<void> restoreSources(EventLoop& loop, Kernel& kernel, const Clock& clock, Path folder) {
-    Restorer restorer(loop, kernel, clock, folder);
+Task<void> restoreSources(OutputParts& parts, const Clock& clock, Path folder) {
+    Restorer restorer(parts, clock, folder);
     co_await restorer.run();
 }
 

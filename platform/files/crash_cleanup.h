@@ -5,18 +5,17 @@
 
 #include "base/path.h"
 #include "platform/clock.h"
-#include "platform/event_loop.h"
-#include "platform/files/kernel.h"
+#include "platform/files/output_parts.h"
 #include "task/task.h"
 
 namespace vantrell {
 
 /// Removes the files under our temporary names, that nobody holds locked, from the top of the folder; large ones in
 /// steps. Does nothing when the folder is `neverHere` (they can be made again anywhere else).
-Task<void> removeLeftOutputs(EventLoop& loop, Kernel& kernel, Path folder, Path neverHere);
+Task<void> removeLeftOutputs(OutputParts& parts, Path folder, Path neverHere);
 
 /// In the folder and below it, moves files out of the private folders of an earlier run back beside them, and removes
 /// those folders. Where a file's name is taken, it gets the date and time in front ("yyyymmdd hhmmss_").
-Task<void> restoreSources(EventLoop& loop, Kernel& kernel, const Clock& clock, Path folder);
+Task<void> restoreSources(OutputParts& parts, const Clock& clock, Path folder);
 
 }  // namespace vantrell

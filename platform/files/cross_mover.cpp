@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/cross_mover.h"
 
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/files/file_attributes.h"
 #include "platform/files/folder_flush.h"
-#include "platform/files/posix_fault.h"
+#include "platform/files/move_fault.h"
 
 namespace vantrell {
 
@@ -35,10 +36,14 @@ Task<Result<>> copyContents(HeldFile& from, OutputFile& to) {
     co_return Result<>();
 }
 
-// Renaming renews the change time only; a write also moves the modification time or the size.
-bool isUnwritten(const struct stat& now, const FileStamp& then) {
-    const FileStamp stamp = stampOf(now);
-    return stamp.identity == then.identity && stamp.size == then.size && stamp.modified == then.modified;
+// How much room is missing, where there is too little of it.
+Fault withMissingRoom(Fault fault, const PosixHeldFile& original, const PosixOutputFile& output) {
+    struct stat written {};
+    const bool isKnown = fault.kind == FaultKind::noSpace && output.file().status(written) == 0;
+    const auto size = static_cast<std::uint64_t>(isKnown ? written.st_size : 0);
+    if (isKnown && size < original.size())
+        fault.text += "; " + std::to_string(original.size() - size) + " bytes of room are missing";
+    return fault;
 }
 
 }  // namespace
@@ -63,7 +68,9 @@ public:
         copy_ = copy;
         isUndone_ = true;
     }
-    void keep() { isUndone_ = false; }
+    void keep(bool kept = true) { isUndone_ = !kept; }
+    [[nodiscard]] bool isKept() const { return !isUndone_; }
+    [[nodiscard]] const FileIdentity& identity() const { return copy_; }
 
 private:
     const Place& place_;
@@ -75,26 +82,33 @@ private:
 Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
     Result<std::unique_ptr<PosixHeldFile>> opened = PosixHeldFile::open(parts_.kernel, probe_, order.source);
     if (!opened.ok()) co_return opened.fault();
-    std::unique_ptr<PosixHeldFile> original = opened.take();
-    if (original->stamp().identity != source) co_return inUseFault();
-    if (Result<> done = verifyBoth(order, *original); !done.ok()) co_return done.fault();
-    PublishedCopy copy(to_, *original);
+    PosixHeldFile& original = *opened.value();
+    if (original.stamp().identity != source) co_return inUseFault();
+    if (Result<> done = verifyBoth(order, original); !done.ok()) co_return done.fault();
+    PublishedCopy copy(to_, original);
     // Made before anything is written: where it cannot be made, the source could not be removed either.
-    PrivateFolder aside(from_.folder);
-    if (aside.error() != 0) co_return faultFromErrno(aside.error(), "The source folder cannot be written");
+    SourceRemoval removal(parts_, from_);
+    if (removal.error() != 0) co_return moveFault(to_, removal.error(), "The source folder cannot be written");
+    if (Result<> done = co_await copyAndPublish(order, original, copy); !done.ok()) co_return done.fault();
+    const bool isReplacing = copy.isKept();
+    copy.keep();
+    const Result<> removed = co_await removal.remove(original.stamp(), original.file());
+    copy.keep(removed.ok() || isReplacing || !removal.isBack());
+    if (!removed.ok()) co_return removed.fault();
+    parts_.made.insert(copy.identity());
+    // The copy stands whatever this says: at worst the source is there again after a crash.
+    static_cast<void>(co_await flushFolder(parts_, from_.folder));
+    co_return Result<>();
+}
+
+Task<Result<>> CrossMover::copyAndPublish(MoveOrder order, PosixHeldFile& original, PublishedCopy& copy) {
     const Result<std::unique_ptr<PosixOutputFile>> created = PosixOutputFile::create(parts_, folderOf(order.target));
     if (!created.ok()) co_return created.fault();
     PosixOutputFile& output = *created.value();
-    if (Result<> done = co_await makeCopy(*original, output); !done.ok()) co_return done.fault();
-    if (Result<> done = verifyBoth(order, *original); !done.ok()) co_return done.fault();
-    if (Result<> done = co_await publish(order, output, copy); !done.ok()) co_return done.fault();
-    if (Result<> done = removeSource(aside, *original); !done.ok()) co_return done.fault();
-    copy.keep();
-    original.reset();
-    parts_.disposer.disposeWhenUnused(std::move(removed_));
-    // The copy stands whatever this says: at worst the source is there again after a crash.
-    static_cast<void>(co_await flushFolder(parts_.loop, from_.folder));
-    co_return Result<>();
+    const Result<> copied = co_await makeCopy(original, output);
+    if (!copied.ok()) co_return withMissingRoom(copied.fault(), original, output);
+    if (Result<> done = verifyBoth(order, original); !done.ok()) co_return done.fault();
+    co_return co_await publish(order, output, copy);
 }
 
 Task<Result<>> CrossMover::makeCopy(PosixHeldFile& original, PosixOutputFile& output) {
@@ -112,17 +126,6 @@ Task<Result<>> CrossMover::publish(const MoveOrder& order, PosixOutputFile& outp
     // An old file that has been replaced does not come back, so its successor stays in any case.
     copy.keep();
     co_return co_await output.publish(nameOf(order.target), Replace::allowed);
-}
-
-Result<> CrossMover::removeSource(PrivateFolder& aside, const PosixHeldFile& original) {
-    if (const int error = aside.take(from_.name); error != 0)
-        return faultFromErrno(error, "The file cannot be removed from the source folder");
-    struct stat status {};
-    if (const int error = aside.folder().statusOf(from_.name.c_str(), status); error != 0)
-        return faultFromErrno(error, "The file cannot be looked at");
-    if (!isUnwritten(status, original.stamp()) || askForWriters(original.file()) == Use::writing) return inUseFault();
-    removed_ = aside.folder().open(from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    return resultFromErrno(aside.removeTaken(), "The file cannot be removed from the source folder");
 }
 
 }  // namespace vantrell

@@ -5,11 +5,12 @@
 #include "platform/files/held_file.h"
 #include "platform/files/output_file.h"
 #include "platform/files/place.h"
-#include "platform/files/private_folder.h"
+#include "platform/files/source_removal.h"
 
 namespace vantrell {
 
-/// Brings one file to another file system: a copy is published and on stable storage before the source is touched.
+/// Brings one file to where it can get no second name, as on another file system: a copy is published and on stable
+/// storage before the source is touched.
 class CrossMover {
 public:
     /// Everything outlives the mover.
@@ -22,15 +23,14 @@ public:
 private:
     class PublishedCopy;
 
-    Task<Result<>> makeCopy(PosixHeldFile& original, PosixOutputFile& copy);
+    Task<Result<>> copyAndPublish(MoveOrder order, PosixHeldFile& original, PublishedCopy& copy);
+    Task<Result<>> makeCopy(PosixHeldFile& original, PosixOutputFile& output);
     Task<Result<>> publish(const MoveOrder& order, PosixOutputFile& output, PublishedCopy& copy);
-    Result<> removeSource(PrivateFolder& aside, const PosixHeldFile& original);
 
     OutputParts& parts_;
     UseProbe& probe_;
     const Place& from_;
     const Place& to_;
-    UniqueFd removed_;  ///< the removed source while it is large and still to be dropped
 };
 
 }  // namespace vantrell

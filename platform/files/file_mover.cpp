@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/file_mover.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/files/cross_mover.h"
 #include "platform/files/file_attributes.h"
 #include "platform/files/folder_flush.h"
 #include "platform/files/held_file.h"
+#include "platform/files/link_mover.h"
+#include "platform/files/move_fault.h"
 #include "platform/files/posix_fault.h"
 #include "platform/files/safe_rename.h"
 
@@ -14,18 +17,31 @@ namespace vantrell {
 
 namespace {
 
-constexpr unsigned kMostUnflushedMoves = 256;
+constexpr char kCannotBeMoved[] = "The file cannot be moved";
+constexpr std::size_t kPiece = std::size_t{256} << 10U;
 
 Result<FileIdentity> identityOfFolder(const UniqueFd& folder) {
     struct stat status {};
     if (const int error = folder.status(status); error != 0)
-        return faultFromErrno(error, "The folder cannot be looked at");
+        return outputFault(error, "The folder cannot be looked at");
     return identityOf(status);
 }
 
 bool standsAt(const Place& place, const FileIdentity& file) {
     struct stat status {};
     return place.status(status) == 0 && identityOf(status) == file;
+}
+
+// Reads until `into` is full or the file ends.
+template <class File>
+std::size_t fill(File& file, std::span<std::byte> into) {
+    std::size_t filled = 0;
+    while (filled < into.size()) {
+        const Result<std::size_t> got = file.read(into.subspan(filled));
+        if (!got.ok() || got.value() == 0) break;
+        filled += got.value();
+    }
+    return filled;
 }
 
 }  // namespace
@@ -41,29 +57,28 @@ Result<FileMover::Route> FileMover::survey(const MoveOrder& order) {
     if (!toFolder.ok()) return toFolder.fault();
     Route route{from.take(), to.take(), fromFolder.value(), toFolder.value()};
     if (const int error = route.from.status(route.source); error != 0)
-        return faultFromErrno(error, "The file cannot be found");
+        return sourceFault(error, "The file cannot be found");
     if (!S_ISREG(route.source.st_mode)) return notRegularFault();
     if (route.from.name == route.to.name && route.fromFolder == route.toFolder) {
         route.kind = Kind::samePlace;
         return route;
     }
-    if (Result<> done = surveyTarget(order, route); !done.ok()) return done.fault();
+    if (Result<> done = surveyTarget(route); !done.ok()) return done.fault();
     return route;
 }
 
-Result<> FileMover::surveyTarget(const MoveOrder& order, Route& route) {
+Result<> FileMover::surveyTarget(Route& route) {
     struct stat target {};
     const int error = route.to.status(target);
     if (error == ENOENT) return {};
-    if (error != 0) return faultFromErrno(error, "The target cannot be looked at");
+    if (error != 0) return outputFault(error, "The target cannot be looked at");
     if (identityOf(target) == identityOf(route.source)) {
         // A single link under two names: the file system does not tell the names apart, so there is but one place.
         route.kind = target.st_nlink > 1 ? Kind::secondName : Kind::samePlace;
         return {};
     }
-    if (order.replace == Replace::never || !S_ISREG(target.st_mode))
-        return faultFromErrno(EEXIST, "The file cannot be moved");
-    route.kind = Kind::replacing;
+    if (!S_ISREG(target.st_mode)) return outputFault(EEXIST, kCannotBeMoved);
+    route.kind = Kind::taken;
     return {};
 }
 
@@ -76,24 +91,90 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
     }
     if (route.kind == Kind::samePlace) co_return Result<>();
     if (route.kind == Kind::secondName) co_return co_await dropSourceName(route);
-    const int error = renameOnce(route);
-    if (error == EXDEV && reach == Reach::anywhere) {
-        CrossMover across(parts_, probe_, route.from, route.to);
-        co_return co_await across.move(std::move(order), identityOf(route.source));
+    if (route.kind == Kind::plain) co_return co_await go(std::move(order), route, reach);
+    if (order.onEqual != OnEqual::isAnother && order.expected != nullptr) {
+        Result<std::unique_ptr<PosixStandingFile>> standing = PosixStandingFile::open(parts_, probe_, order.target);
+        const bool isEqual = standing.ok() && co_await equalsTarget(order, *standing.value());
+        if (isEqual && order.onEqual == OnEqual::isTheSame) co_return co_await arrive(order, route, *standing.value());
+        if (isEqual) order.replace = Replace::allowed;
     }
-    if (error != 0) co_return faultFromErrno(error, "The file cannot be moved");
+    if (order.replace == Replace::never) co_return outputFault(EEXIST, kCannotBeMoved);
+    route.replaces = true;
+    co_return co_await go(std::move(order), route, reach);
+}
+
+Task<bool> FileMover::equalsTarget(MoveOrder order, PosixStandingFile& standing) {
+    if (standing.size() != order.expected->size()) co_return false;
+    order.expected->rewind();
+    std::vector<std::byte> one(kPiece);
+    std::vector<std::byte> other(kPiece);
+    for (std::uint64_t compared = 0; compared < standing.size();) {
+        const std::size_t count = fill(*order.expected, one);
+        if (count == 0 || fill(standing, std::span(other).first(count)) != count) co_return false;
+        if (!std::equal(one.begin(), one.begin() + static_cast<std::ptrdiff_t>(count), other.begin())) co_return false;
+        compared += count;
+        co_await parts_.loop.breathe();
+    }
+    co_return true;
+}
+
+// The original came here in an earlier try, which has not come to its end.
+Task<Result<>> FileMover::arrive(MoveOrder order, Route& route, PosixStandingFile& standing) {
+    const Result<> removed = co_await removeArrived(order, route, standing);
+    if (!removed.ok()) co_return removed.fault();
+    parts_.made.insert(standing.identity());
+    co_return co_await flushSource(route, order.durable);
+}
+
+Task<Result<>> FileMover::removeArrived(MoveOrder order, Route& route, PosixStandingFile& standing) {
+    SourceRemoval removal(parts_, route.from);
+    if (removal.error() != 0) co_return moveFault(route.to, removal.error(), kCannotBeMoved);
+    if (const Result<> done = co_await standing.confirmArrival(); !done.ok()) co_return done.fault();
+    if (const Result<> done = order.expected->verify(); !done.ok()) co_return done.fault();
+    if (!standsAt(route.to, standing.identity())) co_return inUseFault();
+    co_return co_await removal.remove(stampOf(route.source), {});
+}
+
+bool FileMover::isOrdered(const Route& route) {
+    return parts_.systems.of(route.from.folder).ordersRenames && parts_.systems.of(route.to.folder).ordersRenames;
+}
+
+Task<Result<>> FileMover::go(MoveOrder order, Route& route, Reach reach) {
+    if (isOrdered(route)) co_return co_await renameIt(std::move(order), route, reach);
+    co_return co_await linkIt(std::move(order), route, reach);
+}
+
+Task<Result<>> FileMover::copyIt(MoveOrder order, Route& route) {
+    CrossMover across(parts_, probe_, route.from, route.to);
+    // What stands there and is to be replaced is replaced by the copy.
+    co_return co_await across.move(std::move(order), identityOf(route.source));
+}
+
+Task<Result<>> FileMover::renameIt(MoveOrder order, Route& route, Reach reach) {
+    const Place& from = route.from;
+    const Place& to = route.to;
+    const int error = route.replaces ? parts_.kernel.renameat2(from.folder.get(), from.name.c_str(), to.folder.get(),
+                                                               to.name.c_str(), 0)
+                                     : renameNoReplace(from.folder, from.name, to.folder, to.name);
+    if (error == EXDEV && reach == Reach::anywhere) co_return co_await copyIt(std::move(order), route);
+    if (error != 0) co_return moveFault(to, error, kCannotBeMoved);
     co_return co_await confirm(route, order.durable);
 }
 
-int FileMover::renameOnce(const Route& route) {
-    const Place& from = route.from;
-    const Place& to = route.to;
-    if (route.kind != Kind::replacing) return renameNoReplace(from.folder, from.name, to.folder, to.name);
-    return from.folder.kernel().renameat2(from.folder.get(), from.name.c_str(), to.folder.get(), to.name.c_str(), 0);
+Task<Result<>> FileMover::linkIt(MoveOrder order, Route& route, Reach reach) {
+    {
+        LinkMover linked(parts_, route.from, route.to, route.source, route.replaces);
+        const int error = linked.link();
+        const bool isCopied = LinkMover::cannotBeLinked(error) && (error != EXDEV || reach == Reach::anywhere);
+        if (isCopied) co_return co_await copyIt(std::move(order), route);
+        if (error != 0) co_return moveFault(route.to, error, kCannotBeMoved);
+        if (const Result<> done = co_await linked.finish(); !done.ok()) co_return done.fault();
+    }
+    co_return co_await flushSource(route, order.durable);
 }
 
 bool FileMover::putBack(const Route& route) {
-    return renameNoReplace(route.to.folder, route.to.name, route.from.folder, route.from.name) == 0;
+    return !route.replaces && renameNoReplace(route.to.folder, route.to.name, route.from.folder, route.from.name) == 0;
 }
 
 Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
@@ -102,11 +183,9 @@ Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
         co_return fault;
     }
+    parts_.made.insert(identityOf(route.source));
     renewChangeTime(route.to.folder, route.to.name.c_str(), route.source);
-    if (durable == Durable::later) {
-        co_await flushLater(route);
-        co_return Result<>();
-    }
+    if (durable == Durable::later) co_return co_await flushLater(route);
     const Result<> flushed = co_await flushFolders(route);
     if (flushed.ok()) co_return flushed;
     Fault fault = flushed.fault();
@@ -115,53 +194,39 @@ Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
     co_return fault;
 }
 
+// The new name first: both names are better than none.
 Task<Result<>> FileMover::flushFolders(Route& route) {
-    // The new name first: where a rename is not one step on the disk, both names are better than none.
-    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder); !done.ok()) co_return done.fault();
+    if (Result<> done = co_await flushFolder(parts_, route.to.folder); !done.ok()) co_return done.fault();
     if (route.fromFolder == route.toFolder) co_return Result<>();
-    co_return co_await flushFolder(parts_.loop, route.from.folder);
+    co_return co_await flushFolder(parts_, route.from.folder);
 }
 
-Task<void> FileMover::flushLater(Route& route) {
-    unflushedTargets_.try_emplace(route.toFolder, std::move(route.to.folder));
-    unflushedSources_.try_emplace(route.fromFolder, std::move(route.from.folder));
-    if (++unflushedMoves_ < kMostUnflushedMoves) co_return;
-    const Result<> flushed = co_await flushGroup();
-    // It says nothing of the file that has just been moved; whoever asks for the group is told.
-    if (groupsFlushed_.ok()) groupsFlushed_ = flushed;
+// The file stands at its target whatever this says: at worst it is in Source again after a crash.
+Task<Result<>> FileMover::flushSource(Route& route, Durable durable) {
+    if (durable == Durable::later)
+        group_.addSource(route.fromFolder, std::move(route.from.folder));
+    else
+        static_cast<void>(co_await flushFolder(parts_, route.from.folder));
+    co_return Result<>();
 }
 
-// The new names first, as in `flushFolders`.
-Task<Result<>> FileMover::flushGroup() {
-    unflushedMoves_ = 0;
-    const Result<> targets = co_await flushAll(unflushedTargets_);
-    if (!targets.ok()) co_return targets;
-    co_return co_await flushAll(unflushedSources_);
+// A fault of the full group concerns this file as well, which has been taken back with the others.
+Task<Result<>> FileMover::flushLater(Route& route) {
+    group_.add({std::move(route.from), std::move(route.to), route.fromFolder, route.toFolder, identityOf(route.source),
+                route.replaces});
+    if (!group_.isFull()) co_return Result<>();
+    co_return co_await group_.flush();
 }
 
-Task<Result<>> FileMover::flushMoves() {
-    const Result<> last = co_await flushGroup();
-    const Result<> earlier = std::exchange(groupsFlushed_, Result<>());
-    co_return earlier.ok() ? last : earlier;
-}
-
-Task<Result<>> FileMover::flushAll(Folders& folders) {
-    Result<> all;
-    while (!folders.empty()) {
-        const auto folder = folders.extract(folders.begin());
-        const Result<> flushed = co_await flushFolder(parts_.loop, folder.mapped());
-        if (!flushed.ok()) all = flushed;
-    }
-    co_return all;
-}
+Task<Result<>> FileMover::flushMoves() { return group_.flush(); }
 
 Task<Result<>> FileMover::dropSourceName(Route& route) {
-    if (Result<> done = co_await flushFolder(parts_.loop, route.to.folder); !done.ok()) co_return done.fault();
+    if (Result<> done = co_await flushFolder(parts_, route.to.folder); !done.ok()) co_return done.fault();
     const FileIdentity file = identityOf(route.source);
     if (!standsAt(route.from, file) || !standsAt(route.to, file)) co_return inUseFault();
     if (const int error = route.from.folder.unlink(route.from.name.c_str()); error != 0)
-        co_return faultFromErrno(error, "The file's second name cannot be removed");
-    co_return co_await flushFolder(parts_.loop, route.from.folder);
+        co_return moveFault(route.to, error, "The file's second name cannot be removed");
+    co_return co_await flushFolder(parts_, route.from.folder);
 }
 
 }  // namespace vantrell

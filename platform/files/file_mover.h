@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <map>
-
 #include "platform/file_toolbox.h"
-#include "platform/files/output_file.h"
+#include "platform/files/move_group.h"
+#include "platform/files/output_parts.h"
 #include "platform/files/place.h"
+#include "platform/files/standing_file.h"
 #include "platform/files/use_probe.h"
 
 namespace vantrell {
@@ -15,14 +15,14 @@ namespace vantrell {
 /// under its name or where the next start finds it.
 class FileMover {
 public:
-    FileMover(OutputParts& parts, UseProbe& probe) : parts_(parts), probe_(probe) {}
+    FileMover(OutputParts& parts, UseProbe& probe) : parts_(parts), probe_(probe), group_(parts) {}
 
     enum class Reach { oneFileSystem, anywhere };
     Task<Result<>> move(MoveOrder order, Reach reach);
     Task<Result<>> flushMoves();
 
 private:
-    enum class Kind { plain, replacing, samePlace, secondName };
+    enum class Kind { plain, taken, samePlace, secondName };
 
     // What a move is about, as it was before the first step.
     struct Route {
@@ -32,28 +32,29 @@ private:
         FileIdentity toFolder;
         struct stat source {};
         Kind kind = Kind::plain;
+        bool replaces = false;
     };
 
-    using Folders = std::map<FileIdentity, UniqueFd>;
-
     Result<Route> survey(const MoveOrder& order);
-    static Result<> surveyTarget(const MoveOrder& order, Route& route);
-    static int renameOnce(const Route& route);
+    static Result<> surveyTarget(Route& route);
+    Task<Result<>> go(MoveOrder order, Route& route, Reach reach);
+    Task<bool> equalsTarget(MoveOrder order, PosixStandingFile& standing);
+    Task<Result<>> arrive(MoveOrder order, Route& route, PosixStandingFile& standing);
+    Task<Result<>> removeArrived(MoveOrder order, Route& route, PosixStandingFile& standing);
+    [[nodiscard]] bool isOrdered(const Route& route);
+    Task<Result<>> renameIt(MoveOrder order, Route& route, Reach reach);
+    Task<Result<>> linkIt(MoveOrder order, Route& route, Reach reach);
+    Task<Result<>> copyIt(MoveOrder order, Route& route);
     static bool putBack(const Route& route);
     Task<Result<>> confirm(Route& route, Durable durable);
-    Task<void> flushLater(Route& route);
-    Task<Result<>> flushGroup();
+    Task<Result<>> flushLater(Route& route);
     Task<Result<>> flushFolders(Route& route);
-    Task<Result<>> flushAll(Folders& folders);
+    Task<Result<>> flushSource(Route& route, Durable durable);
     Task<Result<>> dropSourceName(Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;
-    // Folders with moves that are to be flushed later.
-    Folders unflushedTargets_;
-    Folders unflushedSources_;
-    unsigned unflushedMoves_ = 0;
-    Result<> groupsFlushed_;  ///< of the groups since the last `flushMoves`, the first that failed
+    MoveGroup group_;
 };
 
 }  // namespace vantrell

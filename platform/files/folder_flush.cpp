@@ -8,9 +8,9 @@ namespace vantrell {
 
 namespace {
 
-Result<> resultOfFlush(int error, std::string_view what) {
+int folderError(int error) {
     const bool hasNoSuchThing = error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
-    return resultFromErrno(hasNoSuchThing ? 0 : error, what);
+    return hasNoSuchThing ? 0 : error;
 }
 
 }  // namespace
@@ -19,14 +19,22 @@ Pending<int> beginFlush(EventLoop& loop, const UniqueFd& file) {
     return {loop.queue(), [&](Ticket<int> ticket) { file.kernel().startFlush(loop.queue(), ticket, file.get()); }};
 }
 
-Task<Result<>> flushFolder(EventLoop& loop, const UniqueFd& folder) {
-    const int error = co_await beginFlush(loop, folder);
-    co_return resultOfFlush(error, "The folder cannot be brought to stable storage");
+Task<Result<>> flushFile(OutputParts& parts, const UniqueFd& file) {
+    const int error = parts.flushed(co_await beginFlush(parts.loop, file));
+    if (error == 0) co_return Result<>();
+    co_return outputFault(error, "The file cannot be brought to stable storage");
+}
+
+Task<Result<>> flushFolder(OutputParts& parts, const UniqueFd& folder) {
+    const int error = parts.flushed(folderError(co_await beginFlush(parts.loop, folder)));
+    if (error == 0) co_return Result<>();
+    co_return outputFault(error, "The folder cannot be brought to stable storage");
 }
 
 Result<> flushFolderNow(Kernel& kernel, const Path& folder) {
     const UniqueFd opened = openFolder(kernel, folder);
-    return opened ? resultOfFlush(kernel.fsync(opened.get()), folder) : faultFromErrno(opened.error(), folder);
+    if (!opened) return faultFromErrno(opened.error(), folder);
+    return resultFromErrno(folderError(kernel.fsync(opened.get())), folder);
 }
 
 }  // namespace vantrell

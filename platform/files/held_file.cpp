@@ -13,13 +13,6 @@ namespace {
 
 constexpr char kCannotBeOpened[] = "The file cannot be opened";
 
-// A source that cannot be read says nothing about the machine to which we write.
-Fault sourceFault(int number, std::string_view what) {
-    Fault fault = faultFromErrno(number, what);
-    if (fault.isTheMachines()) fault.kind = FaultKind::other;
-    return fault;
-}
-
 }  // namespace
 
 Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(Kernel& kernel, UseProbe& probe, const Path& path) {

@@ -33,10 +33,10 @@ UniqueFd openNamed(const UniqueFd& folder, std::string& name) {
 
 Result<std::unique_ptr<PosixOutputFile>> PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
     UniqueFd folder = openFolder(parts.kernel, folderPath);
-    if (!folder) return faultFromErrno(folder.error(), "The folder cannot be opened");
+    if (!folder) return outputFault(folder.error(), "The folder cannot be opened");
     std::string name;
     UniqueFd file = parts.nameless.tryIn(folder) ? openNameless(folder) : openNamed(folder, name);
-    if (!file) return faultFromErrno(file.error(), "The new file cannot be created");
+    if (!file) return outputFault(file.error(), "The new file cannot be created");
     return std::make_unique<PosixOutputFile>(parts, std::move(folder), std::move(file), std::move(name));
 }
 
@@ -47,7 +47,7 @@ PosixOutputFile::~PosixOutputFile() {
 }
 
 void PosixOutputFile::fail(int error, std::string_view what) {
-    if (error != 0 && failed_.ok()) failed_ = faultFromErrno(error, what);
+    if (error != 0 && failed_.ok()) failed_ = outputFault(error, what);
 }
 
 std::size_t PosixOutputFile::writePiece(std::span<const std::byte> piece) {
@@ -84,7 +84,7 @@ void PosixOutputFile::submitFlush() {
 
 Task<void> PosixOutputFile::awaitFlush() {
     if (!flushUnderWay_) co_return;
-    const int error = co_await *flushUnderWay_;
+    const int error = parts_.flushed(co_await *flushUnderWay_);
     flushUnderWay_.reset();
     fail(error, "The new file cannot be brought to stable storage");
 }
@@ -126,12 +126,13 @@ Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
     int error = giveName(name);
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
     if (isReplacing) error = replaceName(name);
-    if (error != 0) co_return faultFromErrno(error, "The new file cannot be given its name");
+    if (error != 0) co_return outputFault(error, "The new file cannot be given its name");
     // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
     if (!isReplacing) temporaryName_ = std::move(name);
-    failed_ = co_await flushFolder(parts_.loop, folder_);
+    failed_ = co_await flushFolder(parts_, folder_);
     if (!failed_.ok()) co_return failed_;
     temporaryName_.clear();
+    parts_.made.insert(identity());
     file_.reset();
     co_return Result<>();
 }

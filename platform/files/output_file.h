@@ -1,35 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <optional>
-#include <set>
 #include <string>
 
-#include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
-#include "platform/files/disposer.h"
 #include "platform/files/file_stamp.h"
-#include "platform/files/file_system.h"
-#include "platform/files/nameless_support.h"
+#include "platform/files/output_parts.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
-
-/// What all new files of a toolbox share; outlives them.
-struct OutputParts {
-    EventLoop& loop;
-    Kernel& kernel;
-    Disposer& disposer;
-    NamelessSupport nameless;
-    FileSystems systems{};
-    /// What was published and moved in the pass under way.
-    std::set<FileIdentity> made{};
-    /// To be told of every flush that has failed. May be empty.
-    std::function<void()> flushHasFailed{};
-    /// Bytes written to all new files together for which no flush has been submitted yet.
-    std::uint64_t unflushed = 0;
-};
 
 /// A new file without a name (or, where there are no such files, under a temporary name and locked).
 class PosixOutputFile final : public OutputFile {

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "platform/files/folder_flush.h"
@@ -12,6 +11,7 @@
 #include "platform/files/posix_fault.h"
 #include "platform/files/posix_io.h"
 #include "platform/files/safe_rename.h"
+#include "platform/files/second_name.h"
 
 namespace vantrell {
 
@@ -39,19 +39,34 @@ Result<> mayBeReplaced(Kernel& kernel, const Path& path) {
     return resultFromErrno(kernel.faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS), path);
 }
 
-// The place behind the last line feed: what follows there is a line that was not written to its end. The file is read
-// from its end backwards, since the line is nearly always short.
-Result<std::size_t> endOfLastWholeLine(const UniqueFd& file, const Path& path, std::size_t size) {
-    std::array<char, 65536> piece;
-    for (std::size_t end = size; end > 0;) {
-        const std::size_t begin = end - std::min(end, piece.size());
-        const Result<std::size_t> got = readAt(file, {piece.data(), end - begin}, begin, path);
-        if (!got.ok()) return got.fault();
-        const auto lineFeed = std::string_view(piece.data(), got.value()).find_last_of('\n');
-        if (lineFeed != std::string_view::npos) return begin + lineFeed + 1;
-        end = begin;
-    }
-    return std::size_t{0};
+constexpr std::string_view kLineEnd = "\r\n";
+// More than one piece of lines that was being written is not torn.
+constexpr std::size_t kMostTorn = std::size_t{64} << 10U;
+
+// The last bytes of a file.
+Result<std::string> tailOf(const UniqueFd& file, const Path& path, std::size_t size, std::size_t most) {
+    std::string tail(std::min(size, most), '\0');
+    const Result<std::size_t> got = readAt(file, tail, size - tail.size(), path);
+    if (!got.ok()) return got.fault();
+    tail.resize(got.value());
+    return tail;
+}
+
+// How much of the file's end is torn. Zeros, which some file systems leave where lines were not written any more, are a
+// torn line like any other.
+Result<std::size_t> tornBytes(const UniqueFd& file, const Path& path, std::size_t size) {
+    const Result<std::string> tail = tailOf(file, path, size, kMostTorn + kLineEnd.size());
+    if (!tail.ok()) return tail.fault();
+    const std::size_t last = tail.value().rfind(kLineEnd);
+    if (last == std::string::npos) return std::size_t{0};
+    const std::string_view behind = std::string_view(tail.value()).substr(last + kLineEnd.size());
+    return behind.find('\n') == std::string_view::npos ? behind.size() : 0;
+}
+
+Result<bool> endsInLineEnd(const UniqueFd& file, const Path& path, std::size_t size) {
+    const Result<std::string> tail = tailOf(file, path, size, 1);
+    if (!tail.ok()) return tail.fault();
+    return tail.value().empty() || tail.value() == "\n";
 }
 
 Result<> cutTo(const UniqueFd& file, const Path& path, std::size_t size) {
@@ -61,11 +76,11 @@ Result<> cutTo(const UniqueFd& file, const Path& path, std::size_t size) {
 }
 
 // The value: the size that is left.
-Result<std::size_t> cutAfterLastWholeLine(const UniqueFd& file, const Path& path, std::size_t size) {
-    Result<std::size_t> end = endOfLastWholeLine(file, path, size);
-    if (!end.ok() || end.value() == size) return end;
-    if (Result<> done = cutTo(file, path, end.value()); !done.ok()) return done.fault();
-    return end;
+Result<std::size_t> cutTornPart(const UniqueFd& file, const Path& path, std::size_t size) {
+    const Result<std::size_t> torn = tornBytes(file, path, size);
+    if (!torn.ok() || torn.value() == 0) return torn.ok() ? Result<std::size_t>(size) : torn;
+    if (Result<> done = cutTo(file, path, size - torn.value()); !done.ok()) return done.fault();
+    return size - torn.value();
 }
 
 // Opens for appending; `created` says that no file stood there.
@@ -110,6 +125,10 @@ Result<> PosixDataFiles::remove(const Path& path) {
     return flushFolderNow(kernel_, folderOf(path));
 }
 
+Result<> PosixDataFiles::writeNew(const Path& path, std::string_view bytes) {
+    return vantrell::writeNew(kernel_, path, bytes, kPrivateFile);
+}
+
 Result<> PosixDataFiles::setAside(const Path& path, const Path& newName) {
     const bool isBareName = newName.find(kPathSeparator) == Path::npos;
     const Result<Place> from = openPlace(kernel_, path);
@@ -121,7 +140,14 @@ Result<> PosixDataFiles::setAside(const Path& path, const Path& newName) {
     return flushFolderNow(kernel_, folderOf(path));
 }
 
-Result<> PosixDataFiles::appendLines(const Path& path, std::string_view lines, bool cutTornLine) {
+Result<> PosixDataFiles::keepCopy(const Path& path, const Path& newName) {
+    const Result<Place> place = openPlace(kernel_, path);
+    if (!place.ok()) return place.fault();
+    if (Result<> kept = keepSecondName(place.value(), nameOf(newName)); !kept.ok()) return kept.fault();
+    return flushFolderNow(kernel_, folderOf(path));
+}
+
+Result<> PosixDataFiles::appendLines(const Path& path, std::string_view lines, bool cutTornEnd) {
     bool created = false;
     const UniqueFd file = openForAppending(kernel_, path, created);
     if (created) {
@@ -130,13 +156,26 @@ Result<> PosixDataFiles::appendLines(const Path& path, std::string_view lines, b
         if (const int error = kernel_.fchmod(file.get(), kPrivateFile); error != 0) return faultFromErrno(error, path);
     }
     Result<std::size_t> size = sizeOfRegular(file, path);
-    if (size.ok() && cutTornLine) size = cutAfterLastWholeLine(file, path, size.value());
+    if (size.ok() && cutTornEnd) size = cutTornPart(file, path, size.value());
     if (!size.ok()) return size.fault();
-    const Result<> written = writeAll(file, lines, path);
+    const Result<bool> atLineEnd = endsInLineEnd(file, path, size.value());
+    if (!atLineEnd.ok()) return atLineEnd.fault();
+    Result<> written;
+    if (!atLineEnd.value()) written = writeAll(file, kLineEnd, path);
+    if (written.ok()) written = writeAll(file, lines, path);
     if (written.ok()) return {};
     Fault fault = written.fault();
     if (!cutTo(file, path, size.value()).ok()) fault.text += "; what was written could not be taken back";
     return fault;
+}
+
+Result<> PosixDataFiles::cutTornEnd(const Path& path) {
+    const UniqueFd file = openPath(kernel_, path, O_RDWR | O_NOFOLLOW | kOpenSafely);
+    const Result<std::size_t> size = sizeOfRegular(file, path);
+    if (!size.ok()) return size.fault();
+    const Result<std::size_t> left = cutTornPart(file, path, size.value());
+    if (!left.ok()) return left.fault();
+    return left.value() == size.value() ? Result<>() : resultFromErrno(kernel_.fdatasync(file.get()), path);
 }
 
 Result<> PosixDataFiles::flush(const Path& path) {

@@ -20,11 +20,13 @@ public:
     /// fails, the new contents stand under the name and the fault says that they may not outlive a power failure.
     Result<> writeAtomically(const Path& path, std::string_view bytes) override;
     Result<> remove(const Path& path) override;
+    Result<> writeNew(const Path& path, std::string_view bytes) override;
     /// `newName` is a bare name or a path in the same folder.
     Result<> setAside(const Path& path, const Path& newName) override;
-    /// A torn line is what stands after the last line feed, so a file that an editor saved with bare line feeds keeps
-    /// its lines.
-    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornLine) override;
+    Result<> keepCopy(const Path& path, const Path& newName) override;
+    /// What an editor saved with bare line feeds keeps its lines.
+    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) override;
+    Result<> cutTornEnd(const Path& path) override;
     /// Also flushes the folder of a file that `appendLines` created.
     Result<> flush(const Path& path) override;
     Result<> makePrivateFolders(const Path& path) override;

@@ -28,11 +28,44 @@ FaultKind kindOf(int number) {
     }
 }
 
+FaultKind kindOnOutputSide(int number) {
+    const FaultKind kind = kindOf(number);
+    const bool isTheFiles = number == EFBIG || number == EILSEQ || number == EINVAL;
+    return kind == FaultKind::other && !isTheFiles ? FaultKind::machine : kind;
+}
+
+FaultKind kindOnSourceSide(int number) {
+    switch (number) {
+        case EBUSY:
+        case ETXTBSY:
+        case EAGAIN:
+            return FaultKind::inUse;
+        case EMFILE:
+        case ENFILE:
+        case ENOMEM:
+        case ESTALE:
+        case ETIMEDOUT:
+        case ENOTCONN:
+        case EHOSTDOWN:
+        case ENODEV:
+        case ENXIO:
+            return FaultKind::machine;
+        case ENOENT:
+            return FaultKind::notThere;
+        default:
+            return FaultKind::other;
+    }
+}
+
+Fault faultOf(FaultKind kind, int number, std::string_view what) {
+    return {kind, std::string(what) + ": " + std::generic_category().message(number)};
+}
+
 }  // namespace
 
-Fault faultFromErrno(int number, std::string_view what) {
-    return {kindOf(number), std::string(what) + ": " + std::generic_category().message(number)};
-}
+Fault faultFromErrno(int number, std::string_view what) { return faultOf(kindOf(number), number, what); }
+Fault outputFault(int number, std::string_view what) { return faultOf(kindOnOutputSide(number), number, what); }
+Fault sourceFault(int number, std::string_view what) { return faultOf(kindOnSourceSide(number), number, what); }
 
 Result<> resultFromErrno(int number, std::string_view what) {
     if (number == 0) return {};

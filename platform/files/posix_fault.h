@@ -7,11 +7,18 @@
 
 namespace vantrell {
 
-// The one place where error numbers of the host become faults. `what` says what was tried, for people.
+// The one place where error numbers of the host become faults. `what` says what was tried, for people; the number is
+// not 0. Whose fault an error is depends on the side on which it is met.
 
-/// The number is not 0.
+/// Of the program's own files.
 [[nodiscard]] Fault faultFromErrno(int number, std::string_view what);
-/// 0 is success.
+/// The same; 0 is success.
 [[nodiscard]] Result<> resultFromErrno(int number, std::string_view what);
+/// Where files are written to. Everything is the machine's but what this name or this size causes: otherwise a folder
+/// without permission would send every file of Source into the rejected folder.
+[[nodiscard]] Fault outputFault(int number, std::string_view what);
+/// Where files are taken from. What cannot be read is that file's trouble; one that is busy may be free later, and what
+/// would be so with any file is the machine's.
+[[nodiscard]] Fault sourceFault(int number, std::string_view what);
 
 }  // namespace vantrell

@@ -2,7 +2,9 @@
 #include "platform/files/posix_io.h"
 
 #include "platform/files/folder_flush.h"
+#include "platform/files/place.h"
 #include "platform/files/posix_fault.h"
+#include "platform/files/safe_rename.h"
 #include "platform/files/temporary_name.h"
 
 namespace vantrell {
@@ -29,8 +31,30 @@ Result<> fillNewFile(const UniqueFd& file, std::string_view bytes, mode_t permis
     return resultFromErrno(file.kernel().fsync(file.get()), path);
 }
 
-Result<> renameOver(Kernel& kernel, const Path& from, const Path& to) {
-    return resultFromErrno(kernel.renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0), to);
+/// Fills a file under a temporary name, then lets `giveName` give it its own.
+template <class GiveName>
+Result<> writeThenName(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions,
+                       GiveName giveName) {
+    const UniqueFd folder = openFolder(kernel, folderOf(path));
+    if (!folder) return faultFromErrno(folder.error(), folderOf(path));
+    const std::string temporary = makeTemporaryName(kernel);
+    const UniqueFd file = folder.open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+    if (!file) return faultFromErrno(file.error(), joinPath(folderOf(path), temporary));
+    Result<> done = fillNewFile(file, bytes, permissions, path);
+    if (done.ok()) done = resultFromErrno(giveName(folder, temporary, nameOf(path)), path);
+    if (done.ok()) return flushFolderNow(kernel, folderOf(path));
+    Fault fault = done.fault();
+    const int error = folder.unlink(temporary.c_str());
+    if (error != 0 && error != ENOENT) fault.text += "; " + temporary + " was left behind";
+    return fault;
+}
+
+int renameOver(const UniqueFd& folder, const std::string& from, const std::string& to) {
+    return folder.kernel().renameat2(folder.get(), from.c_str(), folder.get(), to.c_str(), 0);
+}
+
+int renameToNew(const UniqueFd& folder, const std::string& from, const std::string& to) {
+    return renameNoReplace(folder, from, folder, to);
 }
 
 }  // namespace
@@ -63,19 +87,11 @@ Result<std::size_t> readAt(const UniqueFd& file, std::span<char> into, std::size
 }
 
 Result<> writeAtomically(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions) {
-    const Path folder = folderOf(path);
-    const Path temporary = joinPath(folder, makeTemporaryName(kernel));
-    const int descriptor =
-        kernel.openat(AT_FDCWD, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
-    const UniqueFd file(kernel, descriptor);
-    if (!file) return faultFromErrno(file.error(), temporary);
-    Result<> done = fillNewFile(file, bytes, permissions, temporary);
-    if (done.ok()) done = renameOver(kernel, temporary, path);
-    if (done.ok()) return flushFolderNow(kernel, folder);
-    Fault fault = done.fault();
-    const int error = kernel.unlinkat(AT_FDCWD, temporary.c_str(), 0);
-    if (error != 0 && error != ENOENT) fault.text += "; " + temporary + " was left behind";
-    return fault;
+    return writeThenName(kernel, path, bytes, permissions, renameOver);
+}
+
+Result<> writeNew(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions) {
+    return writeThenName(kernel, path, bytes, permissions, renameToNew);
 }
 
 }  // namespace vantrell

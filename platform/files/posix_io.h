@@ -24,5 +24,7 @@ Result<std::size_t> readAt(const UniqueFd& file, std::span<char> into, std::size
 /// it is written and brought to stable storage, then it gets its name, then the folder is brought to stable storage.
 /// When only that last step fails, the new file bears the name and may not outlive a power failure.
 Result<> writeAtomically(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions);
+/// The same for a name that nothing bears yet; never replaces (`nameTaken`).
+Result<> writeNew(Kernel& kernel, const Path& path, std::string_view bytes, mode_t permissions);
 
 }  // namespace vantrell

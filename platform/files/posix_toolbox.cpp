@@ -109,7 +109,7 @@ Task<Result<std::unique_ptr<HeldFile>>> PosixToolbox::holdInTurn(Path path, std:
 }
 
 Result<std::unique_ptr<StandingFile>> PosixToolbox::openStanding(const Path& path) {
-    Result<std::unique_ptr<PosixStandingFile>> file = PosixStandingFile::open(loop_, kernel_, probe_, path);
+    Result<std::unique_ptr<PosixStandingFile>> file = PosixStandingFile::open(parts_, probe_, path);
     if (!file.ok()) return file.fault();
     return file.take();
 }
@@ -131,8 +131,8 @@ Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
 }
 
 Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) {
-    for (const Path& folder : outputFolders) co_await removeLeftOutputs(loop_, kernel_, folder, sourceFolder);
-    co_await restoreSources(loop_, kernel_, clock_, std::move(sourceFolder));
+    for (const Path& folder : outputFolders) co_await removeLeftOutputs(parts_, folder, sourceFolder);
+    co_await restoreSources(parts_, clock_, std::move(sourceFolder));
 }
 
 }  // namespace vantrell

@@ -20,13 +20,19 @@ PrivateFolder::PrivateFolder(const UniqueFd& parent) : parent_(parent), name_(ma
 PrivateFolder::~PrivateFolder() {
     if (name_.empty()) return;
     // Where the name has been taken meanwhile, the file stays in here until the next start puts it beside.
-    if (!taken_.empty() && renameNoReplace(folder_, taken_, parent_, taken_) != 0) return;
+    if (giveBack() != 0) return;
     static_cast<void>(parent_.kernel().unlinkat(parent_.get(), name_.c_str(), AT_REMOVEDIR));
 }
 
 int PrivateFolder::take(const std::string& name) {
     const int error = parent_.kernel().renameat2(parent_.get(), name.c_str(), folder_.get(), name.c_str(), 0);
     if (error == 0) taken_ = name;
+    return error;
+}
+
+int PrivateFolder::giveBack() {
+    const int error = taken_.empty() ? 0 : renameNoReplace(folder_, taken_, parent_, taken_);
+    if (error == 0) taken_.clear();
     return error;
 }
 

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] int take(const std::string& name);
     /// Removes the file that was taken.
     [[nodiscard]] int removeTaken();
+    /// Gives it back, unless its name has been taken by another file meanwhile: then it stays in here.
+    [[nodiscard]] int giveBack();
 
 private:
     const UniqueFd& parent_;

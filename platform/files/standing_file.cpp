@@ -1,36 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/standing_file.h"
 
+#include "platform/files/file_attributes.h"
 #include "platform/files/folder_flush.h"
-#include "platform/files/posix_fault.h"
 
 namespace vantrell {
 
-Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(EventLoop& loop, Kernel& kernel, UseProbe& probe,
+Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(OutputParts& parts, UseProbe& probe,
                                                                    const Path& path) {
-    Result<Place> place = openPlace(kernel, path);
+    Result<Place> place = openPlace(parts.kernel, path);
     if (!place.ok()) return place.fault();
-    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(kernel, probe, path);
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, probe, path);
     if (!file.ok()) return file.fault();
-    auto standing = std::make_unique<PosixStandingFile>(loop, place.take(), file.take());
-    if (Result<> done = standing->checkUnchanged(); !done.ok()) return done.fault();
+    auto standing = std::make_unique<PosixStandingFile>(parts, place.take(), file.take());
+    if (Result<> done = standing->checkUnchanged(true); !done.ok()) return done.fault();
     return standing;
 }
 
 // What is equal byte for byte needs no time of quiet: nothing of it is taken away.
-Result<> PosixStandingFile::checkUnchanged() const {
+Result<> PosixStandingFile::checkUnchanged(bool withChangeTime) const {
+    FileStamp then = file_->stamp();
+    const auto isUnchanged = [&](const struct stat& status) {
+        FileStamp now = stampOf(status);
+        if (!withChangeTime) now.changed = then.changed;
+        return now == then;
+    };
     struct stat named {};
     struct stat held {};
     const bool isThere = place_.status(named) == 0 && file_->file().status(held) == 0;
-    if (!isThere || stampOf(named) != file_->stamp() || stampOf(held) != file_->stamp()) return inUseFault();
+    if (!isThere || !isUnchanged(named) || !isUnchanged(held)) return inUseFault();
     return askForWriters(file_->file()) == Use::writing ? Result<>(inUseFault()) : Result<>();
 }
 
 Task<Result<>> PosixStandingFile::confirm() {
-    const int error = co_await beginFlush(loop_, file_->file());
-    if (error != 0) co_return faultFromErrno(error, "The file that stands there cannot be brought to stable storage");
-    const Result<> flushed = co_await flushFolder(loop_, place_.folder);
-    co_return flushed.ok() ? checkUnchanged() : flushed;
+    if (const Result<> done = co_await flushFile(parts_, file_->file()); !done.ok()) co_return done.fault();
+    if (const Result<> done = co_await flushFolder(parts_, place_.folder); !done.ok()) co_return done.fault();
+    co_return checkUnchanged(true);
+}
+
+Task<Result<>> PosixStandingFile::confirmArrival() {
+    if (const Result<> done = checkUnchanged(true); !done.ok()) co_return done.fault();
+    renewChangeTime(place_.folder, place_.name.c_str(), file_->status());
+    if (const Result<> done = co_await flushFile(parts_, file_->file()); !done.ok()) co_return done.fault();
+    if (const Result<> done = co_await flushFolder(parts_, place_.folder); !done.ok()) co_return done.fault();
+    co_return checkUnchanged(false);
 }
 
 }  // namespace vantrell

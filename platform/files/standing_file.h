@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
 #include "platform/files/held_file.h"
+#include "platform/files/output_parts.h"
 #include "platform/files/place.h"
 
 namespace vantrell {
@@ -11,21 +11,23 @@ namespace vantrell {
 /// What stands under a name, held open together with its folder.
 class PosixStandingFile final : public StandingFile {
 public:
-    /// Loop, kernel and probe outlive it.
-    static Result<std::unique_ptr<PosixStandingFile>> open(EventLoop& loop, Kernel& kernel, UseProbe& probe,
-                                                           const Path& path);
+    /// Parts and probe outlive it.
+    static Result<std::unique_ptr<PosixStandingFile>> open(OutputParts& parts, UseProbe& probe, const Path& path);
 
-    PosixStandingFile(EventLoop& loop, Place place, std::unique_ptr<PosixHeldFile> file)
-        : loop_(loop), place_(std::move(place)), file_(std::move(file)) {}
+    PosixStandingFile(OutputParts& parts, Place place, std::unique_ptr<PosixHeldFile> file)
+        : parts_(parts), place_(std::move(place)), file_(std::move(file)) {}
 
     [[nodiscard]] std::uint64_t size() const override { return file_->size(); }
     Result<std::size_t> read(std::span<std::byte> into) override { return file_->read(into); }
     Task<Result<>> confirm() override;
+    /// The file counts as arrived now, and is brought to stable storage with its name. Otherwise as `confirm`.
+    Task<Result<>> confirmArrival();
+    [[nodiscard]] FileIdentity identity() const { return file_->stamp().identity; }
 
 private:
-    [[nodiscard]] Result<> checkUnchanged() const;
+    [[nodiscard]] Result<> checkUnchanged(bool withChangeTime) const;
 
-    EventLoop& loop_;
+    OutputParts& parts_;
     Place place_;
     std::unique_ptr<PosixHeldFile> file_;
 };

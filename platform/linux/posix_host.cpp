@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/desktop/user_folders.h"
+#include "platform/files/place.h"
 
 namespace vantrell {
 
@@ -112,9 +113,18 @@ bool PosixHost::start(const Path& file, const std::vector<std::string>& argument
     return true;
 }
 
-bool PosixInstanceLock::tryLock(const Path& folder) {
-    folder_ = LinuxFd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return !folder_ || ::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+InstanceLock::Outcome PosixInstanceLock::tryLock(const Path& folder) {
+    constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    file_ = openPath(kernel_, joinPath(folder, "instance.lock"), kFlags, S_IRUSR | S_IWUSR);
+    if (!file_) return Outcome::impossible;
+    switch (kernel_.flock(file_.get(), LOCK_EX | LOCK_NB)) {
+        case 0:
+            return Outcome::locked;
+        case EWOULDBLOCK:
+            return Outcome::anothers;
+        default:
+            return Outcome::impossible;
+    }
 }
 
 }  // namespace vantrell

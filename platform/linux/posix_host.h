@@ -5,8 +5,8 @@
 
 #include <vector>
 
+#include "platform/files/unique_fd.h"
 #include "platform/host.h"
-#include "platform/linux/linux_fd.h"
 
 namespace vantrell {
 
@@ -32,13 +32,19 @@ private:
     std::vector<pid_t> started_;
 };
 
-/// A lock on the folder's own descriptor: no lock file is left behind, and a copied data folder is a free one.
+/// A lock on the file instance.lock (0600) in the folder, which is made when it is missing. It is never replaced or
+/// removed, since two programs could then hold a lock each on two files of that name. A folder itself cannot be locked
+/// on NFS, where only what is open for writing can. A copied data folder is a free one.
 class PosixInstanceLock final : public InstanceLock {
 public:
-    bool tryLock(const Path& folder) override;
+    /// The kernel outlives it.
+    explicit PosixInstanceLock(Kernel& kernel) : kernel_(kernel) {}
+
+    Outcome tryLock(const Path& folder) override;
 
 private:
-    LinuxFd folder_;
+    Kernel& kernel_;
+    UniqueFd file_;
 };
 
 }  // namespace vantrell

@@ -18,6 +18,13 @@ constexpr sqlite3_int64 kMostBytes = 64 << 20;
 // nothing is left in contents that were taken whole (https://www.sqlite.org/fileformat2.html, section 1.3.3).
 constexpr std::size_t kWriteVersion = 18;
 constexpr std::size_t kReadVersion = 19;
+// What SQLite counts up and notes at each writing (of pages, and of the schema), in the head: no part of what a file
+// holds.
+struct Range {
+    std::size_t begin;
+    std::size_t size;
+};
+constexpr Range kWritingMarks[] = {{24, 4}, {40, 4}, {92, 8}};
 
 struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
@@ -70,6 +77,7 @@ DatabaseCopier::Contents wholeOf(const Handle& database) {
     sqlite3_int64 size = -1;
     sqlite3_serialize(database.get(), "main", &size, SQLITE_SERIALIZE_NOCOPY);
     if (size < 0 || size > kMostBytes) return {{}, DatabaseFault::failed};
+    if (size == 0) return {};
     const std::unique_ptr<unsigned char, Closer> bytes(sqlite3_serialize(database.get(), "main", &size, 0));
     if (!bytes) return {{}, DatabaseFault::failed};
     const void* const first = bytes.get();
@@ -98,6 +106,34 @@ int copyPages(const Handle& from, const Handle& to) {
     // Undoes what is not complete.
     const int finished = sqlite3_backup_finish(copying);
     return stepped == SQLITE_DONE ? finished : stepped;
+}
+
+bool holdSame(std::string one, std::string other) {
+    for (std::string* const contents : {&one, &other})
+        for (const auto& [begin, size] : kWritingMarks)
+            if (contents->size() >= begin + size) contents->replace(begin, size, size, '\0');
+    return one == other;
+}
+
+// The lock is held until the connection is closed, so that what has been kept is what will be replaced. Copying wants
+// to begin its own transaction.
+int lockForGood(const Handle& database) {
+    return run(database,
+               "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; SELECT count(*) FROM sqlite_master; COMMIT");
+}
+
+bool holdsNothing(const Handle& database) {
+    sqlite3_stmt* prepared = nullptr;
+    sqlite3_prepare_v2(database.get(), "SELECT 1 FROM sqlite_master", -1, &prepared, nullptr);
+    const Statement query(prepared);
+    return query && sqlite3_step(query.get()) == SQLITE_DONE;
+}
+
+DatabaseFault keepOld(const Handle& database, const std::string& replacement, const DatabaseCopier::Keep& keep) {
+    if (holdsNothing(database)) return DatabaseFault::none;
+    const DatabaseCopier::Contents old = wholeOf(database);
+    if (old.fault != DatabaseFault::none || holdSame(old.bytes, replacement)) return old.fault;
+    return keep(old.bytes) ? DatabaseFault::none : DatabaseFault::failed;
 }
 
 bool isUndamaged(const Handle& database) {
@@ -134,7 +170,7 @@ DatabaseCopier::Contents SqliteCopier::read(const Path& file) {
     return wholeOf(database);
 }
 
-DatabaseFault SqliteCopier::replace(const Path& file, const std::string& contents) {
+DatabaseFault SqliteCopier::replace(const Path& file, const std::string& contents, const Keep& keep) {
     int code = SQLITE_OK;
     const Handle source = inMemory(contents, code);
     if (code != SQLITE_OK) return DatabaseFault::failed;
@@ -142,8 +178,10 @@ DatabaseFault SqliteCopier::replace(const Path& file, const std::string& content
     // EXTRA: a commit has reached stable storage with its folder. A file with a write-ahead log keeps its page size,
     // so the log is ended first.
     if (code == SQLITE_OK) code = run(target, "PRAGMA synchronous = EXTRA; PRAGMA journal_mode = DELETE");
-    if (code == SQLITE_OK) code = copyPages(source, target);
-    return faultOf(code);
+    if (code == SQLITE_OK) code = lockForGood(target);
+    if (code != SQLITE_OK) return faultOf(code);
+    const DatabaseFault kept = keepOld(target, contents, keep);
+    return kept == DatabaseFault::none ? faultOf(copyPages(source, target)) : kept;
 }
 
 bool SqliteCopier::holdsTable(const std::string& contents, std::string_view table,

@@ -10,7 +10,7 @@ namespace vantrell {
 class SqliteCopier final : public DatabaseCopier {
 public:
     [[nodiscard]] Contents read(const Path& file) override;
-    [[nodiscard]] DatabaseFault replace(const Path& file, const std::string& contents) override;
+    [[nodiscard]] DatabaseFault replace(const Path& file, const std::string& contents, const Keep& keep) override;
     [[nodiscard]] bool holdsTable(const std::string& contents, std::string_view table,
                                   const std::vector<std::string>& columns) const override;
     [[nodiscard]] std::vector<std::string> companionEndings() const override { return {"-journal", "-wal", "-shm"}; }

@@ -3,11 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <ctime>
 
 #include "base/date_text.h"
 #include "platform/files/posix_data_files.h"
+#include "platform/files/posix_toolbox.h"
+#include "platform/files/spilled_lines.h"
 #include "platform/linux/linux_kernel.h"
+#include "rig/hand_cranked_loop.h"
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
@@ -32,9 +37,11 @@ protected:
     ProgramState state_;
     RecordingWindow window_;
     LinuxKernel kernel_;
+    const Path folderOfLines_ = folder_.path();
+    SpilledLines lines_{kernel_, folderOfLines_, folderOfLines_};
     PosixDataFiles disk_{kernel_};
     SettableClock clock_;
-    ActivityLog log_{state_, window_, disk_, clock_};
+    ActivityLog log_{state_, lines_, window_, disk_, clock_};
 };
 
 TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
@@ -51,11 +58,25 @@ TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
     log_.writetofile();
     EXPECT_EQ(readFile(file("20261116")), expected);
 
-    ActivityLog restarted(state_, window_, disk_, clock_);
+    SpilledLines newLines(kernel_, folderOfLines_, folderOfLines_);
+    ActivityLog restarted(state_, newLines, window_, disk_, clock_);
     restarted.logEvent("after the restart");
     restarted.saveForGood();
     EXPECT_EQ(readFile(file("20261116")), expected + at("after the restart"));
-    EXPECT_EQ(window_.lines.size(), 51U);
+    EXPECT_EQ(lines_.size(), 50U);
+    EXPECT_EQ(newLines.size(), 1U);
+}
+
+TEST_F(ActivityLogTest, AStartMendsTheNewestEarlierFileAlone) {
+    const std::string torn = "whole\r\ntorn";
+    for (const char* name : {"20261114", "20261115", "20261116", "20261117", "2026111x", "my notes"})
+        writeFile(file(name), torn);
+    HandCrankedLoop loop;
+    PosixToolbox toolbox(loop, loop.kernel(), clock_);
+    EXPECT_TRUE(loop.run(log_.mendNewestEarlierFile(toolbox)));
+    EXPECT_EQ(readFile(file("20261115")), "whole\r\n");
+    for (const char* name : {"20261114", "20261116", "20261117", "2026111x", "my notes"})
+        EXPECT_EQ(readFile(file(name)), torn) << name;
 }
 
 TEST_F(ActivityLogTest, PutsLinesSavedAfterMidnightIntoTheNewDay) {
@@ -84,7 +105,7 @@ TEST_F(ActivityLogTest, SavesWithTheNextSaveThatSucceedsAndSaysSoOnce) {
     EXPECT_EQ(window_.panel1.size(), 1U);
     log_.writetofile();
     EXPECT_EQ(readFile(file("20261116")), at("first") + at("second"));
-    EXPECT_EQ(window_.lines.size(), 2U) << "the failure itself is not logged";
+    EXPECT_EQ(lines_.size(), 2U) << "the failure itself is not logged";
     // No link is followed out of the folder.
     std::filesystem::rename(file("20261116"), folder_ / "other");
     std::filesystem::create_symlink(folder_ / "other", file("20261116"));
@@ -104,6 +125,25 @@ TEST_F(ActivityLogTest, WritesTheLinesOfThePauseWhenLoggingIsOnAgain) {
     log_.logEvent("on again");
     log_.saveWhenOn();
     EXPECT_EQ(readFile(file("20261116")), "11/16/26 14:00:00 while off\r\n11/16/26 14:00:00 on again\r\n");
+}
+
+TEST_F(ActivityLogTest, WhatIsNotSavedTakesNoMemory) {
+    state_.settings.LoggingTurnedOff = true;
+    const auto inUse = [] { return ::mallinfo2().uordblks + ::mallinfo2().hblkhd; };
+    const std::size_t before = inUse();
+    std::string expected;
+    for (int i = 0; i < 100000; ++i) log_.appendActivityLine(std::to_string(i) + std::string(200, 'x'));
+    EXPECT_LT(inUse(), before + (10U << 20U));
+    for (int i = 0; i < 100000; ++i) expected += std::to_string(i) + std::string(200, 'x') + "\r\n";
+    {
+        // A write that fails half way through.
+        const FileSizeLimit full(5U << 20U);
+        log_.writetofile();
+    }
+    EXPECT_EQ(window_.panel1.size(), 1U);
+    EXPECT_LT(inUse(), before + expected.capacity() + (10U << 20U));
+    log_.writetofile();
+    EXPECT_TRUE(readFile(file("20261116")) == expected);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "rig/temporary_folder.h"
 #include "support/documented_blocks.h"
 #include "support/doubles.h"
+#include "support/killed_child.h"
 
 namespace vantrell::test {
 namespace {
@@ -102,6 +103,33 @@ TEST_F(SettingsFileTest, DoesNotSaveOverWhatItCannotKeep) {
     EXPECT_EQ(file_.loadSettings(), SettingsFile::Loaded::unreadable);
     EXPECT_TRUE(file_.saveSettings().ok()) << "refused on purpose";
     EXPECT_TRUE(std::filesystem::is_directory(path_));
+}
+
+// Killed at each call of the save in turn.
+TEST_F(SettingsFileTest, AnIncompleteFileKeepsItsNameUntilTheNewOneStands) {
+    ::setenv("TZ", "UTC", 1);
+    if (killedAtCall(1, [] {}) != ChildEnd::killed) GTEST_SKIP() << "child processes cannot be traced here";
+    const Path dated = path_ + ".20261116 140000";
+    const std::string part = "\"/part\",#FALSE#";
+    SettingsRecord saved;
+    saved.SourceFolder = "/part";
+    ChildEnd end = ChildEnd::killed;
+    for (int call = 1; end == ChildEnd::killed; ++call) {
+        std::filesystem::remove(dated);
+        writeFile(path_, part);
+        end = killedAtCall(call, [this] {
+            file_.loadSettings();
+            if (!file_.saveSettings().ok()) throw std::runtime_error("not saved");
+        });
+        const std::string after = std::filesystem::exists(path_) ? readFile(path_) : "nothing";
+        ASSERT_TRUE(after == part || after == formatSettings(saved)) << after << " when killed at call " << call;
+        if (after != part) ASSERT_EQ(readFile(dated), part) << "killed at call " << call;
+        // The next start goes on, also within the same second.
+        file_.loadSettings();
+        EXPECT_TRUE(file_.saveSettings().ok()) << "killed at call " << call;
+        EXPECT_EQ(readFile(dated), part);
+    }
+    EXPECT_EQ(end, ChildEnd::finished);
 }
 
 TEST(ScanInterval, CountsMinutesOf65535MillisecondsAndTurnsOver) {

@@ -104,6 +104,8 @@ TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {
         },
         [this] {
             seen.insert(activeIn(app + mdb));
+            if (activeIn(app + mdb) == Strings{"hand"})
+                EXPECT_EQ(activeInCopyOf(app + mdb + ".20261116 140000"), Strings{"live"});
             seenSettings.insert(readFile(app + cfg));
             EXPECT_EQ(activeInCopyOf(hand + mdb), Strings{"hand"});
         });
@@ -112,11 +114,31 @@ TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {
     EXPECT_GT(kills, 50);
 }
 
+TEST_F(BackupCrashTest, ALiveFileThatIsNoDatabaseKeepsItsNameUntilTheNewOneStands) {
+    const std::string broken(100, 'x');
+    const std::string ended(28, '\0');  // a journal that SQLite leaves alone
+    const std::string journal = app + mdb + "-journal";
+    const std::string dated = app + mdb + ".20261116 140000";
+    writeFile(app + mdb, broken);
+    writeFile(journal, ended);
+    keepFiles();
+    killEverywhere([this] { textsOf(backup.restoreNormalPassword()); },
+                   [&] {
+                       ASSERT_TRUE(std::filesystem::exists(app + mdb));
+                       if (readFile(app + mdb) == broken) return;
+                       EXPECT_FALSE(std::filesystem::exists(journal));
+                       EXPECT_EQ(readFile(dated), broken);
+                       EXPECT_EQ(readFile(dated + "-journal"), ended);
+                       seen.insert(activeIn(app + mdb));
+                   });
+    EXPECT_EQ(seen, std::set<Strings>{{"hand"}});
+}
+
 TEST_F(BackupCrashTest, ARestoreHoldsTheBackupsRowsWhereverASaveDiedBefore) {
     killEverywhere([this] { save("saved"); },
                    [this] {
-                       EXPECT_EQ(textsOf(backup.restoreNormalPassword()),
-                                 Strings{"Password file has been restored from backup."});
+                       EXPECT_EQ(textsOf(backup.restoreNormalPassword()).front(),
+                                 "Password file has been restored from backup.");
                        seen.insert(activeIn(app + mdb));
                    });
     EXPECT_EQ(seen, std::set<Strings>{{"hand"}});

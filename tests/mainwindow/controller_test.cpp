@@ -57,7 +57,7 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         full.reset();
         for (const bool with : {true, false}) bench.engine.fields.includeSubfoldersClicked(with);
     }
-    for (const std::string& line : bench.window.lines) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;
+    for (const std::string& line : bench.messages()) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;
 }
 
 }  // namespace

@@ -46,6 +46,33 @@ TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
     EXPECT_EQ(faultOf(files.appendLines(folder / "missing/f", "a\r\n", false)), FaultKind::notThere);
 }
 
+class KernelWithoutLinks final : public LinuxKernel {
+public:
+    int linkat(int, const char*, int, const char*) override { return EPERM; }
+};
+
+TEST_F(DataFilesTest, AKeptCopyOutlivesTheReplacementOfTheFile) {
+    KernelWithoutLinks withoutLinks;
+    PosixDataFiles copying(withoutLinks);
+    const std::string old(300000, 'x');
+    for (PosixDataFiles* disk : {&files, &copying}) {
+        writeFile(file, old);
+        fs::permissions(file, fs::perms{0640});
+        EXPECT_TRUE(disk->keepCopy(file, file + ".kept").ok());
+        EXPECT_EQ(statusAt(file).st_nlink, disk == &files ? 2U : 1U);
+        EXPECT_TRUE(files.writeAtomically(file, "new").ok());
+        EXPECT_TRUE(readFile(file + ".kept") == old);
+        EXPECT_EQ(modeOf(file + ".kept"), 0640U);
+        EXPECT_EQ(faultOf(disk->keepCopy(file, file + ".kept")), FaultKind::nameTaken);
+        EXPECT_EQ(faultOf(disk->writeNew(file + ".kept", "new")), FaultKind::nameTaken);
+        EXPECT_EQ(namesIn(folder.path()).size(), 2U);
+        fs::remove(file + ".kept");
+    }
+    EXPECT_TRUE(files.writeNew(file + ".kept", "whole").ok());
+    EXPECT_EQ(readFile(file + ".kept"), "whole");
+    EXPECT_EQ(modeOf(file + ".kept"), 0600U);
+}
+
 TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(file, "old\r\n");
     const FileSizeLimit limit(1000);
@@ -73,25 +100,28 @@ TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
     EXPECT_EQ(namesIn(folder.path()).size(), 3U);
 }
 
-TEST_F(DataFilesTest, ATornLastLineIsCutWhenAsked) {
-    const std::string far(200000, 'x');
+TEST_F(DataFilesTest, ATornEndIsCutWhenAskedAndNothingElse) {
+    const std::string most(65536, 'x');
+    const std::string nuls(4096, '\0');
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
-        {"torn", ""},
         {"a\r\n", "a\r\n"},
         {"a\r\ntorn\r", "a\r\n"},
-        {"a\r\n" + far, "a\r\n"},
-        {far + "\r\n" + std::string(65536, 'y'), far + "\r\n"},
+        {"a\r\n" + nuls, "a\r\n"},
+        {"a\r\n" + most, "a\r\n"},
+        {"a\r\n" + most + "y", "a\r\n" + most + "y\r\n"},
+        {"a\r\nkept by an editor\nand this", "a\r\nkept by an editor\nand this\r\n"},
         {"kept by an editor\n", "kept by an editor\n"},
+        {"kept by an editor", "kept by an editor\r\n"},
     };
     for (const auto& [before, kept] : cases) {
         writeFile(file, before);
         EXPECT_TRUE(files.appendLines(file, "new\r\n", true).ok());
-        EXPECT_TRUE(readFile(file) == kept + "new\r\n") << before.substr(0, 20);
+        EXPECT_TRUE(readFile(file) == kept + "new\r\n") << before.substr(0, 20) << " of " << before.size();
     }
     writeFile(file, "torn");
     EXPECT_TRUE(files.appendLines(file, "new\r\n", false).ok());
-    EXPECT_EQ(readFile(file), "tornnew\r\n");
+    EXPECT_EQ(readFile(file), "torn\r\nnew\r\n");
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <csignal>
 
+#include "platform/linux/linux_fd.h"
+#include "platform/linux/linux_kernel.h"
 #include "platform/linux/posix_host.h"
 #include "platform/linux/signal_source.h"
 #include "rig/temporary_folder.h"
@@ -63,6 +66,33 @@ TEST(PosixHost, AStartedProgramInheritsNothingOfOurs) {
     EXPECT_TRUE(report.starts_with("own session\nno descriptor\nno ignored signal\nno blocked signal\n/dev/null\n"))
         << report;
     EXPECT_TRUE(report.ends_with("/dev/null\n")) << report;
+}
+
+// What a network file system answers: only a file that is open for writing can be locked.
+class NetworkKernel final : public LinuxKernel {
+public:
+    int flock(int file, int operation) override {
+        if (locksAreGone) return ENOLCK;
+        return (::fcntl(file, F_GETFL) & O_ACCMODE) == O_RDONLY ? EBADF : LinuxKernel::flock(file, operation);
+    }
+    bool locksAreGone = false;
+};
+
+TEST(PosixInstanceLock, HoldsOnNetworkFileSystemsToo) {
+    using Outcome = InstanceLock::Outcome;
+    const TemporaryFolder folder;
+    NetworkKernel kernel;
+    PosixInstanceLock other(kernel);
+    {
+        PosixInstanceLock first(kernel);
+        EXPECT_EQ(first.tryLock(folder.path()), Outcome::locked);
+        EXPECT_EQ(other.tryLock(folder.path()), Outcome::anothers);
+    }
+    EXPECT_EQ(std::filesystem::status(folder / "instance.lock").permissions(), std::filesystem::perms{0600});
+    EXPECT_EQ(other.tryLock(folder.path()), Outcome::locked);
+    kernel.locksAreGone = true;
+    EXPECT_EQ(PosixInstanceLock(kernel).tryLock(folder.path()), Outcome::impossible);
+    EXPECT_EQ(PosixInstanceLock(kernel).tryLock(folder / "missing"), Outcome::impossible);
 }
 
 TEST(SignalSourceDeathTest, WritesThatFailDoNotEndUs) {

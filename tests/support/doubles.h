@@ -42,7 +42,7 @@ public:
     void setMinutes(const std::string& text) override { minutes = text; }
     void showSettings(const SettingsRecord& settings) override { shown = settings; }
     void setStartupEntry(StartupEntry::State state) override { entry = state; }
-    void appendActivity(const std::string& line) override { lines.push_back(line); }
+    void activityJoined() override {}
     [[nodiscard]] bool isActivityShown() const override { return activityShown; }
     void setActivityShown(bool value) override { activityShown = value; }
     void showWindow() override { visible = true; }
@@ -56,7 +56,7 @@ public:
     void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
 
     std::string caption, label2, clock, schedule, minutes;
-    std::vector<std::string> panel1, lines;
+    std::vector<std::string> panel1;
     std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
@@ -166,8 +166,8 @@ public:
 
 class FakeInstanceLock final : public InstanceLock {
 public:
-    bool tryLock(const Path&) override { return isFree; }
-    bool isFree = true;
+    Outcome tryLock(const Path&) override { return outcome; }
+    Outcome outcome = Outcome::locked;
 };
 
 }  // namespace vantrell::test

@@ -10,6 +10,7 @@
 #include "passwords/supplied_password_file.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
+#include "platform/files/spilled_lines.h"
 #include "platform/openssl/openssl_cipher.h"
 #include "platform/sqlite/sqlite_copier.h"
 #include "platform/sqlite/sqlite_database.h"
@@ -74,8 +75,10 @@ public:
     std::vector<std::string> messages() {
         const std::string prefix = generalDateText(clock.time) + " ";
         std::vector<std::string> texts;
-        for (const std::string& line : std::exchange(window.lines, {}))
+        for (; told < lines.size(); ++told) {
+            const std::string line = lines.line(told);
             texts.push_back(line.rfind(prefix, 0) == 0 ? line.substr(prefix.size()) : "no date: " + line);
+        }
         return texts;
     }
     std::string time() const { return timeText(clock.time); }
@@ -99,6 +102,9 @@ public:
     PosixToolbox toolbox{loop, kernel, clock};
     SqliteDatabase database{loop};
     SqliteCopier databaseCopier;
+    const Path folderOfLines = root.path();
+    SpilledLines lines{loop.kernel(), folderOfLines, folderOfLines};
+    std::size_t told = 0;
     FakeHost host{root.path()};
     FakeInstanceLock instance;
     FakeStartupEntry entry;
@@ -108,10 +114,10 @@ public:
     ScriptedBoxes boxes{loop.queue()};
     FakeTray tray;
     RecordingNotifier notifier;
-    Engine engine{
-        {clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, makeOpensslCipher},
-        {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
-        [] {}};
+    Engine engine{{clock, timers, loop, host, instance, entry, toolbox, files, database, databaseCopier, lines,
+                   makeOpensslCipher},
+                  {window, passwordWindow, weeklyWindow, boxes, tray, notifier, {}},
+                  [] {}};
     ProgramState& state = engine.state;
     const std::string passwordFile = state.AppFolder + "/EDPasswords.mdb";
     const std::string settingsFile = state.AppFolder + "/ZEP.cfg";

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,26 @@ TEST(Task, AbortRunsTheDestructorsOfAllFramesAndNothingElse) {
     loop.advance(std::chrono::seconds(2));
     EXPECT_FALSE(loop.turn());
     EXPECT_EQ(words.size(), 2U);
+}
+
+Task<std::string> takesOver(std::shared_ptr<int> given) { co_return std::to_string(*given); }
+
+Task<void> keepsTheTask(std::shared_ptr<int> given, Words& words) {
+    Task<std::string> child = takesOver(given);
+    words.push_back(co_await child);
+    words.push_back(std::to_string(given.use_count()));
+}
+
+// A parameter may hold a file open.
+TEST(Task, LetsGoOfItsParametersAtItsEnd) {
+    HandCrankedLoop loop;
+    Words words;
+    const auto given = std::make_shared<int>(7);
+    TaskGroup group(loop.queue());
+    group.start(keepsTheTask(given, words));
+    loop.turn();
+    EXPECT_EQ(words, (Words{"7", "2"}));
+    EXPECT_EQ(given.use_count(), 1);
 }
 
 }  // namespace

@@ -60,6 +60,7 @@ TEST_F(Windows, RestoreWhatWasBackedUpByHandAndAtTheEnd) {
         EXPECT_EQ(profile.saved().SourceFolder, row.source);
         trigger(row.passwords);
         EXPECT_EQ(answer(QMessageBox::Ok), "Password file has been restored from backup.");
+        EXPECT_TRUE(answer(QMessageBox::Ok).starts_with("The passwords that were replaced are kept in the file "));
         EXPECT_TRUE(waitFor([&] { return program->engine().activePassword.known() == row.password; }));
         EXPECT_EQ(currentPassword(), row.password);
     }

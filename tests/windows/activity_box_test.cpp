@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QScrollBar>
 
+#include "base/display_text.h"
 #include "windows/window_harness.h"
 
 namespace vantrell::test {
@@ -13,8 +14,12 @@ protected:
         MainWindowTest::SetUp();
         box = find<LineView>("txtDebug");
     }
+    void append(const std::string& line) {
+        lines.append(displayText(line));
+        window.activityJoined();
+    }
     void append(int first, int last) {
-        for (int line = first; line <= last; ++line) window.appendActivity("line " + std::to_string(line));
+        for (int line = first; line <= last; ++line) append("line " + std::to_string(line));
     }
     [[nodiscard]] int shownRows() const { return box->model()->rowCount(); }
     [[nodiscard]] bool isAtEnd() const {
@@ -40,7 +45,7 @@ TEST_F(ActivityBoxTest, FollowsTheEndUntilTheReaderScrolls) {
 
 TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
     window.setActivityShown(true);
-    window.appendActivity("first M\xFCller");
+    append("first M\xFCller");
     append(2, 5);
     ASSERT_TRUE(QTest::qWaitFor([&] { return shownRows() == 5; }));
     for (const int row : {3, 0})
@@ -51,8 +56,8 @@ TEST_F(ActivityBoxTest, CopiesTheSelectedLinesInTheirOrder) {
 
 TEST_F(ActivityBoxTest, LongLinesCanBeScrolledIntoSight) {
     window.setActivityShown(true);
-    window.appendActivity("short");
-    window.appendActivity(std::string(2000, 'W'));
+    append("short");
+    append(std::string(2000, 'W'));
     const int needed = box->fontMetrics().horizontalAdvance(QString(2000, QLatin1Char('W')));
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return box->horizontalScrollBar()->maximum() + box->viewport()->width() >= needed; }));

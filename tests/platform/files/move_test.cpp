@@ -131,7 +131,7 @@ TEST_P(Move, ASourceThatCannotBeRemovedLeavesNothingBehind) {
     for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
         ASSERT_EQ(::chmod((folder / "source").c_str(), mode), 0);
         const OrdinaryUser user;
-        EXPECT_EQ(move(), FaultKind::other) << std::oct << mode;
+        EXPECT_EQ(move(), FaultKind::notPermitted) << std::oct << mode;
         EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
         EXPECT_TRUE(namesIn(done).empty());
     }
@@ -185,21 +185,74 @@ public:
     bool isFailing = true;
 };
 
-TEST_F(OneFile, AFaultOfALaterFlushIsToldByTheFlushAndNotByAMove) {
+TEST_F(OneFile, AGroupWhoseFlushFailsIsTakenBack) {
     FailingFlushes kernel(loop.kernel());
+    kernel.mountedAs = "xfs";
     PosixToolbox failing(loop, kernel, clock);
+    int told = 0;
+    failing.onFlushFault([&told] { ++told; });
+    const std::string source = folder.makeFolder("source");
     const std::string done = folder.makeFolder("done");
-    constexpr int kMoreThanOneGroup = 300;
-    for (int i = 0; i < kMoreThanOneGroup; ++i) {
-        const std::string name = "/" + std::to_string(i);
-        writeFile(folder.path() + name, "x");
-        const MoveOrder order{folder.path() + name, done + name, Replace::never, nullptr, Durable::later};
-        ASSERT_EQ(wordsOf(loop.valueOf(failing.move(order))), "");
-        kernel.isFailing = i < kMoreThanOneGroup - 10;
-    }
-    EXPECT_EQ(namesIn(done).size(), std::size_t{kMoreThanOneGroup});
+    const auto move = [&](int number) {
+        const std::string name = "/" + std::to_string(number);
+        writeFile(source + name, "x");
+        return loop.valueOf(failing.move({source + name, done + name, Replace::never, nullptr, Durable::later}));
+    };
+    constexpr int kGroup = 256;
+    for (int i = 1; i < kGroup; ++i) ASSERT_EQ(wordsOf(move(i)), "");
+    EXPECT_EQ(faultOf(move(kGroup)), FaultKind::deviceFailing) << "the last one of the group has come back too";
+    EXPECT_EQ(namesIn(source).size(), std::size_t{kGroup});
+    EXPECT_EQ(move(0).ok(), true);
     EXPECT_EQ(faultOf(loop.valueOf(failing.flushMoves())), FaultKind::deviceFailing);
+    EXPECT_TRUE(namesIn(done).empty());
+    EXPECT_EQ(told, 2);
+    kernel.isFailing = false;
     EXPECT_EQ(faultOf(loop.valueOf(failing.flushMoves())), kSuccess) << "it is told once";
+}
+
+// Another program has put the source's content where it is to go, or an earlier try has.
+TEST_P(Move, AnEqualFileAtTheTargetIsTheFileAndAnotherOneIsNot) {
+    for (const auto& [there, onEqual, isMoved] : {std::tuple{"contents", OnEqual::isTheSame, true},
+                                                  {"contents", OnEqual::isReplaced, true},
+                                                  {"contents", OnEqual::isAnother, false},
+                                                  {"Contents", OnEqual::isTheSame, false},
+                                                  {"contents!", OnEqual::isReplaced, false}}) {
+        writeFile(source, "contents");
+        writeFile(target, there);
+        const auto standing = identityOf(statusAt(target));
+        const auto arrived = timeOf(statusAt(target).st_ctim);
+        const auto held = toolbox.hold(source);
+        const MoveOrder order{source, target, Replace::never, held.value().get(), Durable::now, onEqual};
+        EXPECT_EQ(faultOf(loop.valueOf(toolbox.move(order))), isMoved ? kSuccess : std::optional(FaultKind::nameTaken));
+        EXPECT_EQ(readFile(target), there);
+        EXPECT_EQ(std::filesystem::exists(source), !isMoved);
+        EXPECT_EQ(identityOf(statusAt(target)) == standing, onEqual != OnEqual::isReplaced || !isMoved);
+        if (isMoved) EXPECT_GT(timeOf(statusAt(target).st_ctim), arrived) << "it counts as arrived now";
+        EXPECT_EQ(namesIn(done), Names{"file"});
+    }
+}
+
+/// Notes what happens where names are not ordered, and knows no second names when it is told so.
+TEST_F(OneFile, WhereNamesAreNotOrderedTheOldOneGoesLast) {
+    RecordingKernel kernel(loop.kernel(), folder.path());
+    kernel.mountedAs = "ext2";
+    PosixToolbox unordered(loop, kernel, clock);
+    const std::string source = folder.makeFolder("source") + "/a";
+    const std::string target = folder.makeFolder("done") + "/a";
+    for (const bool isTaken : {false, true}) {
+        writeFile(source, "contents");
+        kernel.taken();
+        EXPECT_EQ(wordsOf(loop.valueOf(unordered.move({source, target, Replace::allowed}))), "");
+        Names notes = kernel.taken();
+        std::erase_if(notes, [](const std::string& note) { return note.starts_with("flush source/.zep"); });
+        Names expected{"flush done/a", "flush done", "move source/a > source/*", "flush source"};
+        if (isTaken)
+            expected = {"flush done/*", "move done/* > done/a", "flush done", "move source/a > source/*",
+                        "flush source"};
+        EXPECT_EQ(notes, expected);
+        EXPECT_EQ(readFile(target), "contents");
+        EXPECT_TRUE(namesIn(folder / "source").empty());
+    }
 }
 
 /// A move across file systems in which something happens after the copy got its name, before the source goes.

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files/source_removal.h"
+
+#include "platform/files/folder_flush.h"
+#include "platform/files/held_file.h"
+#include "platform/files/posix_fault.h"
+#include "platform/files/use_probe.h"
+
+namespace vantrell {
+
+namespace {
+
+// Giving and taking names renews the change time only; a write also moves the modification time or the size.
+bool isUnwritten(const struct stat& now, const FileStamp& then) {
+    const FileStamp stamp = stampOf(now);
+    return stamp.identity == then.identity && stamp.size == then.size && stamp.modified == then.modified;
+}
+
+// The target has taken the file, so what is not permitted concerns this one.
+Fault removalFault(int error) {
+    Fault fault = sourceFault(error, "The file cannot be removed from the source folder");
+    if (error == EPERM || error == EACCES) fault.kind = FaultKind::notPermitted;
+    return fault;
+}
+
+}  // namespace
+
+Result<> SourceRemoval::check(const FileStamp& original, const UniqueFd& opened) const {
+    struct stat status {};
+    if (const int error = aside_.folder().statusOf(from_.name.c_str(), status); error != 0)
+        return sourceFault(error, "The file cannot be looked at");
+    const bool isWritten = !isUnwritten(status, original) || (opened && askForWriters(opened) == Use::writing);
+    return isWritten ? Result<>(inUseFault()) : Result<>();
+}
+
+Task<Result<>> SourceRemoval::remove(FileStamp original, const UniqueFd& opened) {
+    if (const int error = aside_.take(from_.name); error != 0) co_return removalFault(error);
+    isBack_ = false;
+    Result<> done = check(original, opened);
+    UniqueFd dropped;
+    if (done.ok()) {
+        dropped = aside_.folder().open(from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        const int error = aside_.removeTaken();
+        if (error == 0) parts_.disposer.disposeWhenUnused(std::move(dropped));
+        if (error == 0) co_return Result<>();
+        done = removalFault(error);
+    }
+    // Only when the old name is on the disk again, the new one may go.
+    if (aside_.giveBack() != 0) co_return done;
+    const Result<> flushed = co_await flushFolder(parts_, from_.folder);
+    isBack_ = flushed.ok();
+    co_return done;
+}
+
+}  // namespace vantrell

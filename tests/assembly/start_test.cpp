@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "core/settings_format.h"
+#include "housekeeping/config_backup.h"
+#include "support/pass_bench.h"
+
+namespace vantrell::test {
+namespace {
+
+constexpr auto kWorks = StartupEntry::State::works;
+constexpr auto kNone = StartupEntry::State::none;
+
+class StartTest : public ::testing::Test {
+protected:
+    StartTest() { bench.entry.present = kWorks; }
+
+    PassBench bench;
+    const std::string part = "\"/part\",#FALSE#";
+    const std::string wholeWithoutFolder = formatSettings({});
+};
+
+TEST_F(StartTest, WhatIsNoWholeSettingsFileLeavesTheStartupEntryAlone) {
+    bench.state.settings = {};
+    std::filesystem::create_directory(bench.settingsFile);
+    EXPECT_TRUE(bench.engine.start());
+    EXPECT_EQ(bench.entry.present, kWorks) << "not readable";
+    std::filesystem::remove(bench.settingsFile);
+    EXPECT_TRUE(bench.engine.start());
+    EXPECT_EQ(bench.entry.present, kWorks) << "not there";
+    writeFile(bench.settingsFile, wholeWithoutFolder);
+    EXPECT_TRUE(bench.engine.start());
+    EXPECT_EQ(bench.entry.present, kNone);
+}
+
+TEST_F(StartTest, PartOfTheSettingsLeavesTheStartupEntryAloneUntilTheyAreRestored) {
+    bench.state.settings = {};
+    writeFile(bench.settingsFile, part);
+    EXPECT_TRUE(bench.engine.start());
+    EXPECT_EQ(bench.entry.present, kWorks);
+    ASSERT_NE(readFile(bench.settingsFile), part) << "it has been saved since";
+    bench.engine.backupMenus.mnuNBU();
+    EXPECT_EQ(bench.entry.present, kWorks) << "there was nothing to restore";
+    bench.root.makeFolder("Quillon, Inc/Vantrell/Bin/Config Backup");
+    writeFile(bench.state.AppFolder + "/Config Backup/ZEP.cfg", wholeWithoutFolder);
+    bench.engine.backupMenus.mnuNBU();
+    EXPECT_EQ(bench.entry.present, kNone);
+}
+
+TEST_F(StartTest, GoesOnWithoutALockAndSaysSo) {
+    ASSERT_TRUE(bench.engine.settings.save());
+    bench.instance.outcome = InstanceLock::Outcome::impossible;
+    EXPECT_TRUE(bench.engine.start());
+    ASSERT_EQ(bench.boxes.informed.size(), 1U);
+    const std::string said = bench.boxes.informed[0].text;
+    EXPECT_TRUE(said.starts_with("The data folder cannot be locked")) << said;
+    EXPECT_TRUE(said.starts_with(bench.messages().at(1))) << said;
+    bench.instance.outcome = InstanceLock::Outcome::anothers;
+    EXPECT_FALSE(bench.engine.start());
+    EXPECT_EQ(bench.host.started, std::vector<Path>{"/opt/vantrell/OpenedMsg"});
+}
+
+TEST_F(StartTest, AnEarlierDaysTornLogIsMended) {
+    const std::string logs = bench.state.AppFolder + "/Daily Activity Logs";
+    std::filesystem::create_directory(logs);
+    writeFile(logs + "/20261115 Activity.Log", "whole\r\ntorn");
+    EXPECT_TRUE(bench.engine.start());
+    bench.settle();
+    EXPECT_EQ(readFile(logs + "/20261115 Activity.Log"), "whole\r\n");
+}
+
+}  // namespace
+}  // namespace vantrell::test
