@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "base/display_text.h"
 #include "base/folded_name.h"
 #include "base/path.h"
 #include "core/data_folder.h"
@@ -121,10 +122,13 @@ bool Checker::isOutputOf(const std::string& bytes, const Content& content) const
     return false;
 }
 
+// Questions show names as people read them.
+bool Checker::isAllowed(const std::string& name) const { return allowed_.contains(displayText(name)); }
+
 // Two files of a name that lay in Source at the beginning of one pass are no older and newer version of each other.
 bool Checker::mayBeReplacedBy(const Content& old, const Content& newer) const {
-    const bool isAllowed = world_.settings.OverwriteExistingFiles || allowed_.contains(nameOf(newer.path));
-    if (!isAllowed || old.where == Where::rejected) return false;
+    const bool mayGo = world_.settings.OverwriteExistingFiles || isAllowed(nameOf(newer.path));
+    if (!mayGo || old.where == Where::rejected) return false;
     if (old.path == newer.path) return true;
     return std::none_of(old.passes.begin(), old.passes.end(),
                         [&](unsigned pass) { return newer.passes.contains(pass); });
@@ -193,9 +197,9 @@ Checker::Broken Checker::originals(const State& state) const {
 Checker::Broken Checker::foreign(const State& state) const {
     for (const Content& content : contents_) {
         if (content.where != Where::destination || content.excuse != Excuse::none) continue;
+        const std::string name = nameOf(content.path);
         const bool mayGo =
-            world_.settings.OverwriteExistingFiles ||
-            allowed_.contains(nameOf(content.path).substr(0, nameOf(content.path).size() - kEnding.size()));
+            world_.settings.OverwriteExistingFiles || isAllowed(name.substr(0, name.size() - kEnding.size()));
         if (!mayGo && !stands(state, Where::destination, content.bytes))
             return content.path + " was replaced or removed, and nobody had allowed it";
     }

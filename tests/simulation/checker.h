@@ -81,6 +81,7 @@ private:
     [[nodiscard]] Broken originals(const State& state) const;
     [[nodiscard]] Broken foreign(const State& state) const;
     [[nodiscard]] Broken dataFolder(const State& state) const;
+    [[nodiscard]] bool isAllowed(const std::string& name) const;
     void excuseReplaced(const State& state);
     [[nodiscard]] bool mayBeReplacedBy(const Content& old, const Content& newer) const;
     [[nodiscard]] bool isOutputOf(const std::string& bytes, const Content& content) const;

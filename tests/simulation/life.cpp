@@ -44,7 +44,7 @@ void Life::note(std::optional<std::string> broken) {
 }
 
 void Life::heard(const CallRecord& call) {
-    if (trace_ && call.changed != Changed::nothing) trace_(call.line());
+    if (trace_) trace_(call.line());
     if (broken_ || call.changed == Changed::nothing || world_.kernel.isDead()) return;
     note(checker_.now());
     if (chance_.oneIn(12)) note(checker_.afterCut(chance_));

@@ -35,6 +35,7 @@ DiskTraits World::drawTraits(const Hazards& hazards, unsigned number) {
     constexpr std::array kUnordered{DiskKind::ext2, DiskKind::ext4NoJournal, DiskKind::vfat, DiskKind::fuse};
     const bool isUnordered = chance.oneIn(hazards.unordered);
     DiskTraits traits = traitsOf(isUnordered ? chance.pick(kUnordered) : chance.pick(kOrdered), number);
+    traits.hasOwners = true;  // without, the data folder's files could not be made private, and none would be saved
     // Without either, no name can be given that replaces nothing, and all files rightly stay where they are.
     if (!traits.hasHardLinks) traits.hasRenameFlags = true;
     if (!chance.oneIn(hazards.oddDisk)) return traits;
