@@ -58,7 +58,7 @@ Checker::Checker(World& world) : world_(world) {
 }
 
 void Checker::put(const std::string& path, Where where, const std::string& bytes) {
-    contents_.push_back({bytes, path, where, Excuse::none, {}, where != Where::source});
+    contents_.push_back({bytes, path, where, Excuse::none, {}, where != Where::source, {}});
 }
 
 void Checker::passBegins() {
@@ -143,8 +143,9 @@ void Checker::excuseReplaced(const State& state) {
         if (isThere) continue;
         for (const File& file : state.in(Where::done)) {
             const Content* newer = isSame(nameOf(file.path), nameOf(content.path)) ? contentOf(*file.bytes) : nullptr;
-            if (newer != nullptr && newer != &content && mayBeReplacedBy(content, *newer))
-                content.excuse = Excuse::replaced;
+            if (newer == nullptr || newer == &content || !mayBeReplacedBy(content, *newer)) continue;
+            content.excuse = Excuse::replaced;
+            content.successor = nameOf(newer->path);
         }
     }
 }
@@ -167,7 +168,7 @@ Checker::Broken Checker::outputs(const State& state) const {
         bool isKnown = contentOf(*file.bytes) != nullptr;  // another program's
         for (const Content& content : contents_) {
             const bool isIt = isSame(nameOf(content.path), name) && isOutputOf(*file.bytes, content);
-            if (isIt && content.excuse == Excuse::replaced)
+            if (isIt && content.excuse == Excuse::replaced && content.successor == nameOf(content.path))
                 return file.path + " is of a content that has been replaced in Done";
             isKnown = isKnown || isIt;
         }

@@ -27,6 +27,7 @@ struct Content {
     Excuse excuse = Excuse::none;
     std::set<unsigned> passes;  ///< at whose beginning it lay in Source
     bool hasLeft = false;       ///< Source
+    std::string successor{};    ///< the name of what has replaced it
 };
 
 /// Knows every content that was put in, and whether the promises hold: for what the running system sees, and for what
