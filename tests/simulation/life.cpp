@@ -64,6 +64,7 @@ void Life::drop(const std::string& folder, const std::string& name) {
     const std::string bytes = newContents();
     if (!world_.others().makeFile(path, bytes)) {
         world_.others().remove(path);
+        world_.others().flush(folder);
         return;
     }
     world_.others().flush(path);
