@@ -44,6 +44,7 @@ void PosixToolbox::beginPass(const Path& source) {
 void PosixToolbox::endPass() {
     parts_.made.clear();
     parts_.source.release();
+    probe_.forgetSettled();
 }
 
 bool PosixToolbox::wasMadeInThisPass(const Path& path) const {
@@ -96,7 +97,16 @@ bool PosixToolbox::makeFolder(const Path& path) { return kernel_.mkdirat(AT_FDCW
 
 void PosixToolbox::clearReadOnly(const Path& path) {
     const Result<Place> place = parts_.source.openPlace(kernel_, path);
-    if (place.ok()) allowOwnerToWrite(place.value().folder, place.value().name.c_str());
+    if (!place.ok()) return;
+    const UniqueFd& folder = place.value().folder;
+    const char* const name = place.value().name.c_str();
+    struct stat before {};
+    struct stat after {};
+    const bool asksServer = !probe_.isLocal(folder);
+    const bool isKnown = asksServer && statusNow(folder, name, true, before) == 0;
+    allowOwnerToWrite(folder, name);
+    // Where two looks must be equal, our own change may not count as somebody's.
+    if (isKnown && statusNow(folder, name, true, after) == 0) probe_.carryOver(stampOf(before), stampOf(after));
 }
 
 Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) {

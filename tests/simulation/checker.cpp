@@ -184,7 +184,7 @@ Checker::Broken Checker::originals(const State& state) const {
         if (content == nullptr || content->where != Where::source || content->excuse != Excuse::none) continue;
         if (stands(state, Where::source, content->bytes)) continue;
         const std::string name = nameOf(file.path);
-        const bool isCollected = collected_.contains(name);
+        const bool isCollected = collected_.contains(foldedName(name));
         const auto isItsOutput = [&](const File& output) {
             return isSame(nameOf(output.path), name + std::string(kEnding));
         };
@@ -253,7 +253,7 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     const std::size_t end = line.find(" - Sucessful: ");
     if (at == std::string::npos || end == std::string::npos) return std::nullopt;
     const std::string name = line.substr(at + 11, end - at - 11);
-    if (collected_.contains(name) || name.find("\\x") != std::string::npos) return std::nullopt;
+    if (collected_.contains(foldedName(name)) || name.find("\\x") != std::string::npos) return std::nullopt;
     const State state = stateOf(cutCopy(chance));
     for (const File& file : state.in(Where::destination)) {
         if (!isSame(nameOf(file.path), name + std::string(kEnding))) continue;

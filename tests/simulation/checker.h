@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/folded_name.h"
 #include "simulation/world.h"
 
 namespace vantrell::test {
@@ -41,7 +42,7 @@ public:
     void passBegins();
     /// Another program has taken away or changed what stands there.
     void touchedByOthers(const std::string& path);
-    void collected(const std::string& output) { collected_.insert(output); }
+    void collected(const std::string& name) { collected_.insert(foldedName(name)); }
     /// The operator has answered Yes for a file of this name.
     void allowed(const std::string& name) { allowed_.insert(name); }
     void settingsMayBe(const std::string& line) { settings_.insert(line); }

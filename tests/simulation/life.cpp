@@ -33,7 +33,7 @@ Life::Life(std::uint64_t seed, const Hazards& hazards, Trace trace)
       trace_(std::move(trace)),
       chance_(world_.chance.split()),
       checker_(world_),
-      hasOthers_(chance_.oneIn(hazards.others)) {
+      actsLeft_(chance_.oneIn(hazards.others) ? chance_.below(80) : 0) {
     checker_.passwordIs(kPassword);
     world_.kernel.afterCall = [this](const CallRecord& call) { heard(call); };
 }
@@ -147,7 +147,7 @@ void Life::watchPass(const std::string& line) {
 }
 
 void Life::operate() {
-    if (chance_.oneIn(8)) {
+    if (!isCalm_ && chance_.oneIn(8)) {
         program_->engine.passes.stop();
         return;
     }
@@ -178,12 +178,13 @@ void Life::passTime() {
 
 bool Life::step() {
     if (world_.kernel.isDead() || broken_) return false;
-    if (!isCalm_ && hasOthers_ && chance_.oneIn(6)) act();
+    if (!isCalm_ && actsLeft_ > 0 && chance_.oneIn(6)) act();
     if (!program_->loop.turn(chance_)) passTime();
     return true;
 }
 
 void Life::act() {
+    --actsLeft_;
     OtherPrograms& others = world_.others();
     const std::string& source = world_.folder(Where::source);
     const std::array<std::string, 3> folders{source, source + "/a", source + "/b"};

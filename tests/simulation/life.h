@@ -56,7 +56,7 @@ private:
     std::optional<std::string> broken_;
     Tally tally_;
     bool isCalm_ = false;
-    bool hasOthers_ = false;
+    std::uint64_t actsLeft_ = 0;  ///< of other programs
     std::size_t passes_ = 0;
     unsigned lastContent_ = 0;
     std::string question_;
