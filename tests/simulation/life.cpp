@@ -132,7 +132,7 @@ void Life::begin() {
         if (trace_) trace_("asks " + box.text);
         if (!broken_ && !world_.kernel.isDead()) note(checker_.questionAsked(box.text));
     };
-    passes_ = 0;
+    passes_ = ticks_ = 0;
     program_->engine.start();
 }
 
@@ -174,6 +174,7 @@ void Life::passTime() {
     }
     world_.clock.advance(std::chrono::milliseconds(engine.timRun->interval()));
     program_->timers["timRun"].tickNow();
+    ++ticks_;
 }
 
 bool Life::step() {
@@ -209,7 +210,8 @@ void Life::act() {
             const std::vector<std::string> files = world_.filesBelow(source);
             if (files.empty()) return;
             const std::string path = chance_.pick(files);
-            if (path.find("/.zep-") != std::string::npos || others.at(path).disk == nullptr) return;
+            const bool isInDone = path.starts_with(world_.folder(Where::done) + "/");
+            if (isInDone || path.find("/.zep-") != std::string::npos || others.at(path).disk == nullptr) return;
             if (others.at(path).disk->traits.leases != Leases::honest) return;
             checker_.touchedByOthers(path);
             if (!others.append(path, "+")) return;
@@ -244,8 +246,11 @@ void Life::end(End how) {
 
 void Life::runProgram(std::size_t mostPasses) {
     begin();
-    for (std::size_t steps = 0; passes_ < mostPasses && step(); ++steps)
+    // Where the settings cannot be read there is no pass.
+    const std::size_t mostTicks = mostPasses + 4;
+    for (std::size_t steps = 0; passes_ < mostPasses && ticks_ < mostTicks && step(); ++steps)
         if (steps > kMostSteps) note("a pass does not end");
+    if (isCalm_ && ticks_ >= mostTicks) note("no pass begins");
 }
 
 std::optional<std::string> Life::run() {

@@ -58,6 +58,7 @@ private:
     bool isCalm_ = false;
     std::uint64_t actsLeft_ = 0;  ///< of other programs
     std::size_t passes_ = 0;
+    std::size_t ticks_ = 0;
     unsigned lastContent_ = 0;
     std::string question_;
 };
