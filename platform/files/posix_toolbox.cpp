@@ -13,6 +13,7 @@
 #include "platform/files/held_file.h"
 #include "platform/files/place.h"
 #include "platform/files/standing_file.h"
+#include "platform/files/tree_flush.h"
 
 namespace vantrell {
 
@@ -158,6 +159,14 @@ Task<Result<>> PosixToolbox::rename(Path source, Path target) {
 }
 
 Task<Result<>> PosixToolbox::move(MoveOrder order) { return mover_.move(std::move(order), FileMover::Reach::anywhere); }
+
+Task<Result<>> PosixToolbox::flushFolders(std::vector<Path> folders) {
+    for (const Path& folder : folders) {
+        const Result<> flushed = co_await flushTree(parts_, folder);
+        if (!flushed.ok()) co_return flushed;
+    }
+    co_return Result<>();
+}
 
 Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);
