@@ -71,6 +71,7 @@ struct Engine {
     ProgramState state;
     SettingsFile settingsFile;
     SettingsKeeper settings;
+    FolderMounts mounts;
     ActivityLog log;
     StatusReport report;
     WindowPlace place;

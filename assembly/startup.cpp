@@ -37,7 +37,7 @@ bool Startup::load() {
     p_.loaded.showOptions();
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
     p_.state.UiLoading = false;
-    cleanUpAfterCrash();
+    cleanUpDataFolder();
     cleanUp_.start(p_.log.mendNewestEarlierFile(p_.toolbox));
     return true;
 }
@@ -67,12 +67,14 @@ void Startup::supplyPasswordFile() {
     if (isMissing(settings) && isMissing(passwords)) (void)p_.files.writeAtomically(passwords, suppliedPasswordFile());
 }
 
-void Startup::cleanUpAfterCrash() {
-    const SettingsRecord& settings = p_.state.settings;
+// The operator's own folders may not be there yet; a pass sees to them. In Source nothing is ever removed.
+void Startup::cleanUpDataFolder() {
     const Path& app = p_.state.AppFolder;
-    cleanUp_.start(p_.toolbox.cleanUpAfterCrash({settings.DestinationFolder, settings.DoneFolder, settings.RejectFolder,
-                                                 app, joinPath(app, kBackupByHand), joinPath(app, kBackupOnClose)},
-                                                settings.SourceFolder));
+    std::vector<Path> folders{app, joinPath(app, kBackupByHand), joinPath(app, kBackupOnClose)};
+    std::erase_if(folders, [this](const Path& folder) {
+        return p_.toolbox.isSameFolder(folder, p_.state.settings.SourceFolder);
+    });
+    cleanUp_.start(p_.toolbox.cleanUpAfterCrash(std::move(folders), {}, [] { return false; }));
 }
 
 bool Startup::threeFoldersAreSet() const {

@@ -39,8 +39,8 @@ class Startup final : public Endable {
 public:
     explicit Startup(StartupParts parts) : p_(parts), cleanUp_(p_.queue) {}
 
-    /// Up to the shown window; what an earlier crash has left in the folders is cleaned up in turns that follow. False
-    /// when another instance runs on this data folder and this one is to end at once.
+    /// Up to the shown window; what an earlier crash has left in the data folder is cleaned up in turns that follow.
+    /// False when another instance runs on this data folder and this one is to end at once.
     bool load();
     /// The one tick, about 100 ms later, that shows or hides the window and runs the first pass.
     void timMax_Timer();
@@ -50,7 +50,7 @@ private:
     [[nodiscard]] bool takeDataFolder();
     void tellOfMissingLock();
     void supplyPasswordFile();
-    void cleanUpAfterCrash();
+    void cleanUpDataFolder();
     [[nodiscard]] bool threeFoldersAreSet() const;
 
     StartupParts p_;

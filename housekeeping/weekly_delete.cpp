@@ -65,6 +65,8 @@ void WeeklyDelete::resumeProcessing(unsigned switches) {
 Task<void> WeeklyDelete::scandirDel(Path folder) {
     if (folder == Path(1, kPathSeparator)) co_return;
     if (const std::optional<Message> reason = reasonNotTo(folder)) co_return p_.report.showInPanel1(*reason);
+    // As long as something else is mounted there, or nothing, the Done folder is not there.
+    if (p_.mounts.isAnother(p_.state.settings.DoneFolder, p_.toolbox.mountUnder(folder))) co_return;
     const auto today = localDay(p_.clock.now());
     const auto cutOff = today - std::chrono::days(p_.state.settings.WeeklyDeleteDaysOld);
     const std::vector<Path> names = co_await p_.toolbox.listFiles(folder);

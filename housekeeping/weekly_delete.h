@@ -6,6 +6,7 @@
 
 #include "activitylog/status_report.h"
 #include "core/ending.h"
+#include "core/folder_mounts.h"
 #include "core/main_window.h"
 #include "core/mode_display.h"
 #include "core/program_state.h"
@@ -29,6 +30,7 @@ struct WeeklyDeleteParts {
     const Clock& clock;
     ModeDisplay& mode;
     Timer& timDelete;
+    FolderMounts& mounts;
 };
 
 /// Deletes the files of the Done folder that came there more than the chosen number of days ago: once a week on

@@ -39,6 +39,7 @@ void SettingFields::folderChosen(FolderKind kind, const Path& folder) {
     Path& setting = settingOf(kind);
     setting = withoutTrailingSeparators(folder);
     if (!p_.settings.save()) return;
+    if (!setting.empty()) p_.mounts.chosen({setting, p_.toolbox.mountUnder(setting)});
     p_.window.setFolder(kind, setting);
     if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + setting);
     if (setting.empty())

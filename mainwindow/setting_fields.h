@@ -20,6 +20,8 @@ struct SettingFieldParts {
     Timer& timRun;
     ModeDisplay& mode;
     Passes& passes;
+    FileToolbox& toolbox;
+    FolderMounts& mounts;
 };
 
 /// Decides what the four folders, the check box for sub-folders and the minutes field do. What is changed is saved at

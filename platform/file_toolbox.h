@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -17,6 +18,14 @@
 namespace vantrell {
 
 using FileDate = std::chrono::system_clock::time_point;
+
+/// Where the file system is mounted on which a folder lies.
+struct MountPoint {
+    Path path;
+    std::string type;      ///< "ext4", "nfs4" … as the system names it
+    std::uint64_t id = 0;  ///< mostly another one when it has been mounted anew; means nothing to a later start
+    bool operator==(const MountPoint&) const = default;
+};
 
 enum class EntryKind { missing, regularFile, folder, other };
 
@@ -157,6 +166,9 @@ public:
     [[nodiscard]] virtual std::string markOf(const Path& path) const = 0;
     /// The longest name that the folder takes, in bytes.
     [[nodiscard]] virtual std::size_t longestName(const Path& folder) const = 0;
+    /// The mount under which the folder lies, or would lie when there is no such folder. It is opened first, so that a
+    /// file system that is mounted when somebody needs it comes. Nothing when it cannot be told.
+    [[nodiscard]] virtual std::optional<MountPoint> mountUnder(const Path& folder) const = 0;
     /// Creates one level; False when it could not be created.
     virtual bool makeFolder(const Path& path) = 0;
     /// Takes the read-only attribute off a regular file; errors are ignored.
@@ -201,8 +213,9 @@ public:
     virtual Task<Result<>> removeFile(Path path, FileDate date) = 0;
 
     /// After a crash: removes our left-over temporary files from `outputFolders`, and moves files that were being
-    /// removed from `sourceFolder` (and below it) back to their place.
-    virtual Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) = 0;
+    /// removed from `sourceFolder` (and below it) back to their place. Ends early when `isStopped` answers True.
+    virtual Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder,
+                                         std::function<bool()> isStopped) = 0;
 };
 
 }  // namespace vantrell

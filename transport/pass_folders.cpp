@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "transport/pass_folders.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vantrell {
@@ -9,20 +10,53 @@ bool PassFolders::check() {
     const Message source = named(settings_.SourceFolder);
     const Message bypassing = " does not exist bypassing ";
     const Message bypassingSource = bypassing + source + " events!";
+    mayComeBack_ = false;
     const bool isUnusable =
         reportIfMissing(settings_.SourceFolder, "Source Folder " + source + bypassing + "events!") ||
         reportIfMissing(settings_.DestinationFolder,
                         "Destination Folder " + named(settings_.DestinationFolder) + bypassingSource) ||
         reportIfMissing(settings_.DoneFolder, "Done Folder " + named(settings_.DoneFolder) + bypassingSource) ||
+        reportIfAway(settings_.RejectFolder, "Reject Folder " + named(settings_.RejectFolder) + bypassingSource) ||
         reportIfSource(settings_.DoneFolder, "Done Folder ") ||
         reportIfSource(settings_.RejectFolder, "Reject Folder ");
+    // Whatever has happened to it meanwhile, it comes back as if it were new.
+    if (isUnusable) cleaned_.clear();
     return !isUnusable;
 }
 
+// The mount is asked for first: that may mount it.
 bool PassFolders::reportIfMissing(const Path& folder, const Message& words) {
+    if (reportIfAway(folder, words)) return true;
     if (toolbox_.isFolder(folder)) return false;
     report(words);
     return true;
+}
+
+bool PassFolders::reportIfAway(const Path& folder, const Message& words) {
+    if (!isAway(folder)) return false;
+    mayComeBack_ = true;
+    // Who looks sees a folder there.
+    if (toolbox_.isFolder(folder))
+        report_.showInPanel1("Folder " + named(folder) +
+                             " does not lie where it lay before: something else is mounted there, or nothing. "
+                             "Choose it again to use it as it is.");
+    report(words);
+    return true;
+}
+
+bool PassFolders::isOneAway() {
+    const std::vector<NamedFolder> folders = foldersOf(settings_);
+    return std::any_of(folders.begin(), folders.end(), [this](const NamedFolder& one) { return isAway(one.folder); });
+}
+
+Task<void> PassFolders::cleanUp(std::function<bool()> isStopped) {
+    std::vector<FolderMounts::Folder> now;
+    for (const auto& [kind, folder] : foldersOf(settings_)) now.push_back({folder, toolbox_.mountUnder(folder)});
+    mounts_.used(now);
+    if (now == cleaned_) co_return;
+    co_await toolbox_.cleanUpAfterCrash({settings_.DestinationFolder, settings_.DoneFolder, settings_.RejectFolder},
+                                        settings_.SourceFolder, isStopped);
+    if (!isStopped()) cleaned_ = std::move(now);
 }
 
 // Originals that are moved to where they came from would be found again by every pass.
@@ -39,6 +73,7 @@ void PassFolders::report(const Message& words) {
 
 Task<std::vector<Path>> PassFolders::search(std::function<bool()> isStopped,
                                             std::function<bool(const Path&)> willBeHeld) {
+    co_await cleanUp(isStopped);
     SearchOrder order;
     order.folder = settings_.SourceFolder;
     order.recurse = settings_.IncludeSubfolders;

@@ -3,6 +3,7 @@
 
 #include "activitylog/status_report.h"
 #include "core/active_password.h"
+#include "core/folder_mounts.h"
 #include "core/mode_display.h"
 #include "core/notices.h"
 #include "core/settings_keeper.h"
@@ -33,6 +34,7 @@ struct PassParts {
     NoActivePassword& noPassword;
     FlushNote& flushNote;
     Namesakes& namesakes;
+    FolderMounts& mounts;
 };
 
 }  // namespace vantrell

@@ -38,7 +38,7 @@ private:
 
 ScanPass::ScanPass(PassParts parts, CryptoFactory makeComponent)
     : p_(parts),
-      folders_(parts.toolbox, parts.report),
+      folders_(parts.toolbox, parts.report, parts.mounts),
       endings_(parts),
       questions_(parts.boxes, parts.notices),
       encryption_(encryptionParts(std::move(makeComponent))) {}
@@ -224,6 +224,11 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
         co_return Next::end;
     }
     Lookahead::Item item = co_await ahead.next();
+    // What is put under the path of a folder whose share has gone is hidden when the share comes back.
+    if (folders_.isOneAway() && !folders_.check()) {
+        endMissingFolders();
+        co_return Next::end;
+    }
     p_.window.setPassProgress(item.index, files_.size());
     EncryptOrder& order = FileEncryption::orderOf(*item.work);
     if (order.password != password) {
@@ -405,6 +410,8 @@ void ScanPass::endStopped() {
 }
 
 void ScanPass::endMissingFolders() {
+    if (folders_.mayComeBack())
+        return stopRequested_ ? endStopped() : endPaused(Trouble::folderGone, folders_.trouble());
     clear();
     endings_.missingFolders(folders_.trouble(), std::exchange(rejected_, 0));
 }

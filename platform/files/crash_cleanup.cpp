@@ -42,12 +42,16 @@ std::string datedName(const Clock& clock, const std::string& name) {
 
 class Restorer {
 public:
-    Restorer(OutputParts& parts, const Clock& clock, const Path& folder)
-        : parts_(parts), loop_(parts.loop), clock_(clock), descent_(parts.kernel, folder) {}
+    Restorer(OutputParts& parts, const Clock& clock, const Path& folder, std::function<bool()> isStopped)
+        : parts_(parts),
+          loop_(parts.loop),
+          clock_(clock),
+          isStopped_(std::move(isStopped)),
+          descent_(parts.kernel, folder) {}
 
     Task<void> run() {
         levels_.push_back(co_await foldersHere());
-        while (!levels_.empty()) {
+        while (!levels_.empty() && !isStopped_()) {
             co_await loop_.breathe();
             if (levels_.back().empty()) {
                 levels_.pop_back();
@@ -128,13 +132,14 @@ private:
     OutputParts& parts_;
     EventLoop& loop_;
     const Clock& clock_;
+    const std::function<bool()> isStopped_;
     FolderDescent descent_;
     std::vector<Names> levels_;
 };
 
 }  // namespace
 
-Task<void> removeLeftOutputs(OutputParts& parts, Path folderPath, Path neverHere) {
+Task<void> removeLeftOutputs(OutputParts& parts, Path folderPath, Path neverHere, std::function<bool()> isStopped) {
     EventLoop& loop = parts.loop;
     const UniqueFd folder = openFolder(parts.kernel, folderPath);
     if (!folder || isTheFolderAt(folder, neverHere)) co_return;
@@ -142,6 +147,7 @@ Task<void> removeLeftOutputs(OutputParts& parts, Path folderPath, Path neverHere
     static_cast<void>(co_await readFolder(loop, folder, entries, {}));
     for (const FolderEntry& entry : entries) {
         co_await loop.breathe();
+        if (isStopped()) break;
         if (entry.isFolder || !isTemporaryName(entry.key)) continue;
         const UniqueFd file = openLeftOutput(folder, entry.key);
         // What cannot be removed now is tried again by the next start.
@@ -151,8 +157,8 @@ Task<void> removeLeftOutputs(OutputParts& parts, Path folderPath, Path neverHere
     co_await release(loop, std::move(entries));
 }
 
-Task<void> restoreSources(OutputParts& parts, const Clock& clock, Path folder) {
-    Restorer restorer(parts, clock, folder);
+Task<void> restoreSources(OutputParts& parts, const Clock& clock, Path folder, std::function<bool()> isStopped) {
+    Restorer restorer(parts, clock, folder, std::move(isStopped));
     co_await restorer.run();
 }
 

@@ -33,6 +33,7 @@ PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, 
       disposer_(loop),
       parts_{loop, kernel, disposer_, NamelessSupport(options.namelessFiles)},
       probe_(clock, parts_.systems),
+      mounts_(kernel),
       mover_(parts_, probe_) {}
 
 void PosixToolbox::beginPass(const Path& source) {
@@ -172,9 +173,10 @@ Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);
 }
 
-Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) {
-    for (const Path& folder : outputFolders) co_await removeLeftOutputs(parts_, folder, sourceFolder);
-    co_await restoreSources(parts_, clock_, std::move(sourceFolder));
+Task<void> PosixToolbox::cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder,
+                                           std::function<bool()> isStopped) {
+    for (const Path& folder : outputFolders) co_await removeLeftOutputs(parts_, folder, sourceFolder, isStopped);
+    co_await restoreSources(parts_, clock_, std::move(sourceFolder), std::move(isStopped));
 }
 
 }  // namespace vantrell

@@ -7,6 +7,7 @@
 #include "platform/files/disposer.h"
 #include "platform/files/file_date.h"
 #include "platform/files/file_mover.h"
+#include "platform/files/mount_lookup.h"
 #include "platform/files/output_file.h"
 #include "platform/files/use_probe.h"
 
@@ -34,6 +35,9 @@ public:
     [[nodiscard]] bool isSameFile(const Path& one, const Path& other) const override;
     [[nodiscard]] std::string markOf(const Path& path) const override;
     [[nodiscard]] std::size_t longestName(const Path& folder) const override;
+    [[nodiscard]] std::optional<MountPoint> mountUnder(const Path& folder) const override {
+        return mounts_.under(folder);
+    }
     bool makeFolder(const Path& path) override;
     void clearReadOnly(const Path& path) override;
     Task<std::vector<Path>> search(SearchOrder order) override;
@@ -48,7 +52,8 @@ public:
     Task<Result<>> flushFolders(std::vector<Path> folders) override;
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
     Task<Result<>> removeFile(Path path, FileDate date) override;
-    Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder,
+                                 std::function<bool()> isStopped) override;
 
 private:
     Result<std::unique_ptr<HeldFile>> holdNow(const Path& path, Readiness& readiness);
@@ -59,6 +64,7 @@ private:
     Disposer disposer_;
     mutable OutputParts parts_;  // what is known of file systems is found out by asking
     UseProbe probe_;
+    mutable MountLookup mounts_;
     FileMover mover_;
 };
 

@@ -69,5 +69,22 @@ TEST_F(StartTest, AnEarlierDaysTornLogIsMended) {
     EXPECT_EQ(readFile(logs + "/20261115 Activity.Log"), "whole\r\n");
 }
 
+TEST_F(StartTest, CleansUpTheDataFolderAndLeavesTheOthersToThePasses) {
+    const std::string name = "/.zep-0123456789abcdef";
+    ASSERT_TRUE(bench.engine.settings.save());
+    for (const Path& folder : {bench.state.AppFolder, bench.state.settings.DestinationFolder})
+        writeFile(folder + name, "x");
+    EXPECT_TRUE(bench.engine.start());
+    bench.settle();
+    EXPECT_FALSE(bench.exists(bench.state.AppFolder + name));
+    EXPECT_TRUE(bench.exists(bench.out(name)));
+    bench.state.settings.SourceFolder = bench.state.AppFolder;
+    ASSERT_TRUE(bench.engine.settings.save());
+    writeFile(bench.in(name), "a sender's");
+    EXPECT_TRUE(bench.engine.start());
+    bench.settle();
+    EXPECT_TRUE(bench.exists(bench.in(name)));
+}
+
 }  // namespace
 }  // namespace vantrell::test

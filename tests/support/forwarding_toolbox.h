@@ -24,6 +24,9 @@ public:
     [[nodiscard]] bool isSameFile(const Path& a, const Path& b) const override { return real_.isSameFile(a, b); }
     [[nodiscard]] std::string markOf(const Path& path) const override { return real_.markOf(path); }
     [[nodiscard]] std::size_t longestName(const Path& folder) const override { return real_.longestName(folder); }
+    [[nodiscard]] std::optional<MountPoint> mountUnder(const Path& folder) const override {
+        return real_.mountUnder(folder);
+    }
     bool makeFolder(const Path& path) override { return real_.makeFolder(path); }
     void clearReadOnly(const Path& path) override { real_.clearReadOnly(path); }
     Task<std::vector<Path>> search(SearchOrder order) override { return real_.search(std::move(order)); }
@@ -40,8 +43,8 @@ public:
     Task<Result<>> flushFolders(std::vector<Path> folders) override { return real_.flushFolders(std::move(folders)); }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return real_.fileDate(path); }
     Task<Result<>> removeFile(Path path, FileDate date) override { return real_.removeFile(std::move(path), date); }
-    Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source) override {
-        return real_.cleanUpAfterCrash(std::move(outputs), std::move(source));
+    Task<void> cleanUpAfterCrash(std::vector<Path> outputs, Path source, std::function<bool()> isStopped) override {
+        return real_.cleanUpAfterCrash(std::move(outputs), std::move(source), std::move(isStopped));
     }
 
 private:

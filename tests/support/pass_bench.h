@@ -64,7 +64,8 @@ public:
                 engine.activePassword,
                 engine.noActivePassword,
                 engine.flushNote,
-                engine.namesakes};
+                engine.namesakes,
+                engine.mounts};
     }
 
     void settle() {

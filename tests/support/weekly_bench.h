@@ -26,7 +26,7 @@ public:
     /// As when the program is started again, on the given toolbox.
     void startAnew(FileToolbox& toolbox) {
         weekly.emplace(WeeklyDeleteParts{bench.state, bench.window, bench.engine.report, toolbox, bench.loop,
-                                         bench.clock, bench.engine.mode, timDelete});
+                                         bench.clock, bench.engine.mode, timDelete, bench.engine.mounts});
     }
     SettingsRecord& settings() { return bench.state.settings; }
     /// One tick of the clock timer, and of the deletion timer when it is armed; True when a deletion ran to its end.

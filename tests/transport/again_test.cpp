@@ -135,7 +135,7 @@ TEST_F(AgainTest, ANamesakeIsNoNewerVersionInALaterPassEither) {
     PassParts parts = bench.partsOn(bench.toolbox);
     ScanPass pass({parts.state, parts.window, parts.report, parts.log, parts.settings, parts.toolbox, parts.boxes,
                    parts.loop, parts.clock, parts.timRun, parts.mode, parts.notices, parts.password, parts.noPassword,
-                   parts.flushNote, ofNextRun},
+                   parts.flushNote, ofNextRun, parts.mounts},
                   [&] { return std::make_unique<CryptoComponent>(bench.loop, bench.toolbox, makeOpensslCipher); });
     ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
     EXPECT_EQ(readFile(bench.done("same")), "x");

@@ -9,7 +9,10 @@ namespace {
 
 class Cleanup : public WithToolbox {
 public:
-    void cleanUp() { ASSERT_TRUE(loop.run(toolbox.cleanUpAfterCrash({out, source, folder / "none"}, source))); }
+    void cleanUp() { cleanUp({out, source, folder / "none"}); }
+    void cleanUp(std::vector<Path> outputs) {
+        ASSERT_TRUE(loop.run(toolbox.cleanUpAfterCrash(std::move(outputs), source, [] { return false; })));
+    }
 
     const std::string temporary = ".zep-0123456789abcdef";
     std::string source = folder.makeFolder("source");
@@ -34,7 +37,7 @@ TEST_F(Cleanup, LeftOutputsGoUnlessTheyAreAtWorkOrInSource) {
 
     writeFile(source + "/" + temporary, "x");
     std::filesystem::create_symlink("source", folder / "link");
-    ASSERT_TRUE(loop.run(toolbox.cleanUpAfterCrash({source, folder / "link"}, source)));
+    cleanUp({source, folder / "link"});
     EXPECT_EQ(namesIn(source), Names{temporary}) << "a sender's file may have such a name";
 }
 

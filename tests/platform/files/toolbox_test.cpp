@@ -90,5 +90,21 @@ TEST_F(Toolbox, RemovesALargeFileInStepsAndKeepsItForOthers) {
     EXPECT_EQ(namesIn(folder.path()), Names{});
 }
 
+TEST_F(Toolbox, AFolderLiesUnderTheMountToWhichItsPathLeads) {
+    const std::optional<MountPoint> here = toolbox.mountUnder(folder.path());
+    ASSERT_TRUE(here);
+    EXPECT_EQ(toolbox.mountUnder(folder / "none/at all"), here) << "where it would lie";
+    const std::string link = folder / "link";
+    std::filesystem::create_directory_symlink("/proc/self", link);
+    for (const std::string& path : {link, std::string("/proc/1/none")}) {
+        const std::optional<MountPoint> there = toolbox.mountUnder(path);
+        ASSERT_TRUE(there);
+        EXPECT_EQ(std::pair(there->path, there->type), (std::pair<Path, std::string>("/proc", "proc"))) << path;
+    }
+    std::filesystem::remove(link);
+    std::filesystem::create_directory_symlink(".", link);
+    EXPECT_EQ(toolbox.mountUnder(link), here) << "not what was known of it";
+}
+
 }  // namespace
 }  // namespace vantrell::test
