@@ -95,9 +95,9 @@ struct SearchOrder {
     Path folder;
     bool recurse = false;
     /// Folders that are not entered where they lie inside `folder` (compared as folders, not as texts).
-    std::vector<Path> notEntered;
+    std::vector<Path> notEntered = {};
     /// Asked now and then; the search ends early when it answers True.
-    std::function<bool()> isStopped;
+    std::function<bool()> isStopped = {};
     /// Told of each folder whose files are missing from the result, all or some, because it cannot be read. A folder
     /// that went away meanwhile is none.
     std::function<void(const Path&, const Fault&)> notRead = [](const Path&, const Fault&) {};
@@ -203,6 +203,8 @@ public:
     /// on stable storage have been taken back, as far as that could be done, and the text says so. It is the machine's
     /// trouble, not that of one file.
     virtual Task<Result<>> flushMoves() = 0;
+    /// Brings the names in these folders and below them to stable storage, whoever gave or took them.
+    virtual Task<Result<>> flushFolders(std::vector<Path> folders) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
     [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;

@@ -61,8 +61,8 @@ void renewChangeTime(const UniqueFd& folder, const char* name, const struct stat
     if (timeOf(after.st_ctim) == timeOf(before.st_ctim)) changeMode(file, after.st_mode & kAllModeBits);
 }
 
-void allowOwnerToWrite(Kernel& kernel, const Path& path) {
-    const UniqueFd file = openPath(kernel, path, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+void allowOwnerToWrite(const UniqueFd& folder, const char* name) {
+    const UniqueFd file = folder.open(name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
     struct stat status {};
     if (!file || file.status(status) != 0 || !S_ISREG(status.st_mode)) return;
     if ((status.st_mode & S_IWUSR) == 0) changeMode(file, (status.st_mode & kAllModeBits) | S_IWUSR);

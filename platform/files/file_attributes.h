@@ -16,6 +16,6 @@ void copyAttributes(const UniqueFd& from, const struct stat& status, const Uniqu
 void renewChangeTime(const UniqueFd& folder, const char* name, const struct stat& before);
 
 /// Gives the owner the right to write, when it is a regular file and the right is missing. Errors are ignored.
-void allowOwnerToWrite(Kernel& kernel, const Path& path);
+void allowOwnerToWrite(const UniqueFd& folder, const char* name);
 
 }  // namespace vantrell

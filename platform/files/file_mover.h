@@ -38,7 +38,7 @@ private:
     Result<Route> survey(const MoveOrder& order);
     static Result<> surveyTarget(Route& route);
     Task<Result<>> go(MoveOrder order, Route& route, Reach reach);
-    Task<bool> equalsTarget(MoveOrder order, PosixStandingFile& standing);
+    Task<Result<bool>> equalsTarget(MoveOrder order, PosixStandingFile& standing);
     Task<Result<>> arrive(MoveOrder order, Route& route, PosixStandingFile& standing);
     Task<Result<>> removeArrived(MoveOrder order, Route& route, PosixStandingFile& standing);
     [[nodiscard]] bool isOrdered(const Route& route);
@@ -50,11 +50,12 @@ private:
     Task<Result<>> flushLater(Route& route);
     Task<Result<>> flushFolders(Route& route);
     Task<Result<>> flushSource(Route& route, Durable durable);
-    Task<Result<>> dropSourceName(Route& route);
+    Task<Result<>> dropSourceName(MoveOrder order, Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;
     MoveGroup group_;
+    Result<> groupFlushed_;  ///< a fault of which no move has told
 };
 
 }  // namespace vantrell

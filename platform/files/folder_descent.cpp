@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/files/folder_reader.h"
-#include "platform/files/place.h"
 #include "platform/files/posix_fault.h"
 
 namespace vantrell {
@@ -27,10 +26,9 @@ Fault openingFault(int error) {
 
 }  // namespace
 
-FolderDescent::FolderDescent(Kernel& kernel, const Path& top) {
-    UniqueFd folder = openFolder(kernel, top);
-    if (!folder) topOpened_ = openingFault(folder.error());
-    levels_.push_back({{}, std::move(folder)});
+FolderDescent::FolderDescent(UniqueFd top) {
+    if (!top) topOpened_ = openingFault(top.error());
+    levels_.push_back({{}, std::move(top)});
 }
 
 const UniqueFd& FolderDescent::current() {

@@ -6,6 +6,7 @@
 
 #include "base/path.h"
 #include "base/result.h"
+#include "platform/files/place.h"
 #include "platform/files/unique_fd.h"
 
 namespace vantrell {
@@ -14,8 +15,10 @@ namespace vantrell {
 /// share of the levels open.
 class FolderDescent {
 public:
+    /// The top as it was opened, or could not be opened.
+    explicit FolderDescent(UniqueFd top);
     /// The top itself may be reached through links.
-    FolderDescent(Kernel& kernel, const Path& top);
+    FolderDescent(Kernel& kernel, const Path& top) : FolderDescent(openFolder(kernel, top)) {}
     /// Whether the top could be opened. Here as in `enter`, the fault is `notThere` also when what stands there is no
     /// folder, or a link.
     [[nodiscard]] const Result<>& topOpened() const { return topOpened_; }

@@ -33,11 +33,12 @@ bool isOurTemporary(const FolderEntry& entry) {
 
 class Search {
 public:
-    Search(EventLoop& loop, Kernel& kernel, SearchOrder order)
-        : loop_(loop),
+    Search(OutputParts& parts, UseProbe& probe, SearchOrder order)
+        : loop_(parts.loop),
+          probe_(probe),
           order_(std::move(order)),
-          notEntered_(identitiesOf(kernel, order_.notEntered)),
-          descent_(kernel, order_.folder),
+          notEntered_(identitiesOf(parts.kernel, order_.notEntered)),
+          descent_(parts.source.openFolder(parts.kernel, order_.folder)),
           path_(order_.folder) {
         if (!path_.ends_with(kPathSeparator)) path_ += kPathSeparator;
     }
@@ -51,10 +52,10 @@ public:
                 co_await leaveLevel();
             } else {
                 const FolderEntry entry = std::move(level.entries[level.next++]);
-                if (!entry.isFolder) found_.push_back(path_ + entry.key);
+                if (!entry.isFolder) add(entry.key);
                 if (entry.isFolder && canEnter(entry)) co_await openLevel();
             }
-            if (count % kBatch != 0) continue;
+            if (count % kBatch != 0 && (levels_.empty() || !levels_.back().isLookedAt)) continue;
             if (order_.isStopped && order_.isStopped()) break;
             co_await loop_.breathe();
         }
@@ -66,11 +67,20 @@ private:
         std::vector<FolderEntry> entries;
         std::size_t next = 0;
         std::size_t pathSize = 0;
+        bool isLookedAt = false;  ///< nobody tells of writers here
     };
+
+    void add(const std::string& name) {
+        Path path = path_ + name;
+        const bool isHeldLater = !order_.willBeHeld || order_.willBeHeld(path);
+        if (levels_.back().isLookedAt && isHeldLater) probe_.lookAhead(descent_.current(), name.c_str());
+        found_.push_back(std::move(path));
+    }
 
     Task<void> openLevel() {
         Level level;
         level.pathSize = path_.size();
+        level.isLookedAt = !probe_.isLocal(descent_.current());
         reportUnread(path_, co_await readFolder(loop_, descent_.current(), level.entries, order_.isStopped));
         std::erase_if(level.entries, isOurTemporary);
         co_await sortByKey(loop_, level.entries);
@@ -111,6 +121,7 @@ private:
     }
 
     EventLoop& loop_;
+    UseProbe& probe_;
     SearchOrder order_;
     std::vector<FileIdentity> notEntered_;
     FolderDescent descent_;
@@ -121,8 +132,8 @@ private:
 
 }  // namespace
 
-Task<std::vector<Path>> searchFolder(EventLoop& loop, Kernel& kernel, SearchOrder order) {
-    Search search(loop, kernel, std::move(order));
+Task<std::vector<Path>> searchFolder(OutputParts& parts, UseProbe& probe, SearchOrder order) {
+    Search search(parts, probe, std::move(order));
     co_return co_await search.run();
 }
 

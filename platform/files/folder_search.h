@@ -3,13 +3,13 @@
 
 #include <vector>
 
-#include "platform/event_loop.h"
 #include "platform/file_toolbox.h"
-#include "platform/files/kernel.h"
+#include "platform/files/output_parts.h"
+#include "platform/files/use_probe.h"
 
 namespace vantrell {
 
-/// What FileToolbox::search promises. The kernel outlives the task.
-Task<std::vector<Path>> searchFolder(EventLoop& loop, Kernel& kernel, SearchOrder order);
+/// What FileToolbox::search promises. Parts and probe outlive the task.
+Task<std::vector<Path>> searchFolder(OutputParts& parts, UseProbe& probe, SearchOrder order);
 
 }  // namespace vantrell

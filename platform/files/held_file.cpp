@@ -12,19 +12,26 @@ Fault notRegularFault() { return {FaultKind::other, "It is not a regular file"};
 namespace {
 
 constexpr char kCannotBeOpened[] = "The file cannot be opened";
+// Never follows a link, never waits for a writer, never becomes the controlling terminal.
+constexpr int kReadFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 }  // namespace
 
-Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(Kernel& kernel, UseProbe& probe, const Path& path) {
+Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(Kernel& kernel, const SourceTree& tree, UseProbe& probe,
+                                                           const Path& path) {
+    const Result<Place> opened = tree.openPlace(kernel, path);
+    if (!opened.ok()) return opened.fault();
+    const Place& place = opened.value();
     // Looked at first: opening a FIFO or a device would do something to whoever is at its other end.
     struct stat status {};
-    if (const int error = statusOf(kernel, path, status); error != 0) return sourceFault(error, kCannotBeOpened);
+    if (const int error = place.status(status); error != 0) return sourceFault(error, kCannotBeOpened);
     if (!S_ISREG(status.st_mode)) return notRegularFault();
-    UniqueFd file = openForReading(kernel, path);
+    UniqueFd file = place.folder.open(place.name.c_str(), kReadFlags);
     if (!file) return sourceFault(file.error(), kCannotBeOpened);
-    if (const int error = file.status(status); error != 0) return sourceFault(error, kCannotBeOpened);
+    const int error = statusNow(file, "", !probe.isLocal(file), status);
+    if (error != 0) return sourceFault(error, kCannotBeOpened);
     if (!S_ISREG(status.st_mode)) return notRegularFault();
-    return std::make_unique<PosixHeldFile>(probe, path, std::move(file), status);
+    return std::make_unique<PosixHeldFile>(tree, probe, path, std::move(file), status);
 }
 
 Result<std::size_t> PosixHeldFile::read(std::span<std::byte> into) {
@@ -35,16 +42,18 @@ Result<std::size_t> PosixHeldFile::read(std::span<std::byte> into) {
     return static_cast<std::size_t>(count);
 }
 
-Result<> PosixHeldFile::checkUse() { return probe_.findInUse(file_, stamp_) ? inUseFault() : Result<>(); }
-
+// The way to the file is gone anew: what stands at its end now is what will be moved.
 Result<> PosixHeldFile::verify() {
+    const Result<Place> place = tree_.openPlace(file_.kernel(), path_);
+    if (!place.ok()) return place.fault();
+    const bool asksServer = !probe_.isLocal(file_);
     struct stat status {};
-    if (const int error = statusOf(file_.kernel(), path_, status); error != 0)
+    if (const int error = statusNow(place.value().folder, place.value().name.c_str(), asksServer, status); error != 0)
         return sourceFault(error, "The file cannot be looked at");
     if (!S_ISREG(status.st_mode) || stampOf(status) != stamp_) return inUseFault();
-    if (const int error = file_.status(status); error != 0) return sourceFault(error, "The file cannot be looked at");
-    if (stampOf(status) != stamp_) return inUseFault();
-    return checkUse();
+    if (const int error = statusNow(file_, "", asksServer, status); error != 0)
+        return sourceFault(error, "The file cannot be looked at");
+    return stampOf(status) != stamp_ || probe_.isKnownToBeWritten(file_) ? Result<>(inUseFault()) : Result<>();
 }
 
 }  // namespace vantrell

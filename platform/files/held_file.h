@@ -3,6 +3,7 @@
 
 #include "platform/file_toolbox.h"
 #include "platform/files/file_stamp.h"
+#include "platform/files/source_tree.h"
 #include "platform/files/unique_fd.h"
 #include "platform/files/use_probe.h"
 
@@ -10,25 +11,32 @@ namespace vantrell {
 
 class PosixHeldFile final : public HeldFile {
 public:
-    /// Opens a regular file; does not ask whether it is in use. The probe must outlive it.
-    static Result<std::unique_ptr<PosixHeldFile>> open(Kernel& kernel, UseProbe& probe, const Path& path);
+    /// Opens a regular file; does not ask whether it is in use. Tree and probe outlive it.
+    static Result<std::unique_ptr<PosixHeldFile>> open(Kernel& kernel, const SourceTree& tree, UseProbe& probe,
+                                                       const Path& path);
 
-    PosixHeldFile(UseProbe& probe, Path path, UniqueFd file, const struct stat& status)
-        : probe_(probe), path_(std::move(path)), file_(std::move(file)), status_(status), stamp_(stampOf(status)) {}
+    PosixHeldFile(const SourceTree& tree, UseProbe& probe, Path path, UniqueFd file, const struct stat& status)
+        : tree_(tree),
+          probe_(probe),
+          path_(std::move(path)),
+          file_(std::move(file)),
+          status_(status),
+          stamp_(stampOf(status)) {}
 
     [[nodiscard]] std::uint64_t size() const override { return stamp_.size; }
     Result<std::size_t> read(std::span<std::byte> into) override;
     void rewind() override { next_ = 0; }
     Result<> verify() override;
 
-    /// Fault `inUse` when the file is in use now.
-    Result<> checkUse();
+    /// What is known of who writes to it, right after it was opened.
+    [[nodiscard]] Readiness readiness() { return probe_.look(file_, stamp_); }
     [[nodiscard]] const UniqueFd& file() const { return file_; }
     [[nodiscard]] const FileStamp& stamp() const { return stamp_; }
     /// As of the opening.
     [[nodiscard]] const struct stat& status() const { return status_; }
 
 private:
+    const SourceTree& tree_;
     UseProbe& probe_;
     Path path_;
     UniqueFd file_;

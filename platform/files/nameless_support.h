@@ -20,6 +20,8 @@ public:
     explicit NamelessSupport(bool allowed) : allowed_(allowed) {}
     /// Tries it out the first time, with a file that is gone again afterwards.
     [[nodiscard]] bool tryIn(const UniqueFd& folder);
+    /// Device numbers are used again after a mount has gone.
+    void forget() { known_.clear(); }
 
 private:
     bool allowed_;

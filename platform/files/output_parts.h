@@ -9,6 +9,7 @@
 #include "platform/files/file_stamp.h"
 #include "platform/files/file_system.h"
 #include "platform/files/nameless_support.h"
+#include "platform/files/source_tree.h"
 
 namespace vantrell {
 
@@ -19,6 +20,9 @@ struct OutputParts {
     Disposer& disposer;
     NamelessSupport nameless;
     FileSystems systems{};
+    SourceTree source{};
+    /// Holds nothing: for what does not belong to Source.
+    SourceTree elsewhere{};
     /// What was published and moved in the pass under way.
     std::set<FileIdentity> made{};
     /// To be told of every flush that has failed. May be empty.

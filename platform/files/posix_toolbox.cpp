@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_toolbox.h"
 
+#include <algorithm>
 #include <climits>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "platform/files/held_file.h"
 #include "platform/files/place.h"
 #include "platform/files/standing_file.h"
+#include "platform/files/tree_flush.h"
 
 namespace vantrell {
 
@@ -28,19 +30,24 @@ PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, 
     : loop_(loop),
       kernel_(kernel),
       clock_(clock),
-      quietTime_(clock),
-      probe_(quietTime_),
       disposer_(loop),
       parts_{loop, kernel, disposer_, NamelessSupport(options.namelessFiles)},
+      probe_(clock, parts_.systems),
       mounts_(kernel),
       mover_(parts_, probe_) {}
 
-void PosixToolbox::beginPass(const Path&) {
+void PosixToolbox::beginPass(const Path& source) {
     parts_.made.clear();
     parts_.systems.forget();
+    parts_.nameless.forget();
+    parts_.source.hold(kernel_, source);
 }
 
-void PosixToolbox::endPass() { parts_.made.clear(); }
+void PosixToolbox::endPass() {
+    parts_.made.clear();
+    parts_.source.release();
+    probe_.forgetSettled();
+}
 
 bool PosixToolbox::wasMadeInThisPass(const Path& path) const {
     struct stat status {};
@@ -90,23 +97,50 @@ std::size_t PosixToolbox::longestName(const Path& folder) const {
 
 bool PosixToolbox::makeFolder(const Path& path) { return kernel_.mkdirat(AT_FDCWD, path.c_str(), kFolderMode) == 0; }
 
-void PosixToolbox::clearReadOnly(const Path& path) { allowOwnerToWrite(kernel_, path); }
+void PosixToolbox::clearReadOnly(const Path& path) {
+    const Result<Place> place = parts_.source.openPlace(kernel_, path);
+    if (!place.ok()) return;
+    const UniqueFd& folder = place.value().folder;
+    const char* const name = place.value().name.c_str();
+    struct stat before {};
+    struct stat after {};
+    const bool asksServer = !probe_.isLocal(folder);
+    const bool isKnown = asksServer && statusNow(folder, name, true, before) == 0;
+    allowOwnerToWrite(folder, name);
+    // Where two looks must be equal, our own change may not count as somebody's.
+    if (isKnown && statusNow(folder, name, true, after) == 0) probe_.carryOver(stampOf(before), stampOf(after));
+}
 
 Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) {
-    return searchFolder(loop_, kernel_, std::move(order));
+    return searchFolder(parts_, probe_, std::move(order));
 }
 
 Task<std::vector<Path>> PosixToolbox::listFiles(Path folder) { return listFolder(loop_, kernel_, std::move(folder)); }
 
 Result<std::unique_ptr<HeldFile>> PosixToolbox::hold(const Path& path) {
-    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(kernel_, probe_, path);
+    Readiness readiness;
+    return holdNow(path, readiness);
+}
+
+Result<std::unique_ptr<HeldFile>> PosixToolbox::holdNow(const Path& path, Readiness& readiness) {
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(kernel_, parts_.source, probe_, path);
     if (!file.ok()) return file.fault();
-    if (Result<> done = file.value()->checkUse(); !done.ok()) return done.fault();
+    readiness = file.value()->readiness();
+    if (readiness.state != Readiness::State::free) return inUseFault();
     return file.take();
 }
 
-Task<Result<std::unique_ptr<HeldFile>>> PosixToolbox::holdInTurn(Path path, std::function<bool()>) {
-    co_return hold(path);
+// The name is opened anew after the wait, which is the second look. When it differs, somebody writes, and that look is
+// the first one of the next pass.
+Task<Result<std::unique_ptr<HeldFile>>> PosixToolbox::holdInTurn(Path path, std::function<bool()> isStopped) {
+    Readiness readiness;
+    Result<std::unique_ptr<HeldFile>> first = holdNow(path, readiness);
+    if (readiness.state != Readiness::State::unknown) co_return first;
+    constexpr std::chrono::milliseconds kStep{100};
+    auto left = std::chrono::ceil<std::chrono::milliseconds>(readiness.wait);
+    for (; left.count() > 0 && !(isStopped && isStopped()); left -= kStep) co_await loop_.after(std::min(left, kStep));
+    if (left.count() > 0) co_return first;
+    co_return holdNow(path, readiness);
 }
 
 Result<std::unique_ptr<StandingFile>> PosixToolbox::openStanding(const Path& path) {
@@ -126,6 +160,14 @@ Task<Result<>> PosixToolbox::rename(Path source, Path target) {
 }
 
 Task<Result<>> PosixToolbox::move(MoveOrder order) { return mover_.move(std::move(order), FileMover::Reach::anywhere); }
+
+Task<Result<>> PosixToolbox::flushFolders(std::vector<Path> folders) {
+    for (const Path& folder : folders) {
+        const Result<> flushed = co_await flushTree(parts_, folder);
+        if (!flushed.ok()) co_return flushed;
+    }
+    co_return Result<>();
+}
 
 Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);

@@ -10,7 +10,6 @@
 #include "platform/files/file_mover.h"
 #include "platform/files/mount_lookup.h"
 #include "platform/files/output_file.h"
-#include "platform/files/quiet_time.h"
 #include "platform/files/use_probe.h"
 
 namespace vantrell {
@@ -51,6 +50,7 @@ public:
     Task<Result<>> rename(Path source, Path target) override;
     Task<Result<>> move(MoveOrder order) override;
     Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
+    Task<Result<>> flushFolders(std::vector<Path> folders) override;
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
     [[nodiscard]] bool tellsArrival(const Path& folder) override {
         return folderTellsArrival(kernel_, parts_.systems, folder);
@@ -60,13 +60,14 @@ public:
                                  std::function<bool()> isStopped) override;
 
 private:
+    Result<std::unique_ptr<HeldFile>> holdNow(const Path& path, Readiness& readiness);
+
     EventLoop& loop_;
     Kernel& kernel_;
     const Clock& clock_;
-    QuietTime quietTime_;
-    UseProbe probe_;
     Disposer disposer_;
     mutable OutputParts parts_;  // what is known of file systems is found out by asking
+    UseProbe probe_;
     mutable MountLookup mounts_;
     FileMover mover_;
 };

@@ -2,44 +2,53 @@
 #include "platform/files/quiet_time.h"
 
 #include <algorithm>
+#include <functional>
+#include <string_view>
 
 namespace vantrell {
 
 namespace {
 
-constexpr std::chrono::seconds kQuiet{5};
-// Files dated in the future are rare; more than this many at once wait until older looks are forgotten.
-constexpr std::size_t kMostLooks = 65536;
+// More than these wait until older looks are forgotten.
+constexpr std::size_t kMostLooks = std::size_t{1} << 20U;
 constexpr std::chrono::hours kForgottenAfter{1};
 
-FileTime now(const Clock& clock) {
-    const auto sinceEpoch = clock.now().time_since_epoch();
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceEpoch);
-    return {seconds.count(), std::chrono::nanoseconds(sinceEpoch - seconds).count()};
+std::size_t markOf(const FileStamp& stamp) {
+    std::size_t mark = stamp.size;
+    for (const std::int64_t part :
+         {stamp.modified.seconds, stamp.modified.nanoseconds, stamp.changed.seconds, stamp.changed.nanoseconds})
+        mark = mark * 0x9E3779B97F4A7C15U + static_cast<std::size_t>(part);
+    return mark;
 }
 
 }  // namespace
 
-bool QuietTime::look(const FileStamp& stamp) {
-    const FileTime latest = std::max(stamp.modified, stamp.changed);
-    FileTime time = now(clock_);
-    if (latest > time) return noteLook(stamp);
-    time.seconds -= kQuiet.count();
-    return latest <= time;
+std::optional<std::chrono::nanoseconds> QuietTime::look(const FileStamp& stamp, std::chrono::nanoseconds apart) {
+    const auto now = clock_.sinceBoot();
+    const std::size_t mark = markOf(stamp);
+    const auto found = looks_.find(stamp.identity);
+    if (found == looks_.end()) {
+        if (makeRoom(now)) looks_.emplace(stamp.identity, Look{mark, now});
+        return apart;
+    }
+    if (found->second.mark == mark) return std::max(std::chrono::nanoseconds(0), apart - (now - found->second.first));
+    found->second = {mark, now, true};
+    return std::nullopt;
 }
 
-bool QuietTime::noteLook(const FileStamp& stamp) {
-    const auto time = clock_.sinceBoot();
-    const auto key = std::pair(stamp.identity.device, stamp.identity.inode);
-    const auto found = looks_.find(key);
-    if (found != looks_.end() && found->second.stamp == stamp) return time - found->second.first >= kQuiet;
-    if (found != looks_.end() || makeRoom(time)) looks_.insert_or_assign(key, Look{stamp, time});
-    return false;
+void QuietTime::carryOver(const FileStamp& before, const FileStamp& after) {
+    const auto found = looks_.find(before.identity);
+    if (found != looks_.end() && found->second.mark == markOf(before)) found->second.mark = markOf(after);
 }
 
-bool QuietTime::makeRoom(std::chrono::nanoseconds time) {
+void QuietTime::forgetSettled() {
+    std::erase_if(looks_, [](const auto& look) { return !look.second.hasDiffered; });
+    for (auto& [file, look] : looks_) look.hasDiffered = false;
+}
+
+bool QuietTime::makeRoom(std::chrono::nanoseconds now) {
     if (looks_.size() < kMostLooks) return true;
-    std::erase_if(looks_, [time](const auto& look) { return time - look.second.first > kForgottenAfter; });
+    std::erase_if(looks_, [now](const auto& look) { return now - look.second.first > kForgottenAfter; });
     return looks_.size() < kMostLooks;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/files/file_attributes.h"
 #include "platform/files/folder_flush.h"
+#include "platform/files/posix_fault.h"
 
 namespace vantrell {
 
@@ -10,9 +11,15 @@ Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(OutputParts& 
                                                                    const Path& path) {
     Result<Place> place = openPlace(parts.kernel, path);
     if (!place.ok()) return place.fault();
-    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, probe, path);
+    struct stat status {};
+    if (const int error = place.value().status(status); error != 0)
+        return outputFault(error, "What stands there cannot be looked at");
+    if (!S_ISREG(status.st_mode)) return notRegularFault();
+    Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, parts.elsewhere, probe, path);
+    // It may be what was put there earlier: that it cannot be opened tells nothing about the file at work.
+    if (file.failedWith(FaultKind::other)) return Fault{FaultKind::machine, file.fault().text};
     if (!file.ok()) return file.fault();
-    auto standing = std::make_unique<PosixStandingFile>(parts, place.take(), file.take());
+    auto standing = std::make_unique<PosixStandingFile>(parts, probe, place.take(), file.take());
     if (Result<> done = standing->checkUnchanged(true); !done.ok()) return done.fault();
     return standing;
 }
@@ -29,7 +36,7 @@ Result<> PosixStandingFile::checkUnchanged(bool withChangeTime) const {
     struct stat held {};
     const bool isThere = place_.status(named) == 0 && file_->file().status(held) == 0;
     if (!isThere || !isUnchanged(named) || !isUnchanged(held)) return inUseFault();
-    return askForWriters(file_->file()) == Use::writing ? Result<>(inUseFault()) : Result<>();
+    return probe_.isKnownToBeWritten(file_->file()) ? Result<>(inUseFault()) : Result<>();
 }
 
 Task<Result<>> PosixStandingFile::confirm() {

@@ -14,8 +14,8 @@ public:
     /// Parts and probe outlive it.
     static Result<std::unique_ptr<PosixStandingFile>> open(OutputParts& parts, UseProbe& probe, const Path& path);
 
-    PosixStandingFile(OutputParts& parts, Place place, std::unique_ptr<PosixHeldFile> file)
-        : parts_(parts), place_(std::move(place)), file_(std::move(file)) {}
+    PosixStandingFile(OutputParts& parts, UseProbe& probe, Place place, std::unique_ptr<PosixHeldFile> file)
+        : parts_(parts), probe_(probe), place_(std::move(place)), file_(std::move(file)) {}
 
     [[nodiscard]] std::uint64_t size() const override { return file_->size(); }
     Result<std::size_t> read(std::span<std::byte> into) override { return file_->read(into); }
@@ -28,6 +28,7 @@ private:
     [[nodiscard]] Result<> checkUnchanged(bool withChangeTime) const;
 
     OutputParts& parts_;
+    UseProbe& probe_;
     Place place_;
     std::unique_ptr<PosixHeldFile> file_;
 };

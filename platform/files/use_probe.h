@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/clock.h"
+#include "platform/files/file_system.h"
 #include "platform/files/quiet_time.h"
 #include "platform/files/unique_fd.h"
 
@@ -15,17 +17,47 @@ enum class Use { none, writing, unknown };
 /// Whether this descriptor, which is open for writing, is the only one that anybody has of the file.
 [[nodiscard]] bool isOnlyDescriptor(const UniqueFd& file);
 
+/// What stands under a name in the folder (links not followed), or with an empty name the open file itself. Where
+/// another machine may have written, the server is asked. 0 or the error number.
+[[nodiscard]] int statusNow(const UniqueFd& file, const char* name, bool asksServer, struct stat& into);
+
+/// What is known of a file that was just opened.
+struct Readiness {
+    enum class State {
+        free,     ///< nobody writes to it, and whoever does from now on will be noticed by its stamp
+        inUse,    ///< somebody writes to it
+        unknown,  ///< it can be known after `wait`, by opening it anew
+    };
+    State state = State::free;
+    std::chrono::nanoseconds wait{0};
+};
+
 /// Tells whether a file is in use.
 class UseProbe {
 public:
-    explicit UseProbe(QuietTime& quietTime) : quietTime_(quietTime) {}
+    /// All of it outlives the probe.
+    UseProbe(const Clock& clock, FileSystems& systems) : clock_(clock), systems_(systems), quiet_(clock) {}
 
-    /// Looks at an open file, of which `stamp` is what it is now. A look at a file of which the system does not say who
-    /// has it open is remembered for the next one.
-    [[nodiscard]] bool findInUse(const UniqueFd& file, const FileStamp& stamp);
+    /// Looks at a file that was opened just now, of which `stamp` is what it is.
+    [[nodiscard]] Readiness look(const UniqueFd& file, const FileStamp& stamp);
+    /// A first look, at a file in the folder that will be opened later: by then time has passed. Does nothing where the
+    /// system tells of writers.
+    void lookAhead(const UniqueFd& folder, const char* name);
+    /// Whether somebody is known to write to an open file.
+    [[nodiscard]] bool isKnownToBeWritten(const UniqueFd& file);
+    [[nodiscard]] bool isLocal(const UniqueFd& file) { return systems_.of(file).isLocal; }
+    /// As QuietTime's.
+    void carryOver(const FileStamp& before, const FileStamp& after) { quiet_.carryOver(before, after); }
+    void forgetSettled() { quiet_.forgetSettled(); }
 
 private:
-    QuietTime& quietTime_;
+    [[nodiscard]] Readiness afterTwoLooks(const FileStamp& stamp, const FileSystemFacts& facts);
+    [[nodiscard]] Readiness afterRest(const FileStamp& stamp, const FileSystemFacts& facts,
+                                      std::chrono::nanoseconds rest);
+
+    const Clock& clock_;
+    FileSystems& systems_;
+    QuietTime quiet_;
 };
 
 }  // namespace vantrell

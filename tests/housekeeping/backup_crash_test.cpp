@@ -105,7 +105,7 @@ TEST_F(BackupCrashTest, ARestoreLeavesTheLiveFilesOldOrNew) {
         [this] {
             seen.insert(activeIn(app + mdb));
             if (activeIn(app + mdb) == Strings{"hand"})
-                EXPECT_EQ(activeInCopyOf(app + mdb + ".20261116 140000"), Strings{"live"});
+                EXPECT_EQ(activeInCopyOf(app + mdb + ".20361116 140000"), Strings{"live"});
             seenSettings.insert(readFile(app + cfg));
             EXPECT_EQ(activeInCopyOf(hand + mdb), Strings{"hand"});
         });
@@ -118,7 +118,7 @@ TEST_F(BackupCrashTest, ALiveFileThatIsNoDatabaseKeepsItsNameUntilTheNewOneStand
     const std::string broken(100, 'x');
     const std::string ended(28, '\0');  // a journal that SQLite leaves alone
     const std::string journal = app + mdb + "-journal";
-    const std::string dated = app + mdb + ".20261116 140000";
+    const std::string dated = app + mdb + ".20361116 140000";
     writeFile(app + mdb, broken);
     writeFile(journal, ended);
     keepFiles();

@@ -126,7 +126,7 @@ TEST_F(BackupTest, ARunThatFoundPartOfTheSettingsKeepsTheOlderCopy) {
 }
 
 TEST_F(BackupTest, PasswordsThatARestoreReplacesAreKept) {
-    const std::string dated = app + mdb + ".20261116 140000";
+    const std::string dated = app + mdb + ".20361116 140000";
     const Strings restoredAndKept{kRestored[0], kKept + dated};
     const Strings before = rowsIn(app + mdb);
     for (int number = 2; number <= 9; ++number) writeFile(dated + " " + std::to_string(number), "somebody's");
@@ -189,7 +189,7 @@ TEST_F(BackupTest, ARestoreWaitsForALockAndGivesUpAfterFiveSeconds) {
     bench.loop.settle();
     other.run("COMMIT");
     EXPECT_LE(bench.loop.waitUntil([this] { return tasks.isIdle(); }), std::chrono::milliseconds(50));
-    EXPECT_EQ(takeTexts(), (Strings{kRestored[0], kKept + app + mdb + ".20261116 140000"}));
+    EXPECT_EQ(takeTexts(), (Strings{kRestored[0], kKept + app + mdb + ".20361116 140000"}));
     EXPECT_EQ(PassBench::names(app).size(), 5U) << "the tries before have kept nothing";
     EXPECT_EQ(activeIn(app + mdb), Strings{"hand"});
 }
@@ -198,7 +198,7 @@ TEST_F(BackupTest, ALiveFileThatIsNoDatabaseIsKeptUnderADatedName) {
     writeFile(app + mdb, kNoDatabase);
     EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     EXPECT_EQ(activeIn(app + mdb), Strings{"hand"});
-    EXPECT_EQ(readFile(app + mdb + ".20261116 140000"), kNoDatabase);
+    EXPECT_EQ(readFile(app + mdb + ".20361116 140000"), kNoDatabase);
 
     // The name is taken now: nothing is replaced, and all goes back.
     writeFile(app + mdb, kNoDatabase);
@@ -210,7 +210,7 @@ TEST_F(BackupTest, AMissingOrEmptyLiveFileIsPutBack) {
     std::filesystem::rename(app + mdb, app + mdb + "-journal");
     EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     EXPECT_EQ(rowsIn(app + mdb), rowsIn(hand + mdb));
-    EXPECT_TRUE(std::filesystem::exists(app + mdb + ".20261116 140000-journal")) << "what stood alone is kept";
+    EXPECT_TRUE(std::filesystem::exists(app + mdb + ".20361116 140000-journal")) << "what stood alone is kept";
     writeFile(app + mdb, "");
     EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), kRestored);
     EXPECT_EQ(rowsIn(app + mdb), rowsIn(unload + mdb));

@@ -41,7 +41,7 @@ TEST_F(DiagnosticsTest, TellsSettingsAndEventsWithoutNames) {
     for (const char* part :
          {"Vantrell: ", "OpenSSL: 3", "SQLite: 3", "liburing: ", "Linux: ", "Toolkit: Qt 6.4.2 (xcb)", "Desktop: XFCE",
           "SourceFolder: <source>", "ScanIntervalMs: 65535", "RunContinuallyAtStartup: False",
-          "20261116 140000 Encryped:  <…> - Sucessful: \n"}) {
+          "20361116 140000 Encryped:  <…> - Sucessful: \n"}) {
         EXPECT_NE(text().find(part), std::string::npos) << part << " not in\n" << text();
     }
     for (int i = 0; i < 60; ++i) bench.engine.log.logEvent(i < 10 ? Message("Loading") : Message("Loaded"));

@@ -97,7 +97,8 @@ public:
 
     TemporaryFolder root;
     HandCrankedLoop loop;
-    SettableClock clock;
+    /// Long after the files were written: their stamps count.
+    SettableClock clock{std::chrono::sys_days(std::chrono::year(2036) / 11 / 16) + std::chrono::hours(14)};
     HandDrivenTimers timers;
     RecordingKernel kernel{loop.kernel(), root.path()};
     PosixDataFiles files{kernel};

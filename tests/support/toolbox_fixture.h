@@ -80,7 +80,7 @@ public:
 
     TemporaryFolder folder;
     HandCrankedLoop loop;
-    SettableClock clock{std::chrono::system_clock::now()};
+    SettableClock clock{std::chrono::system_clock::now() + std::chrono::hours(1)};
     PosixToolbox toolbox{loop, loop.kernel(), clock};
 
 private:

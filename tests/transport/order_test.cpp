@@ -34,12 +34,25 @@ TEST_F(OrderTest, AFileIsSafeBeforeItIsSeenAndLoggedBeforeItIsMoved) {
     taken();
     writeFile(bench.in("a"), "contents");
     ASSERT_TRUE(bench.runPass());
-    const Notes notes = taken();
+    Notes notes = taken();
+    ASSERT_EQ(notes.front(), "name out/*") << "each pass tries out once what the file system can do";
+    notes.erase(notes.begin());
     EXPECT_EQ(ofFiles(notes), (Notes{"write out/*", "flush out/*", "name out/a.enc", "flush out", "move in/a > done/a",
                                      "flush done", "flush in"}));
     const auto at = [&notes](const std::string& note) { return std::find(notes.begin(), notes.end(), note); };
-    const std::string logged = "write app/Daily Activity Logs/20261116 Activity.Log";
+    const std::string logged = "write app/Daily Activity Logs/20361116 Activity.Log";
     EXPECT_LT(std::find(at("flush out"), notes.end(), logged), at("move in/a > done/a"));
+}
+
+// Where names are not ordered, how many names a file has must reach the disk too.
+TEST_F(OrderTest, AnOutputIsFlushedAgainWithItsNameWhereNamesAreNotOrdered) {
+    bench.kernel.mountedAs = "ext2";
+    writeFile(bench.in("a"), "contents");
+    ASSERT_TRUE(bench.runPass());
+    Notes notes = ofFiles(taken());
+    notes.erase(notes.begin(), std::find(notes.begin(), notes.end(), "write out/*"));
+    notes.resize(5);
+    EXPECT_EQ(notes, (Notes{"write out/*", "flush out/*", "name out/a.enc", "flush out/*", "flush out"}));
 }
 
 TEST_F(OrderTest, TheSettingsAreSafeBeforeTheyTakeTheirName) {

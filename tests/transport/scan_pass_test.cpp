@@ -76,7 +76,7 @@ TEST_F(ScanPassTest, RejectsUnderADatedNameWhenTheNameIsTaken) {
     std::filesystem::create_directory(bench.out("a.txt.enc"));
     ASSERT_TRUE(bench.runPass());
     const Texts said = bench.messages();
-    const std::string stamped = "20261116 140000_a.txt";
+    const std::string stamped = "20361116 140000_a.txt";
     const std::string path = bench.in("a.txt");
     ASSERT_EQ(said.size(), 7U);
     EXPECT_EQ(said[3].rfind("Encrypting:  a.txt - FAILED: ", 0), 0U);

@@ -18,9 +18,9 @@ TEST_F(Passes, GoOnByThemselvesAfterStartAndNo) {
     EXPECT_TRUE(isEnabled("cmdStopDir"));
     drop("second");
     ASSERT_TRUE(waitFor([&] { return countIn(profile.done) == 2; })) << "no further pass came";
+    ASSERT_TRUE(waitFor([&] { return isIdle(); }));
     expectCarried("first");
     expectCarried("second");
-    ASSERT_TRUE(waitFor([&] { return isIdle(); }));
     click("cmdStopDir");
     EXPECT_TRUE(isStopped());
     EXPECT_TRUE(showsText("lblCurNumFilesProcessed", "2"));

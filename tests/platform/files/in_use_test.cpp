@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
 
+#include "support/recording_kernel.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
@@ -69,27 +70,101 @@ TEST_F(InUse, AnotherOwnersFileMustHaveBeenQuietForFiveSeconds) {
     EXPECT_TRUE(held.value()->verify().ok());
 }
 
-TEST(QuietTimes, TheLaterTimeCountsAndOneInTheFutureNeedsASecondLook) {
-    SettableClock clock;
-    QuietTime quiet{clock};
-    const auto stampAt = [&clock](int modified, int changed) {
-        const std::int64_t now = std::chrono::system_clock::to_time_t(clock.time);
-        return FileStamp{{1, 2}, 3, {now + modified, 0}, {now + changed, 0}};
-    };
-    EXPECT_TRUE(quiet.look(stampAt(-60, -6)));
-    EXPECT_FALSE(quiet.look(stampAt(-60, -3)));
-    EXPECT_FALSE(quiet.look(stampAt(-3, -60)));
+/// A file system of another kind, as the mount table names it.
+class ElsewhereInUse : public InUse {
+public:
+    /// What `holdInTurn` gave, and how long it took.
+    std::pair<std::optional<FaultKind>, std::chrono::milliseconds> holdInTurn(
+        const std::function<void()>& meanwhile = {}) {
+        std::optional<FaultKind> fault;
+        TaskGroup group(loop.queue());
+        group.start(hold(*box, path, fault));
+        loop.settle();
+        if (meanwhile) meanwhile();
+        constexpr std::chrono::milliseconds kStep{10};
+        std::chrono::milliseconds waited{0};
+        for (; !group.isIdle() && waited < std::chrono::minutes(2); waited += kStep) {
+            clock.advance(kStep);
+            loop.advance(kStep);
+            loop.settle();
+        }
+        return {fault, waited};
+    }
+    void mountAs(const std::string& type) {
+        kernel.mountedAs = type;
+        box = std::make_unique<PosixToolbox>(loop, kernel, clock);
+    }
+    KernelBesideLoop kernel{loop.kernel()};
+    std::unique_ptr<PosixToolbox> box;
 
-    FileStamp stamp = stampAt(3600, -60);
-    EXPECT_FALSE(quiet.look(stamp));
-    clock.advance(std::chrono::milliseconds(4900));
-    EXPECT_FALSE(quiet.look(stamp));
-    clock.advance(std::chrono::milliseconds(200));
-    EXPECT_TRUE(quiet.look(stamp)) << "the moment before the move asks again";
-    ++stamp.size;
-    EXPECT_FALSE(quiet.look(stamp)) << "it has changed: the five seconds begin anew";
-    clock.advance(std::chrono::seconds(5));
-    EXPECT_TRUE(quiet.look(stamp));
+private:
+    static Task<void> hold(FileToolbox& box, Path path, std::optional<FaultKind>& fault) {
+        const Result<std::unique_ptr<HeldFile>> held = co_await box.holdInTurn(std::move(path), {});
+        fault = faultOf(held);
+    }
+};
+
+TEST_F(ElsewhereInUse, TwoEqualLooksTellWhatALeaseCannot) {
+    for (const auto& [type, seconds] : {std::pair{"fuse", 5}, {"nfs4", 35}, {"fuse.sshfs", 35}}) {
+        mountAs(type);
+        EXPECT_EQ(faultOf(box->hold(path)), FaultKind::inUse) << "nothing is known yet";
+        mountAs(type);
+        const auto [fault, waited] = holdInTurn();
+        EXPECT_EQ(fault, kSuccess);
+        EXPECT_EQ(waited, std::chrono::seconds(seconds)) << type;
+        mountAs(type);
+        ASSERT_EQ(loop.valueOf(box->search({folder.path()})).size(), 1U);
+        clock.advance(std::chrono::seconds(seconds - 1));
+        EXPECT_EQ(holdInTurn().second, std::chrono::seconds(1)) << "the first look was taken by the search";
+        mountAs(type);
+        EXPECT_EQ(holdInTurn([this] { writeFile(path, "contents and more"); }).first, FaultKind::inUse);
+        EXPECT_EQ(holdInTurn().first, kSuccess) << "the look that differed was the first one of the next time";
+    }
+}
+
+TEST_F(ElsewhereInUse, AStampCountsWhenItsTimeIsOver) {
+    clock.time = std::chrono::system_clock::now() + std::chrono::milliseconds(1000);
+    mountAs("vfat");
+    EXPECT_EQ(faultOf(box->hold(path)), FaultKind::inUse) << "a write that follows could leave the same stamp";
+    const auto [fault, waited] = holdInTurn();
+    EXPECT_EQ(fault, kSuccess);
+    EXPECT_GT(waited, std::chrono::milliseconds(500));
+    EXPECT_LE(waited, std::chrono::milliseconds(1010));
+    mountAs("ext4");
+    EXPECT_EQ(faultOf(box->hold(path)), kSuccess);
+    clock.time = std::chrono::system_clock::now() - std::chrono::hours(1);
+    EXPECT_EQ(faultOf(box->hold(path)), FaultKind::inUse) << "a time in the future tells nothing";
+    EXPECT_EQ(holdInTurn().second, std::chrono::seconds(5));
+}
+
+using Beneath = WithToolbox;
+
+TEST_F(Beneath, ALinkInThePlaceOfAFolderLeadsNowhere) {
+    const std::string source = folder.makeFolder("source");
+    const std::string outside = folder.makeFolder("outside");
+    std::filesystem::create_directories(source + "/sub/deep");
+    for (const std::string& where : {source + "/sub/deep", outside + "/deep"}) {
+        std::filesystem::create_directories(where);
+        writeFile(where + "/file", where);
+        ASSERT_EQ(::chmod((where + "/file").c_str(), 0444), 0);
+    }
+    toolbox.beginPass(source);
+    ASSERT_EQ(loop.valueOf(toolbox.search({source, true})).size(), 1U);
+    const std::string path = source + "/sub/deep/file";
+    const auto held = toolbox.hold(path);
+    ASSERT_EQ(wordsOf(held), "");
+    std::filesystem::rename(source + "/sub", folder / "away");
+    std::filesystem::create_symlink(outside, source + "/sub");
+    EXPECT_EQ(faultOf(toolbox.hold(path)), FaultKind::notThere);
+    EXPECT_EQ(faultOf(held.value()->verify()), FaultKind::notThere);
+    toolbox.clearReadOnly(path);
+    EXPECT_EQ(statusAt(outside + "/deep/file").st_mode & 0777U, 0444U);
+    const auto moved = loop.valueOf(toolbox.move({path, folder / "file"}));
+    EXPECT_EQ(faultOf(moved), FaultKind::notThere);
+    EXPECT_EQ(loop.valueOf(toolbox.search({source, true})).size(), 0U);
+    toolbox.endPass();
+    EXPECT_EQ(faultOf(toolbox.hold(path)), kSuccess) << "outside a pass a path is a path";
+    std::filesystem::permissions(outside + "/deep/file", std::filesystem::perms::owner_all);
 }
 
 }  // namespace
