@@ -9,6 +9,7 @@ Task<Result<>> ComparingOutput::write(std::span<const std::byte> bytes) {
     piece_.resize(std::max(piece_.size(), bytes.size()));
     while (!bytes.empty()) {
         const Result<std::size_t> got = standing_->read(std::span(piece_).first(bytes.size()));
+        cannotBeRead_ = !got.ok();
         if (!got.ok()) co_return got.fault();
         const bool isEqual =
             got.value() > 0 &&

@@ -20,12 +20,14 @@ public:
     Task<Result<>> publish(std::string, Replace) override { co_return Result<>(); }
     Task<void> discard() override { co_return; }
 
+    [[nodiscard]] bool cannotBeRead() const { return cannotBeRead_; }
     /// The file that was found equal.
     [[nodiscard]] std::unique_ptr<StandingFile> takeStanding() { return std::move(standing_); }
 
 private:
     std::unique_ptr<StandingFile> standing_;
     std::vector<std::byte> piece_;
+    bool cannotBeRead_ = false;
 };
 
 }  // namespace vantrell

@@ -75,15 +75,17 @@ Result<> CryptoComponent::checkSettings() const {
     return {};
 }
 
-Task<bool> CryptoComponent::equalsStanding(HeldFile& source, Path file, bool believed) {
+Task<Result<bool>> CryptoComponent::equalsStanding(HeldFile& source, Path file, bool believed) {
     if (!checkSettings().ok()) co_return false;
     Result<std::unique_ptr<StandingFile>> opened = toolbox_.openStanding(file);
+    if (!opened.ok() && opened.fault().isTheMachines()) co_return opened.fault();
     if (!opened.ok() || opened.value()->size() != encryptedSize(source.size())) co_return false;
     const std::unique_ptr<Cipher> cipher = makeCipher_(key_);
     ComparingOutput compared(opened.take());
     CipherStream stream(loop_, *cipher, source, compared);
     const Result<> equal = co_await stream.run(progress_);
     source.rewind();
+    if (compared.cannotBeRead()) co_return Fault{FaultKind::machine, equal.fault().text};
     if (equal.ok() && believed) standing_ = compared.takeStanding();
     co_return equal.ok();
 }

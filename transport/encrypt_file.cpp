@@ -21,6 +21,7 @@ struct FileEncryption::Work {
     std::unique_ptr<CryptoComponent> component;
     std::unique_ptr<HeldFile> held;
     Result<> holding;         // whether it could be opened, and still is what it was then
+    Result<> comparing;       // whether it could be done
     bool isCompared = false;  // with what stands under the output's name
     bool equals = false;
     bool isPrepared = false;
@@ -73,6 +74,7 @@ EncryptOrder& FileEncryption::orderOf(Work& work) { return work.order; }
 // What was true when the file was opened ahead of its turn need not be so now.
 Task<void> FileEncryption::beginAnew(Work& work) {
     work.isAhead = work.isCompared = work.equals = work.isPrepared = false;
+    work.comparing = work.preparing = {};
     work.held.reset();
     makeComponentFor(work);
     work.take(co_await p_.toolbox.holdInTurn(work.order.sourcePath, p_.isStopped));
@@ -82,12 +84,14 @@ Task<void> FileEncryption::beginAnew(Work& work) {
 Task<void> FileEncryption::compare(Work& work) {
     const Path output = joinPath(work.order.destinationFolder, work.name + kEncrypted);
     if (!work.held || std::exchange(work.isCompared, true) || !FileExists(p_.toolbox, output)) co_return;
-    work.equals = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
+    Result<bool> equal = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
+    work.equals = equal.ok() && equal.value();
+    work.comparing = equal.ok() ? Result<>() : Result<>(equal.fault());
 }
 
 Task<void> FileEncryption::prepare(Work& work) {
     co_await compare(work);
-    const bool isThere = work.equals && !p_.flushNote.stands();
+    const bool isThere = !work.comparing.ok() || (work.equals && !p_.flushNote.stands());
     if (!work.held || isThere || std::exchange(work.isPrepared, true)) co_return;
     work.preparing = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
 }
@@ -95,7 +99,7 @@ Task<void> FileEncryption::prepare(Work& work) {
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
     work->isAtItsTurn = true;
     (void)ClearFileAttributes(p_.toolbox, work->order.sourcePath);
-    const bool isReady = work->isCompared && work->holding.ok() && work->preparing.ok();
+    const bool isReady = work->isCompared && work->comparing.ok() && work->holding.ok() && work->preparing.ok();
     if (!isReady) co_await beginAnew(*work);
     EncryptResult result = co_await encryptAndMove(*work);
     result.report = std::move(work->report);
@@ -117,6 +121,7 @@ Task<std::optional<EncryptResult>> FileEncryption::encrypt(Work& work) {
     }
     Replace replace = Replace::never;
     const Permission permission = co_await mayWriteOutput(work, replace);
+    if (!work.comparing.ok()) co_return failedBy(work, work.comparing.fault());
     if (permission != Permission::replace) co_return notPermitted(work, permission);
     const Result<> written = co_await writeOutput(work, replace);
     if (written.ok()) co_return std::nullopt;
@@ -133,6 +138,7 @@ Task<FileEncryption::Permission> FileEncryption::mayWriteOutput(Work& work, Repl
     const bool isNamesakes =
         FileExists(p_.toolbox, output) && p_.isNamesakes(work.order.sourcePath, folder, kEncrypted);
     if (!isNamesakes) co_await compare(work);
+    if (!work.comparing.ok()) co_return Permission::refused;  // what is there may be its own output
     // The same bytes, newly written: nothing is lost, and nothing needs to be asked.
     if (work.equals && !isNamesakes) {
         replace = Replace::allowed;

@@ -24,6 +24,15 @@ std::string freeName(const RejectOrder& order, const std::string& name, std::siz
     return free;
 }
 
+// The name with date and time before it, and a number where another file has come there in the same second.
+std::string datedName(const RejectOrder& order, const std::string& name, std::size_t longest) {
+    const std::string date = secondStamp(order.clock.now());
+    std::string dated = freeName(order, date + "_" + name, longest);
+    for (unsigned number = 2; number < kMostNames && isTaken(order, dated); ++number)
+        dated = freeName(order, date + " " + std::to_string(number) + "_" + name, longest);
+    return dated;
+}
+
 Task<Result<>> moveUnderShortName(RejectOrder order, std::string name, std::size_t longest) {
     const Path target = joinPath(order.folder, freeName(order, name, longest));
     co_return co_await order.toolbox.move({order.file, target, Replace::never, order.held});
@@ -37,10 +46,9 @@ Task<Result<>> rejectFile(RejectOrder order) {
     const std::size_t longest = order.toolbox.longestName(order.folder);
     bool isThere = false;
     if (isTaken(order, name)) {
-        name = secondStamp(order.clock.now()) + "_" + name;
-        const std::string newName = freeName(order, name, longest);
-        order.report.showInPanel1(file + " File exists rename file to " + named(newName));
-        const Result<> renamed = co_await order.toolbox.rename(order.file, joinPath(order.folder, newName));
+        name = datedName(order, name, longest);
+        order.report.showInPanel1(file + " File exists rename file to " + named(name));
+        const Result<> renamed = co_await order.toolbox.rename(order.file, joinPath(order.folder, name));
         isThere = renamed.ok();
         if (!isThere) order.report.showInPanel1(file + " did not rename file!");
     }

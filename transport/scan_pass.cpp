@@ -183,7 +183,8 @@ Task<ScanPass::Next> ScanPass::carryAll() {
 Task<void> ScanPass::endCarrying(Next next) {
     const Result<> flushed = co_await p_.toolbox.flushMoves();
     if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
-    p_.namesakes.end();
+    // After a failed flush a file that has left may come back, and its namesakes must be known then.
+    if (!p_.flushNote.stands()) p_.namesakes.end();
     if (next != Next::goOn) co_return;
     if (stopRequested_) co_return end();
     if (!flushed.ok() || flushHasFailed())

@@ -34,11 +34,12 @@ bool standsAt(const Place& place, const FileIdentity& file) {
 
 // Reads until `into` is full or the file ends.
 template <class File>
-std::size_t fill(File& file, std::span<std::byte> into) {
+Result<std::size_t> fill(File& file, std::span<std::byte> into) {
     std::size_t filled = 0;
     while (filled < into.size()) {
         const Result<std::size_t> got = file.read(into.subspan(filled));
-        if (!got.ok() || got.value() == 0) break;
+        if (!got.ok()) return got.fault();
+        if (got.value() == 0) break;
         filled += got.value();
     }
     return filled;
@@ -94,7 +95,11 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
     if (route.kind == Kind::plain) co_return co_await go(std::move(order), route, reach);
     if (order.onEqual != OnEqual::isAnother && order.expected != nullptr) {
         Result<std::unique_ptr<PosixStandingFile>> standing = PosixStandingFile::open(parts_, probe_, order.target);
-        const bool isEqual = standing.ok() && co_await equalsTarget(order, *standing.value());
+        if (!standing.ok() && standing.fault().isTheMachines()) co_return standing.fault();
+        const Result<bool> equal =
+            standing.ok() ? co_await equalsTarget(order, *standing.value()) : Result<bool>(false);
+        if (!equal.ok()) co_return equal.fault();
+        const bool isEqual = equal.value();
         if (isEqual && order.onEqual == OnEqual::isTheSame) co_return co_await arrive(order, route, *standing.value());
         if (isEqual) order.replace = Replace::allowed;
     }
@@ -103,16 +108,21 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
     co_return co_await go(std::move(order), route, reach);
 }
 
-Task<bool> FileMover::equalsTarget(MoveOrder order, PosixStandingFile& standing) {
+Task<Result<bool>> FileMover::equalsTarget(MoveOrder order, PosixStandingFile& standing) {
     if (standing.size() != order.expected->size()) co_return false;
     order.expected->rewind();
     std::vector<std::byte> one(kPiece);
     std::vector<std::byte> other(kPiece);
     for (std::uint64_t compared = 0; compared < standing.size();) {
-        const std::size_t count = fill(*order.expected, one);
-        if (count == 0 || fill(standing, std::span(other).first(count)) != count) co_return false;
-        if (!std::equal(one.begin(), one.begin() + static_cast<std::ptrdiff_t>(count), other.begin())) co_return false;
-        compared += count;
+        const Result<std::size_t> count = fill(*order.expected, one);
+        if (!count.ok()) co_return count.fault();
+        const Result<std::size_t> same = fill(standing, std::span(other).first(count.value()));
+        // What stands there may be this very file: that it cannot be read must not end in a question.
+        if (!same.ok()) co_return Fault{FaultKind::machine, same.fault().text};
+        if (count.value() == 0 || same.value() != count.value()) co_return false;
+        if (!std::equal(one.begin(), one.begin() + static_cast<std::ptrdiff_t>(count.value()), other.begin()))
+            co_return false;
+        compared += count.value();
         co_await parts_.loop.breathe();
     }
     co_return true;

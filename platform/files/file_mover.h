@@ -38,7 +38,7 @@ private:
     Result<Route> survey(const MoveOrder& order);
     static Result<> surveyTarget(Route& route);
     Task<Result<>> go(MoveOrder order, Route& route, Reach reach);
-    Task<bool> equalsTarget(MoveOrder order, PosixStandingFile& standing);
+    Task<Result<bool>> equalsTarget(MoveOrder order, PosixStandingFile& standing);
     Task<Result<>> arrive(MoveOrder order, Route& route, PosixStandingFile& standing);
     Task<Result<>> removeArrived(MoveOrder order, Route& route, PosixStandingFile& standing);
     [[nodiscard]] bool isOrdered(const Route& route);

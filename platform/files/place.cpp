@@ -37,7 +37,7 @@ Result<Place> openPlace(Kernel& kernel, const Path& path) {
     std::string name = nameOf(path);
     if (name.empty() || name == "." || name == "..") return Fault{FaultKind::other, "The path does not name a file"};
     UniqueFd folder = openFolder(kernel, folderOf(path));
-    if (!folder) return faultFromErrno(folder.error(), "The folder cannot be opened");
+    if (!folder) return outputFault(folder.error(), "The folder cannot be opened");
     return Place{std::move(folder), std::move(name)};
 }
 

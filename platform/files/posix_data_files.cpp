@@ -58,7 +58,8 @@ Result<std::size_t> tornBytes(const UniqueFd& file, const Path& path, std::size_
     const Result<std::string> tail = tailOf(file, path, size, kMostTorn + kLineEnd.size());
     if (!tail.ok()) return tail.fault();
     const std::size_t last = tail.value().rfind(kLineEnd);
-    if (last == std::string::npos) return std::size_t{0};
+    const bool isAllZeros = tail.value().find_first_not_of('\0') == std::string::npos;
+    if (last == std::string::npos) return isAllZeros && size <= kMostTorn ? size : std::size_t{0};
     const std::string_view behind = std::string_view(tail.value()).substr(last + kLineEnd.size());
     return behind.find('\n') == std::string_view::npos ? behind.size() : 0;
 }

@@ -18,10 +18,13 @@ PrivateFolder::PrivateFolder(const UniqueFd& parent) : parent_(parent), name_(ma
 }
 
 PrivateFolder::~PrivateFolder() {
-    if (name_.empty()) return;
     // Where the name has been taken meanwhile, the file stays in here until the next start puts it beside.
-    if (giveBack() != 0) return;
-    static_cast<void>(parent_.kernel().unlinkat(parent_.get(), name_.c_str(), AT_REMOVEDIR));
+    if (giveBack() == 0) remove();
+}
+
+void PrivateFolder::remove() {
+    if (!name_.empty()) static_cast<void>(parent_.kernel().unlinkat(parent_.get(), name_.c_str(), AT_REMOVEDIR));
+    name_.clear();
 }
 
 int PrivateFolder::take(const std::string& name) {
@@ -38,8 +41,10 @@ int PrivateFolder::giveBack() {
 
 int PrivateFolder::removeTaken() {
     const int error = folder_.unlink(taken_.c_str());
-    if (error == 0) taken_.clear();
-    return error;
+    if (error != 0) return error;
+    taken_.clear();
+    remove();
+    return 0;
 }
 
 }  // namespace vantrell

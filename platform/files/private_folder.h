@@ -25,12 +25,15 @@ public:
     // Each: 0 or the error number.
     /// Takes the file of that name out of the parent folder.
     [[nodiscard]] int take(const std::string& name);
-    /// Removes the file that was taken.
+    /// Removes the file that was taken, and the folder. What is flushed next is the parent folder, which then no longer
+    /// leads to either.
     [[nodiscard]] int removeTaken();
     /// Gives it back, unless its name has been taken by another file meanwhile: then it stays in here.
     [[nodiscard]] int giveBack();
 
 private:
+    void remove();
+
     const UniqueFd& parent_;
     int error_ = 0;
     std::string name_;

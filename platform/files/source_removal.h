@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool isBack() const { return isBack_; }
 
 private:
-    [[nodiscard]] Result<> check(const FileStamp& original, const UniqueFd& opened) const;
+    [[nodiscard]] Result<> check(const UniqueFd& folder, const FileStamp& original, const UniqueFd& opened) const;
 
     OutputParts& parts_;
     const Place& from_;

@@ -3,6 +3,7 @@
 
 #include "platform/files/file_attributes.h"
 #include "platform/files/folder_flush.h"
+#include "platform/files/posix_fault.h"
 
 namespace vantrell {
 
@@ -10,7 +11,13 @@ Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(OutputParts& 
                                                                    const Path& path) {
     Result<Place> place = openPlace(parts.kernel, path);
     if (!place.ok()) return place.fault();
+    struct stat status {};
+    if (const int error = place.value().status(status); error != 0)
+        return outputFault(error, "What stands there cannot be looked at");
+    if (!S_ISREG(status.st_mode)) return notRegularFault();
     Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, parts.elsewhere, probe, path);
+    // It may be what was put there earlier: that it cannot be opened tells nothing about the file at work.
+    if (file.failedWith(FaultKind::other)) return Fault{FaultKind::machine, file.fault().text};
     if (!file.ok()) return file.fault();
     auto standing = std::make_unique<PosixStandingFile>(parts, probe, place.take(), file.take());
     if (Result<> done = standing->checkUnchanged(true); !done.ok()) return done.fault();

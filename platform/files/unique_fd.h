@@ -72,8 +72,9 @@ public:
     }
     [[nodiscard]] int unlink(const char* name) const { return kernel().unlinkat(get(), name, 0); }
     /// Tells a later start, and a second running program, that this file or folder is being worked on. False when it
-    /// is another's, or when the file system has no locks: then only a second program could mistake it.
-    bool lock() const { return kernel().flock(get(), LOCK_EX | LOCK_NB) == 0; }
+    /// is another's. Where the file system has no locks (NFS, for folders) nobody is told, and only a second program
+    /// could mistake it.
+    bool lock() const { return kernel().flock(get(), LOCK_EX | LOCK_NB) != EWOULDBLOCK; }
 };
 
 }  // namespace vantrell

@@ -172,6 +172,7 @@ void SimulatedDisk::dropIfUnused(Node node) {
 
 std::size_t SimulatedDisk::write(Node file, std::size_t offset, std::string_view bytes, std::chrono::nanoseconds now) {
     Inode& inode = at(file);
+    ++inode.written;
     const std::size_t room = inode.bytes->size() + free();
     if (offset >= room) return 0;
     bytes = bytes.substr(0, room - offset);
@@ -189,6 +190,7 @@ std::size_t SimulatedDisk::write(Node file, std::size_t offset, std::string_view
 
 void SimulatedDisk::resize(Node file, std::size_t size, std::chrono::nanoseconds now) {
     Inode& inode = at(file);
+    ++inode.written;
     std::string& own = ownBytes(inode);
     used_ += size - own.size();
     own.resize(size);
@@ -214,7 +216,7 @@ void SimulatedDisk::close(Node node, int flags) {
 }
 
 SimulatedDisk::Flush SimulatedDisk::beginFlush(Node node, bool withNames) const {
-    Flush flush{node, withNames || S_ISDIR(at(node).mode), at(node).bytes, 0};
+    Flush flush{node, withNames || S_ISDIR(at(node).mode), at(node).bytes, 0, at(node).written};
     for (const Change& change : changes_) {
         if (change.folder == node || change.before == node || change.after == node) flush.step = change.step;
     }
@@ -227,7 +229,9 @@ bool SimulatedDisk::isFlushed(const Change& change, const Flush& flush) const {
 
 void SimulatedDisk::endFlush(const Flush& flush) {
     Inode& inode = at(flush.node);
-    markFlushed(inode, withoutLost(inode, flush.bytes));
+    // One that began earlier and ends later takes nothing back.
+    if (flush.written >= inode.flushed) markFlushed(inode, withoutLost(inode, flush.bytes));
+    inode.flushed = std::max(inode.flushed, flush.written);
     // A later change of the same name that reaches the disk makes up for one that never did.
     for (std::size_t i = 0; i < changes_.size(); ++i) {
         if (changes_[i].isLost || !isFlushed(changes_[i], flush)) continue;

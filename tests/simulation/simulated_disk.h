@@ -83,6 +83,7 @@ struct Inode {
     std::shared_ptr<std::string> bytes;      ///< what is read: contents, or where a link leads
     Bytes stable;                            ///< what a cut leaves at least; the same as `bytes` when all is flushed
     std::size_t kept = 0;                    ///< so much of `stable` was not cut off since the last flush
+    std::uint64_t written = 0, flushed = 0;  ///< writes so far, and those that are on the disk
     std::size_t lostBegin = 0, lostEnd = 0;  ///< what a failed flush has marked as written, and is not
     Names names;                             ///< of a folder
     Node folder = kNoNode;                   ///< where it was named last, and how
@@ -130,6 +131,7 @@ public:
         bool withNames = false;  ///< fsync; else fdatasync
         Bytes bytes;
         std::uint64_t step = 0;
+        std::uint64_t written = 0;
     };
     [[nodiscard]] Flush beginFlush(Node node, bool withNames) const;
     void endFlush(const Flush& flush);
