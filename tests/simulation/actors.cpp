@@ -2,6 +2,7 @@
 #include "simulation/actors.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path.h"
 #include "platform/files/temporary_name.h"
@@ -25,7 +26,8 @@ bool isOurs(const std::string& path) {
 
 std::string Actors::newContents() {
     const std::string number = std::to_string(++lastContent_);
-    if (chance_.oneIn(30)) return {};
+    // Contents are told apart, so only one of them is empty.
+    if (!std::exchange(isEmptyUsed_, isEmptyUsed_ || chance_.oneIn(30)) && isEmptyUsed_) return {};
     std::string bytes = "content " + number + ":";
     const std::uint64_t kind = chance_.below(10);
     bytes.append(kind < 7 ? chance_.below(40) : 16 * chance_.below(4), 'x');

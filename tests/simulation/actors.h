@@ -59,6 +59,7 @@ private:
     const Trace& trace_;
     std::vector<Writer> writers_;
     unsigned lastContent_ = 0;
+    bool isEmptyUsed_ = false;
 };
 
 }  // namespace vantrell::test

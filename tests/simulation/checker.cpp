@@ -313,7 +313,7 @@ Checker::Broken Checker::check(const State& state) {
 Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
     for (std::size_t i = 0; i < contents_.size(); ++i) {
         const Content& content = contents_[i];
-        if (content.excuse != Excuse::none || content.bytes->empty()) continue;
+        if (content.excuse != Excuse::none) continue;
         if (content.where != Where::source) {
             if (!found[i].isInPlace) return content.path + ", which others had put there, is not there any more";
         } else if (!isIn(found[i], Where::source) && !isIn(found[i], Where::done) && !isIn(found[i], Where::rejected)) {
@@ -356,7 +356,7 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
     for (std::size_t i = 0; i < contents_.size(); ++i) {
         const Content& content = contents_[i];
         if (content.where != Where::source || content.excuse != Excuse::none) continue;
-        if (content.outputsExcuse != Excuse::none || content.bytes->empty()) continue;
+        if (content.outputsExcuse != Excuse::none) continue;
         if (!isIn(found[i], Where::done) || isIn(found[i], Where::source)) continue;
         const std::string key = keyOf(content.name);
         const bool stands = std::any_of(state.begin(), state.end(), [&](const File& file) {
@@ -459,7 +459,7 @@ Checker::Broken Checker::questionAsked(const std::string& text) {
     const State state = stateOf(world_.disks);
     const bool isAboutDone = text.find("The orginal file") != std::string::npos;
     for (const File& file : state) {
-        if (file.where != Where::source || file.content() == kUnknown || file.bytes->empty()) continue;
+        if (file.where != Where::source || file.content() == kUnknown) continue;
         if (text.find(displayText(file.path) + " already exists") == std::string::npos) continue;
         const std::string target = isAboutDone
                                        ? ofThePass_.DoneFolder + "/" + nameOf(file.path)
