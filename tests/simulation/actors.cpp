@@ -35,6 +35,12 @@ std::string Actors::newContents() {
     return bytes;
 }
 
+// A link to one is none.
+bool Actors::isFolder(const std::string& path) {
+    const Spot spot = world_.others().at(path);
+    return spot.node != kNoNode && S_ISDIR(spot.inode().mode);
+}
+
 std::string Actors::someFile(const std::string& folder) {
     std::vector<std::string> files = world_.filesBelow(folder);
     std::erase_if(files, isOurs);
@@ -56,6 +62,7 @@ void Actors::put(const std::string& path, Where where) {
 
 void Actors::drop(const std::string& folder, const std::string& name) {
     const std::string path = folder + "/" + name;
+    if (!isFolder(folder)) return;
     put(path, Where::source);
     if (world_.others().at(path).node != kNoNode && chance_.oneIn(20)) world_.others().at(path).inode().mode &= ~0222U;
 }
@@ -114,8 +121,8 @@ void Actors::renameIn() {
     const std::string path = chance_.pick(world_.sources()) + "/" + chance_.pick(kNames);
     const std::string made = folderOf(path) + "/x.enc";
     const Spot there = world_.others().at(path);
-    if (nameOf(path) == "x.enc" || world_.others().at(made).node != kNoNode) return;
-    if (there.node != kNoNode && there.inode().writers != 0) return;
+    if (!isFolder(folderOf(path)) || nameOf(path) == "x.enc" || world_.others().at(made).node != kNoNode) return;
+    if (there.node != kNoNode && (there.inode().writers != 0 || !S_ISREG(there.inode().mode))) return;
     if (!world_.others().makeFile(made, newContents())) {
         world_.others().remove(made);
         world_.others().flush(folderOf(made));

@@ -42,6 +42,7 @@ private:
         if (trace_) trace_("others " + line);
     }
     [[nodiscard]] std::string newContents();
+    [[nodiscard]] bool isFolder(const std::string& path);
     [[nodiscard]] std::string someFile(const std::string& folder);
     void drop(const std::string& folder, const std::string& name);
     void put(const std::string& path, Where where);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "base/date_text.h"
 #include "base/display_text.h"
 #include "base/path.h"
 #include "core/data_folder.h"
@@ -163,12 +164,14 @@ void Checker::passwordIs(const std::string& password) {
     othersActed();
 }
 
-void Checker::passwordsEdited(const std::string& text) {
+void Checker::passwordsMayBe(const std::string& text) {
     const Bytes live = world_.others().contents(world_.dataFile(kPasswordFileName));
     for (auto& [file, why] : passwordFiles_)
         if (live && file == *live) why = Excuse::writersOwn;
-    passwordFiles_.emplace_back(text, Excuse::none);
+    passwordFiles_.emplace_back(text, Excuse::writersOwn);
 }
+
+void Checker::passwordsAreSaved() { passwordFiles_.back().second = Excuse::none; }
 
 // Of a question: which file may be replaced.
 void Checker::allowed(const std::string& question) {
@@ -263,7 +266,7 @@ Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& fo
     if (file.where == Where::done) arrivals_[file.path] = world_.clock.sinceEpoch();
     const Id id = file.original();
     if (file.where != Where::destination || id == kUnknown) return std::nullopt;
-    published_[keyOf(at(id).name)].push_back(id);
+    published_.push_back({folderOf(file.path), keyOf(at(id).name), id});
     at(id).outputsExcuse = Excuse::none;
     if (isIn(found[static_cast<std::size_t>(id)], Where::source) || at(id).excuse == Excuse::writersOwn)
         return std::nullopt;
@@ -273,7 +276,8 @@ Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& fo
 // Two files of a name that one pass has found are no older and newer version of each other.
 bool Checker::mayReplace(const File& before, const File& after) const {
     if (before.where == Where::rejected) return false;
-    if (!mayOverwrite_ && !allowed_.contains(placeOf(before.path))) return false;
+    if (allowed_.contains(placeOf(before.path))) return true;
+    if (!mayOverwrite_) return false;
     const bool areOutputs = before.where == Where::destination;
     const Id older = areOutputs ? before.original() : before.content();
     const Id newer = areOutputs ? after.original() : after.content();
@@ -324,10 +328,9 @@ Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
 }
 
 bool Checker::isLaterOutput(const std::string& key, Id earlier, Id later) const {
-    const auto all = published_.find(key);
-    if (all == published_.end()) return false;
-    const auto from = std::find(all->second.rbegin(), all->second.rend(), earlier).base();
-    return std::find(from, all->second.end(), later) != all->second.end();
+    for (auto one = published_.rbegin(); one != published_.rend() && one->original != earlier; ++one)
+        if (one->original == later && one->key == key) return true;
+    return false;
 }
 
 // What stands under an output's name is whole, and of what was carried last under that name.
@@ -341,11 +344,13 @@ Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Foun
         const std::string key = keyOf(withoutEnding(nameOf(file.path)));
         if (file.original() == kUnknown) return file.path + " is partial, or of no content that ever was";
         if (keyOf(at(file.original()).name) != key) return file.path + " holds " + at(file.original()).path;
-        for (const Id other : published_.find(key) == published_.end() ? std::vector<Id>() : published_.at(key)) {
-            const bool isExcused = at(other).excuse != Excuse::none || at(other).outputsExcuse != Excuse::none;
-            const bool isLater = other != file.original() && isLaterOutput(key, file.original(), other);
-            if (isLater && !isExcused && !isIn(found[static_cast<std::size_t>(other)], Where::source))
-                return file.path + " is older than " + at(other).path + ", which has left Source";
+        for (const Publication& other : published_) {
+            if (other.folder != folderOf(file.path) || other.key != key || other.original == file.original()) continue;
+            const Content& content = at(other.original);
+            const bool isExcused = content.excuse != Excuse::none || content.outputsExcuse != Excuse::none;
+            const bool isThere = isIn(found[static_cast<std::size_t>(other.original)], Where::source);
+            if (!isExcused && !isThere && isLaterOutput(key, file.original(), other.original))
+                return file.path + " is older than " + content.path + ", which has left Source";
         }
     }
     return outside == 1 ? std::nullopt : Broken("outside the folders something was made or removed");
@@ -494,19 +499,25 @@ Checker::Broken Checker::atRest() {
 // Whole lines, and each as often as it was said.
 Checker::Broken Checker::checkLogs() {
     std::map<std::string, std::uint64_t> left = lines_;
-    for (const std::string& path : world_.filesBelow(world_.folder(Where::data))) {
-        if (!path.ends_with(" Activity.Log")) continue;
+    std::vector<std::string> logs;
+    for (const std::string& path : world_.filesBelow(world_.folder(Where::data)))
+        if (path.ends_with(" Activity.Log")) logs.push_back(path);
+    for (const std::string& path : logs) {
         const Bytes text = world_.others().contents(path);
+        // A start has looked at these two.
+        const std::string day = nameOf(path).substr(0, 8);
+        const bool isToday = day == dayStamp(world_.clock.now());
+        const auto next = std::upper_bound(logs.begin(), logs.end(), path);
+        const bool isMended = isToday || (next != logs.end() && nameOf(*next).substr(0, 8) == dayStamp(world_.clock.now()));
         for (std::size_t begin = 0; begin < text->size();) {
-            const std::size_t end = text->find("\r\n", begin);
-            if (end == std::string::npos) return path + " ends in a torn line";
+            const std::size_t end = std::min(text->find("\r\n", begin), text->size());
             std::uint64_t& count = left[text->substr(begin, end - begin)];
-            if (count == 0 && begin == 0) {
-                ++excused_[static_cast<std::size_t>(Excuse::beforeTheFirstLine)];
-                ++count;
-            }
-            if (count == 0) return path + " holds a line twice, or a torn one: " + text->substr(begin, end - begin);
-            --count;
+            const bool isTorn = count == 0 || end == text->size();
+            const Excuse why = begin == 0 ? Excuse::beforeTheFirstLine : Excuse::notTheNewestLogs;
+            if (isTorn && begin != 0 && isMended)
+                return path + " holds a line twice, or a torn one: " + text->substr(begin, end - begin);
+            if (isTorn) ++excused_[static_cast<std::size_t>(why)];
+            count -= isTorn ? 0 : 1;
             begin = end + 2;
         }
     }

@@ -25,6 +25,7 @@ enum class Excuse : std::uint8_t {
     collected,
     killedBeforeTheNote,
     beforeTheFirstLine,
+    notTheNewestLogs,
     count
 };
 inline constexpr std::size_t kExcuses = static_cast<std::size_t>(Excuse::count);
@@ -36,7 +37,8 @@ inline constexpr std::array<const char*, kExcuses> kExcuseRows{
     "another program has itself changed, replaced or taken it",
     "its output was whole and was taken away by who collects outputs",
     "the program was killed between a flush that failed and the note of it",
-    "what stands before the first line end of a log may be an editor's, and is left alone"};
+    "what stands before the first line end of a log may be an editor's, and is left alone",
+    "of the logs of other days only the newest earlier one is looked at"};
 
 /// One content that was ever put in.
 struct Content {
@@ -67,8 +69,9 @@ public:
     /// Before they are saved.
     void settingsAre(const SettingsRecord& settings);
     void passwordIs(const std::string& password);
-    /// The operator saves other passwords over those that stand.
-    void passwordsEdited(const std::string& text);
+    /// The operator is about to save other passwords, and then has.
+    void passwordsMayBe(const std::string& text);
+    void passwordsAreSaved();
     void allowed(const std::string& question);
 
     // What the program does.
@@ -101,6 +104,11 @@ private:
         const Known* known;
         [[nodiscard]] Id content() const { return known->content; }
         [[nodiscard]] Id original() const { return known->original; }
+    };
+    struct Publication {
+        std::string folder;
+        std::string key;  ///< the name, as the disk sees it
+        Id original = kUnknown;
     };
     using State = std::vector<File>;
     using Copies = std::deque<SimulatedDisk>;
@@ -151,7 +159,7 @@ private:
     bool isExcused_ = false;
     State before_;
     std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done
-    std::map<std::string, std::vector<Id>> published_;          ///< by name, in their order
+    std::vector<Publication> published_;                        ///< in their order
     std::map<std::string, std::uint64_t> lines_;
     std::unordered_map<const std::string*, Known> known_;
     std::array<std::uint64_t, kExcuses> excused_{};

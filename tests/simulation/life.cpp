@@ -212,6 +212,8 @@ void Life::changeFolder() {
                                 std::pair{FolderKind::reject, Where::rejected}};
     Engine& engine = program_->engine;
     const auto& [kind, where] = chance_.pick(kKinds);
+    // What lies in Source, and is no longer set, is searched like the rest of it.
+    if (world_.folder(where).starts_with(world_.folder(Where::source) + "/")) return;
     if (!engine.fields.folderPressed(kind)) return;
     const std::string folder = chance_.oneIn(2) ? world_.folder(where) : world_.otherFolder(where);
     tell("chooses " + folder);
@@ -224,8 +226,8 @@ void Life::useMenus() {
     tell("chooses menu entry " + std::to_string(entry));
     if (entry == 0) {
         const std::string text = "passwords " + std::to_string(++edits_);
-        checker_.passwordsEdited(text);
-        (void)program_->files.writeAtomically(world_.dataFile(kPasswordFileName), text);
+        checker_.passwordsMayBe(text);
+        if (program_->files.writeAtomically(world_.dataFile(kPasswordFileName), text).ok()) checker_.passwordsAreSaved();
     }
     if (entry == 1) engine.backupMenus.mnBackup();
     if (entry == 2) engine.backupMenus.mnONLBackup();

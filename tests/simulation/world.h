@@ -27,7 +27,7 @@ struct Hazards {
     std::uint64_t vanishing = 12;     ///< a run in which a disk is pulled out
     std::uint64_t people = 3;         ///< a life whose operator does more than answer
     std::uint64_t others = 2;         ///< a life with other programs in it
-    std::uint64_t betweenCalls = 60;  ///< they act after so many calls, else between turns only
+    std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
     std::uint64_t clockJumps = 10;    ///< a run before which the clock is set
 };
 
