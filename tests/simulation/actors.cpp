@@ -44,6 +44,10 @@ bool Actors::isFolder(const std::string& path) {
 std::string Actors::someFile(const std::string& folder) {
     std::vector<std::string> files = world_.filesBelow(folder);
     std::erase_if(files, isOurs);
+    // Done or the rejected folder may lie in Source, and are not its files.
+    for (const Where other : {Where::done, Where::rejected})
+        if (folder != world_.folder(other))
+            std::erase_if(files, [&](const std::string& path) { return path.starts_with(world_.folder(other) + "/"); });
     return files.empty() ? std::string() : chance_.pick(files);
 }
 
@@ -108,7 +112,7 @@ std::optional<std::string> Actors::act() {
 
 void Actors::takeFromSource() {
     const std::string path = someFile(world_.folder(Where::source));
-    if (path.empty() || !chance_.oneIn(4)) return;
+    if (path.empty() || !chance_.oneIn(4) || world_.others().at(path).inode().writers != 0) return;
     checker_.othersAct(path);
     told("remove " + path);
     world_.others().remove(path);
@@ -122,7 +126,9 @@ void Actors::renameIn() {
     const std::string made = folderOf(path) + "/x.enc";
     const Spot there = world_.others().at(path);
     if (!isFolder(folderOf(path)) || nameOf(path) == "x.enc" || world_.others().at(made).node != kNoNode) return;
-    if (there.node != kNoNode && (there.inode().writers != 0 || !S_ISREG(there.inode().mode))) return;
+    // What stands there keeps its name, which may differ in case.
+    const bool isAnother = there.node != kNoNode && there.inode().name != nameOf(path);
+    if (isAnother || (there.node != kNoNode && (there.inode().writers != 0 || !S_ISREG(there.inode().mode)))) return;
     if (!world_.others().makeFile(made, newContents())) {
         world_.others().remove(made);
         world_.others().flush(folderOf(made));
@@ -148,11 +154,20 @@ void Actors::beginWriting(const std::string& path) {
     if (writer.last) writers_.push_back(std::move(writer));
 }
 
+bool Actors::isInDone(const Bytes& bytes) {
+    for (const std::string& folder : {world_.folder(Where::done), world_.otherFolder(Where::done)})
+        for (const std::string& path : world_.filesBelow(folder))
+            if (*world_.others().contents(path) == *bytes) return true;
+    return false;
+}
+
 std::optional<std::string> Actors::writeOnce(Writer& writer) {
     OtherPrograms& others = world_.others();
     const Bytes there = others.contents(writer.path);
     const bool isStill = there && writer.last && *there == *writer.last;
-    if (!isStill && writer.held) return writer.path + " was carried while somebody was still writing to it";
+    // What goes to the rejected folder in the moment in which somebody begins to write is whole there.
+    if (!isStill && writer.held && isInDone(writer.last))
+        return writer.path + " was carried while somebody was still writing to it";
     if (!isStill) {
         writer.left = 0;
         return std::nullopt;

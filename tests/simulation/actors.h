@@ -49,6 +49,7 @@ private:
     void takeFromSource();
     void renameIn();
     void beginWriting(const std::string& path);
+    [[nodiscard]] bool isInDone(const Bytes& bytes);
     std::optional<std::string> writeOnce(Writer& writer);
     std::optional<std::string> collect();
     void swapFolder();

@@ -247,7 +247,7 @@ Checker::Broken Checker::judge(const File& before, const File* after, const std:
     const Found none;
     const Found& places = id == kUnknown ? none : found[static_cast<std::size_t>(id)];
     if (after != nullptr) {
-        if (!mayReplace(before, *after)) return before.path + " was replaced, and nobody had allowed it";
+        if (!mayReplace(before, *after, places)) return before.path + " was replaced, and nobody had allowed it";
         allowed_.erase(placeOf(before.path));
         if (before.content() != kUnknown && places.places == 0) excuse(at(id).excuse, Excuse::replacementAllowed);
         return std::nullopt;
@@ -266,24 +266,29 @@ Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& fo
     if (file.where == Where::done) arrivals_[file.path] = world_.clock.sinceEpoch();
     const Id id = file.original();
     if (file.where != Where::destination || id == kUnknown) return std::nullopt;
-    published_.push_back({folderOf(file.path), keyOf(at(id).name), id});
+    published_.push_back({folderOf(file.path), keyOf(at(id).name), id, passes_});
     at(id).outputsExcuse = Excuse::none;
     if (isIn(found[static_cast<std::size_t>(id)], Where::source) || at(id).excuse == Excuse::writersOwn)
         return std::nullopt;
     return file.path + " was made of a content that is not in Source";
 }
 
-// Two files of a name that one pass has found are no older and newer version of each other.
-bool Checker::mayReplace(const File& before, const File& after) const {
+// Two files of a name that one pass has found are no older and newer version of each other. The name belongs to what
+// has been carried, and to what was made in this pass.
+bool Checker::mayReplace(const File& before, const File& after, const Found& older) const {
     if (before.where == Where::rejected) return false;
     if (allowed_.contains(placeOf(before.path))) return true;
     if (!mayOverwrite_) return false;
     const bool areOutputs = before.where == Where::destination;
-    const Id older = areOutputs ? before.original() : before.content();
-    const Id newer = areOutputs ? after.original() : after.content();
-    if (older == kUnknown || newer == kUnknown || at(older).path == at(newer).path) return true;
-    const std::set<unsigned>& passes = at(newer).passes;
-    return std::none_of(at(older).passes.begin(), at(older).passes.end(),
+    const Id old = areOutputs ? before.original() : before.content();
+    const Id fresh = areOutputs ? after.original() : after.content();
+    if (old == kUnknown || fresh == kUnknown || at(old).path == at(fresh).path) return true;
+    const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
+        return one.original == old && one.pass == passes_;
+    });
+    if (!isOfThisPass && (isIn(older, Where::rejected) || (areOutputs && isIn(older, Where::source)))) return true;
+    const std::set<unsigned>& passes = at(fresh).passes;
+    return std::none_of(at(old).passes.begin(), at(old).passes.end(),
                         [&](unsigned pass) { return passes.contains(pass); });
 }
 
@@ -368,7 +373,11 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
             if (file.where != Where::destination || file.original() == kUnknown) return false;
             return file.original() == static_cast<Id>(i) || isLaterOutput(key, static_cast<Id>(i), file.original());
         });
-        if (!stands) return content.path + " has left Source for Done, and there is no output of it";
+        // One that had rightly taken its place was collected then.
+        const bool isCollected = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
+            return at(one.original).outputsExcuse != Excuse::none && isLaterOutput(key, static_cast<Id>(i), one.original);
+        });
+        if (!stands && !isCollected) return content.path + " has left Source for Done, and there is no output of it";
     }
     return std::nullopt;
 }
@@ -450,7 +459,7 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     for (const File& file : stateOf(copy)) {
         if (file.where != Where::destination || file.original() == kUnknown) continue;
         const Found& original = found[static_cast<std::size_t>(file.original())];
-        const bool isItself = isIn(original, Where::source) || at(file.original()).excuse != Excuse::none;
+        const bool isItself = original.places != 0 || at(file.original()).excuse != Excuse::none;
         if (displayText(at(file.original()).name) == name && isItself) return std::nullopt;
     }
     for (const Content& content : contents_)

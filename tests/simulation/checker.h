@@ -109,6 +109,7 @@ private:
         std::string folder;
         std::string key;  ///< the name, as the disk sees it
         Id original = kUnknown;
+        unsigned pass = 0;
     };
     using State = std::vector<File>;
     using Copies = std::deque<SimulatedDisk>;
@@ -141,7 +142,7 @@ private:
     Broken judgeChanges(const State& now);
     Broken judge(const File& before, const File* after, const std::vector<Found>& found);
     Broken judgeNew(const File& file, const std::vector<Found>& found);
-    [[nodiscard]] bool mayReplace(const File& before, const File& after) const;
+    [[nodiscard]] bool mayReplace(const File& before, const File& after, const Found& older) const;
     [[nodiscard]] bool isOldEnough(const File& file) const;
     void adopt(State state);
     [[nodiscard]] Broken checkLogs();
