@@ -234,6 +234,7 @@ void Actors::swapFolder() {
     }
     others.flush(folder);
     told("swap " + folder);
+    checker_.hidden(folder);
     checker_.othersActed();
 }
 

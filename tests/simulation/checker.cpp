@@ -139,6 +139,11 @@ void Checker::othersAct(const std::string& path) {
     if (id != kUnknown) excuse(at(id).excuse, Excuse::writersOwn);
 }
 
+void Checker::hidden(const std::string& folder) {
+    for (const File& file : before_)
+        if (file.content() != kUnknown && file.path.starts_with(folder)) at(file.content()).passes.erase(passes_);
+}
+
 void Checker::othersActed() { adopt(stateOf(world_.disks)); }
 
 Checker::Broken Checker::collects(const std::string& path) {
@@ -266,7 +271,7 @@ Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& fo
     if (file.where == Where::done) arrivals_[file.path] = world_.clock.sinceEpoch();
     const Id id = file.original();
     if (file.where != Where::destination || id == kUnknown) return std::nullopt;
-    published_.push_back({folderOf(file.path), keyOf(at(id).name), id, passes_});
+    published_.push_back({folderOf(file.path), keyOf(withoutEnding(nameOf(file.path))), id, passes_});
     at(id).outputsExcuse = Excuse::none;
     if (isIn(found[static_cast<std::size_t>(id)], Where::source) || at(id).excuse == Excuse::writersOwn)
         return std::nullopt;
@@ -286,7 +291,7 @@ bool Checker::mayReplace(const File& before, const File& after, const Found& old
     const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
         return one.original == old && one.pass == passes_;
     });
-    if (!isOfThisPass && (isIn(older, Where::rejected) || (areOutputs && isIn(older, Where::source)))) return true;
+    if (!isOfThisPass && (isIn(older, Where::rejected) || isIn(older, Where::source))) return true;
     const std::set<unsigned>& passes = at(fresh).passes;
     return std::none_of(at(old).passes.begin(), at(old).passes.end(),
                         [&](unsigned pass) { return passes.contains(pass); });
@@ -348,7 +353,8 @@ Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Foun
         if (file.where != Where::destination || file.content() != kUnknown) continue;
         const std::string key = keyOf(withoutEnding(nameOf(file.path)));
         if (file.original() == kUnknown) return file.path + " is partial, or of no content that ever was";
-        if (keyOf(at(file.original()).name) != key) return file.path + " holds " + at(file.original()).path;
+        // What a disk takes for the same name may be written in another way.
+        if (lowered(at(file.original()).name) != lowered(key)) return file.path + " holds " + at(file.original()).path;
         for (const Publication& other : published_) {
             if (other.folder != folderOf(file.path) || other.key != key || other.original == file.original()) continue;
             const Content& content = at(other.original);
