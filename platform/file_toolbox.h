@@ -191,6 +191,8 @@ public:
     /// on stable storage have been taken back, as far as that could be done, and the text says so. It is the machine's
     /// trouble, not that of one file.
     virtual Task<Result<>> flushMoves() = 0;
+    /// Brings the names in these folders and below them to stable storage, whoever gave or took them.
+    virtual Task<Result<>> flushFolders(std::vector<Path> folders) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.
     [[nodiscard]] virtual FileDate fileDate(const Path& path) const = 0;

@@ -11,10 +11,9 @@ Task<Result<>> ComparingOutput::write(std::span<const std::byte> bytes) {
         const Result<std::size_t> got = standing_->read(std::span(piece_).first(bytes.size()));
         cannotBeRead_ = !got.ok();
         if (!got.ok()) co_return got.fault();
-        const bool isEqual =
-            got.value() > 0 &&
-            std::equal(piece_.begin(), piece_.begin() + static_cast<std::ptrdiff_t>(got.value()), bytes.begin());
-        if (!isEqual) co_return Fault{FaultKind::nameTaken, "another file stands there"};
+        const auto end = piece_.begin() + static_cast<std::ptrdiff_t>(got.value());
+        differs_ = got.value() == 0 || !std::equal(piece_.begin(), end, bytes.begin());
+        if (differs_) co_return Fault{FaultKind::nameTaken, "another file stands there"};
         bytes = bytes.subspan(got.value());
     }
     co_return Result<>();

@@ -20,6 +20,8 @@ public:
     Task<Result<>> publish(std::string, Replace) override { co_return Result<>(); }
     Task<void> discard() override { co_return; }
 
+    /// The bytes are others.
+    [[nodiscard]] bool differs() const { return differs_; }
     [[nodiscard]] bool cannotBeRead() const { return cannotBeRead_; }
     /// The file that was found equal.
     [[nodiscard]] std::unique_ptr<StandingFile> takeStanding() { return std::move(standing_); }
@@ -27,6 +29,7 @@ public:
 private:
     std::unique_ptr<StandingFile> standing_;
     std::vector<std::byte> piece_;
+    bool differs_ = false;
     bool cannotBeRead_ = false;
 };
 

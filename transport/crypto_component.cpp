@@ -85,9 +85,11 @@ Task<Result<bool>> CryptoComponent::equalsStanding(HeldFile& source, Path file, 
     CipherStream stream(loop_, *cipher, source, compared);
     const Result<> equal = co_await stream.run(progress_);
     source.rewind();
+    if (compared.differs()) co_return false;
     if (compared.cannotBeRead()) co_return Fault{FaultKind::machine, equal.fault().text};
-    if (equal.ok() && believed) standing_ = compared.takeStanding();
-    co_return equal.ok();
+    if (!equal.ok()) co_return equal.fault();
+    if (believed) standing_ = compared.takeStanding();
+    co_return true;
 }
 
 Task<Result<>> CryptoComponent::prepareFile(HeldFile& source, Path folder) {

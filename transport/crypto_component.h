@@ -38,7 +38,8 @@ public:
     /// Whether the file that stands under the path is what encrypting the source would give, byte for byte. Equal
     /// passwords and contents give equal bytes, so that it is the output of an earlier try. When it is and `believed`,
     /// it is taken: `publishFile` brings it to stable storage. `source` outlives the task, and is read from its
-    /// beginning again afterwards. A fault says that it cannot be told, and is the machine's.
+    /// beginning again afterwards. A fault says why it cannot be told: the source's own, or the
+    /// machine's.
     Task<Result<bool>> equalsStanding(HeldFile& source, Path file, bool believed);
     /// Reads the source to its end, encrypts it into a file without a name in the folder, and brings that to stable
     /// storage. Fault `inUse` when the source turns out shorter or longer than it was when it was opened. Memory does

@@ -181,16 +181,26 @@ Task<ScanPass::Next> ScanPass::carryAll() {
 // Files that are not known to be safe in Done have been taken back into Source: the operator is told as of a disk that
 // fails.
 Task<void> ScanPass::endCarrying(Next next) {
-    const Result<> flushed = co_await p_.toolbox.flushMoves();
+    Result<> flushed = co_await p_.toolbox.flushMoves();
     if (!flushed.ok()) p_.report.showInPanel1(failureWords(flushed.fault().text));
+    const bool isWhole = isWhole_ && next == Next::goOn && !stopRequested_ && folders_.unreadWords().empty();
+    if (isWhole && flushed.ok() && !flushHasFailed()) flushed = co_await settleFlushNote();
     // After a failed flush a file that has left may come back, and its namesakes must be known then.
     if (!p_.flushNote.stands()) p_.namesakes.end();
     if (next != Next::goOn) co_return;
     if (stopRequested_) co_return end();
     if (!flushed.ok() || flushHasFailed())
         co_return endPaused(Trouble::diskFails, flushed.ok() ? kFlushFailed : flushed.fault().text);
-    if (isWhole_ && folders_.unreadWords().empty()) p_.flushNote.clear();
     end();
+}
+
+// Everything has been carried anew. What a flush had failed for may be in any folder.
+Task<Result<>> ScanPass::settleFlushNote() {
+    if (!p_.flushNote.stands()) co_return Result<>();
+    const Result<> flushed = co_await p_.toolbox.flushFolders(
+        {settings_.SourceFolder, settings_.DestinationFolder, settings_.DoneFolder, settings_.RejectFolder});
+    if (flushed.ok()) p_.flushNote.clear();
+    co_return flushed;
 }
 
 void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {

@@ -49,6 +49,7 @@ private:
     Task<void> carryFiles();
     Task<Next> carryAll();
     Task<void> endCarrying(Next next);
+    Task<Result<>> settleFlushNote();
     void lookAhead(Lookahead& ahead, std::size_t& next);
     Task<Next> carryNext(Lookahead& ahead);
     Task<Next> carryOne(FileEncryption::WorkPointer work);

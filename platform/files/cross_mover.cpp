@@ -86,14 +86,17 @@ Task<Result<>> CrossMover::move(MoveOrder order, FileIdentity source) {
     PosixHeldFile& original = *opened.value();
     if (original.stamp().identity != source) co_return inUseFault();
     if (Result<> done = verifyBoth(order, original); !done.ok()) co_return done.fault();
+    // Nobody has looked at this one before.
+    const bool isKnown = order.expected != nullptr || original.readiness().state == Readiness::State::free;
+    if (!isKnown) co_return inUseFault();
     PublishedCopy copy(to_, original);
     // Made before anything is written: where it cannot be made, the source could not be removed either.
-    SourceRemoval removal(parts_, from_);
+    SourceRemoval removal(parts_, from_, to_);
     if (removal.error() != 0) co_return moveFault(to_, removal.error(), "The source folder cannot be written");
     if (Result<> done = co_await copyAndPublish(order, original, copy); !done.ok()) co_return done.fault();
     const bool isReplacing = copy.isKept();
     copy.keep();
-    const Result<> removed = co_await removal.remove(original.stamp(), original.file());
+    const Result<> removed = co_await removal.remove(original.stamp(), original.file(), copy.identity());
     copy.keep(removed.ok() || isReplacing || !removal.isBack());
     if (!removed.ok()) co_return removed.fault();
     parts_.made.insert(copy.identity());

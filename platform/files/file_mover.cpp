@@ -19,6 +19,7 @@ namespace {
 
 constexpr char kCannotBeMoved[] = "The file cannot be moved";
 constexpr std::size_t kPiece = std::size_t{256} << 10U;
+constexpr int kReadFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 Result<FileIdentity> identityOfFolder(const UniqueFd& folder) {
     struct stat status {};
@@ -91,7 +92,7 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
         if (Result<> done = order.expected->verify(); !done.ok()) co_return done.fault();
     }
     if (route.kind == Kind::samePlace) co_return Result<>();
-    if (route.kind == Kind::secondName) co_return co_await dropSourceName(route);
+    if (route.kind == Kind::secondName) co_return co_await dropSourceName(std::move(order), route);
     if (route.kind == Kind::plain) co_return co_await go(std::move(order), route, reach);
     if (order.onEqual != OnEqual::isAnother && order.expected != nullptr) {
         Result<std::unique_ptr<PosixStandingFile>> standing = PosixStandingFile::open(parts_, probe_, order.target);
@@ -137,12 +138,12 @@ Task<Result<>> FileMover::arrive(MoveOrder order, Route& route, PosixStandingFil
 }
 
 Task<Result<>> FileMover::removeArrived(MoveOrder order, Route& route, PosixStandingFile& standing) {
-    SourceRemoval removal(parts_, route.from);
+    SourceRemoval removal(parts_, route.from, route.to);
     if (removal.error() != 0) co_return moveFault(route.to, removal.error(), kCannotBeMoved);
     if (const Result<> done = co_await standing.confirmArrival(); !done.ok()) co_return done.fault();
     if (const Result<> done = order.expected->verify(); !done.ok()) co_return done.fault();
     if (!standsAt(route.to, standing.identity())) co_return inUseFault();
-    co_return co_await removal.remove(stampOf(route.source), {});
+    co_return co_await removal.remove(stampOf(route.source), {}, standing.identity());
 }
 
 bool FileMover::isOrdered(const Route& route) {
@@ -177,6 +178,8 @@ Task<Result<>> FileMover::linkIt(MoveOrder order, Route& route, Reach reach) {
         const int error = linked.link();
         const bool isCopied = LinkMover::cannotBeLinked(error) && (error != EXDEV || reach == Reach::anywhere);
         if (isCopied) co_return co_await copyIt(std::move(order), route);
+        if (error == EBUSY) co_return inUseFault();
+        if (error == EBUSY) co_return inUseFault();
         if (error != 0) co_return moveFault(route.to, error, kCannotBeMoved);
         if (const Result<> done = co_await linked.finish(); !done.ok()) co_return done.fault();
     }
@@ -220,23 +223,39 @@ Task<Result<>> FileMover::flushSource(Route& route, Durable durable) {
     co_return Result<>();
 }
 
-// A fault of the full group concerns this file as well, which has been taken back with the others.
+// A fault of the full group concerns this file as well, which has been taken back with the others, unless it has
+// replaced one: then it stays, and whoever asks for the group is told.
 Task<Result<>> FileMover::flushLater(Route& route) {
     group_.add({std::move(route.from), std::move(route.to), route.fromFolder, route.toFolder, identityOf(route.source),
                 route.replaces});
     if (!group_.isFull()) co_return Result<>();
-    co_return co_await group_.flush();
+    Result<> flushed = co_await group_.flush();
+    if (route.replaces) groupFlushed_ = std::exchange(flushed, Result<>());
+    co_return flushed;
 }
 
-Task<Result<>> FileMover::flushMoves() { return group_.flush(); }
+Task<Result<>> FileMover::flushMoves() {
+    const Result<> last = co_await group_.flush();
+    const Result<> earlier = std::exchange(groupFlushed_, Result<>());
+    co_return earlier.ok() ? last : earlier;
+}
 
-Task<Result<>> FileMover::dropSourceName(Route& route) {
-    if (Result<> done = co_await flushFolder(parts_, route.to.folder); !done.ok()) co_return done.fault();
-    const FileIdentity file = identityOf(route.source);
-    if (!standsAt(route.from, file) || !standsAt(route.to, file)) co_return inUseFault();
-    if (const int error = route.from.folder.unlink(route.from.name.c_str()); error != 0)
-        co_return moveFault(route.to, error, "The file's second name cannot be removed");
-    co_return co_await flushFolder(parts_, route.from.folder);
+// Both names lead to one file, which a crash between the two steps of a move has left.
+Task<Result<>> FileMover::dropSourceName(MoveOrder order, Route& route) {
+    {
+        const UniqueFd file = route.to.folder.open(route.to.name.c_str(), kReadFlags);
+        if (file) {
+            if (const Result<> done = co_await flushFile(parts_, file); !done.ok()) co_return done.fault();
+        }
+        if (Result<> done = co_await flushFolder(parts_, route.to.folder); !done.ok()) co_return done.fault();
+        SourceRemoval removal(parts_, route.from, route.to);
+        if (removal.error() != 0) co_return moveFault(route.to, removal.error(), kCannotBeMoved);
+        const FileIdentity identity = identityOf(route.source);
+        const Result<> removed = co_await removal.remove(stampOf(route.source), {}, identity);
+        if (!removed.ok()) co_return removed.fault();
+    }
+    parts_.made.insert(identityOf(route.source));
+    co_return co_await flushSource(route, order.durable);
 }
 
 }  // namespace vantrell

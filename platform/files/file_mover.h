@@ -50,11 +50,12 @@ private:
     Task<Result<>> flushLater(Route& route);
     Task<Result<>> flushFolders(Route& route);
     Task<Result<>> flushSource(Route& route, Durable durable);
-    Task<Result<>> dropSourceName(Route& route);
+    Task<Result<>> dropSourceName(MoveOrder order, Route& route);
 
     OutputParts& parts_;
     UseProbe& probe_;
     MoveGroup group_;
+    Result<> groupFlushed_;  ///< a fault of which no move has told
 };
 
 }  // namespace vantrell

@@ -55,7 +55,7 @@ public:
                 if (!entry.isFolder) add(entry.key);
                 if (entry.isFolder && canEnter(entry)) co_await openLevel();
             }
-            if (count % kBatch != 0) continue;
+            if (count % kBatch != 0 && (levels_.empty() || !levels_.back().isLookedAt)) continue;
             if (order_.isStopped && order_.isStopped()) break;
             co_await loop_.breathe();
         }

@@ -11,7 +11,7 @@ namespace vantrell {
 
 LinkMover::LinkMover(OutputParts& parts, const Place& from, const Place& to, const struct stat& source,
                      bool isReplacing)
-    : parts_(parts), from_(from), to_(to), source_(source), isReplacing_(isReplacing), removal_(parts, from) {}
+    : parts_(parts), from_(from), to_(to), source_(source), isReplacing_(isReplacing), removal_(parts, from, to) {}
 
 LinkMover::~LinkMover() {
     struct stat standing {};
@@ -30,7 +30,13 @@ bool LinkMover::cannotBeLinked(int error) {
 int LinkMover::link() {
     if (removal_.error() != 0) return removal_.error();
     std::string name = isReplacing_ ? makeTemporaryName(parts_.kernel) : to_.name;
-    const int error = parts_.kernel.linkat(from_.folder.get(), from_.name.c_str(), to_.folder.get(), name.c_str());
+    // By the open file: another one that takes its name in this moment gets none.
+    const UniqueFd file = from_.folder.open(from_.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    struct stat status {};
+    if (!file) return file.error();
+    if (const int error = file.status(status); error != 0) return error;
+    if (identityOf(status) != identityOf(source_)) return EBUSY;
+    const int error = parts_.kernel.linkOpenFile(file.get(), to_.folder.get(), name.c_str());
     if (error == 0) newName_ = std::move(name);
     return error;
 }
@@ -59,7 +65,7 @@ Task<Result<>> LinkMover::settleNewName() {
 Task<Result<>> LinkMover::finish() {
     if (const Result<> done = co_await settleNewName(); !done.ok()) co_return done.fault();
     std::string name = std::exchange(newName_, {});
-    const Result<> removed = co_await removal_.remove(stampOf(source_), file_);
+    const Result<> removed = co_await removal_.remove(stampOf(source_), file_, identityOf(source_));
     if (!removed.ok() && removal_.isBack()) newName_ = std::move(name);
     if (removed.ok()) parts_.made.insert(identityOf(source_));
     co_return removed;

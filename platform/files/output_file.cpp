@@ -128,15 +128,24 @@ Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
     int error = giveName(name);
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
     if (isReplacing) error = replaceName(name);
-    if (error != 0) co_return outputFault(error, "The new file cannot be given its name");
+    if (error != 0) co_return namingFault(error, "The new file cannot be given its name");
     // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
     if (!isReplacing) temporaryName_ = std::move(name);
-    failed_ = co_await flushFolder(parts_, folder_);
+    failed_ = co_await flushName();
     if (!failed_.ok()) co_return failed_;
     temporaryName_.clear();
     parts_.made.insert(identity());
     file_.reset();
     co_return Result<>();
+}
+
+// How many names a file has is part of the file. Where that does not reach the disk together with the name, a check of
+// the disk would take the file for one without any, and clear the name.
+Task<Result<>> PosixOutputFile::flushName() {
+    if (!parts_.systems.of(folder_).ordersRenames) {
+        if (const Result<> done = co_await flushFile(parts_, file_); !done.ok()) co_return done.fault();
+    }
+    co_return co_await flushFolder(parts_, folder_);
 }
 
 void PosixOutputFile::dropName() {
@@ -151,7 +160,7 @@ void PosixOutputFile::dropName() {
 Task<void> PosixOutputFile::discard() {
     dropName();
     if (failed_.ok()) failed_ = Fault{FaultKind::other, "The new file has been dropped"};
-    if (flushUnderWay_) co_await *flushUnderWay_;
+    if (flushUnderWay_) static_cast<void>(parts_.flushed(co_await *flushUnderWay_));
     flushUnderWay_.reset();
     co_await shrink(parts_.loop, file_);
     file_.reset();
@@ -160,7 +169,8 @@ Task<void> PosixOutputFile::discard() {
 Result<> PosixOutputFile::setPermissions(mode_t permissions) {
     const int error = parts_.kernel.fchmod(file_.get(), permissions);
     // So answer file systems that have no permissions.
-    return resultFromErrno(error == EPERM ? 0 : error, "The new file's permissions cannot be set");
+    if (error == 0 || error == EPERM) return {};
+    return outputFault(error, "The new file's permissions cannot be set");
 }
 
 FileIdentity PosixOutputFile::identity() const {

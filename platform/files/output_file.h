@@ -39,6 +39,7 @@ private:
     Task<void> awaitFlush();
     void submitFlush();
     void fail(int error, std::string_view what);
+    Task<Result<>> flushName();
     int giveName(const std::string& name);
     int replaceName(const std::string& name);
     void dropName();

@@ -30,7 +30,7 @@ FaultKind kindOf(int number) {
 
 FaultKind kindOnOutputSide(int number) {
     const FaultKind kind = kindOf(number);
-    const bool isTheFiles = number == EFBIG || number == EILSEQ || number == EINVAL;
+    const bool isTheFiles = number == EFBIG || number == EILSEQ;
     return kind == FaultKind::other && !isTheFiles ? FaultKind::machine : kind;
 }
 
@@ -65,6 +65,9 @@ Fault faultOf(FaultKind kind, int number, std::string_view what) {
 
 Fault faultFromErrno(int number, std::string_view what) { return faultOf(kindOf(number), number, what); }
 Fault outputFault(int number, std::string_view what) { return faultOf(kindOnOutputSide(number), number, what); }
+Fault namingFault(int number, std::string_view what) {
+    return faultOf(number == EINVAL ? FaultKind::other : kindOnOutputSide(number), number, what);
+}
 Fault sourceFault(int number, std::string_view what) { return faultOf(kindOnSourceSide(number), number, what); }
 
 Result<> resultFromErrno(int number, std::string_view what) {

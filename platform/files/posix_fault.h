@@ -17,6 +17,8 @@ namespace vantrell {
 /// Where files are written to. Everything is the machine's but what this name or this size causes: otherwise a folder
 /// without permission would send every file of Source into the rejected folder.
 [[nodiscard]] Fault outputFault(int number, std::string_view what);
+/// The same where a file is given its name: there EINVAL says that the file system knows no such name.
+[[nodiscard]] Fault namingFault(int number, std::string_view what);
 /// Where files are taken from. What cannot be read is that file's trouble; one that is busy may be free later, and what
 /// would be so with any file is the machine's.
 [[nodiscard]] Fault sourceFault(int number, std::string_view what);

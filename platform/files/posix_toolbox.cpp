@@ -13,6 +13,7 @@
 #include "platform/files/held_file.h"
 #include "platform/files/place.h"
 #include "platform/files/standing_file.h"
+#include "platform/files/tree_flush.h"
 
 namespace vantrell {
 
@@ -44,6 +45,7 @@ void PosixToolbox::beginPass(const Path& source) {
 void PosixToolbox::endPass() {
     parts_.made.clear();
     parts_.source.release();
+    probe_.forgetSettled();
 }
 
 bool PosixToolbox::wasMadeInThisPass(const Path& path) const {
@@ -96,7 +98,16 @@ bool PosixToolbox::makeFolder(const Path& path) { return kernel_.mkdirat(AT_FDCW
 
 void PosixToolbox::clearReadOnly(const Path& path) {
     const Result<Place> place = parts_.source.openPlace(kernel_, path);
-    if (place.ok()) allowOwnerToWrite(place.value().folder, place.value().name.c_str());
+    if (!place.ok()) return;
+    const UniqueFd& folder = place.value().folder;
+    const char* const name = place.value().name.c_str();
+    struct stat before {};
+    struct stat after {};
+    const bool asksServer = !probe_.isLocal(folder);
+    const bool isKnown = asksServer && statusNow(folder, name, true, before) == 0;
+    allowOwnerToWrite(folder, name);
+    // Where two looks must be equal, our own change may not count as somebody's.
+    if (isKnown && statusNow(folder, name, true, after) == 0) probe_.carryOver(stampOf(before), stampOf(after));
 }
 
 Task<std::vector<Path>> PosixToolbox::search(SearchOrder order) {
@@ -148,6 +159,14 @@ Task<Result<>> PosixToolbox::rename(Path source, Path target) {
 }
 
 Task<Result<>> PosixToolbox::move(MoveOrder order) { return mover_.move(std::move(order), FileMover::Reach::anywhere); }
+
+Task<Result<>> PosixToolbox::flushFolders(std::vector<Path> folders) {
+    for (const Path& folder : folders) {
+        const Result<> flushed = co_await flushTree(parts_, folder);
+        if (!flushed.ok()) co_return flushed;
+    }
+    co_return Result<>();
+}
 
 Task<Result<>> PosixToolbox::removeFile(Path path, FileDate date) {
     return removeDatedFile(loop_, kernel_, disposer_, std::move(path), date);

@@ -45,6 +45,7 @@ public:
     Task<Result<>> rename(Path source, Path target) override;
     Task<Result<>> move(MoveOrder order) override;
     Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
+    Task<Result<>> flushFolders(std::vector<Path> folders) override;
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
     Task<Result<>> removeFile(Path path, FileDate date) override;
     Task<void> cleanUpAfterCrash(std::vector<Path> outputFolders, Path sourceFolder) override;

@@ -23,14 +23,27 @@ std::size_t markOf(const FileStamp& stamp) {
 
 }  // namespace
 
-std::chrono::nanoseconds QuietTime::look(const FileStamp& stamp, std::chrono::nanoseconds apart) {
+std::optional<std::chrono::nanoseconds> QuietTime::look(const FileStamp& stamp, std::chrono::nanoseconds apart) {
     const auto now = clock_.sinceBoot();
     const std::size_t mark = markOf(stamp);
     const auto found = looks_.find(stamp.identity);
-    if (found != looks_.end() && found->second.mark == mark)
-        return std::max(std::chrono::nanoseconds(0), apart - (now - found->second.first));
-    if (found != looks_.end() || makeRoom(now)) looks_.insert_or_assign(stamp.identity, Look{mark, now});
-    return apart;
+    if (found == looks_.end()) {
+        if (makeRoom(now)) looks_.emplace(stamp.identity, Look{mark, now});
+        return apart;
+    }
+    if (found->second.mark == mark) return std::max(std::chrono::nanoseconds(0), apart - (now - found->second.first));
+    found->second = {mark, now, true};
+    return std::nullopt;
+}
+
+void QuietTime::carryOver(const FileStamp& before, const FileStamp& after) {
+    const auto found = looks_.find(before.identity);
+    if (found != looks_.end() && found->second.mark == markOf(before)) found->second.mark = markOf(after);
+}
+
+void QuietTime::forgetSettled() {
+    std::erase_if(looks_, [](const auto& look) { return !look.second.hasDiffered; });
+    for (auto& [file, look] : looks_) look.hasDiffered = false;
 }
 
 bool QuietTime::makeRoom(std::chrono::nanoseconds now) {

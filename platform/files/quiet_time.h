@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 
 #include "platform/clock.h"
 #include "platform/files/file_stamp.h"
@@ -15,16 +16,20 @@ class QuietTime {
 public:
     explicit QuietTime(const Clock& clock) : clock_(clock) {}
 
-    /// Notes a look, and tells how long it still takes until this look and an earlier equal one lie `apart`; nothing
-    /// more when they do.
-    std::chrono::nanoseconds look(const FileStamp& stamp, std::chrono::nanoseconds apart);
-    /// What was seen of the file need not be kept any more.
-    void forget(const FileIdentity& file) { looks_.erase(file); }
+    /// Notes a look, and tells how long it still takes until this look and an earlier equal one lie `apart`: no time
+    /// when they do. Nothing when the earlier look differs: somebody writes, and this look is the first one of the next
+    /// pass.
+    std::optional<std::chrono::nanoseconds> look(const FileStamp& stamp, std::chrono::nanoseconds apart);
+    /// We have changed the file ourselves: what was seen of it before counts for what it is now.
+    void carryOver(const FileStamp& before, const FileStamp& after);
+    /// The pass is over: only looks that differed are kept.
+    void forgetSettled();
 
 private:
     struct Look {
         std::size_t mark;  ///< of the stamp: there may be a million of them
         std::chrono::nanoseconds first;
+        bool hasDiffered = false;
     };
 
     bool makeRoom(std::chrono::nanoseconds now);

@@ -27,19 +27,23 @@ Fault removalFault(int error) {
 
 Result<> SourceRemoval::check(const UniqueFd& folder, const FileStamp& original, const UniqueFd& opened) const {
     struct stat status {};
-    if (const int error = folder.statusOf(from_.name.c_str(), status); error != 0)
+    const bool asksServer = !parts_.systems.of(folder).isLocal;
+    if (const int error = statusNow(folder, from_.name.c_str(), asksServer, status); error != 0)
         return sourceFault(error, "The file cannot be looked at");
     const bool isWritten = !isUnwritten(status, original) ||
                            (opened && parts_.systems.of(opened).isLocal && askForWriters(opened) == Use::writing);
     return isWritten ? Result<>(inUseFault()) : Result<>();
 }
 
-Task<Result<>> SourceRemoval::remove(FileStamp original, const UniqueFd& opened) {
+Task<Result<>> SourceRemoval::remove(FileStamp original, const UniqueFd& opened, FileIdentity standing) {
     // A file that was changed keeps its place. Taken and given back, its name would not be on the disk for a moment.
     if (Result<> done = check(from_.folder, original, opened); !done.ok()) co_return done.fault();
     if (const int error = aside_.take(from_.name); error != 0) co_return removalFault(error);
     isBack_ = false;
     Result<> done = check(aside_.folder(), original, opened);
+    // Two names that the file system takes for one have gone together.
+    struct stat target {};
+    if (to_.status(target) != 0 || identityOf(target) != standing) done = inUseFault();
     UniqueFd dropped;
     if (done.ok()) {
         dropped = aside_.folder().open(from_.name.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);

@@ -46,8 +46,9 @@ public:
     /// Whether somebody is known to write to an open file.
     [[nodiscard]] bool isKnownToBeWritten(const UniqueFd& file);
     [[nodiscard]] bool isLocal(const UniqueFd& file) { return systems_.of(file).isLocal; }
-    /// The file is carried: the looks at it are done with.
-    void forget(const FileIdentity& file) { quiet_.forget(file); }
+    /// As QuietTime's.
+    void carryOver(const FileStamp& before, const FileStamp& after) { quiet_.carryOver(before, after); }
+    void forgetSettled() { quiet_.forgetSettled(); }
 
 private:
     [[nodiscard]] Readiness afterTwoLooks(const FileStamp& stamp, const FileSystemFacts& facts);

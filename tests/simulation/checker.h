@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/folded_name.h"
 #include "simulation/world.h"
 
 namespace vantrell::test {

@@ -44,6 +44,17 @@ TEST_F(OrderTest, AFileIsSafeBeforeItIsSeenAndLoggedBeforeItIsMoved) {
     EXPECT_LT(std::find(at("flush out"), notes.end(), logged), at("move in/a > done/a"));
 }
 
+// Where names are not ordered, how many names a file has must reach the disk too.
+TEST_F(OrderTest, AnOutputIsFlushedAgainWithItsNameWhereNamesAreNotOrdered) {
+    bench.kernel.mountedAs = "ext2";
+    writeFile(bench.in("a"), "contents");
+    ASSERT_TRUE(bench.runPass());
+    Notes notes = ofFiles(taken());
+    notes.erase(notes.begin(), std::find(notes.begin(), notes.end(), "write out/*"));
+    notes.resize(5);
+    EXPECT_EQ(notes, (Notes{"write out/*", "flush out/*", "name out/a.enc", "flush out/*", "flush out"}));
+}
+
 TEST_F(OrderTest, TheSettingsAreSafeBeforeTheyTakeTheirName) {
     ASSERT_TRUE(bench.files.writeAtomically(bench.settingsFile, "old").ok());
     taken();

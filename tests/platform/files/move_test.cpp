@@ -232,7 +232,6 @@ TEST_P(Move, AnEqualFileAtTheTargetIsTheFileAndAnotherOneIsNot) {
     }
 }
 
-/// Notes what happens where names are not ordered, and knows no second names when it is told so.
 TEST_F(OneFile, WhereNamesAreNotOrderedTheOldOneGoesLast) {
     RecordingKernel kernel(loop.kernel(), folder.path());
     kernel.mountedAs = "ext2";
@@ -245,9 +244,9 @@ TEST_F(OneFile, WhereNamesAreNotOrderedTheOldOneGoesLast) {
         EXPECT_EQ(wordsOf(loop.valueOf(unordered.move({source, target, Replace::allowed}))), "");
         Names notes = kernel.taken();
         std::erase_if(notes, [](const std::string& note) { return note.starts_with("flush source/.zep"); });
-        Names expected{"flush done/a", "flush done", "move source/a > source/*", "flush source"};
+        Names expected{"name done/a", "flush done/a", "flush done", "move source/a > source/*", "flush source"};
         if (isTaken)
-            expected = {"flush done/*", "move done/* > done/a", "flush done", "move source/a > source/*",
+            expected = {"name done/*", "flush done/*", "move done/* > done/a", "flush done", "move source/a > source/*",
                         "flush source"};
         EXPECT_EQ(notes, expected);
         EXPECT_EQ(readFile(target), "contents");
