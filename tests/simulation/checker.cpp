@@ -291,7 +291,8 @@ bool Checker::mayReplace(const File& before, const File& after, const Found& old
     const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
         return one.original == old && one.pass == passes_;
     });
-    if (!isOfThisPass && (isIn(older, Where::rejected) || isIn(older, Where::source))) return true;
+    const bool isElsewhere = isIn(older, Where::rejected) || isIn(older, Where::source);
+    if (at(old).excuse == Excuse::writersOwn || (isElsewhere && !isOfThisPass)) return true;
     const std::set<unsigned>& passes = at(fresh).passes;
     return std::none_of(at(old).passes.begin(), at(old).passes.end(),
                         [&](unsigned pass) { return passes.contains(pass); });
