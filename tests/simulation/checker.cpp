@@ -127,7 +127,7 @@ void Checker::excuse(Excuse& of, Excuse why) {
 
 void Checker::put(const std::string& path, Where where) {
     const Bytes bytes = world_.others().contents(path);
-    contents_.push_back({bytes, path, nameOf(path), where, Excuse::none, Excuse::none, {}});
+    contents_.push_back({bytes, path, where, Excuse::none, Excuse::none, {}, {nameOf(path)}});
     known_.clear();
     othersActed();
 }
@@ -239,7 +239,7 @@ Checker::Broken Checker::judgeChanges(const State& now) {
     next = 0;
     for (const File& file : now) {
         const File* const earlier = at(file.path, before_, next);
-        if (!isProtected(file.where) || (earlier != nullptr && *earlier->bytes == *file.bytes)) continue;
+        if (earlier != nullptr && (earlier->bytes == file.bytes || *earlier->bytes == *file.bytes)) continue;
         if (Broken broken = judgeNew(file, found)) return broken;
     }
     return std::nullopt;
@@ -268,6 +268,7 @@ Checker::Broken Checker::judge(const File& before, const File* after, const std:
 }
 
 Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& found) {
+    if (file.where == Where::source && file.content() != kUnknown) at(file.content()).names.insert(nameOf(file.path));
     if (file.where == Where::done) arrivals_[file.path] = world_.clock.sinceEpoch();
     const Id id = file.original();
     if (file.where != Where::destination || id == kUnknown) return std::nullopt;
@@ -338,6 +339,11 @@ Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
     return std::nullopt;
 }
 
+bool Checker::hasBorne(const Content& content, const std::string& name) {
+    return std::any_of(content.names.begin(), content.names.end(),
+                       [&](const std::string& one) { return lowered(one) == lowered(name); });
+}
+
 bool Checker::isLaterOutput(const std::string& key, Id earlier, Id later) const {
     for (auto one = published_.rbegin(); one != published_.rend() && one->original != earlier; ++one)
         if (one->original == later && one->key == key) return true;
@@ -355,7 +361,7 @@ Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Foun
         const std::string key = keyOf(withoutEnding(nameOf(file.path)));
         if (file.original() == kUnknown) return file.path + " is partial, or of no content that ever was";
         // What a disk takes for the same name may be written in another way.
-        if (lowered(at(file.original()).name) != lowered(key)) return file.path + " holds " + at(file.original()).path;
+        if (!hasBorne(at(file.original()), withoutEnding(nameOf(file.path)))) return file.path + " holds " + at(file.original()).path;
         for (const Publication& other : published_) {
             if (other.folder != folderOf(file.path) || other.key != key || other.original == file.original()) continue;
             const Content& content = at(other.original);
@@ -375,7 +381,7 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
         if (content.where != Where::source || content.excuse != Excuse::none) continue;
         if (content.outputsExcuse != Excuse::none) continue;
         if (!isIn(found[i], Where::done) || isIn(found[i], Where::source)) continue;
-        const std::string key = keyOf(content.name);
+        const std::string key = keyOf(nameOf(content.path));
         const bool stands = std::any_of(state.begin(), state.end(), [&](const File& file) {
             if (file.where != Where::destination || file.original() == kUnknown) return false;
             return file.original() == static_cast<Id>(i) || isLaterOutput(key, static_cast<Id>(i), file.original());
@@ -434,8 +440,12 @@ Checker::Broken Checker::afterCut(Chance& chance) {
 // What a cut has brought back stands there again like anything else.
 void Checker::adopt(State state) {
     before_ = std::move(state);
-    for (const File& file : before_)
+    for (const File& file : before_) {
         if (file.where == Where::done) arrivals_.try_emplace(file.path, world_.clock.sinceEpoch());
+        const bool isNamed = file.where == Where::source && file.content() != kUnknown;
+        if (isNamed && nameOf(file.path) != nameOf(at(file.content()).path))
+            at(file.content()).names.insert(nameOf(file.path));
+    }
 }
 
 Checker::Broken Checker::afterEnd(bool wasKilled) {
@@ -467,10 +477,10 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
         if (file.where != Where::destination || file.original() == kUnknown) continue;
         const Found& original = found[static_cast<std::size_t>(file.original())];
         const bool isItself = original.places != 0 || at(file.original()).excuse != Excuse::none;
-        if (displayText(at(file.original()).name) == name && isItself) return std::nullopt;
+        if (lowered(displayText(withoutEnding(nameOf(file.path)))) == lowered(name) && isItself) return std::nullopt;
     }
     for (const Content& content : contents_)
-        if (displayText(content.name) == name && content.outputsExcuse != Excuse::none) return std::nullopt;
+        if (displayText(nameOf(content.path)) == name && content.outputsExcuse != Excuse::none) return std::nullopt;
     return "the log says Sucessful of " + name + ", and a cut here leaves no output of it";
 }
 

@@ -45,11 +45,11 @@ inline constexpr std::array<const char*, kExcuses> kExcuseRows{
 struct Content {
     Bytes bytes;
     std::string path;  ///< where it was put
-    std::string name;
     Where where = Where::source;
     Excuse excuse = Excuse::none;
     Excuse outputsExcuse = Excuse::none;
-    std::set<unsigned> passes;  ///< that found it
+    std::set<unsigned> passes;    ///< that found it
+    std::set<std::string> names;  ///< that it has borne in Source: one whose name is taken may come back under another
 };
 
 /// Knows every content that was put in, and whether the promises hold: for what the running system sees, and for what
@@ -139,6 +139,7 @@ private:
     [[nodiscard]] Broken checkContents(const std::vector<Found>& found) const;
     [[nodiscard]] Broken checkOutputs(const State& state, const std::vector<Found>& found) const;
     [[nodiscard]] Broken checkOriginals(const State& state, const std::vector<Found>& found) const;
+    [[nodiscard]] static bool hasBorne(const Content& content, const std::string& name);
     [[nodiscard]] bool isLaterOutput(const std::string& key, Id earlier, Id later) const;
     [[nodiscard]] Broken checkData(const Copies& disks) const;
 

@@ -114,6 +114,8 @@ void Life::planFault() {
     if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kFolders));
     const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
     fault.losesData = isFlush && fault.error == EIO && chance_.oneIn(2);
+    tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below + ", error " +
+         std::to_string(fault.error) + (fault.times == 1 ? ", once" : fault.losesData ? ", and loses data" : ""));
     world_.kernel.faults.push_back(std::move(fault));
 }
 
@@ -149,7 +151,10 @@ void Life::live(std::size_t mostPasses) {
     while (passes_ < mostPasses && step()) {
         if (passes_ != before || program_->boxes.areOpen()) longest = world_.clock.sinceBoot() + kLongestPass;
         before = passes_;
-        if (world_.clock.sinceBoot() > longest) note("a pass does not end, or the next one does not begin");
+        if (world_.clock.sinceBoot() <= longest) continue;
+        // There is no pass where the settings could not be read.
+        if (!isCalm_ && program_->engine.state.anyFolderIsEmpty()) return;
+        note("a pass does not end, or the next one does not begin");
     }
 }
 
