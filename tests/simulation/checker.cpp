@@ -290,7 +290,7 @@ bool Checker::mayReplace(const File& before, const File& after, const Found& old
     const Id fresh = areOutputs ? after.original() : after.content();
     if (old == kUnknown || fresh == kUnknown || at(old).path == at(fresh).path) return true;
     const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
-        return one.original == old && one.pass == passes_;
+        return one.original == old && one.pass == passes_ && one.key == keyOf(withoutEnding(nameOf(before.path)));
     });
     const bool isElsewhere = isIn(older, Where::rejected) || isIn(older, Where::source);
     if (at(old).excuse == Excuse::writersOwn || (isElsewhere && !isOfThisPass)) return true;
