@@ -232,7 +232,7 @@ void Actors::swapFolder() {
         others.remove(folder);
         others.rename(aside, folder);
     }
-    others.flush(folder);
+    others.flush(folderOf(folder));
     told("swap " + folder);
     checker_.hidden(folder);
     checker_.othersActed();

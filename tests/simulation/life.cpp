@@ -114,6 +114,10 @@ void Life::planFault() {
     fault.from = world_.kernel.calls() + 1 + chance_.below(400);
     fault.times = chance_.oneIn(2) ? 1 : chance_.oneIn(2) ? 1 + chance_.below(5) : PlannedFault::kAlways;
     if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kFolders));
+    const bool isReading = fault.call == Call::openat || fault.call == Call::openat2 || fault.call == Call::getdents64;
+    const bool isInSource = fault.below.empty() || fault.below == world_.folder(Where::source);
+    if (isReading && isInSource && !chance_.oneIn(hazards_.blindSearches))
+        fault.below = world_.folder(Where::destination);
     const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
     fault.losesData = isFlush && fault.error == EIO && chance_.oneIn(2);
     tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below + ", error " +

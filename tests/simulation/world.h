@@ -23,6 +23,7 @@ struct Hazards {
     std::uint64_t tornSettings = 20;  ///< ZEP.cfg lacks its last items at first
     std::uint64_t faults = 2;         ///< a run in which calls fail
     std::uint64_t blindLooks = 1;     ///< looks at open files may be among them
+    std::uint64_t blindSearches = 1;  ///< openings and listings in Source may be among them
     std::uint64_t shortCalls = 6;     ///< a run with short reads and writes, or with interrupted ones
     std::uint64_t fullDisk = 6;
     std::uint64_t vanishing = 12;     ///< a run in which a disk is pulled out
@@ -47,6 +48,7 @@ inline constexpr std::array kHazardRows{HazardRow{"unordered", &Hazards::unorder
                                         HazardRow{"tornSettings", &Hazards::tornSettings},
                                         HazardRow{"faults", &Hazards::faults},
                                         HazardRow{"blindLooks", &Hazards::blindLooks},
+                                        HazardRow{"blindSearches", &Hazards::blindSearches},
                                         HazardRow{"shortCalls", &Hazards::shortCalls},
                                         HazardRow{"fullDisk", &Hazards::fullDisk},
                                         HazardRow{"vanishing", &Hazards::vanishing},
