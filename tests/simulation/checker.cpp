@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
+#include "base/date_text.h"
 #include "base/display_text.h"
-#include "base/folded_name.h"
 #include "base/path.h"
 #include "core/data_folder.h"
 #include "core/settings_format.h"
@@ -19,287 +19,533 @@ using vantrell::nameOf;
 namespace {
 
 constexpr std::string_view kEnding = ".enc";
+constexpr char kUntouched[] = "nobody touches this";
 
-// With OpenSSL alone, so that nothing of the program is taken for granted.
-std::string encrypted(const std::string& password, const std::string& plain) {
-    std::string key = password;
-    key.resize(32, '\0');
-    std::string made(plain.size() + 16, '\0');
-    const auto bytes = [](auto& text) { return reinterpret_cast<unsigned char*>(const_cast<char*>(text.data())); };
+// With OpenSSL alone, so that nothing of the program is taken for granted. Nothing when it is no ciphertext.
+std::optional<std::string> decrypted(EVP_CIPHER_CTX* context, const std::string& password, const std::string& made) {
+    std::array<unsigned char, 32> key{};
+    std::copy_n(password.begin(), std::min(password.size(), key.size()), key.begin());
+    std::string plain(made.size() + 16, '\0');
+    auto* const out = reinterpret_cast<unsigned char*>(plain.data());
     int first = 0;
     int last = 0;
-    EVP_CIPHER_CTX* context = EVP_CIPHER_CTX_new();
-    EVP_EncryptInit_ex(context, EVP_aes_256_ecb(), nullptr, bytes(key), nullptr);
-    EVP_EncryptUpdate(context, bytes(made), &first, bytes(plain), static_cast<int>(plain.size()));
-    EVP_EncryptFinal_ex(context, bytes(made) + first, &last);
-    EVP_CIPHER_CTX_free(context);
-    made.resize(static_cast<std::size_t>(first + last));
-    return made;
+    EVP_DecryptInit_ex(context, EVP_aes_256_ecb(), nullptr, key.data(), nullptr);
+    EVP_DecryptUpdate(context, out, &first, reinterpret_cast<const unsigned char*>(made.data()),
+                      static_cast<int>(made.size()));
+    if (EVP_DecryptFinal_ex(context, out + first, &last) != 1) return std::nullopt;
+    plain.resize(static_cast<std::size_t>(first + last));
+    return plain;
 }
 
-bool isOurTemporary(const std::string& path) { return isTemporaryName(nameOf(path)); }
+std::string lowered(std::string name) {
+    for (char& c : name)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return name;
+}
 
-// In the private folder of a file that is being removed, whose name it keeps.
-bool isInPrivateFolder(const std::string& path) { return isTemporaryName(nameOf(folderOf(path))); }
-
-bool isOutput(const std::string& path) { return path.size() > kEnding.size() && path.ends_with(kEnding); }
+// As questions name it, whatever the disk takes for the same name.
+std::string placeOf(const std::string& path) { return lowered(displayText(path)); }
+bool isOutput(const std::string& path) { return path.size() > kEnding.size() && lowered(path).ends_with(kEnding); }
+std::string withoutEnding(const std::string& name) { return name.substr(0, name.size() - kEnding.size()); }
+bool isProtected(Where where) {
+    return where == Where::destination || where == Where::done || where == Where::rejected;
+}
 
 }  // namespace
 
-Checker::Checker(World& world) : world_(world) {
-    for (std::size_t i = 0; i < regions_.size(); ++i) {
-        const std::string& path = world.folder(static_cast<Where>(i));
-        const Spot spot = world.others().at(path);
-        std::size_t disk = 0;
-        while (&world.disks[disk] != spot.disk) ++disk;
-        regions_[i] = {disk, spot.node, path};
+Checker::Checker(World& world) : world_(world), context_(EVP_CIPHER_CTX_new(), EVP_CIPHER_CTX_free) {
+    settings_.insert(world.firstSettings);
+    settingsAre(world.settings);
+    passwordFiles_.emplace_back("passwords 1", Excuse::none);
+}
+
+// What is known of bytes. They are kept, so that whoever writes to the file gets others.
+const Checker::Known& Checker::identify(const Bytes& bytes, bool maybeOutput) {
+    const auto idOf = [this](const std::string& plain) {
+        for (std::size_t i = contents_.size(); i-- > 0;)
+            if (*contents_[i].bytes == plain) return static_cast<Id>(i);
+        return kUnknown;
+    };
+    Known& known = known_[bytes.get()];
+    if (!known.bytes) {
+        known.bytes = bytes;
+        known.content = idOf(*bytes);
     }
-    settingsMayBe(formatSettings(world.settings));
+    if (!maybeOutput || known.content != kUnknown || !known.password.empty()) return known;
+    for (const std::string& password : passwords_) {
+        const std::optional<std::string> plain = decrypted(context_.get(), password, *bytes);
+        known.original = plain ? idOf(*plain) : kUnknown;
+        known.password = password;
+        if (known.original != kUnknown) break;
+    }
+    return known;
 }
 
-void Checker::put(const std::string& path, Where where, const std::string& bytes) {
-    contents_.push_back({bytes, path, where, Excuse::none, {}, where != Where::source, {}});
+bool Checker::isRegion(const std::string& path) const {
+    return std::any_of(world_.regions().begin(), world_.regions().end(),
+                       [&](const Region& region) { return region.path == path; });
 }
 
-void Checker::passBegins() {
-    ++passes_;
-    for (Content& content : contents_)
-        if (!content.hasLeft) content.passes.insert(passes_);
-}
-
-void Checker::touchedByOthers(const std::string& path) {
-    const Bytes bytes = world_.others().contents(path);
-    for (Content& content : contents_)
-        if (bytes && content.bytes == *bytes) content.excuse = Excuse::changedByOthers;
-}
-
-void Checker::collect(const SimulatedDisk& disk, Node folder, const std::string& path, Where where, State& into) const {
+// Our temporary files are nobody's content; what lies in a private folder of a file that is being removed is.
+void Checker::collect(const SimulatedDisk& disk, Node folder, const std::string& path, Where where, State& into) {
     for (const auto& [name, node] : disk.at(folder).names) {
         const Inode& inode = disk.at(node);
         std::string below = path + "/" + name;
-        if (S_ISREG(inode.mode))
-            into.files[static_cast<std::size_t>(where)].push_back({std::move(below), inode.bytes.get()});
-        // Done may lie inside Source, and is a place of its own.
-        const bool isOther = where == Where::source && below == regions_[static_cast<std::size_t>(Where::done)].path;
-        if (S_ISDIR(inode.mode) && !isOther) collect(disk, node, below, where, into);
+        if (S_ISREG(inode.mode) && !isTemporaryName(name))
+            into.push_back({where, std::move(below), inode.bytes, &identify(inode.bytes, where == Where::destination)});
+        else if (S_ISDIR(inode.mode) && !isRegion(below))
+            collect(disk, node, below, where, into);
     }
 }
 
-Checker::State Checker::stateOf(const std::deque<SimulatedDisk>& disks) const {
+Checker::State Checker::stateOf(const Copies& disks) {
     State state;
-    for (std::size_t i = 0; i < regions_.size(); ++i)
-        collect(disks[regions_[i].disk], regions_[i].node, regions_[i].path, static_cast<Where>(i), state);
+    state.reserve(before_.size() + 8);
+    for (const Region& region : world_.regions())
+        if (region.where != Where::data) collect(disks[region.disk], region.node, region.path, region.where, state);
     return state;
 }
 
-std::deque<SimulatedDisk> Checker::cutCopy(Chance& chance) const {
-    std::deque<SimulatedDisk> copy = world_.disks;
+Checker::Copies Checker::cutCopy(Chance& chance) const {
+    Copies copy = world_.disks;
     for (SimulatedDisk& disk : copy) disk.cut(chance);
     return copy;
 }
 
-bool Checker::isSame(const std::string& one, const std::string& other) const {
-    return foldedName(one) == foldedName(other);
+std::string Checker::keyOf(const std::string& name) const {
+    for (const Region& region : world_.regions())
+        if (region.where == Where::destination && world_.disks[region.disk].traits.foldsCase) return lowered(name);
+    return name;
 }
 
-bool Checker::stands(const State& state, Where where, const std::string& bytes) const {
-    return std::any_of(state.in(where).begin(), state.in(where).end(),
-                       [&](const File& file) { return *file.bytes == bytes && !isOurTemporary(file.path); });
+void Checker::excuse(Excuse& of, Excuse why) {
+    of = why;
+    ++excused_[static_cast<std::size_t>(why)];
 }
 
-const Content* Checker::contentOf(const std::string& bytes) const {
-    const auto found = std::find_if(contents_.rbegin(), contents_.rend(),
-                                    [&](const Content& content) { return content.bytes == bytes; });
-    return found == contents_.rend() ? nullptr : &*found;
+// Other programs and people
+
+void Checker::put(const std::string& path, Where where) {
+    const Bytes bytes = world_.others().contents(path);
+    contents_.push_back({bytes, path, where, Excuse::none, Excuse::none, {}, {nameOf(path)}});
+    known_.clear();
+    othersActed();
 }
 
-bool Checker::isOutputOf(const std::string& bytes, const Content& content) const {
-    for (const std::string& password : passwords_) {
-        std::string& output = outputs_[{password, content.bytes}];
-        if (output.empty()) output = encrypted(password, content.bytes);
-        if (output == bytes) return true;
+void Checker::othersAct(const std::string& path) {
+    const Bytes bytes = world_.others().contents(path);
+    if (!bytes) return;
+    const Id id = identify(bytes, false).content;
+    if (id != kUnknown) excuse(at(id).excuse, Excuse::writersOwn);
+}
+
+void Checker::hidden(const std::string& folder) {
+    for (const File& file : before_)
+        if (file.content() != kUnknown && file.path.starts_with(folder)) at(file.content()).passes.erase(passes_);
+}
+
+void Checker::othersActed() { adopt(stateOf(world_.disks)); }
+
+Checker::Broken Checker::collects(const std::string& path) {
+    const Bytes bytes = world_.others().contents(path);
+    const Known& known = identify(bytes, true);
+    if (known.content != kUnknown) excuse(at(known.content).excuse, Excuse::writersOwn);
+    if (known.content == kUnknown && known.original == kUnknown) return path + " was collected, and is nobody's output";
+    if (known.original != kUnknown) excuse(at(known.original).outputsExcuse, Excuse::collected);
+    return std::nullopt;
+}
+
+void Checker::settingsAre(const SettingsRecord& settings) {
+    if (settings == inForce_) return;
+    inForce_ = settings;
+    settings_.insert(formatSettings(settings));
+    mayOverwrite_ |= settings.OverwriteExistingFiles;
+}
+
+void Checker::passwordIs(const std::string& password) {
+    password_ = password;
+    passwords_.insert(password);
+    known_.clear();
+    othersActed();
+}
+
+void Checker::passwordsMayBe(const std::string& text) {
+    const Bytes live = world_.others().contents(world_.dataFile(kPasswordFileName));
+    for (auto& [file, why] : passwordFiles_)
+        if (live && file == *live) why = Excuse::writersOwn;
+    passwordFiles_.emplace_back(text, Excuse::writersOwn);
+}
+
+void Checker::passwordsAreSaved() { passwordFiles_.back().second = Excuse::none; }
+
+// Of a question: which file may be replaced.
+void Checker::allowed(const std::string& question) {
+    const std::size_t end = question.find(" already exists");
+    if (end == std::string::npos) return;
+    const std::string name = nameOf(question.substr(0, end));
+    const bool isAboutDone = question.find("The orginal file") != std::string::npos;
+    const std::string& folder = isAboutDone ? ofThePass_.DoneFolder : ofThePass_.DestinationFolder;
+    allowed_.insert(lowered(displayText(folder) + "/" + name + (isAboutDone ? "" : std::string(kEnding))));
+}
+
+// The program
+
+void Checker::passBegins() {
+    ++passes_;
+    ofThePass_ = inForce_;
+    allowed_.clear();
+    mayOverwrite_ = inForce_.OverwriteExistingFiles;
+    for (const File& file : before_) {
+        const bool isFound = inForce_.IncludeSubfolders || folderOf(file.path) == inForce_.SourceFolder;
+        if (file.where == Where::source && file.content() != kUnknown && isFound && !isOutput(file.path))
+            at(file.content()).passes.insert(passes_);
     }
+}
+
+Checker::Broken Checker::called(const CallRecord& call) {
+    const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
+    if (isFlush && call.answer != 0 && call.answer != EINVAL) isFlushFaultUnnoted_ = true;
+    if (call.changed != Changed::names && call.call != Call::ftruncate) return std::nullopt;
+    if (call.path().starts_with(world_.profile + "/")) {
+        const bool stands = world_.others().at(world_.dataFile("Failed Flush.note")).node != kNoNode;
+        isFlushFaultUnnoted_ = isFlushFaultUnnoted_ && !stands;
+        return checkData(world_.disks);
+    }
+    State now = stateOf(world_.disks);
+    if (Broken broken = judgeChanges(now)) return broken;
+    Broken broken = check(now);
+    before_ = std::move(now);
+    return broken;
+}
+
+Checker::Broken Checker::judgeChanges(const State& now) {
+    const std::vector<Found> found = find(now);
+    std::size_t next = 0;
+    const auto at = [&](const std::string& path, const State& state, std::size_t& from) -> const File* {
+        for (std::size_t tried = 0; tried < state.size(); ++tried) {
+            const File& file = state[(from + tried) % state.size()];
+            if (file.path != path) continue;
+            from += tried + 1;
+            return &file;
+        }
+        return nullptr;
+    };
+    for (const File& file : before_) {
+        const File* const after = at(file.path, now, next);
+        if (!isProtected(file.where) || (after != nullptr && after->bytes == file.bytes)) continue;
+        if (after != nullptr && *after->bytes == *file.bytes) continue;
+        if (Broken broken = judge(file, after, found)) return broken;
+    }
+    next = 0;
+    for (const File& file : now) {
+        const File* const earlier = at(file.path, before_, next);
+        if (earlier != nullptr && (earlier->bytes == file.bytes || *earlier->bytes == *file.bytes)) continue;
+        if (Broken broken = judgeNew(file, found)) return broken;
+    }
+    return std::nullopt;
+}
+
+// Something that stood in a protected folder stands there no more, or is another one.
+Checker::Broken Checker::judge(const File& before, const File* after, const std::vector<Found>& found) {
+    const Id id =
+        before.where == Where::destination && before.original() != kUnknown ? before.original() : before.content();
+    const Found none;
+    const Found& places = id == kUnknown ? none : found[static_cast<std::size_t>(id)];
+    if (after != nullptr) {
+        if (!mayReplace(before, *after, places)) return before.path + " was replaced, and nobody had allowed it";
+        allowed_.erase(placeOf(before.path));
+        if (before.content() != kUnknown && places.places == 0) excuse(at(id).excuse, Excuse::replacementAllowed);
+        return std::nullopt;
+    }
+    // What the program has put there is taken back, as long as the original is where it was.
+    const bool isOurs = id != kUnknown && at(id).where == Where::source;
+    if (isOurs && (isIn(places, Where::source) || at(id).excuse == Excuse::writersOwn)) return std::nullopt;
+    if (before.where == Where::done && id != kUnknown && isOldEnough(before)) {
+        excuse(at(id).excuse, Excuse::weeklyDelete);
+        return std::nullopt;
+    }
+    return before.path + " was removed, and nobody had allowed it";
+}
+
+Checker::Broken Checker::judgeNew(const File& file, const std::vector<Found>& found) {
+    if (file.where == Where::source && file.content() != kUnknown) at(file.content()).names.insert(nameOf(file.path));
+    if (file.where == Where::done) arrivals_[file.path] = world_.clock.sinceEpoch();
+    const Id id = file.original();
+    if (file.where != Where::destination || id == kUnknown) return std::nullopt;
+    published_.push_back({folderOf(file.path), keyOf(withoutEnding(nameOf(file.path))), id, passes_});
+    at(id).outputsExcuse = Excuse::none;
+    if (isIn(found[static_cast<std::size_t>(id)], Where::source) || at(id).excuse == Excuse::writersOwn)
+        return std::nullopt;
+    return file.path + " was made of a content that is not in Source";
+}
+
+// Two files of a name that one pass has found are no older and newer version of each other. The name belongs to what
+// has been carried, and to what was made in this pass.
+bool Checker::mayReplace(const File& before, const File& after, const Found& older) const {
+    if (before.where == Where::rejected) return false;
+    if (allowed_.contains(placeOf(before.path))) return true;
+    if (!mayOverwrite_) return false;
+    const bool areOutputs = before.where == Where::destination;
+    const Id old = areOutputs ? before.original() : before.content();
+    const Id fresh = areOutputs ? after.original() : after.content();
+    if (old == kUnknown || fresh == kUnknown || at(old).path == at(fresh).path) return true;
+    const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
+        return one.original == old && one.pass == passes_ && one.key == keyOf(withoutEnding(nameOf(before.path)));
+    });
+    const bool isElsewhere = isIn(older, Where::rejected) || isIn(older, Where::source);
+    if (at(old).excuse == Excuse::writersOwn || (isElsewhere && !isOfThisPass)) return true;
+    const std::set<unsigned>& passes = at(fresh).passes;
+    return std::none_of(at(old).passes.begin(), at(old).passes.end(),
+                        [&](unsigned pass) { return passes.contains(pass); });
+}
+
+bool Checker::isOldEnough(const File& file) const {
+    const auto arrived = arrivals_.find(file.path);
+    const std::chrono::hours least(24 * inForce_.WeeklyDeleteDaysOld - 1);
+    return arrived != arrivals_.end() && world_.clock.sinceEpoch() - arrived->second >= least;
+}
+
+// What holds at every moment and after every cut
+
+std::vector<Checker::Found> Checker::find(const State& state) const {
+    std::vector<Found> found(contents_.size());
+    for (const File& file : state) {
+        if (file.content() == kUnknown) continue;
+        Found& one = found[static_cast<std::size_t>(file.content())];
+        one.places |= static_cast<std::uint8_t>(1U << static_cast<unsigned>(file.where));
+        one.isInPlace |= file.path == at(file.content()).path;
+    }
+    return found;
+}
+
+Checker::Broken Checker::check(const State& state) {
+    if (isExcused_) return std::nullopt;
+    const std::vector<Found> found = find(state);
+    if (Broken broken = checkContents(found)) return broken;
+    if (Broken broken = checkOutputs(state, found)) return broken;
+    return checkOriginals(state, found);
+}
+
+Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
+    for (std::size_t i = 0; i < contents_.size(); ++i) {
+        const Content& content = contents_[i];
+        if (content.excuse != Excuse::none) continue;
+        if (content.where != Where::source) {
+            if (!found[i].isInPlace) return content.path + ", which others had put there, is not there any more";
+        } else if (!isIn(found[i], Where::source) && !isIn(found[i], Where::done) && !isIn(found[i], Where::rejected)) {
+            return "the content of " + content.path + " is nowhere";
+        }
+    }
+    return std::nullopt;
+}
+
+bool Checker::hasBorne(const Content& content, const std::string& name) {
+    return std::any_of(content.names.begin(), content.names.end(),
+                       [&](const std::string& one) { return lowered(one) == lowered(name); });
+}
+
+bool Checker::isLaterOutput(const std::string& key, Id earlier, Id later) const {
+    for (auto one = published_.rbegin(); one != published_.rend() && one->original != earlier; ++one)
+        if (one->original == later && one->key == key) return true;
     return false;
 }
 
-// Questions show names as people read them.
-bool Checker::isAllowed(const std::string& name) const { return allowed_.contains(displayText(name)); }
-
-// Two files of a name that lay in Source at the beginning of one pass are no older and newer version of each other.
-bool Checker::mayBeReplacedBy(const Content& old, const Content& newer) const {
-    const bool mayGo = world_.settings.OverwriteExistingFiles || isAllowed(nameOf(newer.path));
-    if (!mayGo || old.where == Where::rejected) return false;
-    if (old.path == newer.path) return true;
-    return std::none_of(old.passes.begin(), old.passes.end(),
-                        [&](unsigned pass) { return newer.passes.contains(pass); });
-}
-
-void Checker::excuseReplaced(const State& state) {
-    for (Content& content : contents_) {
-        if (content.excuse != Excuse::none) continue;
-        if (!content.hasLeft && !stands(state, Where::source, content.bytes)) content.hasLeft = true;
-        const bool isThere = stands(state, Where::source, content.bytes) || stands(state, Where::done, content.bytes) ||
-                             stands(state, Where::rejected, content.bytes) || content.where == Where::destination;
-        if (isThere) continue;
-        for (const File& file : state.in(Where::done)) {
-            const Content* newer = isSame(nameOf(file.path), nameOf(content.path)) ? contentOf(*file.bytes) : nullptr;
-            if (newer == nullptr || newer == &content || !mayBeReplacedBy(content, *newer)) continue;
-            content.excuse = Excuse::replaced;
-            content.successor = nameOf(newer->path);
+// What stands under an output's name is whole, and of what was carried last under that name.
+Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Found>& found) const {
+    unsigned outside = 0;
+    for (const File& file : state) {
+        outside += file.where == Where::outside;
+        if (file.where == Where::outside && *file.bytes != kUntouched)
+            return file.path + " lies outside and was changed";
+        if (file.where != Where::destination || file.content() != kUnknown) continue;
+        const std::string key = keyOf(withoutEnding(nameOf(file.path)));
+        if (file.original() == kUnknown) return file.path + " is partial, or of no content that ever was";
+        // What a disk takes for the same name may be written in another way.
+        if (!hasBorne(at(file.original()), withoutEnding(nameOf(file.path)))) return file.path + " holds " + at(file.original()).path;
+        for (const Publication& other : published_) {
+            if (other.folder != folderOf(file.path) || other.key != key || other.original == file.original()) continue;
+            const Content& content = at(other.original);
+            const bool isExcused = content.excuse != Excuse::none || content.outputsExcuse != Excuse::none;
+            const bool isThere = isIn(found[static_cast<std::size_t>(other.original)], Where::source);
+            if (!isExcused && !isThere && isLaterOutput(key, file.original(), other.original))
+                return file.path + " is older than " + content.path + ", which has left Source";
         }
     }
-}
-
-Checker::Broken Checker::contents(const State& state) const {
-    for (const Content& content : contents_) {
-        if (content.excuse != Excuse::none || content.where == Where::destination || content.bytes.empty()) continue;
-        if (stands(state, Where::source, content.bytes) || stands(state, Where::done, content.bytes) ||
-            stands(state, Where::rejected, content.bytes))
-            continue;
-        return "the content of " + content.path + " is nowhere";
-    }
-    return std::nullopt;
-}
-
-Checker::Broken Checker::outputs(const State& state) const {
-    for (const File& file : state.in(Where::destination)) {
-        if (isOurTemporary(file.path)) continue;
-        const std::string name = nameOf(file.path).substr(0, nameOf(file.path).size() - kEnding.size());
-        bool isKnown = contentOf(*file.bytes) != nullptr;  // another program's
-        for (const Content& content : contents_) {
-            const bool isIt = isSame(nameOf(content.path), name) && isOutputOf(*file.bytes, content);
-            if (isIt && content.excuse == Excuse::replaced && content.successor == nameOf(content.path))
-                return file.path + " is of a content that has been replaced in Done";
-            isKnown = isKnown || isIt;
-        }
-        if (!isKnown) return file.path + " is partial, or of no content of that name";
-    }
-    return std::nullopt;
+    return outside == 1 ? std::nullopt : Broken("outside the folders something was made or removed");
 }
 
 // Whatever has left Source for Done has an output.
-Checker::Broken Checker::originals(const State& state) const {
-    for (const File& file : state.in(Where::done)) {
-        const Content* content = isOurTemporary(file.path) ? nullptr : contentOf(*file.bytes);
-        if (content == nullptr || content->where != Where::source || content->excuse != Excuse::none) continue;
-        if (stands(state, Where::source, content->bytes)) continue;
-        const std::string name = nameOf(file.path);
-        const bool isCollected = collected_.contains(foldedName(name));
-        const auto isItsOutput = [&](const File& output) {
-            return isSame(nameOf(output.path), name + std::string(kEnding));
-        };
-        const auto& there = state.in(Where::destination);
-        if (!isCollected && std::none_of(there.begin(), there.end(), isItsOutput))
-            return file.path + " has left Source without an output";
+Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Found>& found) const {
+    for (std::size_t i = 0; i < contents_.size(); ++i) {
+        const Content& content = contents_[i];
+        if (content.where != Where::source || content.excuse != Excuse::none) continue;
+        if (content.outputsExcuse != Excuse::none) continue;
+        if (!isIn(found[i], Where::done) || isIn(found[i], Where::source)) continue;
+        const std::string key = keyOf(nameOf(content.path));
+        const bool stands = std::any_of(state.begin(), state.end(), [&](const File& file) {
+            if (file.where != Where::destination || file.original() == kUnknown) return false;
+            return file.original() == static_cast<Id>(i) || isLaterOutput(key, static_cast<Id>(i), file.original());
+        });
+        // One that had rightly taken its place was collected then.
+        const bool isCollected = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
+            return at(one.original).outputsExcuse != Excuse::none && isLaterOutput(key, static_cast<Id>(i), one.original);
+        });
+        if (!stands && !isCollected) return content.path + " has left Source for Done, and there is no output of it";
     }
     return std::nullopt;
 }
 
-Checker::Broken Checker::foreign(const State& state) const {
-    for (const Content& content : contents_) {
-        if (content.where != Where::destination || content.excuse != Excuse::none) continue;
-        const std::string name = nameOf(content.path);
-        const bool mayGo =
-            world_.settings.OverwriteExistingFiles || isAllowed(name.substr(0, name.size() - kEnding.size()));
-        if (!mayGo && !stands(state, Where::destination, content.bytes))
-            return content.path + " was replaced or removed, and nobody had allowed it";
-    }
-    for (const File& file : state.in(Where::outside))
-        if (*file.bytes != "nobody touches this" && contentOf(*file.bytes) == nullptr)
-            return file.path + " lies outside and was changed";
-    return state.in(Where::outside).empty() ? Broken("what lay outside is gone") : std::nullopt;
-}
-
-Checker::Broken Checker::dataFolder(const State& state) const {
-    bool hasSettings = false;
-    bool hasPasswords = false;
-    for (const File& file : state.in(Where::data)) {
-        const std::string name = nameOf(file.path);
-        if (name == kSettingsFileName) {
-            hasSettings = hasSettings || folderOf(file.path) == world_.folder(Where::data);
-            if (!settings_.contains(*file.bytes)) return file.path + " is neither old nor new";
+Checker::Broken Checker::checkData(const Copies& disks) const {
+    std::vector<std::pair<std::string, const std::string*>> files;
+    const Region& region = world_.regions()[static_cast<std::size_t>(Where::data)];
+    const auto walk = [&](const auto& self, Node folder, const std::string& path) -> void {
+        for (const auto& [name, node] : disks[region.disk].at(folder).names) {
+            const Inode& inode = disks[region.disk].at(node);
+            if (S_ISREG(inode.mode)) files.emplace_back(path + "/" + name, inode.bytes.get());
+            if (S_ISDIR(inode.mode)) self(self, node, path + "/" + name);
         }
-        if (name == kPasswordFileName) {
-            hasPasswords = true;
-            if (*file.bytes != "the passwords") return file.path + " is not whole";
-        }
+    };
+    walk(walk, region.node, region.path);
+    const auto isHeld = [&](const std::string& bytes) {
+        return std::any_of(files.begin(), files.end(), [&](const auto& file) { return *file.second == bytes; });
+    };
+    unsigned live = 0;
+    for (const auto& [path, bytes] : files) {
+        const std::string name = nameOf(path);
+        live +=
+            folderOf(path) == world_.folder(Where::data) && (name == kSettingsFileName || name == kPasswordFileName);
+        if (name == kSettingsFileName && !settings_.contains(*bytes)) return path + " is neither old nor new";
+        const auto isIt = [&bytes = bytes](const auto& one) { return one.first == *bytes; };
+        if (name == kPasswordFileName && std::none_of(passwordFiles_.begin(), passwordFiles_.end(), isIt))
+            return path + " is neither old nor new";
     }
-    if (!hasSettings) return "the settings are gone";
-    return hasPasswords ? std::nullopt : Broken("the password file is gone");
-}
-
-Checker::Broken Checker::check(const State& state, bool) const {
-    for (const auto part :
-         {&Checker::contents, &Checker::outputs, &Checker::originals, &Checker::foreign, &Checker::dataFolder})
-        if (Broken broken = (this->*part)(state)) return broken;
+    if (live != 2) return "the settings or the passwords are gone";
+    if (!isHeld(world_.firstSettings) && !world_.firstSettings.ends_with("\r\n"))
+        return "what was left of the first settings was not kept";
+    for (const auto& [bytes, why] : passwordFiles_)
+        if (why == Excuse::none && !isHeld(bytes)) return bytes + " were lost in a restore";
     return std::nullopt;
 }
 
-Checker::Broken Checker::now() {
-    const State state = stateOf(world_.disks);
-    excuseReplaced(state);
-    return check(state, false);
-}
+// Moments
 
-Checker::Broken Checker::afterCut(Chance& chance) const {
-    const std::deque<SimulatedDisk> copy = cutCopy(chance);
-    // What a cut leaves may be older than what was excused: that is the worst that it may be.
-    Broken broken = check(stateOf(copy), true);
+Checker::Broken Checker::afterCut(Chance& chance) {
+    if (isFlushFaultUnnoted_ || isExcused_) return std::nullopt;
+    const Copies copy = cutCopy(chance);
+    Broken broken = check(stateOf(copy));
+    if (!broken) broken = checkData(copy);
     return broken ? Broken("a cut here leaves this: " + *broken) : std::nullopt;
 }
 
-Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
-    const std::size_t at = line.find("Encryped:  ");
-    const std::size_t end = line.find(" - Sucessful: ");
-    if (at == std::string::npos || end == std::string::npos) return std::nullopt;
-    const std::string name = line.substr(at + 11, end - at - 11);
-    if (collected_.contains(foldedName(name)) || name.find("\\x") != std::string::npos) return std::nullopt;
-    const State state = stateOf(cutCopy(chance));
-    for (const File& file : state.in(Where::destination)) {
-        if (!isSame(nameOf(file.path), name + std::string(kEnding))) continue;
-        for (const Content& content : contents_)
-            if (isSame(nameOf(content.path), name) && isOutputOf(*file.bytes, content)) return std::nullopt;
+// What a cut has brought back stands there again like anything else.
+void Checker::adopt(State state) {
+    before_ = std::move(state);
+    for (const File& file : before_) {
+        if (file.where == Where::done) arrivals_.try_emplace(file.path, world_.clock.sinceEpoch());
+        const bool isNamed = file.where == Where::source && file.content() != kUnknown;
+        if (isNamed && nameOf(file.path) != nameOf(at(file.content()).path))
+            at(file.content()).names.insert(nameOf(file.path));
     }
-    return "the log says Sucessful of " + name + ", and a cut here leaves no whole output";
+}
+
+Checker::Broken Checker::afterEnd(bool wasKilled) {
+    if (wasKilled && isFlushFaultUnnoted_) {
+        isExcused_ = true;
+        ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
+    }
+    isFlushFaultUnnoted_ = false;
+    known_.clear();
+    othersActed();
+    const std::vector<Found> found = find(before_);
+    for (std::size_t i = 0; i < contents_.size(); ++i)
+        if (contents_[i].excuse == Excuse::replacementAllowed && found[i].places != 0)
+            contents_[i].excuse = Excuse::none;
+    if (Broken broken = check(before_)) return broken;
+    return checkData(world_.disks);
+}
+
+Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
+    ++lines_[line];
+    const std::size_t begin = line.find("Encryped:  ");
+    const std::size_t end = line.find(" - Sucessful: ");
+    if (begin == std::string::npos || end == std::string::npos || isFlushFaultUnnoted_ || isExcused_)
+        return std::nullopt;
+    const std::string name = line.substr(begin + 11, end - begin - 11);
+    const std::vector<Found> found = find(before_);
+    const Copies copy = cutCopy(chance);
+    for (const File& file : stateOf(copy)) {
+        if (file.where != Where::destination || file.original() == kUnknown) continue;
+        const Found& original = found[static_cast<std::size_t>(file.original())];
+        const bool isItself = original.places != 0 || at(file.original()).excuse != Excuse::none;
+        if (lowered(displayText(withoutEnding(nameOf(file.path)))) == lowered(name) && isItself) return std::nullopt;
+    }
+    for (const Content& content : contents_)
+        if (displayText(nameOf(content.path)) == name && content.outputsExcuse != Excuse::none) return std::nullopt;
+    return "the log says Sucessful of " + name + ", and a cut here leaves no output of it";
 }
 
 // A question about what equals the file, or its output, is one that only our own interrupted work can have raised.
-Checker::Broken Checker::questionAsked(const std::string& text) const {
+Checker::Broken Checker::questionAsked(const std::string& text) {
+    if (isExcused_) return std::nullopt;
     const State state = stateOf(world_.disks);
-    for (const File& file : state.in(Where::source)) {
-        if (text.find(file.path + " already exists") == std::string::npos) continue;
-        const bool isAboutDone = text.find("The orginal file") != std::string::npos;
-        const Content* content = contentOf(*file.bytes);
-        if (content == nullptr || content->bytes.empty()) continue;
-        for (const File& standing : state.in(isAboutDone ? Where::done : Where::destination)) {
-            const std::string name = nameOf(file.path) + (isAboutDone ? "" : std::string(kEnding));
-            if (nameOf(standing.path) != name) continue;
-            if (isAboutDone ? *standing.bytes == content->bytes : isOutputOf(*standing.bytes, *content))
-                return "it asks about what it has put there itself: " + standing.path;
+    const bool isAboutDone = text.find("The orginal file") != std::string::npos;
+    for (const File& file : state) {
+        if (file.where != Where::source || file.content() == kUnknown) continue;
+        if (text.find(displayText(file.path) + " already exists") == std::string::npos) continue;
+        const std::string target = isAboutDone
+                                       ? ofThePass_.DoneFolder + "/" + nameOf(file.path)
+                                       : ofThePass_.DestinationFolder + "/" + nameOf(file.path) + std::string(kEnding);
+        for (const File& standing : state) {
+            if (standing.path != target) continue;
+            const bool isEqual = isAboutDone
+                                     ? standing.content() == file.content()
+                                     : standing.original() == file.content() && standing.known->password == password_;
+            if (isEqual) return "it asks about what it has put there itself: " + standing.path;
         }
     }
     return std::nullopt;
 }
 
 Checker::Broken Checker::atRest() {
-    if (Broken broken = now()) return broken;
-    const State state = stateOf(world_.disks);
-    for (const File& file : state.in(Where::source)) {
-        const bool isDone = isOutput(file.path) || !world_.settings.IncludeSubfolders;
-        if (isInPrivateFolder(file.path)) return file.path + " was left in a private folder";
-        if (!isDone || (folderOf(file.path) == world_.folder(Where::source) && !isOutput(file.path)))
+    othersActed();
+    if (isExcused_) return std::nullopt;
+    for (const File& file : before_) {
+        if (file.where != Where::source) continue;
+        if (isTemporaryName(nameOf(folderOf(file.path)))) return file.path + " was left in a private folder";
+        const bool isSearched = inForce_.IncludeSubfolders || folderOf(file.path) == inForce_.SourceFolder;
+        if (isSearched && !isOutput(file.path))
             return file.path + " is not carried, although nothing keeps it from that";
     }
-    for (const Where where : {Where::destination, Where::done, Where::rejected})
-        for (const File& file : state.in(where))
-            if (isOurTemporary(file.path)) return file.path + " was left behind";
-    for (const File& file : state.in(Where::data)) {
-        if (!file.path.ends_with("Activity.Log")) continue;
-        // What stands before the first line end may be an editor's, and is left alone.
-        const std::size_t first = file.bytes->find("\r\n");
-        if (first != std::string::npos && file.bytes->find('\0', first) != std::string::npos)
-            return file.path + " holds NULs";
-        if (!file.bytes->empty() && !file.bytes->ends_with("\r\n")) return file.path + " ends in a torn line";
+    for (const std::string& folder : {inForce_.DestinationFolder, inForce_.DoneFolder, inForce_.RejectFolder})
+        for (const std::string& path : world_.filesBelow(folder))
+            if (isTemporaryName(nameOf(path))) return path + " was left behind";
+    return checkLogs();
+}
+
+// Whole lines, and each as often as it was said.
+Checker::Broken Checker::checkLogs() {
+    std::map<std::string, std::uint64_t> left = lines_;
+    std::vector<std::string> logs;
+    for (const std::string& path : world_.filesBelow(world_.folder(Where::data)))
+        if (path.ends_with(" Activity.Log")) logs.push_back(path);
+    for (const std::string& path : logs) {
+        const Bytes text = world_.others().contents(path);
+        // A start has looked at these two.
+        const std::string day = nameOf(path).substr(0, 8);
+        const bool isToday = day == dayStamp(world_.clock.now());
+        const auto next = std::upper_bound(logs.begin(), logs.end(), path);
+        const bool isMended = isToday || (next != logs.end() && nameOf(*next).substr(0, 8) == dayStamp(world_.clock.now()));
+        for (std::size_t begin = 0; begin < text->size();) {
+            const std::size_t end = std::min(text->find("\r\n", begin), text->size());
+            std::uint64_t& count = left[text->substr(begin, end - begin)];
+            const bool isTorn = count == 0 || end == text->size();
+            const Excuse why = begin == 0 ? Excuse::beforeTheFirstLine : Excuse::notTheNewestLogs;
+            if (isTorn && begin != 0 && isMended)
+                return path + " holds a line twice, or a torn one: " + text->substr(begin, end - begin);
+            if (isTorn) ++excused_[static_cast<std::size_t>(why)];
+            count -= isTorn ? 0 : 1;
+            begin = end + 2;
+        }
     }
     return std::nullopt;
 }

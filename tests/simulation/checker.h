@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <openssl/types.h>
+
 #include <array>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/folded_name.h"
@@ -13,89 +17,157 @@
 
 namespace vantrell::test {
 
-/// Why a content need not be there any more. Nothing else is excused.
-enum class Excuse {
+/// Why a content, or its output, need not be there any more, or why something is not held against the program.
+enum class Excuse : std::uint8_t {
     none,
-    replaced,         ///< by a newer file of its name, and replacing was allowed
-    changedByOthers,  ///< another program has rewritten, moved or removed it
+    replacementAllowed,
+    weeklyDelete,
+    writersOwn,
+    collected,
+    killedBeforeTheNote,
+    beforeTheFirstLine,
+    notTheNewestLogs,
+    count
 };
+inline constexpr std::size_t kExcuses = static_cast<std::size_t>(Excuse::count);
+/// In the order of the enumeration. Nothing else is excused.
+inline constexpr std::array<const char*, kExcuses> kExcuseRows{
+    "nothing is excused",
+    "a newer file has taken its place, and the operator had allowed that for this file or for all",
+    "it lay in Done for the days that were set, by the clock as it stood",
+    "another program has itself changed, replaced or taken it",
+    "its output was whole and was taken away by who collects outputs",
+    "the program was killed between a flush that failed and the note of it",
+    "what stands before the first line end of a log may be an editor's, and is left alone",
+    "of the logs of other days only the newest earlier one is looked at"};
 
 /// One content that was ever put in.
 struct Content {
-    std::string bytes;
+    Bytes bytes;
     std::string path;  ///< where it was put
     Where where = Where::source;
     Excuse excuse = Excuse::none;
-    std::set<unsigned> passes;  ///< at whose beginning it lay in Source
-    bool hasLeft = false;       ///< Source
-    std::string successor{};    ///< the name of what has replaced it
+    Excuse outputsExcuse = Excuse::none;
+    std::set<unsigned> passes;    ///< that found it
+    std::set<std::string> names;  ///< that it has borne in Source: one whose name is taken may come back under another
 };
 
 /// Knows every content that was put in, and whether the promises hold: for what the running system sees, and for what
-/// a cut of the power at this moment would leave.
+/// a cut of the power at this moment would leave. What it says of a broken promise is one sentence; nothing: all hold.
 class Checker {
 public:
+    using Broken = std::optional<std::string>;
+
     explicit Checker(World& world);
 
-    // What happens besides the program.
-    void put(const std::string& path, Where where, const std::string& bytes);
-    void passBegins();
-    /// Another program has taken away or changed what stands there.
-    void touchedByOthers(const std::string& path);
-    void collected(const std::string& name) { collected_.insert(foldedName(name)); }
-    /// The operator has answered Yes for a file of this name.
-    void allowed(const std::string& name) { allowed_.insert(name); }
-    void settingsMayBe(const std::string& line) { settings_.insert(line); }
-    void passwordIs(const std::string& password) { passwords_.insert(password); }
+    // What other programs and people do. They change files between `othersAct` and `othersActed`.
+    void put(const std::string& path, Where where);
+    /// What stands there is about to be changed or taken.
+    void othersAct(const std::string& path);
+    void othersActed();
+    /// What lies there could not be found by the pass under way.
+    void hidden(const std::string& folder);
+    /// Somebody is about to take an output away, and looks whether it is one.
+    Broken collects(const std::string& path);
+    /// Before they are saved.
+    void settingsAre(const SettingsRecord& settings);
+    void passwordIs(const std::string& password);
+    /// The operator is about to save other passwords, and then has.
+    void passwordsMayBe(const std::string& text);
+    void passwordsAreSaved();
+    void allowed(const std::string& question);
 
-    // Each gives the sentence of a broken promise, or nothing.
-    std::optional<std::string> now();
-    std::optional<std::string> afterCut(Chance& chance) const;
-    std::optional<std::string> lineLogged(const std::string& line, Chance& chance);
-    std::optional<std::string> questionAsked(const std::string& text) const;
+    // What the program does.
+    void passBegins();
+    Broken called(const CallRecord& call);
+    Broken lineLogged(const std::string& line, Chance& chance);
+    Broken questionAsked(const std::string& text);
+    /// Of a cut at this moment.
+    Broken afterCut(Chance& chance);
+    /// After a process has ended: what is left is all that there is from now on.
+    Broken afterEnd(bool wasKilled);
     /// At the end of a life in which nothing more went wrong.
-    std::optional<std::string> atRest();
+    Broken atRest();
+
+    [[nodiscard]] const std::array<std::uint64_t, kExcuses>& excused() const { return excused_; }
 
 private:
-    using Broken = std::optional<std::string>;
+    using Id = int;
+    static constexpr Id kUnknown = -1;
+    struct Known {
+        Bytes bytes;
+        Id content = kUnknown;   ///< that these bytes are
+        Id original = kUnknown;  ///< of which they are the output
+        std::string password;
+    };
     struct File {
+        Where where;
         std::string path;
-        const std::string* bytes;
+        Bytes bytes;
+        const Known* known;
+        [[nodiscard]] Id content() const { return known->content; }
+        [[nodiscard]] Id original() const { return known->original; }
     };
-    /// What lies in the folders, on the disks as they are or as copies of them would be left.
-    struct State {
-        std::array<std::vector<File>, 6> files;
-        [[nodiscard]] const std::vector<File>& in(Where where) const { return files[static_cast<std::size_t>(where)]; }
+    struct Publication {
+        std::string folder;
+        std::string key;  ///< the name, as the disk sees it
+        Id original = kUnknown;
+        unsigned pass = 0;
     };
-    struct Region {
-        std::size_t disk;
-        Node node;
-        std::string path;
+    using State = std::vector<File>;
+    using Copies = std::deque<SimulatedDisk>;
+    struct Found {
+        std::uint8_t places = 0;  ///< a bit for each Where
+        bool isInPlace = false;
     };
 
-    [[nodiscard]] State stateOf(const std::deque<SimulatedDisk>& disks) const;
-    void collect(const SimulatedDisk& disk, Node folder, const std::string& path, Where where, State& into) const;
-    [[nodiscard]] std::deque<SimulatedDisk> cutCopy(Chance& chance) const;
-    [[nodiscard]] bool stands(const State& state, Where where, const std::string& bytes) const;
-    [[nodiscard]] Broken check(const State& state, bool isCut) const;
-    [[nodiscard]] Broken contents(const State& state) const;
-    [[nodiscard]] Broken outputs(const State& state) const;
-    [[nodiscard]] Broken originals(const State& state) const;
-    [[nodiscard]] Broken foreign(const State& state) const;
-    [[nodiscard]] Broken dataFolder(const State& state) const;
-    [[nodiscard]] bool isAllowed(const std::string& name) const;
-    void excuseReplaced(const State& state);
-    [[nodiscard]] bool mayBeReplacedBy(const Content& old, const Content& newer) const;
-    [[nodiscard]] bool isOutputOf(const std::string& bytes, const Content& content) const;
-    [[nodiscard]] const Content* contentOf(const std::string& bytes) const;
-    [[nodiscard]] bool isSame(const std::string& one, const std::string& other) const;
+    [[nodiscard]] State stateOf(const Copies& disks);
+    void collect(const SimulatedDisk& disk, Node folder, const std::string& path, Where where, State& into);
+    [[nodiscard]] bool isRegion(const std::string& path) const;
+    [[nodiscard]] const Known& identify(const Bytes& bytes, bool maybeOutput);
+    [[nodiscard]] Copies cutCopy(Chance& chance) const;
+    [[nodiscard]] std::vector<Found> find(const State& state) const;
+    static bool isIn(const Found& found, Where where) {
+        return (found.places >> static_cast<unsigned>(where) & 1U) != 0;
+    }
+    [[nodiscard]] Content& at(Id id) { return contents_[static_cast<std::size_t>(id)]; }
+    [[nodiscard]] const Content& at(Id id) const { return contents_[static_cast<std::size_t>(id)]; }
+    [[nodiscard]] std::string keyOf(const std::string& name) const;
+    void excuse(Excuse& of, Excuse why);
+
+    [[nodiscard]] Broken check(const State& state);
+    [[nodiscard]] Broken checkContents(const std::vector<Found>& found) const;
+    [[nodiscard]] Broken checkOutputs(const State& state, const std::vector<Found>& found) const;
+    [[nodiscard]] Broken checkOriginals(const State& state, const std::vector<Found>& found) const;
+    [[nodiscard]] static bool hasBorne(const Content& content, const std::string& name);
+    [[nodiscard]] bool isLaterOutput(const std::string& key, Id earlier, Id later) const;
+    [[nodiscard]] Broken checkData(const Copies& disks) const;
+
+    Broken judgeChanges(const State& now);
+    Broken judge(const File& before, const File* after, const std::vector<Found>& found);
+    Broken judgeNew(const File& file, const std::vector<Found>& found);
+    [[nodiscard]] bool mayReplace(const File& before, const File& after, const Found& older) const;
+    [[nodiscard]] bool isOldEnough(const File& file) const;
+    void adopt(State state);
+    [[nodiscard]] Broken checkLogs();
 
     World& world_;
-    std::array<Region, 6> regions_;
+    std::unique_ptr<EVP_CIPHER_CTX, void (*)(EVP_CIPHER_CTX*)> context_;
     std::vector<Content> contents_;
-    std::set<std::string> collected_, allowed_, settings_, passwords_;
+    std::set<std::string> settings_, passwords_, allowed_;
+    std::vector<std::pair<std::string, Excuse>> passwordFiles_;
+    std::string password_;
+    SettingsRecord inForce_, ofThePass_;
+    bool mayOverwrite_ = false;
     unsigned passes_ = 0;
-    mutable std::map<std::pair<std::string, std::string>, std::string> outputs_;  ///< by password and contents
+    bool isFlushFaultUnnoted_ = false;
+    bool isExcused_ = false;
+    State before_;
+    std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done
+    std::vector<Publication> published_;                        ///< in their order
+    std::map<std::string, std::uint64_t> lines_;
+    std::unordered_map<const std::string*, Known> known_;
+    std::array<std::uint64_t, kExcuses> excused_{};
 };
 
 }  // namespace vantrell::test

@@ -3,276 +3,298 @@
 
 #include <algorithm>
 
+#include "core/data_folder.h"
+
 namespace vantrell::test {
 
 namespace {
 
-constexpr std::size_t kMostSteps = 60'000;
-constexpr char kPassword[] = "secret";
-constexpr std::array kNames{"a",     "b",       "A",           "report.pdf",        "Report.pdf",
-                            "x.enc", ".hidden", "\xFF\xFEraw", "e\xCC\x81t\xC3\xA9"};
+constexpr std::chrono::hours kLongestPass{2};
+constexpr std::chrono::seconds kLongestStep{20};
+constexpr std::array kFolders{Where::source, Where::destination, Where::done, Where::rejected, Where::data};
+
+template <std::size_t Count>
+void add(std::array<std::uint64_t, Count>& to, const std::array<std::uint64_t, Count>& more) {
+    for (std::size_t i = 0; i < Count; ++i) to[i] += more[i];
+}
 
 }  // namespace
 
 Tally& Tally::operator+=(const Tally& other) {
-    lives += other.lives;
-    runs += other.runs;
-    kills += other.kills;
-    cuts += other.cuts;
-    exits += other.exits;
-    faults += other.faults;
-    questions += other.questions;
-    passes += other.passes;
-    calls += other.calls;
+    for (const auto count : {&Tally::lives, &Tally::runs, &Tally::kills, &Tally::cuts, &Tally::exits, &Tally::questions,
+                             &Tally::passes, &Tally::calls})
+        this->*count += other.*count;
+    add(faults, other.faults);
+    add(excused, other.excused);
     return *this;
 }
 
 Life::Life(std::uint64_t seed, const Hazards& hazards, Trace trace)
-    : world_(seed, hazards),
-      hazards_(hazards),
+    : hazards_(hazards),
+      world_(seed, hazards),
       trace_(std::move(trace)),
       chance_(world_.chance.split()),
       checker_(world_),
-      actsLeft_(chance_.oneIn(hazards.others) ? chance_.below(80) : 0) {
-    checker_.passwordIs(kPassword);
+      actors_(world_, checker_, chance_, hazards_, trace_),
+      hasOthers_(chance_.oneIn(hazards.others)),
+      hasPeople_(chance_.oneIn(hazards.people)) {
+    checker_.passwordIs(password_);
     world_.kernel.afterCall = [this](const CallRecord& call) { heard(call); };
 }
 
 void Life::note(std::optional<std::string> broken) {
-    if (broken && !broken_) broken_ = std::move(broken);
-    if (broken_ && trace_) trace_("BROKEN: " + *broken_);
+    if (!broken || broken_) return;
+    broken_ = std::move(broken);
+    tell("BROKEN: " + *broken_);
 }
+
+// What happens
 
 void Life::heard(const CallRecord& call) {
     if (trace_) trace_(call.line());
-    if (broken_ || call.changed == Changed::nothing || world_.kernel.isDead()) return;
-    note(checker_.now());
-    if (chance_.oneIn(12)) note(checker_.afterCut(chance_));
+    if (broken_ || isActing_) return;
+    if (program_) checker_.settingsAre(program_->engine.state.settings);
+    note(checker_.called(call));
+    const bool isRisky = call.changed == Changed::names || call.changed == Changed::contents;
+    if (isRisky && chance_.oneIn(16)) note(checker_.afterCut(chance_));
+    if (!isCalm_ && hasOthers_ && chance_.oneIn(hazards_.betweenCalls)) act();
 }
 
-std::string Life::newContents() {
-    std::string bytes = "content " + std::to_string(++lastContent_) + ":";
-    const std::uint64_t kind = chance_.below(10);
-    bytes.append(kind < 7 ? chance_.below(40) : 16 * chance_.below(4), 'x');
-    if (chance_.oneIn(hazards_.largeFile)) bytes.append((std::size_t{1} << 20U) + chance_.below(1000), 'y');
-    return bytes;
-}
-
-void Life::drop(const std::string& folder, const std::string& name) {
-    const std::string path = folder + "/" + name;
-    if (world_.others().at(path).node != kNoNode) return;
-    const std::string bytes = newContents();
-    if (!world_.others().makeFile(path, bytes)) {
-        world_.others().remove(path);
-        world_.others().flush(folder);
-        return;
-    }
-    world_.others().flush(path);
-    checker_.put(path, Where::source, bytes);
-    if (trace_) trace_("others put " + path);
-}
-
-void Life::putFirstFiles() {
-    const std::string& source = world_.folder(Where::source);
-    const std::array<std::string, 3> folders{source, source + "/a", source + "/b"};
-    for (std::uint64_t left = 1 + chance_.below(6); left > 0; --left) drop(chance_.pick(folders), chance_.pick(kNames));
-    if (!chance_.oneIn(3)) return;
-    const std::string name = chance_.pick(kNames);
-    for (const auto& [where, path] :
-         {std::pair{Where::destination, name + ".enc"}, {Where::done, name}, {Where::rejected, name}}) {
-        if (!chance_.oneIn(2)) continue;
-        const std::string full = world_.folder(where) + "/" + path;
-        const std::string bytes = newContents();
-        if (world_.others().at(full).node != kNoNode || !world_.others().makeFile(full, bytes)) continue;
-        world_.others().flush(full);
-        checker_.put(full, where, bytes);
-    }
-}
-
-void Life::planTrouble() {
-    SimulatedKernel& kernel = world_.kernel;
-    kernel.faults.clear();
-    world_.makeRoom();
-    if (!chance_.oneIn(3)) kernel.killAt(kernel.calls() + 1 + chance_.below(chance_.oneIn(2) ? 150 : 900));
-    if (!chance_.oneIn(hazards_.faults)) return;
-    constexpr std::array kCalls{Call::openat,    Call::write,      Call::linkat,     Call::linkOpenFile,
-                                Call::renameat2, Call::unlinkat,   Call::mkdirat,    Call::fsync,
-                                Call::fdatasync, Call::startFlush, Call::startFlush, Call::pread,
-                                Call::statx,     Call::fstatat,    Call::ftruncate,  Call::setLease};
-    constexpr std::array kErrors{EIO, ENOSPC, EACCES, EMFILE, ENOMEM, EROFS, EPERM, EAGAIN, ESTALE};
-    constexpr std::array kPlaces{Where::source, Where::destination, Where::done, Where::rejected, Where::data};
-    PlannedFault fault;
-    fault.call = chance_.pick(kCalls);
-    fault.error = chance_.pick(kErrors);
-    fault.from = kernel.calls() + 1 + chance_.below(300);
-    fault.times = chance_.oneIn(2) ? 1 : chance_.oneIn(2) ? 1 + chance_.below(5) : PlannedFault::kAlways;
-    if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kPlaces));
-    fault.losesData = fault.error == EIO && chance_.oneIn(2);
-    if (fault.call == Call::setLease) fault.error = EACCES;
-    kernel.faults.push_back(fault);
-    if (chance_.oneIn(6)) kernel.shortOneIn = 3;
-    if (chance_.oneIn(6)) kernel.interruptOneIn = 5;
-    if (chance_.oneIn(6)) {
-        SimulatedDisk& disk = world_.diskOf(chance_.pick(kPlaces));
-        disk.traits.capacity = disk.used() + chance_.below(200);
-    }
-}
-
-void Life::begin() {
-    ++tally_.runs;
-    program_ = std::make_unique<SimulatedProgram>(world_.clock, world_.kernel, world_.profile, kPassword);
-    program_->lines.told = [this](const std::string& line) {
-        if (trace_) trace_("says " + line);
-        watchPass(line);
-        if (!broken_ && !world_.kernel.isDead()) note(checker_.lineLogged(line, chance_));
-    };
-    program_->boxes.asked = [this](const Box& box) {
-        ++tally_.questions;
-        question_ = box.text;
-        if (trace_) trace_("asks " + box.text);
-        if (!broken_ && !world_.kernel.isDead()) note(checker_.questionAsked(box.text));
-    };
-    passes_ = ticks_ = 0;
-    program_->engine.start();
+void Life::act() {
+    isActing_ = true;
+    note(chance_.oneIn(2) ? actors_.write() : actors_.act());
+    isActing_ = false;
 }
 
 // A pass over nothing can begin and end within one turn, but not without a word.
-void Life::watchPass(const std::string& line) {
+void Life::said(const std::string& line) {
+    tell("says " + line);
+    if (broken_ || world_.kernel.isDead()) return;
     const auto says = [&](const char* words) { return line.find(words) != std::string::npos; };
-    if (says("Please Wait Encrypting files.")) checker_.passBegins();
+    if (says("Please Wait Encrypting files.")) {
+        checker_.settingsAre(program_->engine.state.settings);
+        checker_.passBegins();
+    }
     const bool isOver = says("ZEP Is PAUSED at ") || says("User Stopped Encrypting Files") ||
                         says("Source, Destination or Done Folders are missing");
     passes_ += isOver ? 1 : 0;
     tally_.passes += isOver ? 1 : 0;
+    note(checker_.lineLogged(line, chance_));
 }
 
-void Life::operate() {
-    if (!isCalm_ && chance_.oneIn(8)) {
-        program_->engine.passes.stop();
-        return;
-    }
+void Life::asked(Ticket<Answer> ticket, const Box& box) {
+    tell("asks " + box.text);
+    if (broken_ || world_.kernel.isDead()) return;
+    ++tally_.questions;
+    note(checker_.questionAsked(box.text));
     const bool isYes = chance_.oneIn(2);
-    const std::size_t end = question_.find(" already exists");
-    const std::size_t begin = question_.rfind('/', end);
-    if (isYes && end != std::string::npos) checker_.allowed(question_.substr(begin + 1, end - begin - 1));
-    program_->boxes.answer(isYes ? Answer::yes : Answer::no);
+    const std::chrono::milliseconds wait(chance_.oneIn(4) ? chance_.below(600'000) : chance_.below(3000));
+    program_->loop.later(wait, [this, ticket, box, isYes] {
+        if (!program_->boxes.isOpen(ticket)) return;
+        if (isYes) checker_.allowed(box.text);
+        tell(isYes ? "answered with Yes" : "answered with No");
+        program_->boxes.answer(ticket, box.buttons == Buttons::ok ? Answer::ok : isYes ? Answer::yes : Answer::no);
+    });
 }
 
-// Nothing is left to do at this moment.
-void Life::passTime() {
-    if (program_->boxes.isOpen()) return operate();
-    if (const std::chrono::nanoseconds* due = program_->loop.nextDue()) {
-        world_.clock.advance(std::max(*due - world_.clock.sinceBoot(), std::chrono::nanoseconds(0)));
-        return program_->loop.wakeDue();
+// A run of the program
+
+void Life::planFault() {
+    constexpr std::array kCalls{Call::openat,   Call::write,   Call::linkat,     Call::linkOpenFile, Call::renameat2,
+                                Call::unlinkat, Call::mkdirat, Call::fsync,      Call::fdatasync,    Call::startFlush,
+                                Call::openat2,  Call::pread,   Call::statx,      Call::fstatat,      Call::ftruncate,
+                                Call::setLease, Call::read,    Call::getdents64, Call::fstatfs,      Call::futimens,
+                                Call::fstat,    Call::pwrite,  Call::flock,      Call::fchmod,       Call::any};
+    constexpr std::array kErrors{EIO, ENOSPC, EACCES, EMFILE, ENOMEM, EROFS, EPERM, EAGAIN, ESTALE, EBUSY, ENXIO};
+    PlannedFault fault;
+    fault.call = chance_.pick(kCalls);
+    const bool isLook = fault.call == Call::fstat || fault.call == Call::statx || fault.call == Call::any;
+    if (isLook && !chance_.oneIn(hazards_.blindLooks)) fault.call = Call::openat;
+    fault.error = chance_.pick(kErrors);
+    fault.from = world_.kernel.calls() + 1 + chance_.below(400);
+    fault.times = chance_.oneIn(2) ? 1 : chance_.oneIn(2) ? 1 + chance_.below(5) : PlannedFault::kAlways;
+    if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kFolders));
+    const bool isReading = fault.call == Call::openat || fault.call == Call::openat2 || fault.call == Call::getdents64;
+    const bool isInSource = fault.below.empty() || fault.below == world_.folder(Where::source);
+    if (isReading && isInSource && !chance_.oneIn(hazards_.blindSearches))
+        fault.below = world_.folder(Where::destination);
+    const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
+    fault.losesData = isFlush && fault.error == EIO && chance_.oneIn(2);
+    tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below + ", error " +
+         std::to_string(fault.error) + (fault.times == 1 ? ", once" : fault.losesData ? ", and loses data" : ""));
+    world_.kernel.faults.push_back(std::move(fault));
+}
+
+void Life::planTrouble() {
+    SimulatedKernel& kernel = world_.kernel;
+    if (!chance_.oneIn(4)) kernel.killAt(kernel.calls() + 1 + chance_.below(std::uint64_t{32} << chance_.below(6)));
+    if (chance_.oneIn(hazards_.faults)) planFault();
+    if (chance_.oneIn(hazards_.shortCalls)) kernel.shortOneIn = 3;
+    if (chance_.oneIn(hazards_.shortCalls)) kernel.interruptOneIn = 5;
+    if (chance_.oneIn(hazards_.clockJumps)) {
+        const auto minutes = std::chrono::minutes(chance_.below(40'000));
+        world_.clock.jump(chance_.oneIn(2) ? minutes : -minutes);
     }
-    Engine& engine = program_->engine;
-    world_.clock.advance(std::chrono::milliseconds(100));
-    if (program_->timers["timMax"].tickNow()) return;
-    if (!engine.timRun->isEnabled() && !engine.state.PassInProgress) {
-        engine.passes.takeStart(false);
-        engine.mode.TurnOnTimRun();
+    if (chance_.oneIn(8)) world_.clock.advance(std::chrono::hours(chance_.below(240)));
+    if (!chance_.oneIn(hazards_.fullDisk)) return;
+    SimulatedDisk& disk = world_.diskOf(chance_.pick(kFolders));
+    disk.traits.capacity = disk.used() + chance_.below(200);
+}
+
+void Life::begin() {
+    ++tally_.runs;
+    program_ = std::make_unique<SimulatedProgram>(world_.clock, world_.kernel, world_.profile, password_);
+    program_->lines.told = [this](const std::string& line) { said(line); };
+    program_->boxes.asked = [this](Ticket<Answer> ticket, const Box& box) { asked(ticket, box); };
+    passes_ = 0;
+    program_->engine.start();
+}
+
+void Life::live(std::size_t mostPasses) {
+    begin();
+    std::size_t before = passes_;
+    std::chrono::nanoseconds longest = world_.clock.sinceBoot() + kLongestPass;
+    while (passes_ < mostPasses && step()) {
+        if (passes_ != before || program_->boxes.areOpen()) longest = world_.clock.sinceBoot() + kLongestPass;
+        before = passes_;
+        if (world_.clock.sinceBoot() <= longest) continue;
+        // There is no pass where the settings could not be read.
+        if (!isCalm_ && program_->engine.state.anyFolderIsEmpty()) return;
+        note("a pass does not end, or the next one does not begin");
     }
-    world_.clock.advance(std::chrono::milliseconds(engine.timRun->interval()));
-    program_->timers["timRun"].tickNow();
-    ++ticks_;
 }
 
 bool Life::step() {
-    if (world_.kernel.isDead() || broken_) return false;
-    if (!isCalm_ && actsLeft_ > 0 && chance_.oneIn(6)) act();
-    if (!program_->loop.turn(chance_)) passTime();
+    if (world_.kernel.isDead() || broken_ || program_->hasQuit) return false;
+    if (!isCalm_ && hasOthers_ && chance_.oneIn(12)) act();
+    if (!isCalm_ && hasPeople_ && chance_.oneIn(20)) operate();
+    if (program_->hasQuit || program_->loop.turn(chance_)) return true;
+    if (hasOthers_) note(actors_.write());
+    keepGoing();
+    program_->loop.passTime(hasOthers_ && !isCalm_ ? std::chrono::milliseconds(500) : kLongestStep);
     return true;
 }
 
-void Life::act() {
-    --actsLeft_;
-    OtherPrograms& others = world_.others();
-    const std::string& source = world_.folder(Where::source);
-    const std::array<std::string, 3> folders{source, source + "/a", source + "/b"};
-    switch (chance_.below(6)) {
+// Somebody presses Start when the program stands still.
+void Life::keepGoing() {
+    Engine& engine = program_->engine;
+    if (engine.timRun->isEnabled() || engine.state.PassInProgress || program_->boxes.areOpen()) return;
+    if (engine.activePassword.known().empty() && !engine.activePassword.isBeingLookedUp())
+        engine.activePassword.set(password_);
+    if (engine.state.anyFolderIsEmpty()) engine.fields.folderChosen(FolderKind::reject, world_.folder(Where::rejected));
+    if (!chance_.oneIn(4)) return;
+    tell("presses Start");
+    engine.passes.takeStart(false);
+    engine.mode.TurnOnTimRun();
+}
+
+// The operator
+
+void Life::operate() {
+    Engine& engine = program_->engine;
+    switch (chance_.below(8)) {
         case 0:
+            tell("presses Stop");
+            return engine.controller.stopPressed();
         case 1:
-            return drop(chance_.pick(folders), chance_.pick(kNames));
-        case 2: {
-            const std::vector<std::string> outputs = world_.filesBelow(world_.folder(Where::destination));
-            if (outputs.empty()) return;
-            const std::string path = chance_.pick(outputs);
-            const std::string name = path.substr(path.rfind('/') + 1);
-            if (!name.ends_with(".enc") || name == ".enc") return;
-            checker_.touchedByOthers(path);
-            checker_.collected(name.substr(0, name.size() - 4));
-            if (trace_) trace_("others take " + path);
-            others.remove(path);
-            others.flush(world_.folder(Where::destination));
-            return;
-        }
-        case 3: {
-            const std::vector<std::string> files = world_.filesBelow(source);
-            if (files.empty()) return;
-            const std::string path = chance_.pick(files);
-            const bool isInDone = path.starts_with(world_.folder(Where::done) + "/");
-            if (isInDone || path.find("/.zep-") != std::string::npos || others.at(path).disk == nullptr) return;
-            if (others.at(path).disk->traits.leases != Leases::honest) return;
-            checker_.touchedByOthers(path);
-            if (!others.append(path, "+")) return;
-            others.flush(path);
-            if (trace_) trace_("others append to " + path);
-            return checker_.put(path, Where::source, *others.contents(path));
-        }
+            tell("presses Start");
+            return engine.controller.startPressed();
+        case 2:
+            return changeFolder();
+        case 3:
+            tell("chooses overwriting");
+            return engine.optionMenus.mnOW();
+        case 4:
+            password_ = chance_.oneIn(2) ? "secret" : "another secret";
+            tell("makes active " + password_);
+            checker_.passwordIs(password_);
+            return engine.activePassword.set(password_);
+        case 5:
+            tell("ends the program");
+            return engine.ending.closeForGood();
         default:
-            return;
+            return useMenus();
     }
 }
 
+void Life::changeFolder() {
+    constexpr std::array kKinds{std::pair{FolderKind::destination, Where::destination},
+                                std::pair{FolderKind::done, Where::done},
+                                std::pair{FolderKind::reject, Where::rejected}};
+    Engine& engine = program_->engine;
+    const auto& [kind, where] = chance_.pick(kKinds);
+    // What lies in Source, and is no longer set, is searched like the rest of it.
+    if (world_.folder(where).starts_with(world_.folder(Where::source) + "/")) return;
+    if (!engine.fields.folderPressed(kind)) return;
+    const std::string folder = chance_.oneIn(2) ? world_.folder(where) : world_.otherFolder(where);
+    tell("chooses " + folder);
+    engine.fields.folderChosen(kind, folder);
+}
+
+void Life::useMenus() {
+    Engine& engine = program_->engine;
+    const std::uint64_t entry = chance_.below(7);
+    tell("chooses menu entry " + std::to_string(entry));
+    if (entry == 0) {
+        const std::string text = "passwords " + std::to_string(++edits_);
+        checker_.passwordsMayBe(text);
+        if (program_->files.writeAtomically(world_.dataFile(kPasswordFileName), text).ok()) checker_.passwordsAreSaved();
+    }
+    if (entry == 1) engine.backupMenus.mnBackup();
+    if (entry == 2) engine.backupMenus.mnONLBackup();
+    if (entry == 3) engine.backupMenus.mnuNBU();
+    if (entry == 4) engine.backupMenus.mnuRPassOn();
+    if (entry == 5) engine.backupMenus.mnuPassNormal();
+    if (entry == 6) engine.weekly.mnDeleteDone();
+}
+
+// The end of a run
+
 void Life::end(End how) {
     SimulatedKernel& kernel = world_.kernel;
-    if (how == End::exit && !kernel.isDead()) program_->engine.ending.closeForGood();
+    const bool wasKilled = kernel.isDead() || how != End::exit;
+    if (!wasKilled && !program_->hasQuit) program_->engine.ending.closeForGood();
     kernel.killAt(0);
     program_.reset();
     kernel.faults.clear();
     kernel.shortOneIn = kernel.interruptOneIn = 0;
-    kernel.killAt(PlannedFault::kAlways);
+    world_.makeRoom();
     if (how == End::cut) {
         kernel.powerCut(chance_);
-        for (SimulatedDisk& disk : world_.disks) disk.sync();
-        ++tally_.cuts;
+        actors_.forget(false);
     } else {
         kernel.restart();
-        ++(how == End::kill ? tally_.kills : tally_.exits);
     }
-    if (trace_) trace_(how == End::cut ? "== the power is cut" : how == End::kill ? "== killed" : "== ended");
-    if (!broken_) note(checker_.now());
+    ++(how == End::cut ? tally_.cuts : wasKilled ? tally_.kills : tally_.exits);
+    tell(how == End::cut ? "== the power is cut" : wasKilled ? "== killed" : "== ended");
+    if (!broken_) note(checker_.afterEnd(wasKilled));
 }
 
-void Life::runProgram(std::size_t mostPasses) {
-    begin();
-    // Where the settings cannot be read there is no pass.
-    const std::size_t mostTicks = mostPasses + 4;
-    for (std::size_t steps = 0; passes_ < mostPasses && ticks_ < mostTicks && step(); ++steps)
-        if (steps > kMostSteps) note("a pass does not end");
-    if (isCalm_ && ticks_ >= mostTicks) note("no pass begins");
+void Life::becomeCalm() {
+    isCalm_ = true;
+    actors_.forget(true);
+    tell("== from here on nothing goes wrong");
 }
 
 std::optional<std::string> Life::run() {
-    putFirstFiles();
+    actors_.putFirstFiles();
     for (std::uint64_t left = 1 + chance_.below(3); left > 0 && !broken_; --left) {
         planTrouble();
-        runProgram(1 + chance_.below(3));
-        const bool isDead = world_.kernel.isDead();
+        live(1 + chance_.below(3));
+        const bool isOver = world_.kernel.isDead() || program_->hasQuit;
         const std::uint64_t how = chance_.below(3);
-        tally_.faults += world_.kernel.faultsMet;
-        world_.kernel.faultsMet = 0;
-        end(how == 0 && !isDead ? End::exit : how == 1 ? End::kill : End::cut);
+        end(how == 0 && !isOver ? End::exit : how == 1 ? End::kill : End::cut);
     }
-    isCalm_ = true;
-    world_.makeRoom();
+    becomeCalm();
     if (!broken_) {
-        runProgram(6);
-        if (!broken_) note(checker_.atRest());
+        live(5);
         end(End::exit);
+        if (!broken_) note(checker_.atRest());
     }
     ++tally_.lives;
     tally_.calls = world_.kernel.calls();
+    tally_.faults = world_.kernel.faultsMet;
+    tally_.excused = checker_.excused();
     return broken_;
 }
 

@@ -6,14 +6,16 @@
 #include <optional>
 #include <string>
 
-#include "simulation/checker.h"
+#include "simulation/actors.h"
 #include "simulation/simulated_program.h"
 
 namespace vantrell::test {
 
 /// What happened in some lives.
 struct Tally {
-    std::uint64_t lives = 0, runs = 0, kills = 0, cuts = 0, exits = 0, faults = 0, questions = 0, passes = 0, calls = 0;
+    std::uint64_t lives = 0, runs = 0, kills = 0, cuts = 0, exits = 0, questions = 0, passes = 0, calls = 0;
+    std::array<std::uint64_t, static_cast<std::size_t>(Call::count)> faults{};  ///< by the call that failed
+    std::array<std::uint64_t, kExcuses> excused{};
     Tally& operator+=(const Tally& other);
 };
 
@@ -21,7 +23,7 @@ struct Tally {
 /// in the end, when nothing more goes wrong, everything must come to rest. The same seed, the same life.
 class Life {
 public:
-    using Trace = std::function<void(const std::string& line)>;
+    using Trace = Actors::Trace;
 
     Life(std::uint64_t seed, const Hazards& hazards, Trace trace = {});
 
@@ -32,35 +34,42 @@ public:
 private:
     enum class End { kill, cut, exit };
 
-    void putFirstFiles();
-    void drop(const std::string& folder, const std::string& name);
-    std::string newContents();
-    void planTrouble();
-    void runProgram(std::size_t mostPasses);
-    void begin();
-    void end(End how);
-    bool step();
-    void passTime();
-    void operate();
-    void act();
     void note(std::optional<std::string> broken);
+    void tell(const std::string& line) const {
+        if (trace_) trace_(line);
+    }
     void heard(const CallRecord& call);
-    void watchPass(const std::string& line);
+    void said(const std::string& line);
+    void asked(Ticket<Answer> ticket, const Box& box);
+    void act();
 
-    World world_;
+    void planTrouble();
+    void planFault();
+    void begin();
+    void live(std::size_t mostPasses);
+    [[nodiscard]] bool step();
+    void operate();
+    void changeFolder();
+    void useMenus();
+    void keepGoing();
+    void end(End how);
+    void becomeCalm();
+
     Hazards hazards_;
+    World world_;
     Trace trace_;
     Chance chance_;
     Checker checker_;
+    Actors actors_;
     std::unique_ptr<SimulatedProgram> program_;
     std::optional<std::string> broken_;
     Tally tally_;
+    std::string password_ = "secret";
     bool isCalm_ = false;
-    std::uint64_t actsLeft_ = 0;  ///< of other programs
-    std::size_t passes_ = 0;
-    std::size_t ticks_ = 0;
-    unsigned lastContent_ = 0;
-    std::string question_;
+    bool hasOthers_, hasPeople_;
+    bool isActing_ = false;
+    std::size_t passes_ = 0;  ///< of this run
+    unsigned edits_ = 1;
 };
 
 }  // namespace vantrell::test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Lets machines live through crashes and odd disks, and says which promise did not hold.
-//   vantrell_simulate [--seed N [--trace]] [--seed-from N] [--lives N] [--minutes N]
+//   vantrell_simulate [--seed N [--trace]] [--seed-from N] [--lives N] [--minutes N] [--fixed] [--HAZARD ONE_IN]
+// Without a seed they begin at one that nobody has chosen. --fixed: the same lives each time, for the tests. --HAZARD:
+// the name of one of the hazards; 0 leaves it out. Ends with 0 when all promises held.
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -13,59 +15,95 @@ namespace {
 
 using namespace vantrell::test;
 
+constexpr std::uint64_t kFixedLives = 6000;
+constexpr std::uint64_t kMostBroken = 10;
+
 struct Order {
-    std::uint64_t first = 0;
+    std::uint64_t first = std::uint64_t{std::random_device()()} << 20U;
     std::uint64_t lives = 0;
-    double minutes = 0;
+    double minutes = 1;
     bool isTraced = false;
+    Hazards hazards;
 };
 
-Order orderFrom(int count, char** words) {
+bool take(Order& order, const std::string& word, const char* value) {
+    const std::uint64_t number = std::strtoull(value, nullptr, 10);
+    if (word == "--seed" || word == "--seed-from") order.first = number;
+    if (word == "--seed") order.lives = 1;
+    if (word == "--lives") order.lives = number;
+    if (word == "--minutes") order.minutes = std::strtod(value, nullptr);
+    bool isKnown = word == "--seed" || word == "--seed-from" || word == "--lives" || word == "--minutes";
+    for (const HazardRow& row : kHazardRows) {
+        if (word != std::string("--") + row.name) continue;
+        order.hazards.*row.count = number;
+        isKnown = true;
+    }
+    return isKnown && *value >= '0' && *value <= '9';
+}
+
+std::optional<Order> orderFrom(int count, char** words) {
     Order order;
-    order.first = std::random_device()() | std::uint64_t{1} << 40U;
     for (int i = 1; i < count; ++i) {
         const std::string word = words[i];
-        const char* value = i + 1 < count ? words[i + 1] : "0";
-        if (word == "--trace") order.isTraced = true;
-        if (word == "--seed" || word == "--seed-from") order.first = std::strtoull(value, nullptr, 10);
-        if (word == "--seed") order.lives = 1;
-        if (word == "--lives") order.lives = std::strtoull(value, nullptr, 10);
-        if (word == "--minutes") order.minutes = std::strtod(value, nullptr);
+        if (word == "--trace") {
+            order.isTraced = true;
+        } else if (word == "--fixed") {
+            order.first = 1;
+            order.lives = kFixedLives;
+        } else if (i + 1 == count || !take(order, word, words[++i])) {
+            return std::nullopt;
+        }
     }
     return order;
 }
 
 bool live(std::uint64_t seed, const Order& order, Tally& tally) {
-    const Hazards hazards;
     Life::Trace trace;
     if (order.isTraced) trace = [](const std::string& line) { std::cout << line << "\n"; };
-    Life life(seed, hazards, trace);
+    Life life(seed, order.hazards, trace);
     const std::optional<std::string> broken = life.run();
     tally += life.tally();
     if (broken) std::cout << "seed " << seed << ": " << *broken << std::endl;
     return !broken;
 }
 
+void report(const Tally& tally, double seconds, std::uint64_t broken) {
+    const std::uint64_t ends = tally.kills + tally.cuts + tally.exits;
+    const auto aSecond = [seconds](std::uint64_t count) {
+        return std::to_string(static_cast<std::uint64_t>(static_cast<double>(count) / seconds)) + " a second";
+    };
+    std::cout << tally.lives << " worlds (" << aSecond(tally.lives) << "), " << ends
+              << " lives from a start to an end and what it leaves (" << aSecond(ends) << "): " << tally.cuts
+              << " power cuts, " << tally.kills << " kills, " << tally.exits << " ends; " << tally.passes << " passes, "
+              << tally.calls << " calls, " << tally.questions << " questions.\nCalls that failed:";
+    for (std::size_t i = 0; i < tally.faults.size(); ++i)
+        if (tally.faults[i] != 0) std::cout << " " << nameOf(static_cast<Call>(i)) << " " << tally.faults[i];
+    std::cout << "\n";
+    for (std::size_t i = 1; i < kExcuses; ++i)
+        std::cout << "Excused " << tally.excused[i] << " times: " << kExcuseRows[i] << ".\n";
+    std::cout << broken << " broken promises." << std::endl;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
-    ::setenv("TZ", "UTC", 1);
-    const Order order = orderFrom(count, words);
+    // Clocks change twice a year, wherever this runs.
+    ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    const std::optional<Order> order = orderFrom(count, words);
+    if (!order) {
+        std::cerr << "That is no order; the head of this program's source says which there are.\n";
+        return 2;
+    }
     const auto begin = std::chrono::steady_clock::now();
     const auto seconds = [&] {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     };
     Tally tally;
     std::uint64_t broken = 0;
-    for (std::uint64_t seed = order.first; broken < 10; ++seed) {
-        if (order.lives != 0 && tally.lives >= order.lives) break;
-        if (order.lives == 0 && seconds() >= order.minutes * 60) break;
-        broken += live(seed, order, tally) ? 0 : 1;
+    for (std::uint64_t seed = order->first; broken < kMostBroken; ++seed) {
+        if (order->lives != 0 ? tally.lives >= order->lives : seconds() >= order->minutes * 60) break;
+        broken += live(seed, *order, tally) ? 0 : 1;
     }
-    std::cout << tally.lives << " lives, " << static_cast<std::uint64_t>(static_cast<double>(tally.lives) / seconds())
-              << " a second, from seed " << order.first << ": " << tally.runs << " runs, " << tally.passes
-              << " passes, " << tally.kills << " kills, " << tally.cuts << " power cuts, " << tally.exits << " ends, "
-              << tally.faults << " calls that failed, " << tally.questions << " questions, " << tally.calls
-              << " calls; " << broken << " broken promises." << std::endl;
+    report(tally, seconds(), broken);
     return broken == 0 ? 0 : 1;
 }

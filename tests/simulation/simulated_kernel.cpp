@@ -135,7 +135,7 @@ int SimulatedKernel::planned(Call call, const Ends& ends) {
             !liesBelow(record.otherPath(), fault.below))
             continue;
         if (fault.times != PlannedFault::kAlways) --fault.times;
-        ++faultsMet;
+        ++faultsMet[static_cast<std::size_t>(call)];
         if (fault.losesData && record.first.disk != nullptr)
             record.first.disk->loseFlush(record.first.disk->beginFlush(record.first.node, call == Call::fsync));
         return fault.error;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <array>
 #include <cerrno>
 #include <functional>
 #include <limits>
@@ -94,8 +95,8 @@ public:
     std::vector<PlannedFault> faults;
     std::uint64_t shortOneIn = 0;      ///< one in so many reads and writes is short; 0: none
     std::uint64_t interruptOneIn = 0;  ///< one in so many reads, writes and truncations answers EINTR
-    std::uint64_t faultsMet = 0;       ///< planned faults that calls have met
-    std::size_t mostOpen = 1024;       ///< EMFILE beyond
+    std::array<std::uint64_t, static_cast<std::size_t>(Call::count)> faultsMet{};  ///< planned faults, by call
+    std::size_t mostOpen = 1024;                                                   ///< EMFILE beyond
     /// Told after each call, and after each flush that has ended, when it is set.
     std::function<void(const CallRecord&)> afterCall;
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +12,6 @@
 #include "platform/files/posix_toolbox.h"
 #include "platform/openssl/openssl_cipher.h"
 #include "platform/sqlite/sqlite_database.h"
-#include "rig/hand_driven_timers.h"
 #include "simulation/simulated_loop.h"
 #include "support/doubles.h"
 
@@ -33,30 +32,31 @@ private:
     std::vector<std::string> lines_;
 };
 
-/// Boxes that wait until the operator answers.
+/// Boxes that wait until somebody answers them.
 class WaitingBoxes final : public MessageBoxes {
 public:
     using MessageBoxes::MessageBoxes;
     void inform(const Box&) override {}
-    [[nodiscard]] bool isOpen() const { return open_.has_value(); }
-    void answer(Answer answer) {
-        const Ticket<Answer> ticket = *open_;
-        open_.reset();
-        queue().wake(ticket, answer);
+    /// Nothing happens when the box is no longer open.
+    void answer(Ticket<Answer> ticket, Answer answer) {
+        if (std::erase(open_, ticket) != 0) queue().wake(ticket, answer);
     }
-    std::function<void(const Box&)> asked;
+    [[nodiscard]] bool isOpen(Ticket<Answer> ticket) const {
+        return std::find(open_.begin(), open_.end(), ticket) != open_.end();
+    }
+    [[nodiscard]] bool areOpen() const { return !open_.empty(); }
+    /// Is told of each box that waits for an answer.
+    std::function<void(Ticket<Answer>, const Box&)> asked;
 
 protected:
     void open(Ticket<Answer> ticket, const Box& box) override {
-        open_ = ticket;
-        if (asked) asked(box);
+        open_.push_back(ticket);
+        if (asked) asked(ticket, box);
     }
-    void close(Ticket<Answer> ticket) override {
-        if (open_ == ticket) open_.reset();
-    }
+    void close(Ticket<Answer> ticket) override { std::erase(open_, ticket); }
 
 private:
-    std::optional<Ticket<Answer>> open_;
+    std::vector<Ticket<Answer>> open_;
 };
 
 /// Password files whose contents are one text. What SQLite keeps is proved on a real disk, by kill tests.
@@ -86,8 +86,8 @@ private:
 /// One run of the program, from its start to its end: the engine as it is, on a simulated machine.
 struct SimulatedProgram {
     SimulatedProgram(SimulatedClock& time, SimulatedKernel& kernel, const Path& profile, const std::string& password)
-        : clock(time),
-          loop(time, kernel),
+        : loop(time, kernel),
+          timers(loop),
           toolbox(loop, kernel, time),
           files(kernel),
           database(loop),
@@ -100,10 +100,9 @@ struct SimulatedProgram {
         engine.activePassword.set(password);
     }
 
-    SimulatedClock& clock;
     bool hasQuit = false;
     SimulatedLoop loop;
-    HandDrivenTimers timers;
+    SimulatedTimers timers;
     PosixToolbox toolbox;
     PosixDataFiles files;
     SqliteDatabase database;

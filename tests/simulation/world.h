@@ -13,34 +13,86 @@ namespace vantrell::test {
 
 /// What may happen in a life; each is one in so many, 0 never.
 struct Hazards {
-    std::uint64_t unordered = 2;  ///< a disk that does not order its names
-    std::uint64_t oddDisk = 3;    ///< one that folds names, has coarse times, no second names …
-    std::uint64_t subfolders = 2;
+    std::uint64_t unordered = 2;     ///< a disk that does not order its names
+    std::uint64_t oddDisk = 3;       ///< one that has no nameless files, coarse times, no leases …
+    std::uint64_t otherDisk = 2;     ///< a folder lies on a disk of its own
+    std::uint64_t diskInSource = 8;  ///< a disk is mounted below Source
+    std::uint64_t subfolders = 2;    ///< they are included
     std::uint64_t overwriting = 2;
-    std::uint64_t otherDisk = 2;  ///< a folder that lies on a disk of its own
-    std::uint64_t faults = 2;     ///< a run in which calls fail
-    std::uint64_t others = 2;     ///< a life with other programs in it
     std::uint64_t largeFile = 40;
+    std::uint64_t tornSettings = 20;  ///< ZEP.cfg lacks its last items at first
+    std::uint64_t faults = 2;         ///< a run in which calls fail
+    std::uint64_t blindLooks = 1;     ///< looks at open files may be among them
+    std::uint64_t blindSearches = 1;  ///< openings and listings in Source may be among them
+    std::uint64_t shortCalls = 6;     ///< a run with short reads and writes, or with interrupted ones
+    std::uint64_t fullDisk = 6;
+    std::uint64_t vanishing = 12;     ///< a run in which a disk is pulled out
+    std::uint64_t people = 3;         ///< a life whose operator does more than answer
+    std::uint64_t others = 2;         ///< a life with other programs in it
+    std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
+    std::uint64_t clockJumps = 10;    ///< a run before which the clock is set
 };
 
-enum class Where { source, destination, done, rejected, data, outside };
+/// Each by its name.
+struct HazardRow {
+    const char* name;
+    std::uint64_t Hazards::*count;
+};
+inline constexpr std::array kHazardRows{HazardRow{"unordered", &Hazards::unordered},
+                                        HazardRow{"oddDisk", &Hazards::oddDisk},
+                                        HazardRow{"otherDisk", &Hazards::otherDisk},
+                                        HazardRow{"diskInSource", &Hazards::diskInSource},
+                                        HazardRow{"subfolders", &Hazards::subfolders},
+                                        HazardRow{"overwriting", &Hazards::overwriting},
+                                        HazardRow{"largeFile", &Hazards::largeFile},
+                                        HazardRow{"tornSettings", &Hazards::tornSettings},
+                                        HazardRow{"faults", &Hazards::faults},
+                                        HazardRow{"blindLooks", &Hazards::blindLooks},
+                                        HazardRow{"blindSearches", &Hazards::blindSearches},
+                                        HazardRow{"shortCalls", &Hazards::shortCalls},
+                                        HazardRow{"fullDisk", &Hazards::fullDisk},
+                                        HazardRow{"vanishing", &Hazards::vanishing},
+                                        HazardRow{"people", &Hazards::people},
+                                        HazardRow{"others", &Hazards::others},
+                                        HazardRow{"betweenCalls", &Hazards::betweenCalls},
+                                        HazardRow{"clockJumps", &Hazards::clockJumps}};
+
+enum class Where : std::uint8_t { source, destination, done, rejected, data, outside, count };
+inline constexpr std::size_t kWheres = static_cast<std::size_t>(Where::count);
+
+/// A folder of the world, wherever it is mounted and whatever its path leads to meanwhile.
+struct Region {
+    Where where = Where::outside;
+    std::size_t disk = 0;
+    Node node = kNoNode;
+    std::string path;
+};
 
 /// The disks of a life and what lies on them.
 class World {
 public:
     World(std::uint64_t seed, const Hazards& hazards);
 
+    /// The folder that is set at the beginning, and the other one that may be chosen instead.
     [[nodiscard]] const std::string& folder(Where where) const { return folders_[static_cast<std::size_t>(where)]; }
+    [[nodiscard]] std::string otherFolder(Where where) const { return folder(where) + "-2"; }
+    [[nodiscard]] const std::vector<Region>& regions() const { return regions_; }
+    /// Source and what lies in it.
+    [[nodiscard]] const std::vector<std::string>& sources() const { return sources_; }
     [[nodiscard]] SimulatedDisk& diskOf(Where where);
     [[nodiscard]] OtherPrograms& others() { return kernel.others(); }
     /// The regular files of a folder of the world by their full paths, those in sub-folders too.
-    [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder) const;
+    [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
     [[nodiscard]] std::string dataFile(const std::string& name) const { return folder(Where::data) + "/" + name; }
     void makeRoom();
+    /// Pulls out the disk of a folder, and mounts again all that were.
+    void pullOut(Where where);
+    void plugIn();
 
     Chance chance;
     SimulatedClock clock;
     SettingsRecord settings;
+    std::string firstSettings;  ///< as they stand in ZEP.cfg at the beginning
     std::string profile;
     std::deque<SimulatedDisk> disks;
     SimulatedKernel kernel;
@@ -48,10 +100,15 @@ public:
 private:
     void mountDisks(const Hazards& hazards);
     void makeFolders(const Hazards& hazards);
-    void writeSettings();
+    void chooseSettings(const Hazards& hazards);
+    void writeSettings(const Hazards& hazards);
+    void addRegion(Where where, const std::string& path);
     DiskTraits drawTraits(const Hazards& hazards, unsigned number);
 
-    std::array<std::string, 6> folders_;
+    std::array<std::string, kWheres> folders_;
+    std::vector<Region> regions_;
+    std::vector<std::string> sources_;
+    std::vector<std::pair<std::string, SimulatedDisk*>> pulledOut_;
 };
 
 }  // namespace vantrell::test
