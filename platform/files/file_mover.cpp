@@ -191,7 +191,9 @@ bool FileMover::putBack(const Route& route) {
 }
 
 Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
-    if (!standsAt(route.to, identityOf(route.source))) {
+    // Somebody may have put another file there, or written to this one, after the last look.
+    struct stat moved {};
+    if (route.to.status(moved) != 0 || !isUnwritten(moved, stampOf(route.source))) {
         Fault fault = inUseFault();
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
         co_return fault;

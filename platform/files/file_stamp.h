@@ -38,4 +38,10 @@ inline FileStamp stampOf(const struct stat& status) {
             timeOf(status.st_ctim)};
 }
 
+/// Giving and taking names renews the change time only; a write also moves the modification time or the size.
+inline bool isUnwritten(const struct stat& now, const FileStamp& then) {
+    const FileStamp stamp = stampOf(now);
+    return stamp.identity == then.identity && stamp.size == then.size && stamp.modified == then.modified;
+}
+
 }  // namespace vantrell

@@ -10,12 +10,6 @@ namespace vantrell {
 
 namespace {
 
-// Giving and taking names renews the change time only; a write also moves the modification time or the size.
-bool isUnwritten(const struct stat& now, const FileStamp& then) {
-    const FileStamp stamp = stampOf(now);
-    return stamp.identity == then.identity && stamp.size == then.size && stamp.modified == then.modified;
-}
-
 // The target has taken the file, so what is not permitted concerns this one.
 Fault removalFault(int error) {
     Fault fault = sourceFault(error, "The file cannot be removed from the source folder");
