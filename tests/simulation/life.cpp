@@ -108,7 +108,8 @@ void Life::planFault() {
     constexpr std::array kErrors{EIO, ENOSPC, EACCES, EMFILE, ENOMEM, EROFS, EPERM, EAGAIN, ESTALE, EBUSY, ENXIO};
     PlannedFault fault;
     fault.call = chance_.pick(kCalls);
-    const bool isLook = fault.call == Call::fstat || fault.call == Call::statx || fault.call == Call::any;
+    const bool isLook = fault.call == Call::fstat || fault.call == Call::fstatat || fault.call == Call::statx ||
+                        fault.call == Call::any;
     if (isLook && !chance_.oneIn(hazards_.blindLooks)) fault.call = Call::openat;
     fault.error = chance_.pick(kErrors);
     fault.from = world_.kernel.calls() + 1 + chance_.below(400);
