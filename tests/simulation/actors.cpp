@@ -225,7 +225,7 @@ void Actors::swapFolder() {
     const std::string folder = world_.sources()[1];
     const std::string aside = folder + ".aside";
     // Whoever writes there would not know where his file is.
-    if (!writers_.empty()) return;
+    if (!writers_.empty() || (others.at(aside).node == kNoNode && !isFolder(folder))) return;
     if (others.at(aside).node == kNoNode) {
         if (others.rename(folder, aside)) others.makeLink(world_.folder(Where::outside), folder);
     } else {

@@ -361,7 +361,8 @@ Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Foun
         const std::string key = keyOf(withoutEnding(nameOf(file.path)));
         if (file.original() == kUnknown) return file.path + " is partial, or of no content that ever was";
         // What a disk takes for the same name may be written in another way.
-        if (!hasBorne(at(file.original()), withoutEnding(nameOf(file.path)))) return file.path + " holds " + at(file.original()).path;
+        if (!hasBorne(at(file.original()), withoutEnding(nameOf(file.path))))
+            return file.path + " holds " + at(file.original()).path;
         for (const Publication& other : published_) {
             if (other.folder != folderOf(file.path) || other.key != key || other.original == file.original()) continue;
             const Content& content = at(other.original);
@@ -388,7 +389,8 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
         });
         // One that had rightly taken its place was collected then.
         const bool isCollected = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
-            return at(one.original).outputsExcuse != Excuse::none && isLaterOutput(key, static_cast<Id>(i), one.original);
+            return at(one.original).outputsExcuse != Excuse::none &&
+                   isLaterOutput(key, static_cast<Id>(i), one.original);
         });
         if (!stands && !isCollected) return content.path + " has left Source for Done, and there is no output of it";
     }
@@ -454,6 +456,10 @@ Checker::Broken Checker::afterEnd(bool wasKilled) {
         ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
     }
     isFlushFaultUnnoted_ = false;
+    return afterLoss();
+}
+
+Checker::Broken Checker::afterLoss() {
     known_.clear();
     othersActed();
     const std::vector<Found> found = find(before_);
@@ -534,7 +540,8 @@ Checker::Broken Checker::checkLogs() {
         const std::string day = nameOf(path).substr(0, 8);
         const bool isToday = day == dayStamp(world_.clock.now());
         const auto next = std::upper_bound(logs.begin(), logs.end(), path);
-        const bool isMended = isToday || (next != logs.end() && nameOf(*next).substr(0, 8) == dayStamp(world_.clock.now()));
+        const bool isMended =
+            isToday || (next != logs.end() && nameOf(*next).substr(0, 8) == dayStamp(world_.clock.now()));
         for (std::size_t begin = 0; begin < text->size();) {
             const std::size_t end = std::min(text->find("\r\n", begin), text->size());
             std::uint64_t& count = left[text->substr(begin, end - begin)];

@@ -84,7 +84,8 @@ public:
     Broken questionAsked(const std::string& text);
     /// Of a cut at this moment.
     Broken afterCut(Chance& chance);
-    /// After a process has ended: what is left is all that there is from now on.
+    /// After a cut, or when a disk was pulled out: what is left is all that there is from now on.
+    Broken afterLoss();
     Broken afterEnd(bool wasKilled);
     /// At the end of a life in which nothing more went wrong.
     Broken atRest();

@@ -108,7 +108,8 @@ void Life::planFault() {
     constexpr std::array kErrors{EIO, ENOSPC, EACCES, EMFILE, ENOMEM, EROFS, EPERM, EAGAIN, ESTALE, EBUSY, ENXIO};
     PlannedFault fault;
     fault.call = chance_.pick(kCalls);
-    const bool isLook = fault.call == Call::fstat || fault.call == Call::statx || fault.call == Call::any;
+    const bool isLook = fault.call == Call::fstat || fault.call == Call::fstatat || fault.call == Call::statx ||
+                        fault.call == Call::any;
     if (isLook && !chance_.oneIn(hazards_.blindLooks)) fault.call = Call::openat;
     fault.error = chance_.pick(kErrors);
     fault.from = world_.kernel.calls() + 1 + chance_.below(400);
@@ -120,8 +121,11 @@ void Life::planFault() {
         fault.below = world_.folder(Where::destination);
     const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
     fault.losesData = isFlush && fault.error == EIO && chance_.oneIn(2);
-    tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below + ", error " +
-         std::to_string(fault.error) + (fault.times == 1 ? ", once" : fault.losesData ? ", and loses data" : ""));
+    tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below +
+         ", error " + std::to_string(fault.error) +
+         (fault.times == 1  ? ", once"
+          : fault.losesData ? ", and loses data"
+                            : ""));
     world_.kernel.faults.push_back(std::move(fault));
 }
 
@@ -135,6 +139,7 @@ void Life::planTrouble() {
         const auto minutes = std::chrono::minutes(chance_.below(40'000));
         world_.clock.jump(chance_.oneIn(2) ? minutes : -minutes);
     }
+    isVanishing_ = chance_.oneIn(hazards_.vanishing);
     if (chance_.oneIn(8)) world_.clock.advance(std::chrono::hours(chance_.below(240)));
     if (!chance_.oneIn(hazards_.fullDisk)) return;
     SimulatedDisk& disk = world_.diskOf(chance_.pick(kFolders));
@@ -168,11 +173,23 @@ bool Life::step() {
     if (world_.kernel.isDead() || broken_ || program_->hasQuit) return false;
     if (!isCalm_ && hasOthers_ && chance_.oneIn(12)) act();
     if (!isCalm_ && hasPeople_ && chance_.oneIn(20)) operate();
+    if (isVanishing_ && chance_.oneIn(40)) vanish();
     if (program_->hasQuit || program_->loop.turn(chance_)) return true;
     if (hasOthers_) note(actors_.write());
     keepGoing();
     program_->loop.passTime(hasOthers_ && !isCalm_ ? std::chrono::milliseconds(500) : kLongestStep);
     return true;
+}
+
+// A disk goes without a word, or comes back.
+void Life::vanish() {
+    if (world_.isAnyOut()) {
+        tell("== a disk is back");
+        return world_.plugIn();
+    }
+    if (!world_.pullOut(chance_.pick(kFolders))) return;
+    tell("== a disk is gone");
+    note(checker_.afterLoss());
 }
 
 // Somebody presses Start when the program stands still.
@@ -238,7 +255,8 @@ void Life::useMenus() {
     if (entry == 0) {
         const std::string text = "passwords " + std::to_string(++edits_);
         checker_.passwordsMayBe(text);
-        if (program_->files.writeAtomically(world_.dataFile(kPasswordFileName), text).ok()) checker_.passwordsAreSaved();
+        if (program_->files.writeAtomically(world_.dataFile(kPasswordFileName), text).ok())
+            checker_.passwordsAreSaved();
     }
     if (entry == 1) engine.backupMenus.mnBackup();
     if (entry == 2) engine.backupMenus.mnONLBackup();
@@ -259,6 +277,8 @@ void Life::end(End how) {
     kernel.faults.clear();
     kernel.shortOneIn = kernel.interruptOneIn = 0;
     world_.makeRoom();
+    isVanishing_ = false;
+    world_.plugIn();
     if (how == End::cut) {
         kernel.powerCut(chance_);
         actors_.forget(false);

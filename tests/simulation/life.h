@@ -51,6 +51,7 @@ private:
     void operate();
     void changeFolder();
     void useMenus();
+    void vanish();
     void keepGoing();
     void end(End how);
     void becomeCalm();
@@ -66,6 +67,7 @@ private:
     Tally tally_;
     std::string password_ = "secret";
     bool isCalm_ = false;
+    bool isVanishing_ = false;
     bool hasOthers_, hasPeople_;
     bool isActing_ = false;
     std::size_t passes_ = 0;  ///< of this run

@@ -142,13 +142,15 @@ void World::makeRoom() {
     for (SimulatedDisk& disk : disks) disk.traits.capacity = std::uint64_t{1} << 40U;
 }
 
-void World::pullOut(Where where) {
+bool World::pullOut(Where where) {
     const std::string point = mountPointOf(folder(where));
     SimulatedDisk* const disk = kernel.mountedAt(point);
-    // The disk below Source goes with the one on which it is mounted.
-    if (disk == nullptr || kernel.mountedAt(folder(Where::source) + "/m") != nullptr) return;
+    // The disk below Source goes with the one on which it is mounted, and nobody works without the data folder.
+    const bool isNeeded = point == mountPointOf(profile) || kernel.mountedAt(folder(Where::source) + "/m") != nullptr;
+    if (disk == nullptr || isNeeded) return false;
     kernel.pullOut(point, chance);
     pulledOut_.emplace_back(point, disk);
+    return true;
 }
 
 void World::plugIn() {

@@ -11,7 +11,7 @@
 
 namespace vantrell::test {
 
-/// What may happen in a life; each is one in so many, 0 never.
+/// What may happen in a life; each is one in so many, 0 never. As they stand here, the program is proof against them.
 struct Hazards {
     std::uint64_t unordered = 2;     ///< a disk that does not order its names
     std::uint64_t oddDisk = 3;       ///< one that has no nameless files, coarse times, no leases …
@@ -22,16 +22,24 @@ struct Hazards {
     std::uint64_t largeFile = 40;
     std::uint64_t tornSettings = 20;  ///< ZEP.cfg lacks its last items at first
     std::uint64_t faults = 2;         ///< a run in which calls fail
-    std::uint64_t blindLooks = 1;     ///< looks at open files may be among them
-    std::uint64_t blindSearches = 1;  ///< openings and listings in Source may be among them
+    std::uint64_t blindLooks = 0;     ///< looks at open files may be among them
+    std::uint64_t blindSearches = 0;  ///< openings and listings in Source may be among them
     std::uint64_t shortCalls = 6;     ///< a run with short reads and writes, or with interrupted ones
     std::uint64_t fullDisk = 6;
-    std::uint64_t vanishing = 12;     ///< a run in which a disk is pulled out
-    std::uint64_t people = 3;         ///< a life whose operator does more than answer
-    std::uint64_t others = 2;         ///< a life with other programs in it
-    std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
-    std::uint64_t clockJumps = 10;    ///< a run before which the clock is set
+    std::uint64_t vanishing = 0;     ///< a run in which a disk is pulled out
+    std::uint64_t people = 3;        ///< a life whose operator does more than answer
+    std::uint64_t others = 2;        ///< a life with other programs in it
+    std::uint64_t betweenCalls = 0;  ///< they act after so many calls, else between turns only
+    std::uint64_t clockJumps = 10;   ///< a run before which the clock is set
 };
+/// With those too that it is not proof against.
+inline Hazards allHazards() {
+    Hazards all;
+    all.blindLooks = all.blindSearches = 1;
+    all.vanishing = 12;
+    all.betweenCalls = 150;
+    return all;
+}
 
 /// Each by its name.
 struct HazardRow {
@@ -85,9 +93,11 @@ public:
     [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
     [[nodiscard]] std::string dataFile(const std::string& name) const { return folder(Where::data) + "/" + name; }
     void makeRoom();
-    /// Pulls out the disk of a folder, and mounts again all that were.
-    void pullOut(Where where);
+    /// Pulls out the disk of a folder. False when it cannot be.
+    bool pullOut(Where where);
+    /// Mounts again what was pulled out.
     void plugIn();
+    [[nodiscard]] bool isAnyOut() const { return !pulledOut_.empty(); }
 
     Chance chance;
     SimulatedClock clock;
