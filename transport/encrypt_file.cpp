@@ -115,8 +115,10 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
 
 // Nothing when the output stands whole under its name.
 Task<std::optional<EncryptResult>> FileEncryption::encrypt(Work& work) {
-    if (work.holding.failedWith(FaultKind::inUse)) {
-        if (p_.isStopped()) co_return resultOf(work, EncryptOutcome::withdrawn);
+    if (!work.holding.ok()) {
+        if (work.holding.failedWith(FaultKind::inUse) && p_.isStopped())
+            co_return resultOf(work, EncryptOutcome::withdrawn);
+        // Whether its output may be replaced need not be asked: there will be none.
         co_return failedBy(work, work.holding.fault());
     }
     Replace replace = Replace::never;

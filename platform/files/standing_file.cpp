@@ -34,8 +34,10 @@ Result<> PosixStandingFile::checkUnchanged(bool withChangeTime) const {
     };
     struct stat named {};
     struct stat held {};
-    const bool isThere = place_.status(named) == 0 && file_->file().status(held) == 0;
-    if (!isThere || !isUnchanged(named) || !isUnchanged(held)) return inUseFault();
+    int error = place_.status(named);
+    if (error == 0) error = file_->file().status(held);
+    if (error != 0) return outputFault(error, "What stands there cannot be looked at");
+    if (!isUnchanged(named) || !isUnchanged(held)) return inUseFault();
     return probe_.isKnownToBeWritten(file_->file()) ? Result<>(inUseFault()) : Result<>();
 }
 
