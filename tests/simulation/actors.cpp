@@ -224,14 +224,15 @@ void Actors::swapFolder() {
     OtherPrograms& others = world_.others();
     const std::string folder = world_.sources()[1];
     const std::string aside = folder + ".aside";
+    const Spot there = others.at(folder);
+    const bool isLink = there.node != kNoNode && S_ISLNK(there.inode().mode);
     // Whoever writes there would not know where his file is.
-    if (!writers_.empty() || (others.at(aside).node == kNoNode && !isFolder(folder))) return;
-    if (others.at(aside).node == kNoNode) {
-        if (others.rename(folder, aside)) others.makeLink(world_.folder(Where::outside), folder);
-    } else {
-        others.remove(folder);
+    if (!writers_.empty() || (!isLink && !isFolder(folder))) return;
+    if (isLink) others.remove(folder);
+    if (isLink)
         others.rename(aside, folder);
-    }
+    else if (others.rename(folder, aside))
+        others.makeLink(world_.folder(Where::outside), folder);
     others.flush(folderOf(folder));
     told("swap " + folder);
     checker_.hidden(folder);

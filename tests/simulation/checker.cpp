@@ -151,7 +151,12 @@ Checker::Broken Checker::collects(const std::string& path) {
     const Known& known = identify(bytes, true);
     if (known.content != kUnknown) excuse(at(known.content).excuse, Excuse::writersOwn);
     if (known.content == kUnknown && known.original == kUnknown) return path + " was collected, and is nobody's output";
-    if (known.original != kUnknown) excuse(at(known.original).outputsExcuse, Excuse::collected);
+    if (known.original == kUnknown) return std::nullopt;
+    // With it goes what stands for those whose place it has rightly taken.
+    const std::string key = keyOf(withoutEnding(nameOf(path)));
+    for (Id id = 0; id < static_cast<Id>(contents_.size()); ++id)
+        if (id == known.original || isLaterOutput(key, id, known.original))
+            excuse(at(id).outputsExcuse, Excuse::collected);
     return std::nullopt;
 }
 
@@ -163,6 +168,7 @@ void Checker::settingsAre(const SettingsRecord& settings) {
 }
 
 void Checker::passwordIs(const std::string& password) {
+    isPasswordOfThePass_ = false;
     password_ = password;
     passwords_.insert(password);
     known_.clear();
@@ -193,6 +199,7 @@ void Checker::allowed(const std::string& question) {
 void Checker::passBegins() {
     ++passes_;
     ofThePass_ = inForce_;
+    isPasswordOfThePass_ = true;
     allowed_.clear();
     mayOverwrite_ = inForce_.OverwriteExistingFiles;
     for (const File& file : before_) {
@@ -344,10 +351,16 @@ bool Checker::hasBorne(const Content& content, const std::string& name) {
                        [&](const std::string& one) { return lowered(one) == lowered(name); });
 }
 
+// Whether the one was made under the name after the other one.
 bool Checker::isLaterOutput(const std::string& key, Id earlier, Id later) const {
-    for (auto one = published_.rbegin(); one != published_.rend() && one->original != earlier; ++one)
-        if (one->original == later && one->key == key) return true;
-    return false;
+    bool isMade = false;
+    bool isLater = false;
+    for (const Publication& one : published_) {
+        if (one.key != key) continue;
+        isMade |= one.original == earlier;
+        isLater = one.original != earlier && (isLater || (isMade && one.original == later));
+    }
+    return isLater;
 }
 
 // What stands under an output's name is whole, and of what was carried last under that name.
@@ -381,18 +394,14 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
         const Content& content = contents_[i];
         if (content.where != Where::source || content.excuse != Excuse::none) continue;
         if (content.outputsExcuse != Excuse::none) continue;
-        if (!isIn(found[i], Where::done) || isIn(found[i], Where::source)) continue;
+        // What is in the rejected folder as well was not carried.
+        if (!isIn(found[i], Where::done) || isIn(found[i], Where::source) || isIn(found[i], Where::rejected)) continue;
         const std::string key = keyOf(nameOf(content.path));
         const bool stands = std::any_of(state.begin(), state.end(), [&](const File& file) {
             if (file.where != Where::destination || file.original() == kUnknown) return false;
             return file.original() == static_cast<Id>(i) || isLaterOutput(key, static_cast<Id>(i), file.original());
         });
-        // One that had rightly taken its place was collected then.
-        const bool isCollected = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
-            return at(one.original).outputsExcuse != Excuse::none &&
-                   isLaterOutput(key, static_cast<Id>(i), one.original);
-        });
-        if (!stands && !isCollected) return content.path + " has left Source for Done, and there is no output of it";
+        if (!stands) return content.path + " has left Source for Done, and there is no output of it";
     }
     return std::nullopt;
 }

@@ -158,6 +158,7 @@ private:
     std::set<std::string> settings_, passwords_, allowed_;
     std::vector<std::pair<std::string, Excuse>> passwordFiles_;
     std::string password_;
+    bool isPasswordOfThePass_ = true;
     SettingsRecord inForce_, ofThePass_;
     bool mayOverwrite_ = false;
     unsigned passes_ = 0;
