@@ -45,7 +45,7 @@ Task<Result<>> MoveGroup::flush() {
 
 void MoveGroup::takeBackAll(Fault& fault) {
     std::size_t left = 0;
-    for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) left += takeBack(*entry) ? 0 : 1;
+    for (const Entry& entry : entries_) left += takeBack(entry) ? 0 : 1;
     if (entries_.empty()) return;
     fault.text += "; the files that were moved last have been taken back";
     if (left > 0) fault.text += ", but for " + std::to_string(left);
