@@ -48,7 +48,9 @@ class Files(ProgramTest):
             profile.drop("a.EnC", b"already")
             profile.drop("z", b"last in the order")
             process = profile.start()
-            wait_until(lambda: os.path.exists(os.path.join(profile.done, "z")), "the file behind them")
+            # For a moment the file bears both names.
+            wait_until(lambda: not os.path.exists(os.path.join(profile.source, "z")), "the file behind them")
+            self.assertTrue(os.path.exists(os.path.join(profile.done, "z")))
             self.assertEqual(profile.end(process), 0)
         self.assertEqual(sorted(os.listdir(profile.source)), ["a.EnC", "fifo", "folder link", "link", "socket"])
         self.assertEqual(os.listdir(profile.destination), ["z.enc"])
