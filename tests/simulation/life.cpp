@@ -177,7 +177,7 @@ bool Life::step() {
     if (program_->hasQuit || program_->loop.turn(chance_)) return true;
     if (hasOthers_) note(actors_.write());
     keepGoing();
-    program_->loop.passTime(hasOthers_ && !isCalm_ ? std::chrono::milliseconds(500) : kLongestStep);
+    program_->loop.passTime(actors_.areWriting() ? std::chrono::milliseconds(500) : kLongestStep);
     return true;
 }
 
