@@ -82,6 +82,8 @@ void Actors::putFirstFiles() {
 }
 
 std::optional<std::string> Actors::act() {
+    // What would be put into an empty place is covered when the disk comes back.
+    if (world_.isAnyOut()) return std::nullopt;
     switch (chance_.below(8)) {
         case 0:
         case 1:

@@ -23,6 +23,7 @@ public:
     void putFirstFiles();
     /// One deed, and what writers at work have to do by now. Gives the sentence of a broken promise that shows in it.
     std::optional<std::string> act();
+    [[nodiscard]] bool areWriting() const { return !writers_.empty(); }
     /// Writers at work write what they have to write by now.
     std::optional<std::string> write();
     /// The machine has lost its power, or the life becomes calm: nobody writes any more.

@@ -512,9 +512,9 @@ Checker::Broken Checker::questionAsked(const std::string& text) {
                                        : ofThePass_.DestinationFolder + "/" + nameOf(file.path) + std::string(kEnding);
         for (const File& standing : state) {
             if (standing.path != target) continue;
-            const bool isEqual = isAboutDone
-                                     ? standing.content() == file.content()
-                                     : standing.original() == file.content() && standing.known->password == password_;
+            const bool isOutputNow =
+                standing.original() == file.content() && standing.known->password == password_ && isPasswordOfThePass_;
+            const bool isEqual = isAboutDone ? standing.content() == file.content() : isOutputNow;
             if (isEqual) return "it asks about what it has put there itself: " + standing.path;
         }
     }

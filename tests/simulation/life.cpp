@@ -140,7 +140,11 @@ void Life::planTrouble() {
         world_.clock.jump(chance_.oneIn(2) ? minutes : -minutes);
     }
     isVanishing_ = chance_.oneIn(hazards_.vanishing);
-    if (chance_.oneIn(8)) world_.clock.advance(std::chrono::hours(chance_.below(240)));
+    if (chance_.oneIn(8)) {
+        // Nobody pauses for that long in the middle of a file.
+        actors_.forget(true);
+        world_.clock.advance(std::chrono::hours(chance_.below(240)));
+    }
     if (!chance_.oneIn(hazards_.fullDisk)) return;
     SimulatedDisk& disk = world_.diskOf(chance_.pick(kFolders));
     disk.traits.capacity = disk.used() + chance_.below(200);
@@ -177,7 +181,7 @@ bool Life::step() {
     if (program_->hasQuit || program_->loop.turn(chance_)) return true;
     if (hasOthers_) note(actors_.write());
     keepGoing();
-    program_->loop.passTime(hasOthers_ && !isCalm_ ? std::chrono::milliseconds(500) : kLongestStep);
+    program_->loop.passTime(actors_.areWriting() ? std::chrono::milliseconds(500) : kLongestStep);
     return true;
 }
 
