@@ -19,7 +19,7 @@ namespace {
 
 using namespace vantrell::test;
 
-constexpr std::uint64_t kFixedLives = 10'000;
+constexpr std::uint64_t kFixedLives = 8'000;
 constexpr std::uint64_t kMostBroken = 10;
 
 struct Order {
