@@ -9,6 +9,7 @@ Ends with 0 only when every sabotage was found. The copy lies in build/sabotage,
 import argparse
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 
@@ -16,6 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PATCHES = ROOT / "tests/simulation/sabotage"
 COPY = ROOT / "build/sabotage"
 PROGRAM = COPY / "build/release/bin/vantrell_simulate"
+WHOLE = COPY / "build/whole_simulate"
 
 
 def run(*words, **options):
@@ -48,10 +50,12 @@ def build():
 
 
 def seed_that_fails(lives):
-    """The seed that the simulation found, with its sentence; nothing when it found none."""
+    """The first seed that the simulation found and that is whole without the sabotage, with its sentence."""
     done = run(PROGRAM, "--seed-from", 1, "--lives", lives, cwd=COPY)
-    found = re.search(r"^seed (\d+): (.*)$", done.stdout, re.MULTILINE)
-    return found.groups() if done.returncode != 0 and found else None
+    for found in re.finditer(r"^seed (\d+): (.*)$", done.stdout, re.MULTILINE):
+        if run(WHOLE, "--seed", found[1], cwd=COPY).returncode == 0:
+            return found.groups()
+    return None
 
 
 def try_out(patch, lives):
@@ -82,6 +86,7 @@ def main():
     must("git", "init", "-q", cwd=COPY)
     must("cmake", "--preset", "release", cwd=COPY)
     must("cmake", "--build", "build/release", "--target", "vantrell_simulate", cwd=COPY)
+    shutil.copy2(PROGRAM, WHOLE)
     missed = 0
     for patch in patches:
         why = try_out(patch, given.lives)
