@@ -299,8 +299,8 @@ bool Checker::mayReplace(const File& before, const File& after, const Found& old
     const bool isOfThisPass = std::any_of(published_.begin(), published_.end(), [&](const Publication& one) {
         return one.original == old && one.pass == passes_ && one.key == keyOf(withoutEnding(nameOf(before.path)));
     });
-    const bool isElsewhere = isIn(older, Where::rejected) || isIn(older, Where::source);
-    if (at(old).excuse == Excuse::writersOwn || (isElsewhere && !isOfThisPass)) return true;
+    if (at(old).excuse == Excuse::writersOwn || isIn(older, Where::source)) return true;
+    if (isIn(older, Where::rejected) && !isOfThisPass) return true;
     const std::set<unsigned>& passes = at(fresh).passes;
     return std::none_of(at(old).passes.begin(), at(old).passes.end(),
                         [&](unsigned pass) { return passes.contains(pass); });
@@ -472,6 +472,13 @@ Checker::Broken Checker::afterLoss() {
     known_.clear();
     othersActed();
     const std::vector<Found> found = find(before_);
+    // What is not there any more, and whose original is where it was, was never made.
+    std::erase_if(published_, [&](const Publication& one) {
+        return isIn(found[static_cast<std::size_t>(one.original)], Where::source) &&
+               std::none_of(before_.begin(), before_.end(), [&](const File& file) {
+                   return file.where == Where::destination && file.original() == one.original;
+               });
+    });
     for (std::size_t i = 0; i < contents_.size(); ++i)
         if (contents_[i].excuse == Excuse::replacementAllowed && found[i].places != 0)
             contents_[i].excuse = Excuse::none;

@@ -51,7 +51,10 @@ void Life::note(std::optional<std::string> broken) {
 // What happens
 
 void Life::heard(const CallRecord& call) {
-    if (trace_) trace_(call.line());
+    if (trace_) {
+        const auto passed = std::chrono::floor<std::chrono::milliseconds>(world_.clock.sinceBoot());
+        trace_(std::to_string(passed.count()) + " ms: " + call.line());
+    }
     if (broken_ || isActing_) return;
     if (program_) checker_.settingsAre(program_->engine.state.settings);
     note(checker_.called(call));
@@ -137,7 +140,9 @@ void Life::planTrouble() {
     if (chance_.oneIn(hazards_.shortCalls)) kernel.interruptOneIn = 5;
     if (chance_.oneIn(hazards_.clockJumps)) {
         const auto minutes = std::chrono::minutes(chance_.below(40'000));
-        world_.clock.jump(chance_.oneIn(2) ? minutes : -minutes);
+        const bool isForwards = chance_.oneIn(2);
+        tell("== the clock is set " + std::string(isForwards ? "forwards" : "back"));
+        world_.clock.jump(isForwards ? minutes : -minutes);
     }
     isVanishing_ = chance_.oneIn(hazards_.vanishing);
     if (chance_.oneIn(8)) {

@@ -13,11 +13,13 @@
 #include <random>
 #include <string>
 
+#include "base/display_text.h"
 #include "simulation/life.h"
 
 namespace {
 
 using namespace vantrell::test;
+using vantrell::displayText;
 
 constexpr std::uint64_t kFixedLives = 8'000;
 constexpr std::uint64_t kMostBroken = 10;
@@ -65,11 +67,11 @@ std::optional<Order> orderFrom(int count, char** words) {
 
 bool live(std::uint64_t seed, const Order& order, Tally& tally) {
     Life::Trace trace;
-    if (order.isTraced) trace = [](const std::string& line) { std::cout << line << "\n"; };
+    if (order.isTraced) trace = [](const std::string& line) { std::cout << displayText(line) << "\n"; };
     Life life(seed, order.hazards, trace);
     const std::optional<std::string> broken = life.run();
     tally += life.tally();
-    if (broken) std::cout << "seed " << seed << ": " << *broken << std::endl;
+    if (broken) std::cout << "seed " << seed << ": " << displayText(*broken) << std::endl;
     return !broken;
 }
 
