@@ -72,13 +72,15 @@ void ActivityLog::saveForGood() {
     if (!flushed.ok()) reportOnce(flushed.fault());
 }
 
-Task<void> ActivityLog::mendNewestEarlierFile(FileToolbox& toolbox) {
+Task<void> ActivityLog::mendTornEnds(FileToolbox& toolbox) {
     const Path folder = logFolderBelow(state_.AppFolder);
     const std::string today = fileNameOf(clock_.now());
     std::string newest;
     for (const Path& name : co_await toolbox.listFiles(folder))
         if (isFileOfADay(name, today) && name < today && name > newest) newest = name;
-    if (!newest.empty()) (void)files_.cutTornEnd(joinPath(folder, newest));
+    // Today's too: when the day ends before the first line is saved, nobody looks at it any more.
+    for (const std::string& name : {newest, today})
+        if (!name.empty()) (void)files_.cutTornEnd(joinPath(folder, name));
 }
 
 void ActivityLog::chooseFile() {

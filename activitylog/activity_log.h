@@ -44,9 +44,9 @@ public:
     void saveWhenOn();
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
-    /// Once at a start: removes what a crash has torn at the end of the newest file of an earlier day. No other file is
-    /// looked at; what cannot be read or cut stays as it is.
-    Task<void> mendNewestEarlierFile(FileToolbox& toolbox);
+    /// Once at a start: removes what a crash has torn at the end of today's file and of the newest one of an earlier day.
+    /// No other file is looked at; what cannot be read or cut stays as it is.
+    Task<void> mendTornEnds(FileToolbox& toolbox);
 
     /// The last events, at most `kEventsKept`, the newest at the end.
     [[nodiscard]] std::vector<LoggedEvent> lastEvents() const { return {events_.begin(), events_.end()}; }

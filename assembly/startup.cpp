@@ -38,7 +38,7 @@ bool Startup::load() {
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
     p_.state.UiLoading = false;
     cleanUpDataFolder();
-    cleanUp_.start(p_.log.mendNewestEarlierFile(p_.toolbox));
+    cleanUp_.start(p_.log.mendTornEnds(p_.toolbox));
     return true;
 }
 

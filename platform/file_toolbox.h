@@ -27,7 +27,8 @@ struct MountPoint {
     bool operator==(const MountPoint&) const = default;
 };
 
-enum class EntryKind { missing, regularFile, folder, other };
+/// `unknown`: it cannot be told, which is the machine's trouble.
+enum class EntryKind { missing, regularFile, folder, other, unknown };
 
 /// Whether an existing file under the target name may be replaced. Replacing is one rename over the old file, so old
 /// or new is always there.
@@ -153,7 +154,7 @@ public:
     /// nothing.
     virtual void onFlushFault(std::function<void()> told) = 0;
 
-    /// What stands under the path; links are `other`. `missing` also when it cannot be told.
+    /// What stands under the path; links are `other`.
     [[nodiscard]] virtual EntryKind kindOf(const Path& path) const = 0;
     /// Whether the path leads to a folder; here a link to a folder counts as one.
     [[nodiscard]] virtual bool isFolder(const Path& path) const = 0;

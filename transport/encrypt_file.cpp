@@ -12,6 +12,9 @@ namespace {
 
 constexpr char kEncrypted[] = ".enc";
 
+// Taken for nothing, it would be replaced, or asked about, although it may be a namesake's or this file's own output.
+Fault cannotBeLookedAt() { return {FaultKind::machine, "What stands in the Destination Folder cannot be looked at"}; }
+
 }  // namespace
 
 struct FileEncryption::Work {
@@ -83,7 +86,10 @@ Task<void> FileEncryption::beginAnew(Work& work) {
 // A crash, a log-out or a full Done folder may have left the output of this very file.
 Task<void> FileEncryption::compare(Work& work) {
     const Path output = joinPath(work.order.destinationFolder, work.name + kEncrypted);
-    if (!work.held || std::exchange(work.isCompared, true) || !FileExists(p_.toolbox, output)) co_return;
+    if (!work.held || std::exchange(work.isCompared, true)) co_return;
+    const EntryKind there = p_.toolbox.kindOf(output);
+    if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt();
+    if (there != EntryKind::regularFile) co_return;
     Result<bool> equal = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
     work.equals = equal.ok() && equal.value();
     work.comparing = equal.ok() ? Result<>() : Result<>(equal.fault());
@@ -137,8 +143,10 @@ Task<std::optional<EncryptResult>> FileEncryption::encrypt(Work& work) {
 Task<FileEncryption::Permission> FileEncryption::mayWriteOutput(Work& work, Replace& replace) {
     const Path& folder = work.order.destinationFolder;
     const Path output = joinPath(folder, work.name + kEncrypted);
-    const bool isNamesakes =
-        FileExists(p_.toolbox, output) && p_.isNamesakes(work.order.sourcePath, folder, kEncrypted);
+    const EntryKind there = p_.toolbox.kindOf(output);
+    if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt();
+    const bool isStanding = there == EntryKind::regularFile;
+    const bool isNamesakes = isStanding && p_.isNamesakes(work.order.sourcePath, folder, kEncrypted);
     if (!isNamesakes) co_await compare(work);
     if (!work.comparing.ok()) co_return Permission::refused;  // what is there may be its own output
     // The same bytes, newly written: nothing is lost, and nothing needs to be asked.
@@ -146,7 +154,7 @@ Task<FileEncryption::Permission> FileEncryption::mayWriteOutput(Work& work, Repl
         replace = Replace::allowed;
         co_return Permission::replace;
     }
-    if (!FileExists(p_.toolbox, output)) co_return Permission::replace;
+    if (!isStanding) co_return Permission::replace;
     replace = Replace::allowed;
     Obstacle obstacle{" Encrypting file " + named(work.order.sourcePath) + " already exists in the folder!.",
                       " Encrypting file \r\n" + displayText(work.order.sourcePath) + " already exists in the folder " +

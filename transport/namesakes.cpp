@@ -37,8 +37,7 @@ Task<std::vector<std::size_t>> repeatedMarks(EventLoop& loop, const std::vector<
 }  // namespace
 
 // For each file the Source folder, its path and its mark, each followed by a NUL, which no path can hold.
-Result<> Namesakes::load() {
-    if (isLoaded_) return {};
+Result<> Namesakes::read() {
     const Result<std::string> text = files_.read(list_, std::numeric_limits<std::size_t>::max());
     isLoaded_ = text.ok() || text.failedWith(FaultKind::notThere);
     if (!isLoaded_) return text.fault();
@@ -51,8 +50,22 @@ Result<> Namesakes::load() {
     return {};
 }
 
+// An earlier run may have been killed after it took a file away and before that was on the disk. As long as a cut of
+// the power can bring the file back, its name is not settled.
+Task<Result<>> Namesakes::load(FileToolbox& toolbox) {
+    if (isLoaded_) co_return Result<>();
+    const Result<> done = read();
+    const bool isEmpty = groups_.empty();
+    if (!done.ok() || isEmpty) co_return done;
+    Result<> flushed = co_await toolbox.flushFolders({source_});
+    isLoaded_ = flushed.ok();
+    if (!isLoaded_) groups_.clear();
+    co_return flushed;
+}
+
 Task<void> Namesakes::lookForListed(EventLoop& loop, const FileToolbox& toolbox) {
     for (auto& [name, group] : groups_) {
+        if (name.first != source_) continue;
         for (auto& [file, member] : group) {
             std::string mark = toolbox.markOf(file);
             member.isInSource = !mark.empty();
@@ -76,13 +89,13 @@ Task<void> Namesakes::add(EventLoop& loop, const FileToolbox& toolbox, const std
     }
 }
 
-Task<Result<>> Namesakes::begin(EventLoop& loop, const FileToolbox& toolbox, Path source,
-                                const std::vector<Path>& found) {
+Task<Result<>> Namesakes::begin(EventLoop& loop, FileToolbox& toolbox, Path source, const std::vector<Path>& found,
+                                bool isSettled) {
     source_ = std::move(source);
-    if (const Result<> loaded = load(); !loaded.ok()) co_return loaded;
+    if (const Result<> loaded = co_await load(toolbox); !loaded.ok()) co_return loaded;
     co_await lookForListed(loop, toolbox);
     co_await add(loop, toolbox, found);
-    dropSettled();
+    if (isSettled) dropSettled();
     co_return store();
 }
 
@@ -134,8 +147,10 @@ void Namesakes::end() {
 void Namesakes::dropSettled() {
     for (auto& [name, group] : groups_)
         std::erase_if(group, [](const auto& entry) { return !entry.second.isInSource && !entry.second.hasLeft; });
-    std::erase_if(groups_, [](const auto& entry) {
+    std::erase_if(groups_, [this](const auto& entry) {
         const Group& group = entry.second;
+        // What is known of another Source folder stays until that one is searched again.
+        if (entry.first.first != source_) return false;
         const bool isAnyLeft =
             std::any_of(group.begin(), group.end(), [](const auto& one) { return one.second.isInSource; });
         return !isAnyLeft || group.size() == 1;
@@ -148,8 +163,11 @@ Result<> Namesakes::store() {
         for (const auto& [file, member] : group)
             text += name.first + '\0' + file + '\0' + (member.hasLeft ? kHasLeft : member.mark) + '\0';
     Result<> done;
-    if (text != stored_) done = text.empty() ? files_.remove(list_) : files_.writeAtomically(list_, text);
+    // One that was read may have got its name without being on the disk.
+    const bool isDoubtful = !isSure_ && !text.empty();
+    if (text != stored_ || isDoubtful) done = text.empty() ? files_.remove(list_) : files_.writeAtomically(list_, text);
     isStored_ = done.ok();
+    isSure_ = isSure_ || done.ok();
     if (done.ok()) stored_ = std::move(text);
     return done;
 }

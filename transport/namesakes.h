@@ -24,8 +24,10 @@ public:
 
     /// `found` are the files that this pass would carry from the folder `source`; what is left from earlier passes over
     /// it is merged with them. When the list could not be stored, the fault says why, and these files must wait.
-    /// `toolbox` and `found` outlive the task.
-    Task<Result<>> begin(EventLoop& loop, const FileToolbox& toolbox, Path source, const std::vector<Path>& found);
+    /// While a failed flush is noted, nothing `isSettled`: a file that has left may come back. `toolbox` and `found`
+    /// outlive the task.
+    Task<Result<>> begin(EventLoop& loop, FileToolbox& toolbox, Path source, const std::vector<Path>& found,
+                         bool isSettled);
     [[nodiscard]] bool mustWait(const Path& file) const;
     /// Whether the name that the file would get in the folder, its own and then `ending`, belongs to another one that
     /// has left Source before it.
@@ -46,7 +48,8 @@ private:
     using Group = std::map<Path, Member>;
     using Name = std::pair<Path, std::string>;  // of a Source folder; folded
 
-    Result<> load();
+    Task<Result<>> load(FileToolbox& toolbox);
+    Result<> read();
     Task<void> lookForListed(EventLoop& loop, const FileToolbox& toolbox);
     Task<void> add(EventLoop& loop, const FileToolbox& toolbox, const std::vector<Path>& found);
     [[nodiscard]] Name nameIn(const Path& file) const;
@@ -60,6 +63,7 @@ private:
     std::map<Name, Group> groups_;
     std::string stored_;  ///< what the file holds
     bool isLoaded_ = false;
+    bool isSure_ = false;  ///< that the file is on the disk as it was read
     bool isStored_ = true;
 };
 

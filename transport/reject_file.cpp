@@ -13,7 +13,8 @@ constexpr std::size_t kShortName = 140;
 constexpr unsigned kMostNames = 1000;
 
 bool isTaken(const RejectOrder& order, const std::string& name) {
-    return order.toolbox.kindOf(joinPath(order.folder, name)) != EntryKind::missing;
+    const EntryKind kind = order.toolbox.kindOf(joinPath(order.folder, name));
+    return kind != EntryKind::missing && kind != EntryKind::unknown;
 }
 
 // A name that is free, shortened where it must be, with a number where the shortened one is taken.

@@ -148,7 +148,8 @@ Task<void> ScanPass::noteNamesakes() {
         if (!isEncrypted(path)) carried.push_back(path);
         co_await p_.loop.breathe();
     }
-    const Result<> noted = co_await p_.namesakes.begin(p_.loop, p_.toolbox, settings_.SourceFolder, carried);
+    const Result<> noted =
+        co_await p_.namesakes.begin(p_.loop, p_.toolbox, settings_.SourceFolder, carried, !p_.flushNote.stands());
     const Message words = "Files of the same name wait in the Source Folder - FAILED: " +
                           failureWords(noted.ok() ? std::string() : noted.fault().text);
     const std::string before = std::exchange(namesNotStored_, noted.ok() ? std::string() : words.text());
@@ -371,7 +372,7 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault,
     ++machineFaults_;
     const bool isOver =
         fault.kind == FaultKind::deviceFailing || machineFaults_ >= kMostMachineFaults || flushHasFailed();
-    if (!isOver) return unlessStopped();
+    if (!isOver || stopRequested_) return unlessStopped();
     endPaused(Trouble::diskFails, fault.text);
     return Next::end;
 }

@@ -136,11 +136,6 @@ std::vector<Mount> allMounts(Kernel& kernel) {
     return mounts;
 }
 
-bool liesBelow(const Path& path, const Path& point) {
-    if (point == "/") return true;
-    return path.starts_with(point) && (path.size() == point.size() || path[point.size()] == kPathSeparator);
-}
-
 std::string valueIn(std::string_view text, std::string_view key, char separator) {
     const std::string all = separator + std::string(text);
     const std::size_t at = all.find(separator + std::string(key));
@@ -195,16 +190,6 @@ std::optional<Mount> mountOf(const UniqueFd& file) {
         if (knowsMount ? mount.id == status.stx_mnt_id : mount.device == plain.st_dev) return std::move(mount);
     }
     return std::nullopt;
-}
-
-// Of two mounts on one point the later one hides the earlier one.
-std::optional<Mount> mountAbove(Kernel& kernel, const Path& path) {
-    std::optional<Mount> deepest;
-    for (Mount& mount : allMounts(kernel)) {
-        if (!liesBelow(path, mount.point)) continue;
-        if (!deepest || mount.point.size() >= deepest->point.size()) deepest = std::move(mount);
-    }
-    return deepest;
 }
 
 const FileSystemFacts& FileSystems::of(const UniqueFd& file) {

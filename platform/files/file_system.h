@@ -25,8 +25,6 @@ struct Mount {
 
 /// The mount on which an open file or folder lies; nothing when it cannot be told.
 [[nodiscard]] std::optional<Mount> mountOf(const UniqueFd& file);
-/// The mount on which a path without links lies: the one whose point is the longest beginning of it.
-[[nodiscard]] std::optional<Mount> mountAbove(Kernel& kernel, const Path& path);
 
 /// What can be relied on where a file lies. What is not known is taken for the worse.
 struct FileSystemFacts {

@@ -8,7 +8,7 @@
 #include "platform/files/file_stamp.h"
 #include "platform/files/folder_descent.h"
 #include "platform/files/folder_reader.h"
-#include "platform/files/place.h"
+#include "platform/files/posix_fault.h"
 #include "platform/files/temporary_name.h"
 
 namespace vantrell {
@@ -17,10 +17,15 @@ namespace {
 
 constexpr std::size_t kBatch = 256;
 
-std::vector<FileIdentity> identitiesOf(Kernel& kernel, const std::vector<Path>& folders) {
+// Folders that are not there are not met either. A fault: whether one of them lies in the way cannot be told.
+Result<std::vector<FileIdentity>> identitiesOf(Kernel& kernel, const std::vector<Path>& folders) {
     std::vector<FileIdentity> identities;
     for (const Path& folder : folders) {
-        if (const auto identity = folderAt(kernel, folder)) identities.push_back(*identity);
+        struct stat status {};
+        const int error = kernel.fstatat(AT_FDCWD, folder.c_str(), status, 0);
+        if (error != 0 && error != ENOENT && error != ENOTDIR)
+            return outputFault(error, "The folder cannot be looked at");
+        if (error == 0 && S_ISDIR(status.st_mode)) identities.push_back(identityOf(status));
     }
     return identities;
 }
@@ -45,7 +50,9 @@ public:
 
     Task<std::vector<Path>> run() {
         reportUnread(path_, descent_.topOpened());
-        if (descent_.topOpened().ok()) co_await openLevel();
+        // Originals that lie in Done would be found and encrypted again.
+        if (!notEntered_.ok()) order_.notRead(order_.folder, notEntered_.fault());
+        if (descent_.topOpened().ok() && notEntered_.ok()) co_await openLevel();
         for (std::size_t count = 1; !levels_.empty(); ++count) {
             Level& level = levels_.back();
             if (level.next == level.entries.size()) {
@@ -112,7 +119,8 @@ private:
         return false;
     }
     [[nodiscard]] bool isLeftOut(const struct stat& status) const {
-        return std::find(notEntered_.begin(), notEntered_.end(), identityOf(status)) != notEntered_.end();
+        const std::vector<FileIdentity>& folders = notEntered_.value();
+        return std::find(folders.begin(), folders.end(), identityOf(status)) != folders.end();
     }
     void reportUnread(Path folder, const Result<>& read) const {
         if (read.ok() || read.failedWith(FaultKind::notThere)) return;
@@ -123,7 +131,7 @@ private:
     EventLoop& loop_;
     UseProbe& probe_;
     SearchOrder order_;
-    std::vector<FileIdentity> notEntered_;
+    Result<std::vector<FileIdentity>> notEntered_;
     FolderDescent descent_;
     Path path_;
     std::vector<Level> levels_;

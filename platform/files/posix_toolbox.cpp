@@ -61,7 +61,9 @@ bool PosixToolbox::hasUncertainNames(const Path& folder) const {
 
 EntryKind PosixToolbox::kindOf(const Path& path) const {
     struct stat status {};
-    if (statusOf(kernel_, path, status) != 0) return EntryKind::missing;
+    const int error = statusOf(kernel_, path, status);
+    if (error == ENOENT || error == ENOTDIR) return EntryKind::missing;
+    if (error != 0) return EntryKind::unknown;
     if (S_ISREG(status.st_mode)) return EntryKind::regularFile;
     return S_ISDIR(status.st_mode) ? EntryKind::folder : EntryKind::other;
 }

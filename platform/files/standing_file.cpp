@@ -17,7 +17,7 @@ Result<std::unique_ptr<PosixStandingFile>> PosixStandingFile::open(OutputParts& 
     if (!S_ISREG(status.st_mode)) return notRegularFault();
     Result<std::unique_ptr<PosixHeldFile>> file = PosixHeldFile::open(parts.kernel, parts.elsewhere, probe, path);
     // It may be what was put there earlier: that it cannot be opened tells nothing about the file at work.
-    if (file.failedWith(FaultKind::other)) return Fault{FaultKind::machine, file.fault().text};
+    if (!file.ok() && file.fault().kind != FaultKind::notThere) return Fault{FaultKind::machine, file.fault().text};
     if (!file.ok()) return file.fault();
     auto standing = std::make_unique<PosixStandingFile>(parts, probe, place.take(), file.take());
     if (Result<> done = standing->checkUnchanged(true); !done.ok()) return done.fault();

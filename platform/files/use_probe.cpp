@@ -86,7 +86,8 @@ Readiness UseProbe::look(const UniqueFd& file, const FileStamp& stamp) {
         case Use::writing:
             return {Readiness::State::inUse};
         case Use::unknown:
-            return afterRest(stamp, facts, kQuiet);
+            // Times may be rounded down by a step of the file system's clock.
+            return afterRest(stamp, facts, kQuiet + facts.timeStep);
         default:
             break;
     }

@@ -67,15 +67,15 @@ TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
     EXPECT_EQ(newLines.size(), 1U);
 }
 
-TEST_F(ActivityLogTest, AStartMendsTheNewestEarlierFileAlone) {
+TEST_F(ActivityLogTest, AStartMendsTodaysFileAndTheNewestEarlierOneAlone) {
     const std::string torn = "whole\r\ntorn";
     for (const char* name : {"20261114", "20261115", "20261116", "20261117", "2026111x", "my notes"})
         writeFile(file(name), torn);
     HandCrankedLoop loop;
     PosixToolbox toolbox(loop, loop.kernel(), clock_);
-    EXPECT_TRUE(loop.run(log_.mendNewestEarlierFile(toolbox)));
-    EXPECT_EQ(readFile(file("20261115")), "whole\r\n");
-    for (const char* name : {"20261114", "20261116", "20261117", "2026111x", "my notes"})
+    EXPECT_TRUE(loop.run(log_.mendTornEnds(toolbox)));
+    for (const char* name : {"20261115", "20261116"}) EXPECT_EQ(readFile(file(name)), "whole\r\n") << name;
+    for (const char* name : {"20261114", "20261117", "2026111x", "my notes"})
         EXPECT_EQ(readFile(file(name)), torn) << name;
 }
 

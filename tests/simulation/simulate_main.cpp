@@ -21,7 +21,7 @@ namespace {
 using namespace vantrell::test;
 using vantrell::displayText;
 
-constexpr std::uint64_t kFixedLives = 8'000;
+constexpr std::uint64_t kFixedLives = 12'000;
 constexpr std::uint64_t kMostBroken = 10;
 
 struct Order {
