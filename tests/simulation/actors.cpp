@@ -13,8 +13,6 @@ using vantrell::nameOf;
 
 namespace {
 
-constexpr std::array kNames{"a",     "b",       "A",           "report.pdf",        "Report.pdf",
-                            "x.enc", ".hidden", "\xFF\xFEraw", "e\xCC\x81t\xC3\xA9"};
 // Below the quiet time of 5 s, with what the calls of others take in between.
 constexpr std::chrono::milliseconds kLongestPause{4000};
 
@@ -23,6 +21,11 @@ bool isOurs(const std::string& path) {
 }
 
 }  // namespace
+
+Actors::Actors(World& world, Checker& checker, Chance& chance, const Hazards& hazards, const Trace& trace)
+    : world_(world), checker_(checker), chance_(chance), hazards_(hazards), trace_(trace) {
+    for (std::string& name : names_) name = chance_.pick(kFileNames);
+}
 
 std::string Actors::newContents() {
     const std::string number = std::to_string(++lastContent_);
@@ -73,9 +76,9 @@ void Actors::drop(const std::string& folder, const std::string& name) {
 
 void Actors::putFirstFiles() {
     for (std::uint64_t left = 1 + chance_.below(6); left > 0; --left)
-        drop(chance_.pick(world_.sources()), chance_.pick(kNames));
+        drop(chance_.pick(world_.sources()), chance_.pick(names_));
     if (!chance_.oneIn(3)) return;
-    const std::string name = chance_.pick(kNames);
+    const std::string name = chance_.pick(names_);
     if (chance_.oneIn(2)) put(world_.folder(Where::destination) + "/" + name + ".enc", Where::destination);
     if (chance_.oneIn(2)) put(world_.folder(Where::done) + "/" + name, Where::done);
     if (chance_.oneIn(2)) put(world_.folder(Where::rejected) + "/" + name, Where::rejected);
@@ -87,7 +90,7 @@ std::optional<std::string> Actors::act() {
     switch (chance_.below(8)) {
         case 0:
         case 1:
-            drop(chance_.pick(world_.sources()), chance_.pick(kNames));
+            drop(chance_.pick(world_.sources()), chance_.pick(names_));
             return std::nullopt;
         case 2:
             return collect();
@@ -105,7 +108,7 @@ std::optional<std::string> Actors::act() {
             return std::nullopt;
         default: {
             const Where where = chance_.oneIn(2) ? Where::done : Where::destination;
-            const std::string name = chance_.pick(kNames);
+            const std::string name = chance_.pick(names_);
             put(world_.folder(where) + "/" + name + (where == Where::done ? "" : ".enc"), where);
             return std::nullopt;
         }
@@ -124,7 +127,7 @@ void Actors::takeFromSource() {
 
 // As careful programs write: under another name first, then over what stands there.
 void Actors::renameIn() {
-    const std::string path = chance_.pick(world_.sources()) + "/" + chance_.pick(kNames);
+    const std::string path = chance_.pick(world_.sources()) + "/" + chance_.pick(names_);
     const std::string made = folderOf(path) + "/x.enc";
     const Spot there = world_.others().at(path);
     if (!isFolder(folderOf(path)) || nameOf(path) == "x.enc" || world_.others().at(made).node != kNoNode) return;
@@ -148,11 +151,9 @@ void Actors::beginWriting(const std::string& path) {
     const bool isWritten =
         std::any_of(writers_.begin(), writers_.end(), [&](const Writer& writer) { return writer.path == path; });
     if (path.empty() || isWritten) return;
-    const Leases leases = world_.others().at(path).disk->traits.leases;
     Writer writer{path, {}, 1 + static_cast<unsigned>(chance_.below(4)), world_.clock.sinceBoot()};
     writer.last = world_.others().contents(path);
-    // Where no lease tells, nothing tells of a file that is open and not written to.
-    if (leases == Leases::honest || chance_.oneIn(2)) writer.held = world_.others().open(path, true);
+    if (chance_.oneIn(2)) writer.held = world_.others().open(path, true);
     if (writer.last) writers_.push_back(std::move(writer));
 }
 
@@ -168,7 +169,7 @@ std::optional<std::string> Actors::writeOnce(Writer& writer) {
     const Bytes there = others.contents(writer.path);
     const bool isStill = there && writer.last && *there == *writer.last;
     // What goes to the rejected folder in the moment in which somebody begins to write is whole there.
-    if (!isStill && writer.held && isInDone(writer.last))
+    if (!isStill && writer.held && isInDone(writer.last) && !checker_.isWithoutOutput(writer.last))
         return writer.path + " was carried while somebody was still writing to it";
     if (!isStill) {
         writer.left = 0;

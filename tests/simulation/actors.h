@@ -17,8 +17,7 @@ public:
     using Trace = std::function<void(const std::string& line)>;
 
     /// All of it outlives the actors.
-    Actors(World& world, Checker& checker, Chance& chance, const Hazards& hazards, const Trace& trace)
-        : world_(world), checker_(checker), chance_(chance), hazards_(hazards), trace_(trace) {}
+    Actors(World& world, Checker& checker, Chance& chance, const Hazards& hazards, const Trace& trace);
 
     void putFirstFiles();
     /// One deed, and what writers at work have to do by now. Gives the sentence of a broken promise that shows in it.
@@ -60,6 +59,7 @@ private:
     Chance& chance_;
     const Hazards& hazards_;
     const Trace& trace_;
+    std::array<std::string, 4> names_;  ///< that files get in this life: few, so that they meet
     std::vector<Writer> writers_;
     unsigned lastContent_ = 0;
     bool isEmptyUsed_ = false;

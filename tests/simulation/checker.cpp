@@ -57,6 +57,7 @@ Checker::Checker(World& world) : world_(world), context_(EVP_CIPHER_CTX_new(), E
     settings_.insert(world.firstSettings);
     settingsAre(world.settings);
     passwordFiles_.emplace_back("passwords 1", Excuse::none);
+    outside_ = world.filesBelow(world.folder(Where::outside)).size();
 }
 
 // What is known of bytes. They are kept, so that whoever writes to the file gets others.
@@ -127,7 +128,7 @@ void Checker::excuse(Excuse& of, Excuse why) {
 
 void Checker::put(const std::string& path, Where where) {
     const Bytes bytes = world_.others().contents(path);
-    contents_.push_back({bytes, path, where, Excuse::none, Excuse::none, {}, {nameOf(path)}});
+    contents_.push_back({bytes, path, where, Excuse::none, Excuse::none, world_.kernel.calls(), {}, {nameOf(path)}});
     known_.clear();
     othersActed();
 }
@@ -158,6 +159,11 @@ Checker::Broken Checker::collects(const std::string& path) {
         if (id == known.original || isLaterOutput(key, id, known.original))
             excuse(at(id).outputsExcuse, Excuse::collected);
     return std::nullopt;
+}
+
+bool Checker::isWithoutOutput(const Bytes& bytes) {
+    const Id id = identify(bytes, false).content;
+    return id != kUnknown && at(id).outputsExcuse != Excuse::none;
 }
 
 void Checker::settingsAre(const SettingsRecord& settings) {
@@ -209,13 +215,41 @@ void Checker::passBegins() {
     }
 }
 
-Checker::Broken Checker::called(const CallRecord& call) {
+// A flush that failed, or a search that could not see all.
+void Checker::watchFaults(const CallRecord& call) {
     const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
-    if (isFlush && call.answer != 0 && call.answer != EINVAL) isFlushFaultUnnoted_ = true;
+    if (isFlush && call.answer != 0 && call.answer != EINVAL) flushFailedAt_ = call.number;
+    const auto loses = [](const PlannedFault& fault) { return fault.losesData; };
+    const std::vector<PlannedFault>& faults = world_.kernel.faults;
+    const bool isFolder = call.first.disk != nullptr && S_ISDIR(call.first.inode().mode);
+    isNameLost_ |= isFlush && call.answer == EIO && isFolder && std::any_of(faults.begin(), faults.end(), loses);
+    const bool isSearch = call.call == Call::openat || call.call == Call::openat2 || call.call == Call::getdents64 ||
+                          call.call == Call::fstat || call.call == Call::fstatat || call.call == Call::fstatfs;
+    const long error = call.answer < 0 ? -call.answer : call.answer;
+    const bool isOpen = call.call <= Call::getdents64 && call.answer >= 0;
+    constexpr std::array kCommon{0L, long{ENOENT}, long{EEXIST}, long{ELOOP}, long{ENOTDIR}, long{EOPNOTSUPP}};
+    if (!isSearch || isOpen || std::find(kCommon.begin(), kCommon.end(), error) != kCommon.end()) return;
+    if (!call.path().starts_with(world_.folder(Where::source))) return;
+    ++excused_[static_cast<std::size_t>(Excuse::notSeenBySearch)];
+    for (Content& content : contents_) content.passes.erase(passes_);
+}
+
+bool Checker::isFresh(const Content& content) const {
+    constexpr std::uint64_t kCallsOfTheMove = 60;
+    return content.madeAt != 0 && world_.kernel.calls() < content.madeAt + kCallsOfTheMove;
+}
+
+// The note of it is made at once.
+bool Checker::isFlushFaultUnnoted() const {
+    constexpr std::uint64_t kCallsOfTheNote = 60;
+    return flushFailedAt_ != 0 && world_.kernel.calls() < flushFailedAt_ + kCallsOfTheNote;
+}
+
+Checker::Broken Checker::called(const CallRecord& call) {
+    watchFaults(call);
     if (call.changed != Changed::names && call.call != Call::ftruncate) return std::nullopt;
     if (call.path().starts_with(world_.profile + "/")) {
-        const bool stands = world_.others().at(world_.dataFile("Failed Flush.note")).node != kNoNode;
-        isFlushFaultUnnoted_ = isFlushFaultUnnoted_ && !stands;
+        if (world_.others().at(world_.dataFile("Failed Flush.note")).node != kNoNode) flushFailedAt_ = 0;
         return checkData(world_.disks);
     }
     State now = stateOf(world_.disks);
@@ -336,7 +370,7 @@ Checker::Broken Checker::check(const State& state) {
 Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
     for (std::size_t i = 0; i < contents_.size(); ++i) {
         const Content& content = contents_[i];
-        if (content.excuse != Excuse::none) continue;
+        if (content.excuse != Excuse::none || isFresh(content)) continue;
         if (content.where != Where::source) {
             if (!found[i].isInPlace) return content.path + ", which others had put there, is not there any more";
         } else if (!isIn(found[i], Where::source) && !isIn(found[i], Where::done) && !isIn(found[i], Where::rejected)) {
@@ -365,7 +399,7 @@ bool Checker::isLaterOutput(const std::string& key, Id earlier, Id later) const 
 
 // What stands under an output's name is whole, and of what was carried last under that name.
 Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Found>& found) const {
-    unsigned outside = 0;
+    std::size_t outside = 0;
     for (const File& file : state) {
         outside += file.where == Where::outside;
         if (file.where == Where::outside && *file.bytes != kUntouched)
@@ -385,7 +419,7 @@ Checker::Broken Checker::checkOutputs(const State& state, const std::vector<Foun
                 return file.path + " is older than " + content.path + ", which has left Source";
         }
     }
-    return outside == 1 ? std::nullopt : Broken("outside the folders something was made or removed");
+    return outside == outside_ ? std::nullopt : Broken("outside the folders something was made or removed");
 }
 
 // Whatever has left Source for Done has an output.
@@ -393,7 +427,7 @@ Checker::Broken Checker::checkOriginals(const State& state, const std::vector<Fo
     for (std::size_t i = 0; i < contents_.size(); ++i) {
         const Content& content = contents_[i];
         if (content.where != Where::source || content.excuse != Excuse::none) continue;
-        if (content.outputsExcuse != Excuse::none) continue;
+        if (content.outputsExcuse != Excuse::none || isFresh(content)) continue;
         // What is in the rejected folder as well was not carried.
         if (!isIn(found[i], Where::done) || isIn(found[i], Where::source) || isIn(found[i], Where::rejected)) continue;
         const std::string key = keyOf(nameOf(content.path));
@@ -441,7 +475,7 @@ Checker::Broken Checker::checkData(const Copies& disks) const {
 // Moments
 
 Checker::Broken Checker::afterCut(Chance& chance) {
-    if (isFlushFaultUnnoted_ || isExcused_) return std::nullopt;
+    if (isFlushFaultUnnoted() || isNameLost_ || isExcused_) return std::nullopt;
     const Copies copy = cutCopy(chance);
     Broken broken = check(stateOf(copy));
     if (!broken) broken = checkData(copy);
@@ -459,13 +493,25 @@ void Checker::adopt(State state) {
     }
 }
 
-Checker::Broken Checker::afterEnd(bool wasKilled) {
-    if (wasKilled && isFlushFaultUnnoted_) {
+Checker::Broken Checker::afterEnd(bool wasKilled, bool isCut) {
+    if (isCut && isNameLost_) {
+        isExcused_ = true;
+        ++excused_[static_cast<std::size_t>(Excuse::lostName)];
+    }
+    if (wasKilled && isFlushFaultUnnoted()) {
         isExcused_ = true;
         ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
     }
-    isFlushFaultUnnoted_ = false;
+    flushFailedAt_ = 0;
     return afterLoss();
+}
+
+void Checker::excuseFresh(const std::vector<Found>& found) {
+    for (std::size_t i = 0; i < contents_.size(); ++i) {
+        const bool isMoved = isIn(found[i], Where::done) && !isIn(found[i], Where::source);
+        if (isFresh(contents_[i]) && contents_[i].where == Where::source && isMoved)
+            excuse(contents_[i].outputsExcuse, Excuse::inTheMomentOfTheMove);
+    }
 }
 
 Checker::Broken Checker::afterLoss() {
@@ -479,6 +525,11 @@ Checker::Broken Checker::afterLoss() {
                    return file.where == Where::destination && file.original() == one.original;
                });
     });
+    excuseFresh(found);
+    for (Content& content : contents_)
+        if (content.excuse == Excuse::none && isFresh(content) &&
+            found[static_cast<std::size_t>(&content - contents_.data())].places == 0)
+            excuse(content.excuse, Excuse::inTheMomentOfTheMove);
     for (std::size_t i = 0; i < contents_.size(); ++i)
         if (contents_[i].excuse == Excuse::replacementAllowed && found[i].places != 0)
             contents_[i].excuse = Excuse::none;
@@ -488,9 +539,11 @@ Checker::Broken Checker::afterLoss() {
 
 Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     ++lines_[line];
+    // What it had replaced is gone, so that it cannot be put back.
+    if (line.find("it stands in the target folder") != std::string::npos) excuseFresh(find(before_));
     const std::size_t begin = line.find("Encryped:  ");
     const std::size_t end = line.find(" - Sucessful: ");
-    if (begin == std::string::npos || end == std::string::npos || isFlushFaultUnnoted_ || isExcused_)
+    if (begin == std::string::npos || end == std::string::npos || isFlushFaultUnnoted() || isNameLost_ || isExcused_)
         return std::nullopt;
     const std::string name = line.substr(begin + 11, end - begin - 11);
     const std::vector<Found> found = find(before_);

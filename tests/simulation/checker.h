@@ -27,6 +27,9 @@ enum class Excuse : std::uint8_t {
     killedBeforeTheNote,
     beforeTheFirstLine,
     notTheNewestLogs,
+    notSeenBySearch,
+    inTheMomentOfTheMove,
+    lostName,
     count
 };
 inline constexpr std::size_t kExcuses = static_cast<std::size_t>(Excuse::count);
@@ -39,7 +42,11 @@ inline constexpr std::array<const char*, kExcuses> kExcuseRows{
     "its output was whole and was taken away by who collects outputs",
     "the program was killed between a flush that failed and the note of it",
     "what stands before the first line end of a log may be an editor's, and is left alone",
-    "of the logs of other days only the newest earlier one is looked at"};
+    "of the logs of other days only the newest earlier one is looked at",
+    "a file of the same name lay in a folder that could not be read when this one was carried",
+    "another program changed it between the last look at it and its move, and it could not be put back, or the power "
+    "was cut before",
+    "a disk has lost a name of which it had said that it could not be written, and later that everything was"};
 
 /// One content that was ever put in.
 struct Content {
@@ -48,6 +55,7 @@ struct Content {
     Where where = Where::source;
     Excuse excuse = Excuse::none;
     Excuse outputsExcuse = Excuse::none;
+    std::uint64_t madeAt = 0;     ///< the number of the call before it
     std::set<unsigned> passes;    ///< that found it
     std::set<std::string> names;  ///< that it has borne in Source: one whose name is taken may come back under another
 };
@@ -86,10 +94,12 @@ public:
     Broken afterCut(Chance& chance);
     /// After a cut, or when a disk was pulled out: what is left is all that there is from now on.
     Broken afterLoss();
-    Broken afterEnd(bool wasKilled);
+    Broken afterEnd(bool wasKilled, bool isCut);
     /// At the end of a life in which nothing more went wrong.
     Broken atRest();
 
+    /// Whether these bytes are known to stand in Done without an output.
+    [[nodiscard]] bool isWithoutOutput(const Bytes& bytes);
     [[nodiscard]] const std::array<std::uint64_t, kExcuses>& excused() const { return excused_; }
 
 private:
@@ -144,6 +154,11 @@ private:
     [[nodiscard]] bool isLaterOutput(const std::string& key, Id earlier, Id later) const;
     [[nodiscard]] Broken checkData(const Copies& disks) const;
 
+    void watchFaults(const CallRecord& call);
+    [[nodiscard]] bool isFlushFaultUnnoted() const;
+    void excuseFresh(const std::vector<Found>& found);
+    /// What was changed in the moment of its move is put back at once.
+    [[nodiscard]] bool isFresh(const Content& content) const;
     Broken judgeChanges(const State& now);
     Broken judge(const File& before, const File* after, const std::vector<Found>& found);
     Broken judgeNew(const File& file, const std::vector<Found>& found);
@@ -161,8 +176,10 @@ private:
     bool isPasswordOfThePass_ = true;
     SettingsRecord inForce_, ofThePass_;
     bool mayOverwrite_ = false;
+    std::size_t outside_ = 0;
     unsigned passes_ = 0;
-    bool isFlushFaultUnnoted_ = false;
+    std::uint64_t flushFailedAt_ = 0;  ///< the call; 0 when it is noted
+    bool isNameLost_ = false;
     bool isExcused_ = false;
     State before_;
     std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done

@@ -58,6 +58,9 @@ void Life::heard(const CallRecord& call) {
     if (broken_ || isActing_) return;
     if (program_) checker_.settingsAre(program_->engine.state.settings);
     note(checker_.called(call));
+    const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
+    if (isFlush && call.answer != 0 && !isCalm_ && chance_.oneIn(3))
+        world_.kernel.killAt(world_.kernel.calls() + 1 + chance_.below(100));
     const bool isRisky = call.changed == Changed::names || call.changed == Changed::contents;
     if (isRisky && chance_.oneIn(16)) note(checker_.afterCut(chance_));
     if (!isCalm_ && hasOthers_ && chance_.oneIn(hazards_.betweenCalls)) act();
@@ -123,7 +126,8 @@ void Life::planFault() {
     if (isReading && isInSource && !chance_.oneIn(hazards_.blindSearches))
         fault.below = world_.folder(Where::destination);
     const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
-    fault.losesData = isFlush && fault.error == EIO && chance_.oneIn(2);
+    if (isFlush && !chance_.oneIn(3)) fault.error = EIO;
+    fault.losesData = isFlush && fault.error == EIO && !chance_.oneIn(4);
     tell("from call " + std::to_string(fault.from) + " on " + nameOf(fault.call) + " fails below " + fault.below +
          ", error " + std::to_string(fault.error) +
          (fault.times == 1  ? ", once"
@@ -296,7 +300,7 @@ void Life::end(End how) {
     }
     ++(how == End::cut ? tally_.cuts : wasKilled ? tally_.kills : tally_.exits);
     tell(how == End::cut ? "== the power is cut" : wasKilled ? "== killed" : "== ended");
-    if (!broken_) note(checker_.afterEnd(wasKilled));
+    if (!broken_) note(checker_.afterEnd(wasKilled, how == End::cut));
 }
 
 void Life::becomeCalm() {

@@ -11,7 +11,7 @@ namespace vantrell::test {
 namespace {
 
 constexpr unsigned kDisks = 3;
-constexpr std::array kNames{"in", "out", "done", "rejected", "profile", "outside"};
+constexpr std::array kFolders{"in", "out", "done", "rejected", "profile", "outside"};
 
 // The root of the machine, on which nothing lies but the places of the others.
 std::deque<SimulatedDisk> rootAlone() {
@@ -65,7 +65,7 @@ void World::mountDisks(const Hazards& hazards) {
         const std::string point = "/d" + std::to_string(number);
         others().makeFolder(point);
         // What is written there while the disk is away is written through.
-        for (const char* name : kNames)
+        for (const char* name : kFolders)
             if (chance.oneIn(hazards.vanishing)) others().makeFolder(point + "/" + name);
         kernel.mount(point, disks.back());
     }
@@ -81,16 +81,16 @@ void World::addRegion(Where where, const std::string& path) {
 
 void World::makeFolders(const Hazards& hazards) {
     const std::uint64_t home = 1 + chance.below(kDisks);
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
+    for (std::size_t i = 0; i < kFolders.size(); ++i) {
         const std::uint64_t disk = chance.oneIn(hazards.otherDisk) ? 1 + chance.below(kDisks) : home;
-        folders_[i] = "/d" + std::to_string(disk) + "/" + kNames[i];
+        folders_[i] = "/d" + std::to_string(disk) + "/" + kFolders[i];
     }
     for (const Where inSource : {Where::done, Where::rejected}) {
         if (chance.oneIn(8))
             folders_[static_cast<std::size_t>(inSource)] =
                 folder(Where::source) + (inSource == Where::done ? "/done" : "/rejected");
     }
-    for (std::size_t i = 0; i < kNames.size(); ++i) addRegion(static_cast<Where>(i), folders_[i]);
+    for (std::size_t i = 0; i < kFolders.size(); ++i) addRegion(static_cast<Where>(i), folders_[i]);
     for (const Where two : {Where::destination, Where::done, Where::rejected}) addRegion(two, otherFolder(two));
     const std::string& source = folder(Where::source);
     sources_ = {source, source + "/a", source + "/b"};
@@ -130,7 +130,8 @@ void World::writeSettings(const Hazards& hazards) {
     }
     others().makeFile(dataFile(kSettingsFileName), firstSettings);
     others().makeFile(dataFile(kPasswordFileName), "passwords 1");
-    others().makeFile(folder(Where::outside) + "/nobody's", "nobody touches this");
+    // Where a link leads that takes a folder's place.
+    for (const char* name : kFileNames) others().makeFile(folder(Where::outside) + "/" + name, "nobody touches this");
 }
 
 SimulatedDisk& World::diskOf(Where where) {

@@ -11,6 +11,10 @@
 
 namespace vantrell::test {
 
+/// Names of files.
+inline constexpr std::array kFileNames{"a",     "b",       "A",           "report.pdf",        "Report.pdf",
+                                       "x.enc", ".hidden", "\xFF\xFEraw", "e\xCC\x81t\xC3\xA9"};
+
 /// What may happen in a life; each is one in so many, 0 never. As they stand here, the program is proof against them.
 struct Hazards {
     std::uint64_t unordered = 2;     ///< a disk that does not order its names
@@ -22,22 +26,20 @@ struct Hazards {
     std::uint64_t largeFile = 40;
     std::uint64_t tornSettings = 20;  ///< ZEP.cfg lacks its last items at first
     std::uint64_t faults = 2;         ///< a run in which calls fail
-    std::uint64_t blindLooks = 0;     ///< looks at open files may be among them
-    std::uint64_t blindSearches = 0;  ///< openings and listings in Source may be among them
+    std::uint64_t blindLooks = 1;     ///< looks at open files may be among them
+    std::uint64_t blindSearches = 1;  ///< openings and listings in Source may be among them
     std::uint64_t shortCalls = 6;     ///< a run with short reads and writes, or with interrupted ones
     std::uint64_t fullDisk = 6;
-    std::uint64_t vanishing = 0;     ///< a run in which a disk is pulled out
-    std::uint64_t people = 3;        ///< a life whose operator does more than answer
-    std::uint64_t others = 2;        ///< a life with other programs in it
-    std::uint64_t betweenCalls = 0;  ///< they act after so many calls, else between turns only
-    std::uint64_t clockJumps = 10;   ///< a run before which the clock is set
+    std::uint64_t vanishing = 0;       ///< a run in which a disk is pulled out
+    std::uint64_t people = 3;          ///< a life whose operator does more than answer
+    std::uint64_t others = 2;          ///< a life with other programs in it
+    std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
+    std::uint64_t clockJumps = 10;     ///< a run before which the clock is set
 };
 /// With those too that it is not proof against.
 inline Hazards allHazards() {
     Hazards all;
-    all.blindLooks = all.blindSearches = 1;
     all.vanishing = 12;
-    all.betweenCalls = 150;
     return all;
 }
 
