@@ -34,11 +34,14 @@ UniqueFd openLeftOutput(const UniqueFd& folder, const std::string& name) {
     return isOurs ? std::move(file) : UniqueFd();
 }
 
-std::string datedName(const Clock& clock, const std::string& name) {
-    const std::string date = secondStamp(clock.now()) + "_";
+// `number` tells files of one name and one second apart; the first has none.
+std::string datedName(const Clock& clock, const std::string& name, unsigned number) {
+    const std::string date = secondStamp(clock.now()) + (number == 1 ? "" : " " + std::to_string(number)) + "_";
     // A name that is as long as names can be loses its beginning and keeps what it ends with.
     return date + name.substr(name.size() - std::min(name.size(), NAME_MAX - date.size()));
 }
+
+constexpr unsigned kMostNumbers = 1000;
 
 class Restorer {
 public:
@@ -112,11 +115,13 @@ private:
         if (!parts_.systems.of(parent).ordersRenames) {
             int error = linkAt(folder, name, parent, name);
             if (error == EEXIST && isSecondName(folder, name, parent)) return true;
-            if (error == EEXIST) error = linkAt(folder, name, parent, datedName(clock_, name));
+            for (unsigned number = 1; error == EEXIST && number < kMostNumbers; ++number)
+                error = linkAt(folder, name, parent, datedName(clock_, name, number));
             if (error == 0) return true;
         }
-        if (renameNoReplace(folder, name, parent, name) == EEXIST)
-            static_cast<void>(renameNoReplace(folder, name, parent, datedName(clock_, name)));
+        int error = renameNoReplace(folder, name, parent, name);
+        for (unsigned number = 1; error == EEXIST && number < kMostNumbers; ++number)
+            error = renameNoReplace(folder, name, parent, datedName(clock_, name, number));
         return false;
     }
     static int linkAt(const UniqueFd& folder, const std::string& name, const UniqueFd& parent, const std::string& to) {

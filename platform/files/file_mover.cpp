@@ -33,6 +33,11 @@ bool standsAt(const Place& place, const FileIdentity& file) {
     return place.status(status) == 0 && identityOf(status) == file;
 }
 
+bool isAsSurveyed(const Place& place, const struct stat& surveyed) {
+    struct stat now {};
+    return place.status(now) == 0 && isUnwritten(now, stampOf(surveyed));
+}
+
 // Reads until `into` is full or the file ends.
 template <class File>
 Result<std::size_t> fill(File& file, std::span<std::byte> into) {
@@ -164,6 +169,8 @@ Task<Result<>> FileMover::copyIt(MoveOrder order, Route& route) {
 Task<Result<>> FileMover::renameIt(MoveOrder order, Route& route, Reach reach) {
     const Place& from = route.from;
     const Place& to = route.to;
+    // A file that was changed keeps its place: moved and put back, it would be without its output for a moment.
+    if (!isAsSurveyed(from, route.source)) co_return inUseFault();
     const int error = route.replaces ? parts_.kernel.renameat2(from.folder.get(), from.name.c_str(), to.folder.get(),
                                                                to.name.c_str(), 0)
                                      : renameNoReplace(from.folder, from.name, to.folder, to.name);
@@ -192,10 +199,10 @@ bool FileMover::putBack(const Route& route) {
 
 Task<Result<>> FileMover::confirm(Route& route, Durable durable) {
     // Somebody may have put another file there, or written to this one, after the last look.
-    struct stat moved {};
-    if (route.to.status(moved) != 0 || !isUnwritten(moved, stampOf(route.source))) {
+    if (!isAsSurveyed(route.to, route.source)) {
         Fault fault = inUseFault();
         if (!putBack(route)) fault.text += "; it stands in the target folder now";
+        static_cast<void>(co_await flushFolders(route));
         co_return fault;
     }
     parts_.made.insert(identityOf(route.source));

@@ -554,8 +554,12 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
         const bool isItself = original.places != 0 || at(file.original()).excuse != Excuse::none;
         if (lowered(displayText(withoutEnding(nameOf(file.path)))) == lowered(name) && isItself) return std::nullopt;
     }
-    for (const Content& content : contents_)
-        if (displayText(nameOf(content.path)) == name && content.outputsExcuse != Excuse::none) return std::nullopt;
+    for (const Content& content : contents_) {
+        const bool boreIt = displayText(nameOf(content.path)) == name ||
+                            std::any_of(content.names.begin(), content.names.end(),
+                                        [&](const std::string& borne) { return displayText(borne) == name; });
+        if (boreIt && content.outputsExcuse != Excuse::none) return std::nullopt;
+    }
     return "the log says Sucessful of " + name + ", and a cut here leaves no output of it";
 }
 
