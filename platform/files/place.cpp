@@ -48,11 +48,13 @@ UniqueFd openForReading(Kernel& kernel, const Path& path) {
     return folder ? folder.open(nameOf(path).c_str(), kReadFlags) : std::move(folder);
 }
 
+// A name that is longer than its file system allows is known not to be there.
 int statusOf(Kernel& kernel, const Path& path, struct stat& into) {
-    const int error = kernel.fstatat(AT_FDCWD, path.c_str(), into, AT_SYMLINK_NOFOLLOW);
+    int error = kernel.fstatat(AT_FDCWD, path.c_str(), into, AT_SYMLINK_NOFOLLOW);
     if (error != ENAMETOOLONG) return error;
     const UniqueFd folder = openFolder(kernel, folderOf(path));
-    return folder ? folder.statusOf(nameOf(path).c_str(), into) : folder.error();
+    error = folder ? folder.statusOf(nameOf(path).c_str(), into) : folder.error();
+    return error == ENAMETOOLONG ? ENOENT : error;
 }
 
 std::optional<FileIdentity> folderAt(Kernel& kernel, const Path& path) {

@@ -27,7 +27,7 @@ Result<Place> openPlace(Kernel& kernel, const Path& path);
 UniqueFd openFolder(Kernel& kernel, const Path& path);
 /// For reading; never follows a link, never waits for a writer, never becomes the controlling terminal.
 UniqueFd openForReading(Kernel& kernel, const Path& path);
-/// Links are not followed. 0 or the error number.
+/// Links are not followed. 0 or the error number; ENOENT also for a name that is too long to be there.
 int statusOf(Kernel& kernel, const Path& path, struct stat& into);
 
 /// Opens a path that is not longer than the host takes in one call.
