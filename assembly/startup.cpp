@@ -72,7 +72,8 @@ void Startup::cleanUpDataFolder() {
     const Path& app = p_.state.AppFolder;
     std::vector<Path> folders{app, joinPath(app, kBackupByHand), joinPath(app, kBackupOnClose)};
     std::erase_if(folders, [this](const Path& folder) {
-        return p_.toolbox.isSameFolder(folder, p_.state.settings.SourceFolder);
+        const Result<bool> isSource = p_.toolbox.isSameFolder(folder, p_.state.settings.SourceFolder);
+        return !isSource.ok() || isSource.value();
     });
     cleanUp_.start(p_.toolbox.cleanUpAfterCrash(std::move(folders), {}, [] { return false; }));
 }

@@ -86,7 +86,11 @@ std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
                                                       {"Destination", settings.DestinationFolder},
                                                       {"Reject", settings.RejectFolder}};
     for (const auto& [name, other] : others) {
-        if (!p_.toolbox.isSameFolder(folder, other)) continue;
+        const Result<bool> isSame = p_.toolbox.isSameFolder(folder, other);
+        if (!isSame.ok())
+            return "Weekly Delete: " + name + " Folder " + named(other) + " - FAILED: " +
+                   failureWords(isSame.fault().text) + ". Nothing is deleted.";
+        if (!isSame.value()) continue;
         return "Done Folder " + named(settings.DoneFolder) + " is the " + name +
                " Folder too. Weekly Delete deletes nothing.";
     }

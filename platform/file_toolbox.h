@@ -146,7 +146,7 @@ public:
     virtual void beginPass(const Path& source) = 0;
     virtual void endPass() = 0;
     /// Whether what stands under the path was published or moved there since `beginPass`, under whatever name.
-    [[nodiscard]] virtual bool wasMadeInThisPass(const Path& path) const = 0;
+    [[nodiscard]] virtual Result<bool> wasMadeInThisPass(const Path& path) const = 0;
     /// Whether names that differ in letter case, or in how they are composed, may be one name in the folder, or the
     /// identities of files change there: then `wasMadeInThisPass` may miss one.
     [[nodiscard]] virtual bool hasUncertainNames(const Path& folder) const = 0;
@@ -154,17 +154,19 @@ public:
     /// nothing.
     virtual void onFlushFault(std::function<void()> told) = 0;
 
+    // What cannot be looked at is not taken for missing, and not for another one: whoever protects something asks
+    // further only where the answer is sure.
     /// What stands under the path; links are `other`.
     [[nodiscard]] virtual EntryKind kindOf(const Path& path) const = 0;
     /// Whether the path leads to a folder; here a link to a folder counts as one.
     [[nodiscard]] virtual bool isFolder(const Path& path) const = 0;
     /// Whether both paths lead to the same existing folder, whatever the paths' texts.
-    [[nodiscard]] virtual bool isSameFolder(const Path& one, const Path& other) const = 0;
+    [[nodiscard]] virtual Result<bool> isSameFolder(const Path& one, const Path& other) const = 0;
     /// Whether both paths lead to the same existing file or folder; links at their ends are not followed.
-    [[nodiscard]] virtual bool isSameFile(const Path& one, const Path& other) const = 0;
+    [[nodiscard]] virtual Result<bool> isSameFile(const Path& one, const Path& other) const = 0;
     /// Tells the regular file under the path from another one that stands there at another time; empty when none stands
     /// there.
-    [[nodiscard]] virtual std::string markOf(const Path& path) const = 0;
+    [[nodiscard]] virtual Result<std::string> markOf(const Path& path) const = 0;
     /// The longest name that the folder takes, in bytes.
     [[nodiscard]] virtual std::size_t longestName(const Path& folder) const = 0;
     /// The mount under which the folder lies, or would lie when there is no such folder. It is opened first, so that a

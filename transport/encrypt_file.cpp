@@ -13,7 +13,9 @@ namespace {
 constexpr char kEncrypted[] = ".enc";
 
 // Taken for nothing, it would be replaced, or asked about, although it may be a namesake's or this file's own output.
-Fault cannotBeLookedAt() { return {FaultKind::machine, "What stands in the Destination Folder cannot be looked at"}; }
+Fault cannotBeLookedAt(const char* folder) {
+    return {FaultKind::machine, "What stands in the " + std::string(folder) + " Folder cannot be looked at"};
+}
 
 }  // namespace
 
@@ -88,7 +90,7 @@ Task<void> FileEncryption::compare(Work& work) {
     const Path output = joinPath(work.order.destinationFolder, work.name + kEncrypted);
     if (!work.held || std::exchange(work.isCompared, true)) co_return;
     const EntryKind there = p_.toolbox.kindOf(output);
-    if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt();
+    if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt("Destination");
     if (there != EntryKind::regularFile) co_return;
     Result<bool> equal = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
     work.equals = equal.ok() && equal.value();
@@ -144,10 +146,12 @@ Task<FileEncryption::Permission> FileEncryption::mayWriteOutput(Work& work, Repl
     const Path& folder = work.order.destinationFolder;
     const Path output = joinPath(folder, work.name + kEncrypted);
     const EntryKind there = p_.toolbox.kindOf(output);
-    if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt();
     const bool isStanding = there == EntryKind::regularFile;
-    const bool isNamesakes = isStanding && p_.isNamesakes(work.order.sourcePath, folder, kEncrypted);
-    if (!isNamesakes) co_await compare(work);
+    const Result<bool> asked =
+        isStanding ? p_.isNamesakes(work.order.sourcePath, folder, kEncrypted) : Result<bool>(false);
+    if (there == EntryKind::unknown || !asked.ok()) work.comparing = cannotBeLookedAt("Destination");
+    const bool isNamesakes = asked.ok() && asked.value();
+    if (asked.ok() && !isNamesakes) co_await compare(work);
     if (!work.comparing.ok()) co_return Permission::refused;  // what is there may be its own output
     // The same bytes, newly written: nothing is lost, and nothing needs to be asked.
     if (work.equals && !isNamesakes) {
@@ -173,8 +177,12 @@ Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
     MoveOrder order{work.order.sourcePath, target, Replace::never, work.held.get(), Durable::later};
-    if (FileExists(p_.toolbox, target)) {
-        const bool isNamesakes = p_.isNamesakes(work.order.sourcePath, work.order.doneFolder, "");
+    const EntryKind there = p_.toolbox.kindOf(target);
+    if (there == EntryKind::unknown) co_return afterMove(work, cannotBeLookedAt("Done"));
+    if (there == EntryKind::regularFile) {
+        const Result<bool> asked = p_.isNamesakes(work.order.sourcePath, work.order.doneFolder, "");
+        if (!asked.ok()) co_return afterMove(work, cannotBeLookedAt("Done"));
+        const bool isNamesakes = asked.value();
         if (!isNamesakes) {
             order.onEqual = p_.flushNote.stands() ? OnEqual::isReplaced : OnEqual::isTheSame;
             const Result<> moved = co_await p_.toolbox.move(order);

@@ -54,7 +54,7 @@ struct EncryptionParts {
     CryptoFactory makeComponent;
     /// Whether what stands in the folder under the file's name and the ending is another file of this name that was
     /// carried before: no older version, which is never replaced.
-    std::function<bool(const Path& source, const Path& folder, const std::string& ending)> isNamesakes;
+    std::function<Result<bool>(const Path& source, const Path& folder, const std::string& ending)> isNamesakes;
     std::function<bool()> isStopped;
 };
 

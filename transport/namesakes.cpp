@@ -14,6 +14,7 @@ namespace {
 
 // In the place of a mark: no file has it.
 constexpr char kHasLeft[] = "left";
+constexpr char kUnknown[] = "unknown";
 
 std::string foldedNameOf(const Path& file) { return foldedName(nameOf(file)); }
 
@@ -63,15 +64,19 @@ Task<Result<>> Namesakes::load(FileToolbox& toolbox) {
     co_return flushed;
 }
 
+void Namesakes::compare(const Result<std::string>& mark, Member& with) {
+    with.isInSource = !mark.ok() || !mark.value().empty();
+    if (!mark.ok()) return;
+    // Another file under the path means that the one before it has left.
+    with.hasLeft |= mark.value() != with.mark;
+    if (with.isInSource) with.mark = mark.value();
+}
+
 Task<void> Namesakes::lookForListed(EventLoop& loop, const FileToolbox& toolbox) {
     for (auto& [name, group] : groups_) {
         if (name.first != source_) continue;
         for (auto& [file, member] : group) {
-            std::string mark = toolbox.markOf(file);
-            member.isInSource = !mark.empty();
-            // Another file under the path means that the one before it has left.
-            member.hasLeft |= mark != member.mark;
-            if (member.isInSource) member.mark = std::move(mark);
+            compare(toolbox.markOf(file), member);
             co_await loop.breathe();
         }
     }
@@ -84,7 +89,10 @@ Task<void> Namesakes::add(EventLoop& loop, const FileToolbox& toolbox, const std
         const Name name = nameIn(found[i]);
         const bool isRepeated =
             std::binary_search(repeated.begin(), repeated.end(), markOf(name.second)) || groups_.contains(name);
-        if (isRepeated) groups_[name].try_emplace(found[i], Member{toolbox.markOf(found[i])});
+        if (isRepeated) {
+            Result<std::string> mark = toolbox.markOf(found[i]);
+            groups_[name].try_emplace(found[i], Member{mark.ok() ? mark.take() : kUnknown});
+        }
         co_await loop.breathe();
     }
 }
@@ -103,8 +111,8 @@ bool Namesakes::mustWait(const Path& file) const {
     return !isLoaded_ || (!isStored_ && groups_.contains(nameIn(file)));
 }
 
-bool Namesakes::isTaken(const FileToolbox& toolbox, const Path& file, const Path& folder,
-                        const std::string& ending) const {
+Result<bool> Namesakes::isTaken(const FileToolbox& toolbox, const Path& file, const Path& folder,
+                                const std::string& ending) const {
     const auto group = groups_.find(nameIn(file));
     if (group == groups_.end()) return false;
     const Path target = joinPath(folder, nameOf(file) + ending);
@@ -112,7 +120,9 @@ bool Namesakes::isTaken(const FileToolbox& toolbox, const Path& file, const Path
         if (other == file || !member.hasLeft) continue;
         const Path place = joinPath(folder, nameOf(other) + ending);
         if (toolbox.kindOf(place) == EntryKind::missing) continue;
-        if (place == target || toolbox.hasUncertainNames(folder) || toolbox.isSameFile(place, target)) return true;
+        if (place == target || toolbox.hasUncertainNames(folder)) return true;
+        Result<bool> isSame = toolbox.isSameFile(place, target);
+        if (!isSame.ok() || isSame.value()) return isSame;
     }
     return false;
 }

@@ -31,8 +31,8 @@ public:
     [[nodiscard]] bool mustWait(const Path& file) const;
     /// Whether the name that the file would get in the folder, its own and then `ending`, belongs to another one that
     /// has left Source before it.
-    [[nodiscard]] bool isTaken(const FileToolbox& toolbox, const Path& file, const Path& folder,
-                               const std::string& ending) const;
+    [[nodiscard]] Result<bool> isTaken(const FileToolbox& toolbox, const Path& file, const Path& folder,
+                                       const std::string& ending) const;
     void carried(const Path& file);
     void rejected(const Path& file);
     /// Forgets the names of which nothing is left to be carried. The list may stay longer than needed, which loses
@@ -50,6 +50,7 @@ private:
 
     Task<Result<>> load(FileToolbox& toolbox);
     Result<> read();
+    static void compare(const Result<std::string>& mark, Member& with);
     Task<void> lookForListed(EventLoop& loop, const FileToolbox& toolbox);
     Task<void> add(EventLoop& loop, const FileToolbox& toolbox, const std::vector<Path>& found);
     [[nodiscard]] Name nameIn(const Path& file) const;

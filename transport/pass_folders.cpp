@@ -69,8 +69,11 @@ Task<void> PassFolders::cleanUp(std::function<bool()> isStopped) {
 
 // Originals that are moved to where they came from would be found again by every pass.
 bool PassFolders::reportIfSource(const Path& folder, const Message& what) {
-    if (!toolbox_.isSameFolder(settings_.SourceFolder, folder)) return false;
-    report(what + named(folder) + " is the Source Folder bypassing events!");
+    const Result<bool> isSame = toolbox_.isSameFolder(settings_.SourceFolder, folder);
+    if (isSame.ok() && !isSame.value()) return false;
+    mayComeBack_ = !isSame.ok();
+    const Message reason = isSame.ok() ? Message(" is the Source Folder") : Message(" cannot be looked at");
+    report(what + named(folder) + reason + " bypassing events!");
     return true;
 }
 

@@ -58,9 +58,10 @@ EncryptionParts ScanPass::encryptionParts(CryptoFactory makeComponent) {
             [this] { return stopRequested_; }};
 }
 
-bool ScanPass::isNamesakes(const Path& source, const Path& folder, const std::string& ending) const {
-    return p_.toolbox.wasMadeInThisPass(joinPath(folder, FileNameOf(source) + ending)) ||
-           p_.namesakes.isTaken(p_.toolbox, source, folder, ending);
+Result<bool> ScanPass::isNamesakes(const Path& source, const Path& folder, const std::string& ending) const {
+    Result<bool> wasMade = p_.toolbox.wasMadeInThisPass(joinPath(folder, FileNameOf(source) + ending));
+    if (!wasMade.ok() || wasMade.value()) return wasMade;
+    return p_.namesakes.isTaken(p_.toolbox, source, folder, ending);
 }
 
 void ScanPass::takeStart(bool once) {

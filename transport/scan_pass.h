@@ -43,7 +43,7 @@ private:
     void reportNoPassword();
     [[nodiscard]] EncryptionParts encryptionParts(CryptoFactory makeComponent);
     /// Whether what stands there under the file's name is another file of this name, carried before.
-    [[nodiscard]] bool isNamesakes(const Path& source, const Path& folder, const std::string& ending) const;
+    [[nodiscard]] Result<bool> isNamesakes(const Path& source, const Path& folder, const std::string& ending) const;
     Task<void> searchAndCarry();
     Task<void> noteNamesakes();
     Task<void> carryFiles();

@@ -173,7 +173,9 @@ Task<Result<>> FileMover::renameIt(MoveOrder order, Route& route, Reach reach) {
     if (!isAsSurveyed(from, route.source)) co_return inUseFault();
     const int error = route.replaces ? parts_.kernel.renameat2(from.folder.get(), from.name.c_str(), to.folder.get(),
                                                                to.name.c_str(), 0)
-                                     : renameNoReplace(from.folder, from.name, to.folder, to.name);
+                                     : renameInOneStep(from.folder, from.name, to.folder, to.name);
+    // Between a link and the removal of the old name, another file could take that name.
+    if (needsTwoSteps(error) && !route.replaces) co_return co_await linkIt(std::move(order), route, reach);
     if (error == EXDEV && reach == Reach::anywhere) co_return co_await copyIt(std::move(order), route);
     if (error != 0) co_return moveFault(to, error, kCannotBeMoved);
     co_return co_await confirm(route, order.durable);
@@ -185,7 +187,6 @@ Task<Result<>> FileMover::linkIt(MoveOrder order, Route& route, Reach reach) {
         const int error = linked.link();
         const bool isCopied = LinkMover::cannotBeLinked(error) && (error != EXDEV || reach == Reach::anywhere);
         if (isCopied) co_return co_await copyIt(std::move(order), route);
-        if (error == EBUSY) co_return inUseFault();
         if (error == EBUSY) co_return inUseFault();
         if (error != 0) co_return moveFault(route.to, error, kCannotBeMoved);
         if (const Result<> done = co_await linked.finish(); !done.ok()) co_return done.fault();

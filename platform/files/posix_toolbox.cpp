@@ -12,6 +12,7 @@
 #include "platform/files/folder_search.h"
 #include "platform/files/held_file.h"
 #include "platform/files/place.h"
+#include "platform/files/posix_fault.h"
 #include "platform/files/standing_file.h"
 #include "platform/files/tree_flush.h"
 
@@ -20,6 +21,27 @@ namespace vantrell {
 namespace {
 
 constexpr mode_t kFolderMode = 0777;
+
+// Nothing when nothing stands there. What cannot be looked at may be anything.
+using Look = Result<std::optional<struct stat>>;
+enum class Links : std::uint8_t { lookedAt, followed };
+
+Look look(Kernel& kernel, const Path& path, Links links = Links::lookedAt) {
+    struct stat status {};
+    const bool isFollowed = links == Links::followed;
+    const int error = isFollowed ? kernel.fstatat(AT_FDCWD, path.c_str(), status, 0) : statusOf(kernel, path, status);
+    if (error == ENOENT || error == ENOTDIR) return std::optional<struct stat>();
+    if (error != 0) return outputFault(error, "It cannot be looked at");
+    return std::optional(status);
+}
+
+Result<bool> areOne(const Look& one, const Look& other) {
+    for (const Look* look : {&one, &other}) {
+        if (!look->ok()) return look->fault();
+        if (!look->value()) return false;
+    }
+    return identityOf(*one.value()) == identityOf(*other.value());
+}
 
 }  // namespace
 
@@ -49,9 +71,10 @@ void PosixToolbox::endPass() {
     probe_.forgetSettled();
 }
 
-bool PosixToolbox::wasMadeInThisPass(const Path& path) const {
-    struct stat status {};
-    return statusOf(kernel_, path, status) == 0 && parts_.made.contains(identityOf(status));
+Result<bool> PosixToolbox::wasMadeInThisPass(const Path& path) const {
+    const Look there = look(kernel_, path);
+    if (!there.ok()) return there.fault();
+    return there.value() && parts_.made.contains(identityOf(*there.value()));
 }
 
 bool PosixToolbox::hasUncertainNames(const Path& folder) const {
@@ -60,32 +83,33 @@ bool PosixToolbox::hasUncertainNames(const Path& folder) const {
 }
 
 EntryKind PosixToolbox::kindOf(const Path& path) const {
-    struct stat status {};
-    const int error = statusOf(kernel_, path, status);
-    if (error == ENOENT || error == ENOTDIR) return EntryKind::missing;
-    if (error != 0) return EntryKind::unknown;
-    if (S_ISREG(status.st_mode)) return EntryKind::regularFile;
-    return S_ISDIR(status.st_mode) ? EntryKind::folder : EntryKind::other;
+    const Look there = look(kernel_, path);
+    if (!there.ok()) return EntryKind::unknown;
+    if (!there.value()) return EntryKind::missing;
+    const mode_t mode = there.value()->st_mode;
+    if (S_ISREG(mode)) return EntryKind::regularFile;
+    return S_ISDIR(mode) ? EntryKind::folder : EntryKind::other;
 }
 
 bool PosixToolbox::isFolder(const Path& path) const { return folderAt(kernel_, path).has_value(); }
 
-bool PosixToolbox::isSameFolder(const Path& one, const Path& other) const {
-    const auto folder = folderAt(kernel_, one);
-    return folder && folder == folderAt(kernel_, other);
+Result<bool> PosixToolbox::isSameFolder(const Path& one, const Path& other) const {
+    const Look a = look(kernel_, one, Links::followed);
+    const Look b = look(kernel_, other, Links::followed);
+    const Result<bool> isSame = areOne(a, b);
+    return isSame.ok() ? Result<bool>(isSame.value() && S_ISDIR(a.value()->st_mode)) : isSame;
 }
 
-bool PosixToolbox::isSameFile(const Path& one, const Path& other) const {
-    struct stat a {};
-    struct stat b {};
-    return statusOf(kernel_, one, a) == 0 && statusOf(kernel_, other, b) == 0 && identityOf(a) == identityOf(b);
+Result<bool> PosixToolbox::isSameFile(const Path& one, const Path& other) const {
+    return areOne(look(kernel_, one), look(kernel_, other));
 }
 
 // An inode number alone may be another file's after a while.
-std::string PosixToolbox::markOf(const Path& path) const {
-    struct stat status {};
-    if (statusOf(kernel_, path, status) != 0 || !S_ISREG(status.st_mode)) return {};
-    const FileStamp stamp = stampOf(status);
+Result<std::string> PosixToolbox::markOf(const Path& path) const {
+    const Look there = look(kernel_, path);
+    if (!there.ok()) return there.fault();
+    if (!there.value() || !S_ISREG(there.value()->st_mode)) return std::string();
+    const FileStamp stamp = stampOf(*there.value());
     return std::to_string(stamp.identity.inode) + " " + std::to_string(stamp.size) + " " +
            std::to_string(stamp.modified.seconds) + "." + std::to_string(stamp.modified.nanoseconds);
 }

@@ -27,14 +27,14 @@ public:
 
     void beginPass(const Path& source) override;
     void endPass() override;
-    [[nodiscard]] bool wasMadeInThisPass(const Path& path) const override;
+    [[nodiscard]] Result<bool> wasMadeInThisPass(const Path& path) const override;
     [[nodiscard]] bool hasUncertainNames(const Path& folder) const override;
     void onFlushFault(std::function<void()> told) override { parts_.flushHasFailed = std::move(told); }
     [[nodiscard]] EntryKind kindOf(const Path& path) const override;
     [[nodiscard]] bool isFolder(const Path& path) const override;
-    [[nodiscard]] bool isSameFolder(const Path& one, const Path& other) const override;
-    [[nodiscard]] bool isSameFile(const Path& one, const Path& other) const override;
-    [[nodiscard]] std::string markOf(const Path& path) const override;
+    [[nodiscard]] Result<bool> isSameFolder(const Path& one, const Path& other) const override;
+    [[nodiscard]] Result<bool> isSameFile(const Path& one, const Path& other) const override;
+    [[nodiscard]] Result<std::string> markOf(const Path& path) const override;
     [[nodiscard]] std::size_t longestName(const Path& folder) const override;
     [[nodiscard]] std::optional<MountPoint> mountUnder(const Path& folder) const override {
         return mounts_.under(folder);

@@ -27,12 +27,17 @@ int linkAndUnlink(const UniqueFd& fromFolder, const char* from, const UniqueFd& 
 
 }  // namespace
 
+int renameInOneStep(const UniqueFd& fromFolder, const std::string& from, const UniqueFd& toFolder,
+                    const std::string& to) {
+    return fromFolder.kernel().renameat2(fromFolder.get(), from.c_str(), toFolder.get(), to.c_str(), RENAME_NOREPLACE);
+}
+
+bool needsTwoSteps(int error) { return error == EINVAL || error == ENOSYS; }
+
 int renameNoReplace(const UniqueFd& fromFolder, const std::string& from, const UniqueFd& toFolder,
                     const std::string& to) {
-    const int error =
-        fromFolder.kernel().renameat2(fromFolder.get(), from.c_str(), toFolder.get(), to.c_str(), RENAME_NOREPLACE);
-    if (error != EINVAL && error != ENOSYS) return error;
-    return linkAndUnlink(fromFolder, from.c_str(), toFolder, to.c_str());
+    const int error = renameInOneStep(fromFolder, from, toFolder, to);
+    return needsTwoSteps(error) ? linkAndUnlink(fromFolder, from.c_str(), toFolder, to.c_str()) : error;
 }
 
 }  // namespace vantrell

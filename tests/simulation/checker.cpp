@@ -253,10 +253,10 @@ Checker::Broken Checker::called(const CallRecord& call) {
         return checkData(world_.disks);
     }
     State now = stateOf(world_.disks);
-    if (Broken broken = judgeChanges(now)) return broken;
-    Broken broken = check(now);
+    Broken broken = judgeChanges(now);
+    if (!broken) broken = check(now);
     before_ = std::move(now);
-    return broken;
+    return isExcused_ ? std::nullopt : broken;
 }
 
 Checker::Broken Checker::judgeChanges(const State& now) {
@@ -503,6 +503,10 @@ Checker::Broken Checker::afterEnd(bool wasKilled, bool isCut) {
         ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
     }
     flushFailedAt_ = 0;
+    // A pass that was killed before it had carried anything may not have come to the end of its search.
+    const auto isOfThisPass = [this](const Publication& one) { return one.pass == passes_; };
+    if (wasKilled && std::none_of(published_.begin(), published_.end(), isOfThisPass))
+        for (Content& content : contents_) content.passes.erase(passes_);
     return afterLoss();
 }
 

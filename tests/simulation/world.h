@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <string>
@@ -11,9 +12,15 @@
 
 namespace vantrell::test {
 
+/// Has room for itself alone: with the ending of an output it is too long for a disk.
+inline constexpr std::array<char, 253> kLongName = [] {
+    std::array<char, 253> name{};
+    std::fill_n(name.begin(), name.size() - 1, 'n');
+    return name;
+}();
 /// Names of files.
 inline constexpr std::array kFileNames{"a",     "b",       "A",           "report.pdf",        "Report.pdf",
-                                       "x.enc", ".hidden", "\xFF\xFEraw", "e\xCC\x81t\xC3\xA9"};
+                                       "x.enc", ".hidden", "\xFF\xFEraw", "e\xCC\x81t\xC3\xA9", kLongName.data()};
 
 /// What may happen in a life; each is one in so many, 0 never. As they stand here, the program is proof against them.
 struct Hazards {

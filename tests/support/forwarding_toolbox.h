@@ -15,14 +15,18 @@ public:
 
     void beginPass(const Path& source) override { real_.beginPass(source); }
     void endPass() override { real_.endPass(); }
-    [[nodiscard]] bool wasMadeInThisPass(const Path& path) const override { return real_.wasMadeInThisPass(path); }
+    [[nodiscard]] Result<bool> wasMadeInThisPass(const Path& path) const override {
+        return real_.wasMadeInThisPass(path);
+    }
     [[nodiscard]] bool hasUncertainNames(const Path& folder) const override { return real_.hasUncertainNames(folder); }
     void onFlushFault(std::function<void()> told) override { real_.onFlushFault(std::move(told)); }
     [[nodiscard]] EntryKind kindOf(const Path& path) const override { return real_.kindOf(path); }
     [[nodiscard]] bool isFolder(const Path& path) const override { return real_.isFolder(path); }
-    [[nodiscard]] bool isSameFolder(const Path& a, const Path& b) const override { return real_.isSameFolder(a, b); }
-    [[nodiscard]] bool isSameFile(const Path& a, const Path& b) const override { return real_.isSameFile(a, b); }
-    [[nodiscard]] std::string markOf(const Path& path) const override { return real_.markOf(path); }
+    [[nodiscard]] Result<bool> isSameFolder(const Path& a, const Path& b) const override {
+        return real_.isSameFolder(a, b);
+    }
+    [[nodiscard]] Result<bool> isSameFile(const Path& a, const Path& b) const override { return real_.isSameFile(a, b); }
+    [[nodiscard]] Result<std::string> markOf(const Path& path) const override { return real_.markOf(path); }
     [[nodiscard]] std::size_t longestName(const Path& folder) const override { return real_.longestName(folder); }
     [[nodiscard]] std::optional<MountPoint> mountUnder(const Path& folder) const override {
         return real_.mountUnder(folder);

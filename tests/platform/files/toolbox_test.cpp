@@ -25,10 +25,10 @@ TEST_F(Toolbox, OnlyRegularFilesAreFiles) {
     EXPECT_EQ(toolbox.kindOf(folder / "link"), EntryKind::other);
     EXPECT_EQ(toolbox.kindOf(folder / "new"), EntryKind::missing);
     EXPECT_TRUE(toolbox.isFolder(folder / "subLink"));
-    EXPECT_TRUE(toolbox.isSameFolder(folder / "sub", folder / "subLink"));
-    EXPECT_FALSE(toolbox.isSameFolder(folder / "sub", folder.path()));
+    EXPECT_TRUE(toolbox.isSameFolder(folder / "sub", folder / "subLink").value());
+    EXPECT_FALSE(toolbox.isSameFolder(folder / "sub", folder.path()).value());
     EXPECT_FALSE(toolbox.isFolder(folder / "link"));
-    EXPECT_FALSE(toolbox.isSameFolder(folder / "none", folder / "none"));
+    EXPECT_FALSE(toolbox.isSameFolder(folder / "none", folder / "none").value());
 }
 
 TEST_F(Toolbox, ReadOnlyIsTakenOffFilesAndNeverThroughLinks) {
