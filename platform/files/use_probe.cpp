@@ -87,14 +87,15 @@ Readiness UseProbe::look(const UniqueFd& file, const FileStamp& stamp) {
             return {Readiness::State::inUse};
         case Use::unknown:
             // Times may be rounded down by a step of the file system's clock.
-            return afterRest(stamp, facts, kQuiet + facts.timeStep);
+            return afterRest(stamp, facts, kQuiet + facts.timeStep, watched_.evenTime());
         default:
             break;
     }
     // Whoever writes within one step of the clock after this look leaves an equal stamp.
     const bool isCoarse = stamp.modified.nanoseconds == 0 && stamp.changed.nanoseconds == 0;
-    return afterRest(stamp, facts,
-                     isCoarse ? std::max<std::chrono::nanoseconds>(kCoarseStep, facts.timeStep) : facts.timeStep);
+    const std::chrono::nanoseconds step =
+        isCoarse ? std::max<std::chrono::nanoseconds>(kCoarseStep, facts.timeStep) : facts.timeStep;
+    return afterRest(stamp, facts, step, step);
 }
 
 Readiness UseProbe::afterTwoLooks(const FileStamp& stamp, const FileSystemFacts& facts) {
@@ -103,10 +104,12 @@ Readiness UseProbe::afterTwoLooks(const FileStamp& stamp, const FileSystemFacts&
     return wait->count() == 0 ? Readiness{} : Readiness{Readiness::State::unknown, *wait};
 }
 
-// A time in the future tells nothing.
-Readiness UseProbe::afterRest(const FileStamp& stamp, const FileSystemFacts& facts, std::chrono::nanoseconds rest) {
-    const auto age = clock_.now().time_since_epoch() - sinceEpoch(std::max(stamp.modified, stamp.changed));
-    if (age < std::chrono::nanoseconds(0)) return afterTwoLooks(stamp, facts);
+// A time in the future tells nothing, and one of long ago no more than `oldest`.
+Readiness UseProbe::afterRest(const FileStamp& stamp, const FileSystemFacts& facts, std::chrono::nanoseconds rest,
+                              std::chrono::nanoseconds oldest) {
+    const auto told = clock_.now().time_since_epoch() - sinceEpoch(std::max(stamp.modified, stamp.changed));
+    if (told < std::chrono::nanoseconds(0)) return afterTwoLooks(stamp, facts);
+    const auto age = std::min<std::chrono::nanoseconds>(told, oldest);
     return age >= rest ? Readiness{} : Readiness{Readiness::State::unknown, rest - age};
 }
 

@@ -5,6 +5,7 @@
 #include "platform/files/file_system.h"
 #include "platform/files/quiet_time.h"
 #include "platform/files/unique_fd.h"
+#include "platform/files/watched_time.h"
 
 namespace vantrell {
 
@@ -36,7 +37,7 @@ struct Readiness {
 class UseProbe {
 public:
     /// All of it outlives the probe.
-    UseProbe(const Clock& clock, FileSystems& systems) : clock_(clock), systems_(systems), quiet_(clock) {}
+    UseProbe(const Clock& clock, FileSystems& systems) : clock_(clock), systems_(systems), quiet_(clock), watched_(clock) {}
 
     /// Looks at a file that was opened just now, of which `stamp` is what it is.
     [[nodiscard]] Readiness look(const UniqueFd& file, const FileStamp& stamp);
@@ -53,11 +54,12 @@ public:
 private:
     [[nodiscard]] Readiness afterTwoLooks(const FileStamp& stamp, const FileSystemFacts& facts);
     [[nodiscard]] Readiness afterRest(const FileStamp& stamp, const FileSystemFacts& facts,
-                                      std::chrono::nanoseconds rest);
+                                      std::chrono::nanoseconds rest, std::chrono::nanoseconds oldest);
 
     const Clock& clock_;
     FileSystems& systems_;
     QuietTime quiet_;
+    WatchedTime watched_;
 };
 
 }  // namespace vantrell

@@ -239,7 +239,7 @@ void Actors::swapFolder() {
         others.makeLink(world_.folder(Where::outside), folder);
     others.flush(folderOf(folder));
     told("swap " + folder);
-    checker_.hidden(folder);
+    checker_.pathsChange(folder);
     checker_.othersActed();
 }
 

@@ -29,9 +29,9 @@ void Checker::othersAct(const std::string& path) {
     if (id != kUnknown) excuse(at(id).excuse, Excuse::writersOwn);
 }
 
-void Checker::hidden(const std::string& folder) {
+void Checker::pathsChange(const std::string& folder) {
     for (const File& file : before_)
-        if (file.content() != kUnknown && file.path.starts_with(folder)) at(file.content()).passes.erase(passes_);
+        if (file.content() != kUnknown && file.path.starts_with(folder)) at(file.content()).passes.clear();
 }
 
 void Checker::othersActed() { adopt(stateOf(world_.disks)); }

@@ -73,8 +73,8 @@ public:
     /// What stands there is about to be changed or taken.
     void othersAct(const std::string& path);
     void othersActed();
-    /// What lies there could not be found by the pass under way.
-    void hidden(const std::string& folder);
+    /// What lies there has another path from now on, and counts as if it had come anew.
+    void pathsChange(const std::string& folder);
     /// Somebody is about to take an output away, and looks whether it is one.
     Broken collects(const std::string& path);
     /// Before they are saved.
