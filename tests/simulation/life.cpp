@@ -81,6 +81,7 @@ void Life::said(const std::string& line) {
         checker_.settingsAre(program_->engine.state.settings);
         checker_.passBegins();
     }
+    isAskedToChoose_ |= isCalm_ && says("Choose it again");
     const bool isOver = says("ZEP Is PAUSED at ") || says("User Stopped Encrypting Files") ||
                         says("Source, Destination or Done Folders are missing");
     passes_ += isOver ? 1 : 0;
@@ -114,17 +115,10 @@ void Life::planFault() {
     constexpr std::array kErrors{EIO, ENOSPC, EACCES, EMFILE, ENOMEM, EROFS, EPERM, EAGAIN, ESTALE, EBUSY, ENXIO};
     PlannedFault fault;
     fault.call = chance_.pick(kCalls);
-    const bool isLook = fault.call == Call::fstat || fault.call == Call::fstatat || fault.call == Call::statx ||
-                        fault.call == Call::any;
-    if (isLook && !chance_.oneIn(hazards_.blindLooks)) fault.call = Call::openat;
     fault.error = chance_.pick(kErrors);
     fault.from = world_.kernel.calls() + 1 + chance_.below(400);
     fault.times = chance_.oneIn(2) ? 1 : chance_.oneIn(2) ? 1 + chance_.below(5) : PlannedFault::kAlways;
     if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kFolders));
-    const bool isReading = fault.call == Call::openat || fault.call == Call::openat2 || fault.call == Call::getdents64;
-    const bool isInSource = fault.below.empty() || fault.below == world_.folder(Where::source);
-    if (isReading && isInSource && !chance_.oneIn(hazards_.blindSearches))
-        fault.below = world_.folder(Where::destination);
     const bool isFlush = fault.call == Call::fsync || fault.call == Call::fdatasync || fault.call == Call::startFlush;
     if (isFlush && !chance_.oneIn(3)) fault.error = EIO;
     fault.losesData = isFlush && fault.error == EIO && !chance_.oneIn(4);
@@ -186,7 +180,8 @@ bool Life::step() {
     if (world_.kernel.isDead() || broken_ || program_->hasQuit) return false;
     if (!isCalm_ && hasOthers_ && chance_.oneIn(12)) act();
     if (!isCalm_ && hasPeople_ && chance_.oneIn(20)) operate();
-    if (isVanishing_ && chance_.oneIn(40)) vanish();
+    // One that goes while a file is at work is noticed with the next file.
+    if (isVanishing_ && !program_->engine.state.PassInProgress && chance_.oneIn(10)) vanish();
     if (program_->hasQuit || program_->loop.turn(chance_)) return true;
     if (hasOthers_) note(actors_.write());
     keepGoing();
@@ -194,8 +189,9 @@ bool Life::step() {
     return true;
 }
 
-// A disk goes without a word, or comes back.
+// A disk goes without a word, or comes back. Before the first pass nobody knows where the folders lie.
 void Life::vanish() {
+    if (world_.others().at(world_.dataFile(kFolderMountsName)).node == kNoNode) return;
     if (world_.isAnyOut()) {
         tell("== a disk is back");
         return world_.plugIn();
@@ -208,6 +204,7 @@ void Life::vanish() {
 // Somebody presses Start when the program stands still.
 void Life::keepGoing() {
     Engine& engine = program_->engine;
+    if (std::exchange(isAskedToChoose_, isAskedToChoose_ && engine.state.PassInProgress)) chooseAgain();
     if (engine.timRun->isEnabled() || engine.state.PassInProgress || program_->boxes.areOpen()) return;
     if (engine.activePassword.known().empty() && !engine.activePassword.isBeingLookedUp())
         engine.activePassword.set(password_);
@@ -245,6 +242,17 @@ void Life::operate() {
         default:
             return useMenus();
     }
+}
+
+// A run that never saw a disk takes the folder under its mount point for the right one.
+void Life::chooseAgain() {
+    const SettingsRecord settings = program_->engine.state.settings;
+    tell("chooses all folders again");
+    for (const auto& [kind, folder] : {std::pair(FolderKind::source, settings.SourceFolder),
+                                       {FolderKind::destination, settings.DestinationFolder},
+                                       {FolderKind::done, settings.DoneFolder},
+                                       {FolderKind::reject, settings.RejectFolder}})
+        program_->engine.fields.folderChosen(kind, folder);
 }
 
 void Life::changeFolder() {

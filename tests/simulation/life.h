@@ -49,6 +49,7 @@ private:
     void live(std::size_t mostPasses);
     [[nodiscard]] bool step();
     void operate();
+    void chooseAgain();
     void changeFolder();
     void useMenus();
     void vanish();
@@ -68,6 +69,7 @@ private:
     std::string password_ = "secret";
     bool isCalm_ = false;
     bool isVanishing_ = false;
+    bool isAskedToChoose_ = false;
     bool hasOthers_, hasPeople_;
     bool isActing_ = false;
     std::size_t passes_ = 0;  ///< of this run

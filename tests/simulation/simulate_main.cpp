@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Lets machines live through crashes and odd disks, and says which promise did not hold.
-//   vantrell_simulate [--seed N [--trace]] [--seed-from N] [--lives N] [--minutes N] [--fixed] [--all] [--HAZARD
-//   ONE_IN]
-// Without a seed they begin at one that nobody has chosen. --fixed: the same lives each time, for the tests. --all:
-// with the hazards that the program is not proof against. --HAZARD: the name of one of them; 0 leaves it out. Ends with
-// 0 when all promises held.
+//   vantrell_simulate [--seed N [--trace]] [--seed-from N] [--lives N] [--minutes N] [--fixed] [--HAZARD ONE_IN]
+// Without a seed they begin at one that nobody has chosen. --fixed: the same lives each time, for the tests. --HAZARD:
+// the name of one of them (world.h); 0 leaves it out. Ends with 0 when all promises held.
 #include <malloc.h>
 
 #include <chrono>
@@ -53,8 +51,6 @@ std::optional<Order> orderFrom(int count, char** words) {
         const std::string word = words[i];
         if (word == "--trace") {
             order.isTraced = true;
-        } else if (word == "--all") {
-            order.hazards = allHazards();
         } else if (word == "--fixed") {
             order.first = 1;
             order.lives = kFixedLives;
