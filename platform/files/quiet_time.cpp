@@ -37,7 +37,8 @@ std::optional<std::chrono::nanoseconds> QuietTime::look(const FileStamp& stamp, 
 }
 
 void QuietTime::carryOver(const FileStamp& before, const FileStamp& after) {
-    const auto found = looks_.find(before.identity);
+    const bool isWritten = before.size != after.size || before.modified != after.modified;
+    const auto found = isWritten ? looks_.end() : looks_.find(before.identity);
     if (found != looks_.end() && found->second.mark == markOf(before)) found->second.mark = markOf(after);
 }
 

@@ -20,7 +20,8 @@ public:
     /// when they do. Nothing when the earlier look differs: somebody writes, and this look is the first one of the next
     /// pass.
     std::optional<std::chrono::nanoseconds> look(const FileStamp& stamp, std::chrono::nanoseconds apart);
-    /// We have changed the file ourselves: what was seen of it before counts for what it is now.
+    /// We have changed the file's permissions ourselves: what was seen of it before counts for what it is now, unless
+    /// somebody has written in between.
     void carryOver(const FileStamp& before, const FileStamp& after);
     /// The pass is over: only looks that differed are kept.
     void forgetSettled();

@@ -185,7 +185,8 @@ std::optional<std::string> Actors::writeOnce(Writer& writer) {
     others.flush(writer.path);
     told((isAppended ? "append to " : "rewrite ") + writer.path);
     writer.last = others.contents(writer.path);
-    // On a full disk nothing may have come of it.
+    // Who finds the disk full gives up.
+    if (*writer.last == *there) writer.left = 1;
     if (*writer.last != *there) checker_.put(writer.path, Where::source);
     writer.next = world_.clock.sinceBoot() + std::chrono::milliseconds(chance_.below(kLongestPause.count()));
     --writer.left;

@@ -179,10 +179,6 @@ Checker::Broken Checker::afterEnd(bool wasKilled, bool isCut) {
         ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
     }
     flushFailedAt_ = 0;
-    // A pass that was killed before it had carried anything may not have come to the end of its search.
-    const auto isOfThisPass = [this](const Publication& one) { return one.pass == passes_; };
-    if (wasKilled && std::none_of(published_.begin(), published_.end(), isOfThisPass))
-        for (Content& content : contents_) content.passes.erase(passes_);
     return afterLoss();
 }
 
@@ -221,6 +217,18 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     ++lines_[line];
     // What it had replaced is gone, so that it cannot be put back.
     if (line.find("it stands in the target folder") != std::string::npos) excuseFresh(find(before_));
+    const auto says = [&line](const char* words) { return line.find(words) != std::string::npos; };
+    if (says(" Encrypt")) isOutputWithoutRoom_ = says("FAILED: The new file cannot be written: No space left on device");
+    if (says(" did not encrypt!") && std::exchange(isOutputWithoutRoom_, false)) {
+        const std::size_t from = line.find("File /") + 5;
+        const std::string path = line.substr(from, line.find(" did not encrypt!") - from);
+        const auto stands = [&](const std::string& where) {
+            return std::any_of(before_.begin(), before_.end(),
+                               [&](const File& file) { return placeOf(file.path) == lowered(where); });
+        };
+        const bool isRejected = !stands(path) && stands(ofThePass_.RejectFolder + "/" + nameOf(path));
+        if (isRejected && !isExcused_) return path + " was rejected although the disk was full";
+    }
     const std::size_t begin = line.find("Encryped:  ");
     const std::size_t end = line.find(" - Sucessful: ");
     if (begin == std::string::npos || end == std::string::npos || isFlushFaultUnnoted() || isNameLost_ || isExcused_)
@@ -235,9 +243,9 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
         if (lowered(displayText(withoutEnding(nameOf(file.path)))) == lowered(name) && isItself) return std::nullopt;
     }
     for (const Content& content : contents_) {
-        const bool boreIt = displayText(nameOf(content.path)) == name ||
-                            std::any_of(content.names.begin(), content.names.end(),
-                                        [&](const std::string& borne) { return displayText(borne) == name; });
+        const bool boreIt = std::any_of(content.names.begin(), content.names.end(), [&](const std::string& borne) {
+            return placeOf(borne) == lowered(name);
+        });
         if (boreIt && content.outputsExcuse != Excuse::none) return std::nullopt;
     }
     return "the log says Sucessful of " + name + ", and a cut here leaves no output of it";

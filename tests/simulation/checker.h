@@ -180,6 +180,7 @@ private:
     unsigned passes_ = 0;
     std::uint64_t flushFailedAt_ = 0;  ///< the call; 0 when it is noted
     bool isNameLost_ = false;
+    bool isOutputWithoutRoom_ = false;
     bool isExcused_ = false;
     State before_;
     std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done

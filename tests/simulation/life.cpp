@@ -116,6 +116,9 @@ void Life::planFault() {
     PlannedFault fault;
     fault.call = chance_.pick(kCalls);
     fault.error = chance_.pick(kErrors);
+    // Of a lease it would say that somebody writes.
+    const bool isLease = fault.call == Call::setLease || fault.call == Call::any;
+    if (isLease && fault.error == EAGAIN) fault.error = EIO;
     fault.from = world_.kernel.calls() + 1 + chance_.below(400);
     fault.times = chance_.oneIn(2) ? 1 : chance_.oneIn(2) ? 1 + chance_.below(5) : PlannedFault::kAlways;
     if (!chance_.oneIn(4)) fault.below = world_.folder(chance_.pick(kFolders));

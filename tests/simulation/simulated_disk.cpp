@@ -251,7 +251,10 @@ void SimulatedDisk::loseFlush(const Flush& flush) {
         inode.lostBegin = inode.lostEnd == 0 ? differs : std::min(inode.lostBegin, differs);
         inode.lostEnd = std::max(inode.lostEnd, flush.bytes->size());
     }
-    for (Change& change : changes_) change.isLost |= isFlushed(change, flush);
+    const auto concerns = [&](const Change& change) {
+        return change.folder == flush.node || change.before == flush.node || change.after == flush.node;
+    };
+    for (Change& change : changes_) change.isLost |= isFlushed(change, flush) && concerns(change);
 }
 
 void SimulatedDisk::sync() {
