@@ -18,6 +18,7 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{256} << 10U;
 constexpr std::uint64_t kMostUnflushed = std::uint64_t{32} << 20U;
 constexpr mode_t kOrdinaryMode = 0666;
+constexpr char kCannotBeNamed[] = "The new file cannot be given its name";
 
 UniqueFd openNamed(const UniqueFd& folder, std::string& name) {
     name = makeTemporaryName(folder.kernel());
@@ -107,31 +108,41 @@ int PosixOutputFile::giveName(const std::string& name) {
     return error;
 }
 
-int PosixOutputFile::replaceName(const std::string& name) {
-    struct stat status {};
-    if (const int error = folder_.statusOf(name.c_str(), status); error != 0) return error;
-    if (!S_ISREG(status.st_mode)) return EEXIST;
-    if (temporaryName_.empty()) {
-        std::string between = makeTemporaryName(parts_.kernel);
-        file_.lock();
-        if (const int error = nameTheNameless(file_, folder_, between); error != 0) return error;
-        temporaryName_ = std::move(between);
-    }
-    const int error = parts_.kernel.renameat2(folder_.get(), temporaryName_.c_str(), folder_.get(), name.c_str(), 0);
-    if (error == 0) temporaryName_.clear();
+int PosixOutputFile::giveTemporaryName() {
+    if (!temporaryName_.empty()) return 0;
+    std::string between = makeTemporaryName(parts_.kernel);
+    file_.lock();
+    const int error = nameTheNameless(file_, folder_, between);
+    if (error == 0) temporaryName_ = std::move(between);
     return error;
+}
+
+Task<Result<>> PosixOutputFile::replaceName(std::string name) {
+    struct stat status {};
+    int error = folder_.statusOf(name.c_str(), status);
+    if (error == 0 && !S_ISREG(status.st_mode)) error = EEXIST;
+    if (error == 0) error = giveTemporaryName();
+    if (error != 0) co_return namingFault(error, kCannotBeNamed);
+    // The old file goes with this rename, so the new one's count of names has to be on the disk before it.
+    if (const Result<> done = co_await flushCount(); !done.ok()) co_return done.fault();
+    error = parts_.kernel.renameat2(folder_.get(), temporaryName_.c_str(), folder_.get(), name.c_str(), 0);
+    if (error != 0) co_return namingFault(error, kCannotBeNamed);
+    temporaryName_.clear();
+    co_return Result<>();
 }
 
 Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
     const Result<> flushed = co_await flush();
     if (!flushed.ok()) co_return flushed;
-    int error = giveName(name);
+    const int error = giveName(name);
     const bool isReplacing = error == EEXIST && replace == Replace::allowed;
-    if (isReplacing) error = replaceName(name);
-    if (error != 0) co_return namingFault(error, "The new file cannot be given its name");
+    if (error != 0 && !isReplacing) co_return namingFault(error, kCannotBeNamed);
+    if (isReplacing) {
+        if (const Result<> replaced = co_await replaceName(name); !replaced.ok()) co_return replaced.fault();
+    }
     // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
     if (!isReplacing) temporaryName_ = std::move(name);
-    failed_ = co_await flushName();
+    failed_ = isReplacing ? co_await flushFolder(parts_, folder_) : co_await flushName();
     if (!failed_.ok()) co_return failed_;
     temporaryName_.clear();
     parts_.made.insert(identity());
@@ -141,10 +152,13 @@ Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
 
 // How many names a file has is part of the file. Where that does not reach the disk together with the name, a check of
 // the disk would take the file for one without any, and clear the name.
+Task<Result<>> PosixOutputFile::flushCount() {
+    if (parts_.systems.of(folder_).ordersRenames) co_return Result<>();
+    co_return co_await flushFile(parts_, file_);
+}
+
 Task<Result<>> PosixOutputFile::flushName() {
-    if (!parts_.systems.of(folder_).ordersRenames) {
-        if (const Result<> done = co_await flushFile(parts_, file_); !done.ok()) co_return done.fault();
-    }
+    if (const Result<> done = co_await flushCount(); !done.ok()) co_return done.fault();
     co_return co_await flushFolder(parts_, folder_);
 }
 

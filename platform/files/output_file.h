@@ -41,7 +41,9 @@ private:
     void fail(int error, std::string_view what);
     Task<Result<>> flushName();
     int giveName(const std::string& name);
-    int replaceName(const std::string& name);
+    int giveTemporaryName();
+    Task<Result<>> replaceName(std::string name);
+    Task<Result<>> flushCount();
     void dropName();
 
     OutputParts& parts_;

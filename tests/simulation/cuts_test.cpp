@@ -71,18 +71,5 @@ TEST(SimulatedCut, TakesWhatAFailedFlushHasMarkedAsWritten) {
     EXPECT_EQ(leftByCuts(DiskKind::ext2, lose), All{zeros});
 }
 
-TEST(SimulatedCut, EndsTheProcessAndNothingElseWhenOnlyThatIsKilled) {
-    SimulatedClock clock{Clock::TimePoint(std::chrono::seconds(1'700'000'000))};
-    SimulatedDisk disk(traitsOf(DiskKind::ext4, 0));
-    SimulatedKernel kernel(clock, disk, 1);
-    kernel.killAt(2);
-    const int file = kernel.openat(AT_FDCWD, "/a", O_RDWR | O_CREAT, 0600);
-    EXPECT_EQ(kernel.write(file, {}), -EIO);
-    EXPECT_TRUE(kernel.isDead() && kernel.hasOpenOn(disk));
-    kernel.restart();
-    EXPECT_FALSE(kernel.isDead() || kernel.hasOpenOn(disk));
-    EXPECT_EQ(left(kernel.others(), "/a"), "");
-}
-
 }  // namespace
 }  // namespace vantrell::test

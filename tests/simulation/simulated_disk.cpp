@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 namespace vantrell::test {
 
@@ -151,7 +152,7 @@ void SimulatedDisk::setName(Node folder, std::string_view name, Node target, std
     if (target != kNoNode) {
         Inode& inode = at(target);
         ++inode.links;
-        inode.bornNameless = false;
+        if (std::exchange(inode.bornNameless, false)) inode.firstNamed = ++inode.written;
         inode.folder = folder;
         inode.name = name;
         if (!traits.changeFollowsModified) inode.changed = noted(now);
@@ -262,6 +263,7 @@ void SimulatedDisk::sync() {
     for (Inode& inode : nodes_) {
         if (inode.mode == 0) continue;
         inode.lostBegin = inode.lostEnd = 0;
+        inode.flushed = inode.written;
         markFlushed(inode, inode.bytes);
     }
 }
@@ -299,6 +301,8 @@ void SimulatedDisk::keepReachable() {
         std::erase_if(at(folder).names, [&](const auto& entry) {
             Inode& inode = at(entry.second);
             if (S_ISDIR(inode.mode) && inode.links != 0) return true;
+            // Whoever checks the disk takes a file for unused that has no name by its own count.
+            if (!traits.ordersRenames && inode.flushed < inode.firstNamed) return true;
             ++inode.links;
             inode.folder = folder;
             inode.name = entry.first;
@@ -331,6 +335,7 @@ void SimulatedDisk::cut(Chance& chance) {
         inode.covering = nullptr;
         if (inode.bytes != inode.stable) inode.bytes = std::make_shared<std::string>(leftByCut(inode, chance));
         inode.lostBegin = inode.lostEnd = 0;
+        inode.firstNamed = 0;
         markFlushed(inode, inode.bytes);
         used_ += inode.bytes->size();
         // The number of a file that came back may be another one's by now.

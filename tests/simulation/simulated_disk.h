@@ -84,6 +84,7 @@ struct Inode {
     Bytes stable;                            ///< what a cut leaves at least; the same as `bytes` when all is flushed
     std::size_t kept = 0;                    ///< so much of `stable` was not cut off since the last flush
     std::uint64_t written = 0, flushed = 0;  ///< writes so far, and those that are on the disk
+    std::uint64_t firstNamed = 0;            ///< the write with which a file that had no name came to have one
     std::size_t lostBegin = 0, lostEnd = 0;  ///< what a failed flush has marked as written, and is not
     Names names;                             ///< of a folder
     Node folder = kNoNode;                   ///< where it was named last, and how

@@ -18,7 +18,7 @@
 #include "rig/hand_driven_timers.h"
 #include "rig/temporary_folder.h"
 #include "support/doubles.h"
-#include "support/recording_kernel.h"
+#include "support/kernel_beside_loop.h"
 #include "support/scripted_boxes.h"
 
 namespace vantrell::test {
@@ -100,7 +100,7 @@ public:
     /// Long after the files were written: their stamps count.
     SettableClock clock{std::chrono::sys_days(std::chrono::year(2036) / 11 / 16) + std::chrono::hours(14)};
     HandDrivenTimers timers;
-    RecordingKernel kernel{loop.kernel(), root.path()};
+    KernelBesideLoop kernel{loop.kernel()};
     PosixDataFiles files{kernel};
     PosixToolbox toolbox{loop, kernel, clock};
     SqliteDatabase database{loop};

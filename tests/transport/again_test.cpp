@@ -56,46 +56,6 @@ TEST_F(AgainTest, AnOutputThatStandsWholeIsTakenWithoutAQuestion) {
     EXPECT_EQ(readFile(bench.rejected("a")), "of another mind.") << "what differs is asked about";
 }
 
-TEST_F(AgainTest, AfterAFailedFlushNothingThatStandsIsBelieved) {
-    leaveEncryptedButNotMoved("a", "contents");
-    const ino_t standing = inodeOf(bench.out("a.enc"));
-    const std::string before = readFile(bench.out("a.enc"));
-    bench.engine.flushNote.write();
-    FlushNote ofNextRun(bench.files, bench.state.AppFolder + "/" + kFlushNoteName);
-    EXPECT_TRUE(ofNextRun.stands());
-    const LinuxFd keepsTheNumber(::open(bench.out("a.enc").c_str(), O_RDONLY | O_CLOEXEC));
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(readFile(bench.out("a.enc")), before);
-    EXPECT_NE(inodeOf(bench.out("a.enc")), standing);
-    EXPECT_TRUE(bench.exists(bench.done("a")));
-    EXPECT_FALSE(bench.engine.flushNote.stands()) << "the pass has carried everything";
-    EXPECT_FALSE(FlushNote(bench.files, bench.state.AppFolder + "/" + kFlushNoteName).stands());
-}
-
-// Somebody who takes each output as soon as it has its name.
-class Collector final : public ForwardingToolbox {
-public:
-    Collector(FileToolbox& real, PassBench& bench) : ForwardingToolbox(real), bench_(bench) {}
-    Task<Result<>> move(MoveOrder order) override {
-        taken += std::filesystem::remove(bench_.out(nameOf(order.source) + ".enc")) ? 1 : 0;
-        return ForwardingToolbox::move(std::move(order));
-    }
-    int taken = 0;
-
-private:
-    PassBench& bench_;
-};
-
-TEST_F(AgainTest, AnOutputThatIsTakenAwayAtOnceWasStillMade) {
-    Collector collector(bench.toolbox, bench);
-    ScanPass pass(bench.partsOn(collector),
-                  [&] { return std::make_unique<CryptoComponent>(bench.loop, collector, makeOpensslCipher); });
-    writeFile(bench.in("a"), "a");
-    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
-    EXPECT_EQ(collector.taken, 1);
-    EXPECT_EQ(readFile(bench.done("a")), "a");
-}
-
 // What is wrong with a file when it is opened ahead of its turn does not count.
 class Ahead final : public ForwardingToolbox {
 public:
@@ -121,29 +81,6 @@ TEST_F(AgainTest, AFileThatChangesBeforeItsTurnIsCarriedAsItIsThen) {
     EXPECT_EQ(readFile(bench.done("busy")), "busy");
     EXPECT_EQ(readFile(bench.done("grown")), "grown since it was prepared");
     EXPECT_EQ(readFile(bench.out("grown.enc")).size(), 32U);
-}
-
-TEST_F(AgainTest, ANamesakeIsNoNewerVersionInALaterPassEither) {
-    putNamesakes();
-    {
-        const LinuxFd writer(::open(bench.in("y/same").c_str(), O_WRONLY | O_CLOEXEC));
-        ASSERT_TRUE(bench.runPass());
-    }
-    EXPECT_EQ(readFile(bench.done("same")), "x");
-    // A start on what a crash has left: nothing is known but what lies in the data folder.
-    Namesakes ofNextRun(bench.files, bench.state.AppFolder + "/" + kNamesakesName);
-    PassParts parts = bench.partsOn(bench.toolbox);
-    ScanPass pass({parts.state, parts.window, parts.report, parts.log, parts.settings, parts.toolbox, parts.boxes,
-                   parts.loop, parts.clock, parts.timRun, parts.mode, parts.notices, parts.password, parts.noPassword,
-                   parts.flushNote, ofNextRun, parts.mounts, parts.claim},
-                  [&] { return std::make_unique<CryptoComponent>(bench.loop, bench.toolbox, makeOpensslCipher); });
-    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
-    EXPECT_EQ(readFile(bench.done("same")), "x");
-    EXPECT_EQ(readFile(bench.rejected("same")), "y");
-    EXPECT_FALSE(bench.exists(bench.state.AppFolder + "/" + kNamesakesName)) << "nothing is left of the name";
-    writeFile(bench.in("y/same"), "newer");
-    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
-    EXPECT_EQ(readFile(bench.done("same")), "newer") << "now it may be replaced";
 }
 
 TEST_F(AgainTest, FilesWaitWhileTheListOfNamesakesCannotBeRead) {

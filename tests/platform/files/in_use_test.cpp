@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
 
-#include "support/recording_kernel.h"
+#include "support/kernel_beside_loop.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {

@@ -2,7 +2,7 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
-#include "support/recording_kernel.h"
+#include "support/kernel_beside_loop.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
@@ -93,33 +93,6 @@ TEST_P(Move, AFileThatWasSwappedOrIsBeingWrittenStays) {
     held = toolbox.hold(source);
     EXPECT_EQ(move(Replace::never, held.value().get()), kSuccess);
     EXPECT_EQ(readFile(target), "another");
-}
-
-// Swaps the file behind the back of the last look before the move.
-class SwapsAfterVerifying final : public HeldFile {
-public:
-    explicit SwapsAfterVerifying(std::function<void()> swap) : swap_(std::move(swap)) {}
-    [[nodiscard]] std::uint64_t size() const override { return 0; }
-    Result<std::size_t> read(std::span<std::byte>) override { return std::size_t{0}; }
-    void rewind() override {}
-    Result<> verify() override {
-        swap_();
-        return {};
-    }
-
-private:
-    std::function<void()> swap_;
-};
-
-TEST_P(Move, AFileThatIsSwappedInTheLastMomentIsPutBack) {
-    int count = 0;
-    SwapsAfterVerifying held([this, &count] {
-        writeFile(source + ".new", "another " + std::to_string(++count));
-        std::filesystem::rename(source + ".new", source);
-    });
-    EXPECT_EQ(move(Replace::never, &held), FaultKind::inUse);
-    expectUntouched("another " + std::to_string(count));
-    EXPECT_TRUE(namesIn(done).empty());
 }
 
 TEST_P(Move, ASourceThatCannotBeRemovedLeavesNothingBehind) {
@@ -230,79 +203,6 @@ TEST_P(Move, AnEqualFileAtTheTargetIsTheFileAndAnotherOneIsNot) {
         if (isMoved) EXPECT_GT(timeOf(statusAt(target).st_ctim), arrived) << "it counts as arrived now";
         EXPECT_EQ(namesIn(done), Names{"file"});
     }
-}
-
-TEST_F(OneFile, WhereNamesAreNotOrderedTheOldOneGoesLast) {
-    RecordingKernel kernel(loop.kernel(), folder.path());
-    kernel.mountedAs = "ext2";
-    PosixToolbox unordered(loop, kernel, clock);
-    const std::string source = folder.makeFolder("source") + "/a";
-    const std::string target = folder.makeFolder("done") + "/a";
-    for (const bool isTaken : {false, true}) {
-        writeFile(source, "contents");
-        kernel.taken();
-        EXPECT_EQ(wordsOf(loop.valueOf(unordered.move({source, target, Replace::allowed}))), "");
-        Names notes = kernel.taken();
-        std::erase_if(notes, [](const std::string& note) { return note.starts_with("flush source/.zep"); });
-        Names expected{"name done/a", "flush done/a", "flush done", "move source/a > source/*", "flush source"};
-        if (isTaken)
-            expected = {"name done/*", "flush done/*", "move done/* > done/a", "flush done", "move source/a > source/*",
-                        "flush source"};
-        EXPECT_EQ(notes, expected);
-        EXPECT_EQ(readFile(target), "contents");
-        EXPECT_TRUE(namesIn(folder / "source").empty());
-    }
-}
-
-/// A move across file systems in which something happens after the copy got its name, before the source goes.
-class AfterPublishing : public WithToolbox {
-public:
-    void SetUp() override {
-        if (!other.isOtherThan(folder)) GTEST_SKIP() << "this machine has one file system only";
-        writeFile(source, "contents");
-    }
-    /// False when nothing can happen in between, because flushes block here.
-    bool moveAnd(const std::function<void()>& change) {
-        TaskGroup group(loop.queue());
-        group.start(move(toolbox, source, target, moved));
-        loop.turnUntil([&] { return std::filesystem::exists(target) || group.isIdle(); });
-        if (group.isIdle()) return false;
-        change();
-        return loop.turnUntil([&] { return group.isIdle(); });
-    }
-
-    OtherFileSystem other;
-    std::string source = folder.makeFolder("source") + "/file";
-    std::string target = *other / "file";
-    Result<> moved;
-
-private:
-    static Task<void> move(FileToolbox& box, Path from, Path to, Result<>& result) {
-        result = co_await box.move({std::move(from), std::move(to)});
-    }
-};
-
-TEST_F(AfterPublishing, WhoeverHasTheSourceKeepsItAndOneCopyRemains) {
-    if (!moveAnd([this] { std::filesystem::remove(source); })) GTEST_SKIP() << "flushes block here";
-    EXPECT_EQ(readFile(target), "contents") << "it is the last copy";
-    std::filesystem::remove(target);
-
-    writeFile(source, "contents");
-    ASSERT_TRUE(moveAnd([this] {
-        std::filesystem::rename(source, folder / "away");
-        writeFile(source, "another!");
-    }));
-    EXPECT_EQ(faultOf(moved), FaultKind::inUse);
-    EXPECT_EQ(readFile(source), "another!");
-    EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
-    EXPECT_FALSE(std::filesystem::exists(target));
-
-    LinuxFd writer;
-    ASSERT_TRUE(moveAnd([&] { writer = LinuxFd(::open(source.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)); }));
-    EXPECT_EQ(faultOf(moved), FaultKind::inUse);
-    EXPECT_EQ(::write(writer.get(), " and more", 9), 9);
-    EXPECT_EQ(readFile(source), "another! and more");
-    EXPECT_FALSE(std::filesystem::exists(target));
 }
 
 }  // namespace
