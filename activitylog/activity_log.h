@@ -44,8 +44,8 @@ public:
     void saveWhenOn();
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
-    /// Once at a start: removes what a crash has torn at the end of today's file and of the newest one of an earlier day.
-    /// No other file is looked at; what cannot be read or cut stays as it is.
+    /// Once at a start: removes what a crash has torn at the end of today's file and of the newest one of an earlier
+    /// day. No other file is looked at; what cannot be read or cut stays as it is.
     Task<void> mendTornEnds(FileToolbox& toolbox);
 
     /// The last events, at most `kEventsKept`, the newest at the end.

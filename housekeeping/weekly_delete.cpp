@@ -88,8 +88,8 @@ std::optional<Message> WeeklyDelete::reasonNotTo(const Path& folder) const {
     for (const auto& [name, other] : others) {
         const Result<bool> isSame = p_.toolbox.isSameFolder(folder, other);
         if (!isSame.ok())
-            return "Weekly Delete: " + name + " Folder " + named(other) + " - FAILED: " +
-                   failureWords(isSame.fault().text) + ". Nothing is deleted.";
+            return "Weekly Delete: " + name + " Folder " + named(other) +
+                   " - FAILED: " + failureWords(isSame.fault().text) + ". Nothing is deleted.";
         if (!isSame.value()) continue;
         return "Done Folder " + named(settings.DoneFolder) + " is the " + name +
                " Folder too. Weekly Delete deletes nothing.";

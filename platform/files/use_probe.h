@@ -37,7 +37,8 @@ struct Readiness {
 class UseProbe {
 public:
     /// All of it outlives the probe.
-    UseProbe(const Clock& clock, FileSystems& systems) : clock_(clock), systems_(systems), quiet_(clock), watched_(clock) {}
+    UseProbe(const Clock& clock, FileSystems& systems)
+        : clock_(clock), systems_(systems), quiet_(clock), watched_(clock) {}
 
     /// Looks at a file that was opened just now, of which `stamp` is what it is.
     [[nodiscard]] Readiness look(const UniqueFd& file, const FileStamp& stamp);

@@ -218,7 +218,8 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     // What it had replaced is gone, so that it cannot be put back.
     if (line.find("it stands in the target folder") != std::string::npos) excuseFresh(find(before_));
     const auto says = [&line](const char* words) { return line.find(words) != std::string::npos; };
-    if (says(" Encrypt")) isOutputWithoutRoom_ = says("FAILED: The new file cannot be written: No space left on device");
+    if (says(" Encrypt"))
+        isOutputWithoutRoom_ = says("FAILED: The new file cannot be written: No space left on device");
     if (says(" did not encrypt!") && std::exchange(isOutputWithoutRoom_, false)) {
         const std::size_t from = line.find("File /") + 5;
         const std::string path = line.substr(from, line.find(" did not encrypt!") - from);
@@ -243,9 +244,8 @@ Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
         if (lowered(displayText(withoutEnding(nameOf(file.path)))) == lowered(name) && isItself) return std::nullopt;
     }
     for (const Content& content : contents_) {
-        const bool boreIt = std::any_of(content.names.begin(), content.names.end(), [&](const std::string& borne) {
-            return placeOf(borne) == lowered(name);
-        });
+        const bool boreIt = std::any_of(content.names.begin(), content.names.end(),
+                                        [&](const std::string& borne) { return placeOf(borne) == lowered(name); });
         if (boreIt && content.outputsExcuse != Excuse::none) return std::nullopt;
     }
     return "the log says Sucessful of " + name + ", and a cut here leaves no output of it";

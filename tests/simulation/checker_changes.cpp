@@ -96,8 +96,8 @@ bool Checker::mayReplace(const File& before, const File& after, const Found& old
     if (at(old).excuse == Excuse::writersOwn || isIn(older, Where::source)) return true;
     if (isIn(older, Where::rejected) && !isOfThisPass) return true;
     // What was found before the older one was carried may not be known any more, or its list could not be stored.
-    const auto first = std::find_if(published_.begin(), published_.end(),
-                                    [&](const Publication& one) { return one.original == old; });
+    const auto first =
+        std::find_if(published_.begin(), published_.end(), [&](const Publication& one) { return one.original == old; });
     const unsigned since = first == published_.end() ? 0 : first->pass;
     const std::set<unsigned>& passes = at(fresh).passes;
     return std::none_of(at(old).passes.begin(), at(old).passes.end(),

@@ -25,7 +25,9 @@ public:
     [[nodiscard]] Result<bool> isSameFolder(const Path& a, const Path& b) const override {
         return real_.isSameFolder(a, b);
     }
-    [[nodiscard]] Result<bool> isSameFile(const Path& a, const Path& b) const override { return real_.isSameFile(a, b); }
+    [[nodiscard]] Result<bool> isSameFile(const Path& a, const Path& b) const override {
+        return real_.isSameFile(a, b);
+    }
     [[nodiscard]] Result<std::string> markOf(const Path& path) const override { return real_.markOf(path); }
     [[nodiscard]] std::size_t longestName(const Path& folder) const override { return real_.longestName(folder); }
     [[nodiscard]] std::optional<MountPoint> mountUnder(const Path& folder) const override {
