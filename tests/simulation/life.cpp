@@ -139,12 +139,7 @@ void Life::planTrouble() {
     if (chance_.oneIn(hazards_.faults)) planFault();
     if (chance_.oneIn(hazards_.shortCalls)) kernel.shortOneIn = 3;
     if (chance_.oneIn(hazards_.shortCalls)) kernel.interruptOneIn = 5;
-    if (chance_.oneIn(hazards_.clockJumps)) {
-        const auto minutes = std::chrono::minutes(chance_.below(40'000));
-        const bool isForwards = chance_.oneIn(2);
-        tell("== the clock is set " + std::string(isForwards ? "forwards" : "back"));
-        world_.clock.jump(isForwards ? minutes : -minutes);
-    }
+    if (chance_.oneIn(hazards_.clockJumps)) setClock();
     isVanishing_ = chance_.oneIn(hazards_.vanishing);
     if (chance_.oneIn(8)) {
         // Nobody pauses for that long in the middle of a file.
@@ -154,6 +149,13 @@ void Life::planTrouble() {
     if (!chance_.oneIn(hazards_.fullDisk)) return;
     SimulatedDisk& disk = world_.diskOf(chance_.pick(kFolders));
     disk.traits.capacity = disk.used() + chance_.below(200);
+}
+
+void Life::setClock() {
+    const auto minutes = std::chrono::minutes(chance_.below(40'000));
+    const bool isForwards = chance_.oneIn(2);
+    tell("== the clock is set " + std::string(isForwards ? "forwards" : "back"));
+    world_.clock.jump(isForwards ? minutes : -minutes);
 }
 
 void Life::begin() {
@@ -185,6 +187,7 @@ bool Life::step() {
     if (!isCalm_ && hasPeople_ && chance_.oneIn(20)) operate();
     // One that goes while a file is at work is noticed with the next file.
     if (isVanishing_ && !program_->engine.state.PassInProgress && chance_.oneIn(10)) vanish();
+    if (!isCalm_ && chance_.oneIn(50 * hazards_.clockJumps)) setClock();
     if (program_->hasQuit || program_->loop.turn(chance_)) return true;
     if (hasOthers_) note(actors_.write());
     keepGoing();

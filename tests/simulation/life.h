@@ -44,6 +44,7 @@ private:
     void act();
 
     void planTrouble();
+    void setClock();
     void planFault();
     void begin();
     void live(std::size_t mostPasses);

@@ -39,7 +39,7 @@ struct Hazards {
     std::uint64_t people = 3;          ///< a life whose operator does more than answer
     std::uint64_t others = 2;          ///< a life with other programs in it
     std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
-    std::uint64_t clockJumps = 10;     ///< a run before which the clock is set
+    std::uint64_t clockJumps = 10;     ///< a run before which the clock is set; in one of 50 times as many turns too
 };
 /// Each by its name.
 struct HazardRow {
