@@ -61,9 +61,11 @@ void LoadedSettings::showOptions() {
 // The controls may not take what they are shown for a change by the operator.
 void LoadedSettings::reload() {
     const bool wasLoading = std::exchange(p_.state.UiLoading, true);
+    const bool wasOneMissing = p_.state.anyFolderIsEmpty();
     read();
     showFolders();
     showOptions();
+    if (wasOneMissing && !p_.state.anyFolderIsEmpty()) p_.window.setLabel2({});  // it said that a folder is missing
     p_.state.UiLoading = wasLoading;
 }
 

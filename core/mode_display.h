@@ -30,7 +30,16 @@ public:
     [[nodiscard]] unsigned switches() const { return switches_; }
 
     void TurnOffTimRun() { setTimRun(false); }
-    void TurnOnTimRun() { setTimRun(true); }
+    /// Does nothing while processing is held.
+    void TurnOnTimRun() {
+        if (!isHeld_) setTimRun(true);
+    }
+    /// Switches processing off and keeps it off, whoever would switch it on, until it is let go.
+    void hold() {
+        isHeld_ = true;
+        setTimRun(false);
+    }
+    void letGo() { isHeld_ = false; }
 
 private:
     void setTimRun(bool enabled) {
@@ -43,6 +52,7 @@ private:
     MainWindow& window_;
     Timer& timRun_;
     unsigned switches_ = 0;
+    bool isHeld_ = false;
 };
 
 }  // namespace vantrell

@@ -58,7 +58,7 @@ Task<void> WeeklyDelete::deleteOnce() {
 
 // If the operator or a pass has switched processing on or off meanwhile, that decision holds.
 void WeeklyDelete::resumeProcessing(unsigned switches) {
-    if (p_.state.PassInProgress || p_.mode.switches() != switches || paused_) return;
+    if (p_.state.PassInProgress || p_.mode.switches() != switches) return;
     p_.mode.TurnOnTimRun();
 }
 

@@ -49,8 +49,6 @@ public:
     /// Deletes the old files at the top level of the folder, whose path ends with the separator.
     Task<void> scandirDel(Path folder);
 
-    /// While paused, processing stays off after a deletion.
-    void pauseProcessing(bool paused) { paused_ = paused; }
     [[nodiscard]] bool isIdle() { return tasks_.isIdle(); }
     void abort() override;
 
@@ -64,7 +62,6 @@ private:
     WeeklyDeleteParts p_;
     WeeklySchedule schedule_;
     ClockWatch watch_;
-    bool paused_ = false;
     TaskGroup tasks_;
 };
 

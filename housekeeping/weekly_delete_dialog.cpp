@@ -47,8 +47,7 @@ void take(std::int16_t& field, int index, int first) {
 void WeeklyDeleteDialog::cmdSched() {
     if (isOpen_) return p_.window.bringToFront();
     isOpen_ = true;
-    p_.weekly.pauseProcessing(true);
-    p_.mode.TurnOffTimRun();
+    p_.mode.hold();
     p_.timClock.setInterval(kClockMs);
     p_.timClock.setEnabled(true);
     timClock_Timer();
@@ -82,14 +81,15 @@ void WeeklyDeleteDialog::WeeklySaveConfig() {
     (void)p_.settings.save();
 }
 
+// A pass under way decides itself how it goes on.
 void WeeklyDeleteDialog::close() {
     abort();
-    p_.mode.TurnOnTimRun();
+    if (!p_.state.PassInProgress) p_.mode.TurnOnTimRun();
 }
 
 void WeeklyDeleteDialog::abort() {
     if (!std::exchange(isOpen_, false)) return;
-    p_.weekly.pauseProcessing(false);
+    p_.mode.letGo();
     p_.timClock.setEnabled(false);
     p_.window.closeWindow();
 }

@@ -7,6 +7,7 @@ namespace vantrell {
 
 namespace {
 
+constexpr char kProblem[] = "Problem.... ";
 constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
 
 }  // namespace
@@ -16,32 +17,34 @@ void PassEndings::paused(bool goesOn, Trouble trouble, const std::string& words,
     p_.window.setPanel1(text.text());
     p_.window.setCaption(text.text());
     p_.report.showInLabel2(text);
-    finish(trouble, words, rejected);
-    p_.timRun.setEnabled(goesOn);
-    p_.mode.tmchkTimer_Timer();
+    finish(goesOn ? Then::goesOn : Then::stops, trouble, words, rejected);
 }
 
 void PassEndings::stopped(std::uint64_t rejected) {
     p_.window.setPanel1("User Stopped Encrypting Files");
     p_.window.setCaption("Done Encrpting Files");
     p_.report.showInLabel2("User Stopped Encrypting Files");
-    finish(Trouble::none, {}, rejected);
+    finish(Then::stops, Trouble::none, {}, rejected);
 }
 
 void PassEndings::missingFolders(const std::string& words, std::uint64_t rejected) {
     p_.window.setPanel1(kFoldersMissing);
-    p_.window.setCaption("Problem.... ");
+    p_.window.setCaption(kProblem);
     p_.report.showInLabel2(kFoldersMissing);
-    finish(Trouble::folderGone, words, rejected);
+    finish(Then::stops, Trouble::folderGone, words, rejected);
 }
 
-void PassEndings::noPassword(std::uint64_t rejected) { finish(Trouble::noPassword, NoActivePassword::kText, rejected); }
+void PassEndings::noPassword(std::uint64_t rejected) {
+    p_.window.setCaption(kProblem);
+    finish(Then::stops, Trouble::noPassword, NoActivePassword::kText, rejected);
+}
 
-void PassEndings::finish(Trouble trouble, const std::string& words, std::uint64_t rejected) {
+// Whoever has switched processing on meanwhile: only a pass that goes on by itself leaves it on.
+void PassEndings::finish(Then then, Trouble trouble, const std::string& words, std::uint64_t rejected) {
     p_.state.PassInProgress = false;
+    then == Then::goesOn ? p_.mode.TurnOnTimRun() : p_.mode.TurnOffTimRun();
     (void)p_.settings.save();
     p_.log.saveWhenOn();
-    p_.mode.tmchkTimer_Timer();
     p_.window.setWaitPointer(false);
     p_.window.clearProgress();
     p_.notices.passEnded(trouble, words, rejected);

@@ -21,7 +21,8 @@ public:
     void noPassword(std::uint64_t rejected);
 
 private:
-    void finish(Trouble trouble, const std::string& words, std::uint64_t rejected);
+    enum class Then { stops, goesOn };
+    void finish(Then then, Trouble trouble, const std::string& words, std::uint64_t rejected);
 
     PassParts p_;
 };

@@ -173,11 +173,12 @@ Task<ScanPass::Next> ScanPass::carryAll() {
     Next next = Next::goOn;
     std::size_t index = 0;
     lookAhead(ahead, index);
-    while (next == Next::goOn && !flushHasFailed() && !ahead.isEmpty() && !takeStop()) {
+    while (next == Next::goOn && !flushHasFailed() && !ahead.isEmpty() && !stopRequested_) {
         next = co_await carryNext(ahead);
         if (next == Next::goOn) lookAhead(ahead, index);
         co_await p_.loop.breathe();
     }
+    if (next == Next::goOn && stopRequested_ && !files_.empty()) stopAndReport();
     co_return next;
 }
 
@@ -241,15 +242,8 @@ Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     co_return co_await carryOne(std::move(item.work));
 }
 
-bool ScanPass::takeStop() {
-    if (!stopRequested_) return false;
-    stopAndReport();
-    return true;
-}
-
 void ScanPass::stopAndReport() {
     singlePassWanted_ = false;
-    p_.timRun.setEnabled(false);
     p_.report.showInLabel2("User has Stopped Process!D");
 }
 
@@ -360,7 +354,8 @@ Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
 }
 
 ScanPass::Next ScanPass::unlessStopped() {
-    if (!takeStop()) return Next::goOn;
+    if (!stopRequested_) return Next::goOn;
+    stopAndReport();
     end();
     return Next::end;
 }

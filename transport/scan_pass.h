@@ -64,8 +64,6 @@ private:
     void leave(const Path& path, const std::string& how, FileReport& report);
     static void reportNotEncrypted(const Path& path, FileReport& report);
     [[nodiscard]] bool flushHasFailed() const { return p_.flushNote.failures() != flushFaultsBefore_; }
-    /// True when Stop was pressed, which has been said then.
-    bool takeStop();
     Next unlessStopped();
     void stopAndReport();
 

@@ -56,6 +56,22 @@ TEST_F(AgainTest, AnOutputThatStandsWholeIsTakenWithoutAQuestion) {
     EXPECT_EQ(readFile(bench.rejected("a")), "of another mind.") << "what differs is asked about";
 }
 
+TEST_F(AgainTest, AfterAFailedFlushNothingThatStandsIsBelieved) {
+    leaveEncryptedButNotMoved("a", "contents");
+    const ino_t standing = inodeOf(bench.out("a.enc"));
+    const std::string before = readFile(bench.out("a.enc"));
+    bench.engine.flushNote.write();
+    FlushNote ofNextRun(bench.files, bench.state.AppFolder + "/" + kFlushNoteName);
+    EXPECT_TRUE(ofNextRun.stands());
+    const LinuxFd keepsTheNumber(::open(bench.out("a.enc").c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(readFile(bench.out("a.enc")), before);
+    EXPECT_NE(inodeOf(bench.out("a.enc")), standing);
+    EXPECT_TRUE(bench.exists(bench.done("a")));
+    EXPECT_FALSE(bench.engine.flushNote.stands()) << "the pass has carried everything";
+    EXPECT_FALSE(FlushNote(bench.files, bench.state.AppFolder + "/" + kFlushNoteName).stands());
+}
+
 // What is wrong with a file when it is opened ahead of its turn does not count.
 class Ahead final : public ForwardingToolbox {
 public:
@@ -81,6 +97,19 @@ TEST_F(AgainTest, AFileThatChangesBeforeItsTurnIsCarriedAsItIsThen) {
     EXPECT_EQ(readFile(bench.done("busy")), "busy");
     EXPECT_EQ(readFile(bench.done("grown")), "grown since it was prepared");
     EXPECT_EQ(readFile(bench.out("grown.enc")).size(), 32U);
+}
+
+TEST_F(AgainTest, StopDuringTheLastFileIsAStopWhateverFollowsInTheList) {
+    Ahead stopping(bench.toolbox);
+    ScanPass pass(bench.partsOn(stopping),
+                  [&] { return std::make_unique<CryptoComponent>(bench.loop, stopping, makeOpensslCipher); });
+    writeFile(bench.in("a"), "a");
+    writeFile(bench.in("b.enc"), "b");
+    stopping.beforeTheNext = [&] { pass.requestStop(); };
+    ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
+    EXPECT_TRUE(bench.exists(bench.done("a")));
+    const Texts said = bench.messages();
+    EXPECT_EQ(Texts(said.end() - 2, said.end()), (Texts{"User has Stopped Process!D", "User Stopped Encrypting Files"}));
 }
 
 TEST_F(AgainTest, FilesWaitWhileTheListOfNamesakesCannotBeRead) {

@@ -215,6 +215,26 @@ TEST_F(ScanPassTest, StopWithdrawsTheQuestionAndLeavesTheFile) {
     EXPECT_EQ(bench.window.caption, "Done Encrpting Files");
 }
 
+TEST_F(ScanPassTest, StopHoldsAndTheScheduleWindowAndThePassWaitForEachOther) {
+    WeeklyDeleteDialog& window = bench.engine.weeklyDialog;
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    window.cmdSched();
+    bench.boxes.answerOpen(Answer::yes);
+    ASSERT_TRUE(endsPass());
+    EXPECT_FALSE(bench.timRun.isEnabled()) << "no pass begins while the window is open";
+    window.cancelPressed();
+    EXPECT_TRUE(bench.timRun.isEnabled());
+
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    window.cmdSched();
+    window.cancelPressed();
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::running) << "the pass decides";
+    bench.timRun.setEnabled(true);  // whoever does so
+    bench.engine.controller.stopPressed();
+    ASSERT_TRUE(endsPass());
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
+}
+
 TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
     ASSERT_NO_FATAL_FAILURE(startWithQuestion());
     group.abort();
