@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "passwords/password_editor_controller.h"
 #include "passwords/password_fixture.h"
-#include "support/doubles.h"
 
 namespace vantrell::test {
 
@@ -57,8 +55,6 @@ protected:
         EXPECT_EQ(window.shown, kNothing);
     }
 
-    FakePasswordWindow window;
-    PasswordEditorController controller{store, activePassword, window, boxes, loop.queue()};
     static constexpr auto kAdd = &PasswordEditorController::addPressed;
     static constexpr auto kEdit = &PasswordEditorController::editPressed;
     static constexpr auto kDelete = &PasswordEditorController::deletePressed;
