@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "support/time_zone.h"
-#include "support/weekly_bench.h"
 
 namespace vantrell::test {
 namespace {
@@ -13,7 +12,10 @@ using namespace std::chrono;
 
 SettingsRecord schedule(int day, int hour, int minute, const char* half) {
     SettingsRecord settings;
-    setSchedule(settings, day, hour, minute, half, 7);
+    settings.WeeklyDeleteDay = static_cast<std::int16_t>(day);
+    settings.WeeklyDeleteHour = static_cast<std::int16_t>(hour);
+    settings.WeeklyDeleteMinute = static_cast<std::int16_t>(minute);
+    settings.WeeklyDeleteAmPm = half;
     return settings;
 }
 
