@@ -5,8 +5,6 @@
 
 #include <malloc.h>
 
-#include <ctime>
-
 #include "base/date_text.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/files/posix_toolbox.h"
@@ -14,7 +12,6 @@
 #include "platform/linux/linux_kernel.h"
 #include "rig/hand_cranked_loop.h"
 #include "rig/temporary_folder.h"
-#include "support/documented_blocks.h"
 #include "support/doubles.h"
 #include "support/file_size_limit.h"
 
