@@ -3,21 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "core/active_password.h"
-#include "passwords/password_editor_controller.h"
-#include "passwords/password_store.h"
-#include "passwords/supplied_password_file.h"
-#include "platform/sqlite/sqlite_database.h"
-#include "rig/hand_cranked_loop.h"
 #include "rig/sqlite_file.h"
-#include "rig/temporary_folder.h"
-#include "support/doubles.h"
-#include "support/scripted_boxes.h"
+#include "support/pass_bench.h"
 
 namespace vantrell::test {
 
@@ -27,7 +17,7 @@ using Strings = std::vector<std::string>;
 class PasswordFixture : public testing::Test {
 protected:
     PasswordFixture() {
-        writeFile(file, std::string(suppliedPasswordFile()));
+        activePassword.set({});
         store.attachEditor(controller);
     }
 
@@ -64,16 +54,14 @@ protected:
         EXPECT_NE(box.text.find(words), std::string::npos) << box.text;
     }
 
-    TemporaryFolder folder;
-    const std::string file = folder / "EDPasswords.mdb";
-    HandCrankedLoop loop;
-    ScriptedBoxes boxes{loop.queue()};
-    SqliteDatabase database{loop};
-    PasswordStore store{loop.queue(), database, boxes, file,
-                        [](const Path& path) { return std::filesystem::is_regular_file(path); }};
-    ActivePassword activePassword{loop.queue(), [this] { return store.lookUpActivePassword(); }};
-    FakePasswordWindow window;
-    PasswordEditorController controller{store, activePassword, window, boxes, loop.queue()};
+    PassBench bench;
+    const std::string& file = bench.passwordFile;
+    HandCrankedLoop& loop = bench.loop;
+    ScriptedBoxes& boxes = bench.boxes;
+    FakePasswordWindow& window = bench.passwordWindow;
+    PasswordStore& store = bench.engine.passwords;
+    PasswordEditorController& controller = bench.engine.passwordEditor;
+    ActivePassword& activePassword = bench.engine.activePassword;
 };
 
 }  // namespace vantrell::test

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <optional>
+#include <set>
+
 #include "passwords/password_fixture.h"
 #include "support/documented_blocks.h"
+#include "support/killed_child.h"
 
 namespace vantrell::test {
 namespace {
@@ -62,6 +66,84 @@ TEST_F(PasswordStoreTest, FirstActivePasswordWinsAndNoneIsNone) {
     fill("UPDATE EncDecPasswords SET Active = 1, Password = 'gr\xC3\xBCn' WHERE Password = 'a'");
     EXPECT_EQ(current(), "") << "it comes first, and it is not ASCII";
     EXPECT_NE(theBox().text.find("ASCII"), std::string::npos);
+}
+
+// "old" is active, and a child process makes "new" the active one, again and again on the same file as it was at first,
+// killed at a later call each time.
+TEST_F(PasswordStoreTest, ExactlyOneIsActiveWhereverASaveDies) {
+    if (killedAtCall(1, [] {}) != ChildEnd::killed) GTEST_SKIP() << "child processes cannot be traced here";
+    fill("INSERT INTO EncDecPasswords VALUES ('old', 1), ('other', 0), ('new', 0)");
+    const std::string before = readFile(file);
+    std::set<Strings> active;
+    int deaths = 0;
+    for (ChildEnd end = ChildEnd::killed; end == ChildEnd::killed; ++deaths) {
+        writeFile(file, before);
+        end = killedAtCall(deaths + 1, [this] { save("new", true); });
+        EXPECT_NE(end, ChildEnd::failed);
+        OtherProgram survivor(file);
+        EXPECT_EQ(survivor.column("PRAGMA integrity_check"), Strings{"ok"});
+        active.insert(survivor.column("SELECT Password FROM EncDecPasswords WHERE Active"));
+    }
+    EXPECT_GT(deaths, 50);
+    EXPECT_EQ(active, (std::set<Strings>{{"old"}, {"new"}}));
+}
+
+Task<void> keepResult(Task<bool> task, std::optional<bool>* result) { *result = co_await std::move(task); }
+
+/// The file holds "old", active. Another program locks it.
+class LockedPasswordFile : public PasswordFixture {
+protected:
+    LockedPasswordFile() {
+        fill("INSERT INTO EncDecPasswords VALUES ('old', 1)");
+        window.text = "new";
+        window.active = true;
+    }
+
+    void start(Task<bool> task) {
+        result.reset();
+        tasks.start(keepResult(std::move(task), &result));
+        loop.settle();
+    }
+    std::chrono::milliseconds waitForResult() {
+        return loop.waitUntil([this] { return result.has_value(); });
+    }
+
+    OtherProgram other{file};
+    TaskGroup tasks{loop.queue()};
+    std::optional<bool> result;
+};
+
+TEST_F(LockedPasswordFile, SaveThatIsCutOffLeavesTheTableAndLocksNothing) {
+    for (const bool isAborted : {true, false}) {
+        other.run("BEGIN; SELECT * FROM EncDecPasswords");
+        start(store.savePassword());
+        ASSERT_TRUE(loop.waitsForTime());
+        isAborted ? tasks.abort() : store.closeStoreObjects();
+        other.run("COMMIT; BEGIN EXCLUSIVE; COMMIT");
+        waitForResult();
+        EXPECT_EQ(stored(), Strings{"old=1"});
+        EXPECT_FALSE(store.isBusy());
+        EXPECT_EQ(boxes.informed.size(), isAborted ? 0U : 1U);
+    }
+    expectErrorBox(adErrObjectClosed, "closed");
+    EXPECT_EQ(lookUp(), "old");
+}
+
+TEST_F(LockedPasswordFile, LookUpWaitsForASaveAndIsAbortedCleanly) {
+    other.run("BEGIN IMMEDIATE");
+    start(store.savePassword());
+    TaskGroup aborted(loop.queue());
+    aborted.start(lookUpOnce());
+    TaskGroup lookups(loop.queue());
+    lookups.start(lookUpOnce());
+    loop.settle();
+    EXPECT_TRUE(activePassword.isBeingLookedUp());
+    aborted.abort();
+    other.run("COMMIT");
+    waitForResult();
+    EXPECT_TRUE(loop.turnUntil([&] { return lookups.isIdle(); }));
+    EXPECT_EQ(activePassword.known(), "new");
+    EXPECT_FALSE(activePassword.isBeingLookedUp());
 }
 
 }  // namespace
