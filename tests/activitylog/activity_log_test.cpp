@@ -39,29 +39,6 @@ protected:
     ActivityLog log_{state_, lines_, window_, disk_, clock_};
 };
 
-TEST_F(ActivityLogTest, HoldsEachLineOnceOverManySavesAndARestart) {
-    writeFile(file("20261116"), "whole\r\ntorn lin");
-    std::string expected = "whole\r\n";
-    for (int i = 0; i < 50; ++i) {
-        const std::string message = "line " + std::to_string(i);
-        log_.logEvent(named(message));
-        expected += at(message);
-        if (i % 3 == 0) log_.writetofile();
-        clock_.time += std::chrono::seconds(1);
-    }
-    log_.saveForGood();
-    log_.writetofile();
-    EXPECT_EQ(readFile(file("20261116")), expected);
-
-    SpilledLines newLines(kernel_, folderOfLines_, folderOfLines_);
-    ActivityLog restarted(state_, newLines, window_, disk_, clock_);
-    restarted.logEvent("after the restart");
-    restarted.saveForGood();
-    EXPECT_EQ(readFile(file("20261116")), expected + at("after the restart"));
-    EXPECT_EQ(lines_.size(), 50U);
-    EXPECT_EQ(newLines.size(), 1U);
-}
-
 TEST_F(ActivityLogTest, AStartMendsTodaysFileAndTheNewestEarlierOneAlone) {
     const std::string torn = "whole\r\ntorn";
     for (const char* name : {"20261114", "20261115", "20261116", "20261117", "2026111x", "my notes"})
@@ -89,8 +66,9 @@ TEST_F(ActivityLogTest, PutsLinesSavedAfterMidnightIntoTheNewDay) {
     EXPECT_EQ(readFile(file("20261117")), second + at("third"));
 }
 
-TEST_F(ActivityLogTest, SavesWithTheNextSaveThatSucceedsAndSaysSoOnce) {
-    std::string expected;
+TEST_F(ActivityLogTest, SavesEachLineOnceWithTheNextSaveThatSucceedsAndSaysSoOnce) {
+    writeFile(file("20261116"), "whole\r\ntorn lin");
+    std::string expected = "whole\r\n";
     {
         // Within the second piece of what is to be saved.
         const FileSizeLimit full(100'000);

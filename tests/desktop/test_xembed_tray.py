@@ -19,7 +19,6 @@ class Tray(DesktopTest):
         self.screen.close_window(self.screen.is_hidden, "the window to hide")
 
     def open_pop_up(self):
-        self.start_in_tray()
         self.screen.click(3)
         try:
             wait_until(self.screen.pop_up, "the pop-up menu", 3)
@@ -28,13 +27,13 @@ class Tray(DesktopTest):
             wait_until(self.screen.pop_up, "the pop-up menu")
         self.assertFalse(self.screen.is_shown())
 
-    def test_pop_up_brings_the_window_back(self):
+    def test_pop_up_brings_the_window_back_and_ends_the_program(self):
+        self.start_in_tray()
         self.open_pop_up()
         self.screen.press("p")
         wait_until(self.screen.is_in_front, "the window")
-        self.assertEqual(self.profile.end(self.process), 0)
-
-    def test_pop_up_ends_the_program(self):
+        self.close()
+        wait_until(self.screen.is_hidden, "the window to hide")
         self.open_pop_up()
         self.assert_ends_in_order(self.profile, self.process, lambda: self.screen.press("e"))
 

@@ -30,23 +30,6 @@ TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {
     EXPECT_FALSE(files.read(folder.path(), 100).ok());
 }
 
-TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
-    writeFile(file, "old and longer");
-    fs::permissions(file, fs::perms{0644});
-    const mode_t before = ::umask(0);
-    EXPECT_TRUE(files.writeAtomically(file, "new").ok());
-    EXPECT_TRUE(files.writeAtomically(folder / "other", "").ok());
-    EXPECT_TRUE(files.appendLines(folder / "log", "a\r\n", true).ok());
-    ::umask(before);
-    EXPECT_TRUE(files.flush(folder / "log").ok());
-    EXPECT_EQ(readFile(file), "new");
-    EXPECT_EQ(readFile(folder / "log"), "a\r\n");
-    for (const char* name : {"f", "other", "log"}) EXPECT_EQ(modeOf(folder / name), 0600U) << name;
-    EXPECT_EQ(namesIn(folder.path()).size(), 3U);
-    EXPECT_EQ(faultOf(files.flush(folder / "missing")), FaultKind::notThere);
-    EXPECT_EQ(faultOf(files.appendLines(folder / "missing/f", "a\r\n", false)), FaultKind::notThere);
-}
-
 class KernelWithoutLinks final : public LinuxKernel {
 public:
     int linkat(int, const char*, int, const char*) override { return EPERM; }

@@ -2,6 +2,7 @@
 """Starting: fresh profiles, several starts on one data folder, and what the running program can be asked."""
 
 import contextlib
+import glob
 import os
 import socket
 import stat
@@ -39,7 +40,7 @@ class FreshProfile(ProgramTest):
         self.assertEqual(profile.end(process), 0)
         for folder in ("../..", "..", ".", "Daily Activity Logs"):
             self.assertEqual(mode(profile.data, folder), 0o700)
-        for file in ("ZEP.cfg", "EDPasswords.mdb"):
+        for file in ("ZEP.cfg", "EDPasswords.mdb", *glob.glob("Daily Activity Logs/*", root_dir=profile.data)):
             self.assertEqual(mode(profile.data, file), 0o600)
         self.assertEqual(profile.log(), [
             "Loading", "One or all of the folders are missing. Please check below.",
