@@ -10,8 +10,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-unsigned modeOf(const std::string& path) { return statusAt(path).st_mode & 07777U; }
-
 class DataFilesTest : public testing::Test {
 protected:
     TemporaryFolder folder;
@@ -28,33 +26,6 @@ TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
     EXPECT_FALSE(files.read(folder / "fifo", 100).ok());
     EXPECT_FALSE(files.read(folder.path(), 100).ok());
-}
-
-class KernelWithoutLinks final : public LinuxKernel {
-public:
-    int linkat(int, const char*, int, const char*) override { return EPERM; }
-};
-
-TEST_F(DataFilesTest, AKeptCopyOutlivesTheReplacementOfTheFile) {
-    KernelWithoutLinks withoutLinks;
-    PosixDataFiles copying(withoutLinks);
-    const std::string old(300000, 'x');
-    for (PosixDataFiles* disk : {&files, &copying}) {
-        writeFile(file, old);
-        fs::permissions(file, fs::perms{0640});
-        EXPECT_TRUE(disk->keepCopy(file, file + ".kept").ok());
-        EXPECT_EQ(statusAt(file).st_nlink, disk == &files ? 2U : 1U);
-        EXPECT_TRUE(files.writeAtomically(file, "new").ok());
-        EXPECT_TRUE(readFile(file + ".kept") == old);
-        EXPECT_EQ(modeOf(file + ".kept"), 0640U);
-        EXPECT_EQ(faultOf(disk->keepCopy(file, file + ".kept")), FaultKind::nameTaken);
-        EXPECT_EQ(faultOf(disk->writeNew(file + ".kept", "new")), FaultKind::nameTaken);
-        EXPECT_EQ(namesIn(folder.path()).size(), 2U);
-        fs::remove(file + ".kept");
-    }
-    EXPECT_TRUE(files.writeNew(file + ".kept", "whole").ok());
-    EXPECT_EQ(readFile(file + ".kept"), "whole");
-    EXPECT_EQ(modeOf(file + ".kept"), 0600U);
 }
 
 TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
