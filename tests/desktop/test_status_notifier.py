@@ -73,8 +73,7 @@ class StatusNotifier(DesktopTest):
         for bring_back in (self.watcher.activate, lambda: self.watcher.choose("Edit _Preferences")):
             bring_back()
             wait_until(self.screen.is_in_front, "the window")
-            self.screen.close_window(self.screen.is_hidden, "the window to hide")
-            wait_until(self.screen.is_hidden, "the window to hide")
+            self.screen.close_window(self.screen.is_hidden)
         self.assert_ends_in_order(self.profile, self.process, lambda: self.watcher.choose("_Exit"))
 
     def test_the_panel_goes_and_comes_back(self):
@@ -87,8 +86,7 @@ class StatusNotifier(DesktopTest):
             come()
             if come == self.watcher.appear:
                 wait_until(lambda: len(self.watcher.items) > registered, "the item to register again")
-            self.screen.close_window(self.screen.is_hidden, "the window to hide")
-            wait_until(self.screen.is_hidden, "the window to hide")
+            self.screen.close_window(self.screen.is_hidden)
         self.assertEqual(self.profile.end(self.process), 0)
 
 
