@@ -151,6 +151,7 @@ class BySessionManager(DesktopTest):
     def test_log_out_is_never_refused(self):
         for continually in (True, False):  # the close box would refuse where nothing is processed
             with self.subTest(continually=continually):
+                self.doCleanups()  # there is one session manager in a process
                 self.manager = SessionManager(self)
                 screen = Screen(self)
                 profile, process = self.start_program(screen.environment, {"SESSION_MANAGER": self.manager.address},
@@ -160,7 +161,6 @@ class BySessionManager(DesktopTest):
                 self.manager.log_out()
                 self.expect("registered", "saved", "saved")
                 self.assert_ends_in_order(profile, process, self.manager.die)
-                self.doCleanups()  # there is one session manager in a process
 
 
 if __name__ == "__main__":
