@@ -148,15 +148,6 @@ class Accessibility(ProgramTest):
         self.screen.wait_for(Role.LABEL, "another")
         self.screen.act(Role.PUSH_BUTTON, "OK")
 
-        for menu, texts in [("Backup Current Configuration Files",
-                             ["Current config file is backed up.", "Password file is backed up."]),
-                            ("Restore Password  File Using  the Normal Backup (Manul Backup)",
-                             ["Password file has been restored from backup."])]:
-            self.screen.act(Role.MENU_ITEM, menu)
-            for text in texts:
-                self.screen.wait_for(Role.LABEL, text, State.SHOWING)
-                self.screen.act(Role.PUSH_BUTTON, "OK")
-
         self.screen.act(Role.PUSH_BUTTON, "Weekly Auto-Delete Scheduler")
         self.screen.wait_for(Role.COMBO_BOX, "-None-", State.SHOWING)
         self.assert_names()

@@ -12,13 +12,11 @@ namespace {
 class RecordedReader final : public HistoryReaderView, public HistoryFindView {
 public:
     void readingWentOn() override {}
-    void takeCopy(std::string text) override { copied = std::move(text); }
-    void refuseCopy() override { refused = true; }
+    void takeCopy(std::string) override {}
+    void refuseCopy() override {}
     void showMatch(std::size_t line) override { shown.push_back(line); }
     void showFindState(const FindState& state) override { found = state; }
 
-    std::optional<std::string> copied;
-    bool refused = false;
     std::vector<std::size_t> shown;
     FindState found;
 };

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "core/settings_format.h"
-#include "housekeeping/config_backup.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -13,14 +12,13 @@ constexpr auto kNone = StartupEntry::State::none;
 
 class StartTest : public ::testing::Test {
 protected:
-    StartTest() { bench.entry.present = kWorks; }
-
     PassBench bench;
-    const std::string part = "\"/part\",#FALSE#";
-    const std::string wholeWithoutFolder = formatSettings({});
 };
 
-TEST_F(StartTest, WhatIsNoWholeSettingsFileLeavesTheStartupEntryAlone) {
+TEST_F(StartTest, TheStartupEntryStaysUntilTheSettingsAreWhole) {
+    const std::string wholeWithoutFolder = formatSettings({});
+    const std::string part = "\"/part\",#FALSE#";
+    bench.entry.present = kWorks;
     bench.state.settings = {};
     std::filesystem::create_directory(bench.settingsFile);
     EXPECT_TRUE(bench.engine.start());
@@ -28,22 +26,18 @@ TEST_F(StartTest, WhatIsNoWholeSettingsFileLeavesTheStartupEntryAlone) {
     std::filesystem::remove(bench.settingsFile);
     EXPECT_TRUE(bench.engine.start());
     EXPECT_EQ(bench.entry.present, kWorks) << "not there";
-    writeFile(bench.settingsFile, wholeWithoutFolder);
-    EXPECT_TRUE(bench.engine.start());
-    EXPECT_EQ(bench.entry.present, kNone);
-}
-
-TEST_F(StartTest, PartOfTheSettingsLeavesTheStartupEntryAloneUntilTheyAreRestored) {
-    bench.state.settings = {};
     writeFile(bench.settingsFile, part);
     EXPECT_TRUE(bench.engine.start());
-    EXPECT_EQ(bench.entry.present, kWorks);
+    EXPECT_EQ(bench.entry.present, kWorks) << "not whole";
     ASSERT_NE(readFile(bench.settingsFile), part) << "it has been saved since";
     bench.engine.backupMenus.mnuNBU();
     EXPECT_EQ(bench.entry.present, kWorks) << "there was nothing to restore";
     bench.root.makeFolder("Quillon, Inc/Vantrell/Bin/Config Backup");
     writeFile(bench.state.AppFolder + "/Config Backup/ZEP.cfg", wholeWithoutFolder);
     bench.engine.backupMenus.mnuNBU();
+    EXPECT_EQ(bench.entry.present, kNone);
+    bench.entry.present = kWorks;
+    EXPECT_TRUE(bench.engine.start());
     EXPECT_EQ(bench.entry.present, kNone);
 }
 
@@ -58,15 +52,6 @@ TEST_F(StartTest, GoesOnWithoutALockAndSaysSo) {
     bench.instance.outcome = InstanceLock::Outcome::anothers;
     EXPECT_FALSE(bench.engine.start());
     EXPECT_EQ(bench.host.started, std::vector<Path>{"/opt/vantrell/OpenedMsg"});
-}
-
-TEST_F(StartTest, AnEarlierDaysTornLogIsMended) {
-    const std::string logs = bench.state.AppFolder + "/Daily Activity Logs";
-    std::filesystem::create_directory(logs);
-    writeFile(logs + "/20261115 Activity.Log", "whole\r\ntorn");
-    EXPECT_TRUE(bench.engine.start());
-    bench.settle();
-    EXPECT_EQ(readFile(logs + "/20261115 Activity.Log"), "whole\r\n");
 }
 
 TEST_F(StartTest, CleansUpTheDataFolderAndLeavesTheOthersToThePasses) {

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """A desktop of its own for each test: a display with a window manager, a tray, and a message bus with services on it."""
 
+import contextlib
 import os
 import re
 import shutil
@@ -46,9 +47,9 @@ class Screen:
         return subprocess.run(command, env={**os.environ, **self.environment}, stdout=subprocess.PIPE,
                               stderr=subprocess.DEVNULL, text=True).stdout
 
-    def tray(self, *options):
-        return self.test.spawn(["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request", "--height",
-                                "24", *options], self.environment)
+    def tray(self):
+        self.test.spawn(["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request", "--height", "24"],
+                        self.environment)
 
     def windows(self):
         """The program's windows: (id, width, height, left, top)."""
@@ -96,16 +97,15 @@ class Screen:
     def press(self, key):
         self.ask("xdotool", "key", key)
 
-    def close_window(self, closed, what):
+    def close_window(self, closed):
         """Presses alt+F4 until `closed`. On a busy display the window manager misses a key now and then; only as long
         as the window is in front, as it was before, is the key pressed again."""
         for _ in range(10):
             self.press("alt+F4")
-            try:
-                return wait_until(lambda: closed() or not self.is_in_front(), what, 3)
-            except AssertionError:
-                continue
-        raise AssertionError("waited in vain: " + what)
+            with contextlib.suppress(AssertionError):
+                wait_until(lambda: closed() or not self.is_in_front(), "the window to close", 3)
+                break
+        wait_until(closed, "the window to close")
 
 
 class Bus:
@@ -165,23 +165,14 @@ class Service:
 
 class DesktopTest(ProgramTest):
     def spawn(self, command, environment=None, **popen):
-        home = self.new_folder()
+        home = tempfile.mkdtemp(prefix="vantrell-desktop-")
+        self.addCleanup(shutil.rmtree, home, ignore_errors=True)
         environment = {"HOME": home, "XDG_CONFIG_HOME": home, "XDG_RUNTIME_DIR": home, **(environment or {})}
         process = subprocess.Popen(command, env={**os.environ, **environment},
                                    **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **popen})
-        self.addCleanup(self.stop, process)
+        self.addCleanup(process.wait, 30)
+        self.addCleanup(process.terminate)
         return process
-
-    def new_folder(self):
-        folder = tempfile.mkdtemp(prefix="vantrell-desktop-")
-        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
-        return folder
-
-    @staticmethod
-    def stop(process):
-        if process.poll() is None:
-            process.terminate()
-        process.wait(30)
 
     def start_program(self, *environments, **settings):
         """The program with its profile; processing by itself, and so allowed to hide, unless told otherwise."""

@@ -9,17 +9,16 @@ from desktop import DesktopTest, Screen, wait_until
 class Tray(DesktopTest):
     def setUp(self):
         self.screen = Screen(self)
-        self.tray = self.screen.tray()
+        self.screen.tray()
 
     def start_in_tray(self):
         self.profile, self.process = self.start_hidden(self.screen)
         wait_until(self.screen.icon, "the icon")
 
     def close(self):
-        self.screen.close_window(self.screen.is_hidden, "the window to hide")
+        self.screen.close_window(self.screen.is_hidden)
 
     def open_pop_up(self):
-        self.start_in_tray()
         self.screen.click(3)
         try:
             wait_until(self.screen.pop_up, "the pop-up menu", 3)
@@ -28,13 +27,12 @@ class Tray(DesktopTest):
             wait_until(self.screen.pop_up, "the pop-up menu")
         self.assertFalse(self.screen.is_shown())
 
-    def test_pop_up_brings_the_window_back(self):
+    def test_pop_up_brings_the_window_back_and_ends_the_program(self):
+        self.start_in_tray()
         self.open_pop_up()
         self.screen.press("p")
         wait_until(self.screen.is_in_front, "the window")
-        self.assertEqual(self.profile.end(self.process), 0)
-
-    def test_pop_up_ends_the_program(self):
+        self.close()
         self.open_pop_up()
         self.assert_ends_in_order(self.profile, self.process, lambda: self.screen.press("e"))
 
@@ -59,15 +57,13 @@ class NoTray(DesktopTest):
         profile, process = self.start_program(screen.environment)
         wait_until(lambda: profile.has_logged("ZEP Is PAUSED at"), "the first pass, which comes after showing")
         wait_until(screen.is_in_front, "the window")
-        screen.close_window(screen.is_minimized, "the window to be minimized")
-        wait_until(screen.is_minimized, "the window to be minimized")
+        screen.close_window(screen.is_minimized)
         screen.ask("xdotool", "windowactivate", screen.main_window())
         wait_until(screen.is_in_front, "the window, brought back through the window manager")
         screen.tray()
         wait_until(screen.icon, "the icon in the tray that came late")
         self.assertTrue(screen.is_shown())
-        screen.close_window(screen.is_hidden, "the window to hide")
-        wait_until(screen.is_hidden, "the window to hide")
+        screen.close_window(screen.is_hidden)
         screen.click(1)
         wait_until(screen.is_in_front, "the window")
         self.assertEqual(profile.end(process), 0)

@@ -26,12 +26,16 @@ protected:
     }
     static void makePasswords(const std::string& file, const std::string& active) {
         writeFile(file, std::string(suppliedPasswordFile()));
-        OtherProgram(file).run("INSERT INTO EncDecPasswords VALUES ('other', 0), ('" + active + "', 1)");
+        // So often that it stands on several pages: half of a copy would show.
+        OtherProgram(file).run(
+            "INSERT INTO EncDecPasswords VALUES ('other', 0); WITH RECURSIVE n(i) AS (SELECT 1 UNION"
+            " ALL SELECT i + 1 FROM n WHERE i < 1000) INSERT INTO EncDecPasswords SELECT '" +
+            active + "', 1 FROM n");
     }
     static Strings activeIn(const std::string& file) {
         OtherProgram reader(file);
         EXPECT_EQ(reader.column("PRAGMA integrity_check"), Strings{"ok"});
-        return reader.column("SELECT Password FROM EncDecPasswords WHERE Active");
+        return reader.column("SELECT DISTINCT Password FROM EncDecPasswords WHERE Active");
     }
     /// All boxes that the operation shows, answered with OK.
     Strings textsOf(Task<void> operation) {

@@ -194,26 +194,23 @@ TEST_F(BackupTest, ARestoreWaitsForALockAndGivesUpAfterFiveSeconds) {
     EXPECT_EQ(activeIn(app + mdb), Strings{"hand"});
 }
 
-TEST_F(BackupTest, ALiveFileThatIsNoDatabaseIsKeptUnderADatedName) {
+TEST_F(BackupTest, ALiveFileThatHoldsNoPasswordsIsReplacedAndWhatItHoldsIsKept) {
+    const std::string dated = app + mdb + ".20361116 140000";
     writeFile(app + mdb, kNoDatabase);
     EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
     EXPECT_EQ(activeIn(app + mdb), Strings{"hand"});
-    EXPECT_EQ(readFile(app + mdb + ".20361116 140000"), kNoDatabase);
-
+    EXPECT_EQ(readFile(dated), kNoDatabase);
     // The name is taken now: nothing is replaced, and all goes back.
     writeFile(app + mdb, kNoDatabase);
     EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kNotRestored);
     EXPECT_EQ(readFile(app + mdb), kNoDatabase);
-}
-
-TEST_F(BackupTest, AMissingOrEmptyLiveFileIsPutBack) {
-    std::filesystem::rename(app + mdb, app + mdb + "-journal");
-    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
-    EXPECT_EQ(rowsIn(app + mdb), rowsIn(hand + mdb));
-    EXPECT_TRUE(std::filesystem::exists(app + mdb + ".20361116 140000-journal")) << "what stood alone is kept";
     writeFile(app + mdb, "");
     EXPECT_EQ(textsOf(backup.restoreOnClosePassword()), kRestored);
     EXPECT_EQ(rowsIn(app + mdb), rowsIn(unload + mdb));
+    std::filesystem::rename(app + mdb, app + mdb + "-journal");
+    EXPECT_EQ(textsOf(backup.restoreNormalPassword()), kRestored);
+    EXPECT_EQ(rowsIn(app + mdb), rowsIn(hand + mdb));
+    EXPECT_TRUE(std::filesystem::exists(dated + "-journal")) << "what stood alone is kept";
 }
 
 TEST_F(BackupTest, FilesOfAnotherShapeAreTakenAsTheyAre) {

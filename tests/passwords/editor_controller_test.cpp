@@ -1,10 +1,68 @@
 // SPDX-License-Identifier: MIT
-#include "passwords/editor_fixture.h"
+#include <optional>
+
+#include "passwords/password_fixture.h"
+#include "support/file_size_limit.h"
 
 namespace vantrell::test {
 namespace {
 
-using EditorTest = EditorFixture;
+constexpr char kNothing[] = "";
+constexpr char kNewPassword[] = "Add Active ";
+constexpr char kStoredPassword[] = "Edit Delete Active ";
+const Strings kThree{"one=0", "Two=1", "last=0"};
+
+/// The editor on a real file.
+class EditorTest : public PasswordFixture {
+protected:
+    void openWithThree() {
+        fill("INSERT INTO EncDecPasswords VALUES ('one', 0), ('Two', 1), ('last', 0)");
+        open();
+    }
+    void open() {
+        controller.open();
+        loop.settle();
+    }
+    void type(const std::string& text) {
+        window.text = text;
+        controller.passwordEdited();
+        loop.settle();
+    }
+    void tick(bool set) {
+        if (window.active == set) return;
+        window.active = set;
+        controller.activeClicked();
+    }
+    void choose(std::optional<std::size_t> row) {
+        window.selected = row;
+        controller.listClicked();
+        loop.settle();
+    }
+    void press(void (PasswordEditorController::*button)()) {
+        (controller.*button)();
+        loop.settle();
+    }
+
+    void expectQuestion(const std::string& text) {
+        ASSERT_EQ(boxes.asked.size(), 1u);
+        EXPECT_EQ(boxes.asked[0].title + ": " + boxes.asked[0].text, "Active Password: " + text);
+        EXPECT_EQ(boxes.asked[0].buttons, Buttons::yesNo);
+    }
+    void expectTable(const Strings& records) {
+        EXPECT_EQ(stored(), records);
+        EXPECT_EQ(window.rows, records);
+    }
+    void expectEmptied() {
+        EXPECT_EQ(window.text, "");
+        EXPECT_EQ(window.shown, kNothing);
+    }
+
+    static constexpr auto kAdd = &PasswordEditorController::addPressed;
+    static constexpr auto kEdit = &PasswordEditorController::editPressed;
+    static constexpr auto kDelete = &PasswordEditorController::deletePressed;
+    static constexpr auto kExit = &PasswordEditorController::exitPressed;
+    static constexpr auto kCloseBox = &PasswordEditorController::closeBoxPressed;
+};
 
 TEST_F(EditorTest, ShowsTheStateThatTheLastRowLeaves) {
     openWithThree();
@@ -154,6 +212,60 @@ TEST_F(EditorTest, ALookupClosesItWhenNobodyUsesItAndLeavesItAloneOtherwise) {
     other.run("COMMIT");
     loop.waitUntil([&] { return lookups.isIdle(); });
     EXPECT_EQ(activePassword.known(), "Two");
+}
+
+using Button = void (PasswordEditorController::*)();
+
+/// A row is chosen, and then the file cannot be written.
+class EditorInTrouble : public EditorTest, public testing::WithParamInterface<Button> {
+protected:
+    EditorInTrouble() {
+        openWithThree();
+        choose(0);
+        tick(GetParam() != kDelete);
+    }
+    /// As long as anybody tries again.
+    void waitLong() {
+        loop.waitUntil([] { return false; });
+    }
+    OtherProgram other{file};
+};
+
+INSTANTIATE_TEST_SUITE_P(, EditorInTrouble,
+                         testing::Values(&PasswordEditorController::addPressed, &PasswordEditorController::editPressed,
+                                         &PasswordEditorController::deletePressed));
+
+TEST_P(EditorInTrouble, AFileThatIsLockedOrFullStaysAndItIsToldAndWorksAgain) {
+    const std::string before = readFile(file);
+    for (const bool isFull : {false, true}) {
+        std::optional<FileSizeLimit> full;
+        isFull ? static_cast<void>(full.emplace(1)) : other.run("BEGIN EXCLUSIVE");
+        press(GetParam());
+        waitLong();
+        full.reset();
+        if (!isFull) other.run("COMMIT");
+        EXPECT_EQ(boxes.informed.size(), isFull ? 2U : 1U);
+        EXPECT_EQ(readFile(file), before);
+        expectTable(kThree);
+        EXPECT_EQ(window.text, "one");
+        EXPECT_TRUE(window.isOpen);
+        EXPECT_EQ(activePassword.known(), "");
+    }
+    press(GetParam());
+    EXPECT_NE(stored(), kThree);
+    EXPECT_EQ(window.text, "");
+}
+
+TEST_P(EditorInTrouble, ExitDuringTheWaitClosesOnlyAfterSuccess) {
+    other.run("BEGIN EXCLUSIVE");
+    for (const bool isLocked : {true, false}) {
+        press(GetParam());
+        press(kExit);
+        if (!isLocked) other.run("COMMIT");
+        waitLong();
+        EXPECT_EQ(window.isOpen, isLocked) << "what was entered must not get lost";
+    }
+    EXPECT_NE(stored(), kThree);
 }
 
 }  // namespace

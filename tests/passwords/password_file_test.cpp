@@ -29,7 +29,7 @@ TEST_F(PasswordFileTest, ThatCannotBeUsedIsReportedAndLeftAsItIs) {
         EXPECT_FALSE(save("new", true));
         EXPECT_FALSE(erase("new"));
         EXPECT_EQ(readFile(file), bytes);
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(bench.state.AppFolder), {}), 1);
     }
 }
 

@@ -3,52 +3,23 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "core/active_password.h"
-#include "passwords/password_store.h"
-#include "passwords/supplied_password_file.h"
-#include "platform/sqlite/sqlite_database.h"
-#include "rig/hand_cranked_loop.h"
 #include "rig/sqlite_file.h"
-#include "rig/temporary_folder.h"
-#include "support/scripted_boxes.h"
+#include "support/pass_bench.h"
 
 namespace vantrell::test {
 
-/// The editor's part, without a window.
-class FakeEditor final : public PasswordEditor {
-public:
-    explicit FakeEditor(PasswordStore& store) : store_(store) { store_.attachEditor(*this); }
-    FakeEditor(const FakeEditor&) = delete;
-    FakeEditor& operator=(const FakeEditor&) = delete;
-    ~FakeEditor() override { store_.detachEditor(*this); }
-
-    [[nodiscard]] std::string enteredPassword() const override { return password; }
-    [[nodiscard]] bool activeChoice() const override { return active; }
-    [[nodiscard]] bool isInUse() override { return false; }
-    void clearList() override {}
-    void addRow(const std::string&, const std::string&) override {}
-    void showAddButton() override {}
-    void unload() override { ++unloaded; }
-
-    std::string password;
-    bool active = false;
-    int unloaded = 0;
-
-private:
-    PasswordStore& store_;
-};
-
 using Strings = std::vector<std::string>;
 
-/// A store on a real file in a data folder of its own.
+/// The store and its editor on a real file in a data folder of its own.
 class PasswordFixture : public testing::Test {
 protected:
-    PasswordFixture() { writeFile(file, std::string(suppliedPasswordFile())); }
+    PasswordFixture() {
+        activePassword.set({});
+        store.attachEditor(controller);
+    }
 
     /// Replaces the file by one that the statements make.
     void makeFile(const std::string& sql) {
@@ -59,12 +30,12 @@ protected:
     Strings stored() { return OtherProgram(file).column("SELECT Password || '=' || Active FROM EncDecPasswords"); }
 
     bool save(const std::string& password, bool active) {
-        editor.password = password;
-        editor.active = active;
+        window.text = password;
+        window.active = active;
         return loop.valueOf(store.savePassword());
     }
     bool erase(const std::string& password) {
-        editor.password = password;
+        window.text = password;
         return loop.valueOf(store.deleteRecord());
     }
     /// The active password after the search for it in the table.
@@ -83,15 +54,14 @@ protected:
         EXPECT_NE(box.text.find(words), std::string::npos) << box.text;
     }
 
-    TemporaryFolder folder;
-    const std::string file = folder / "EDPasswords.mdb";
-    HandCrankedLoop loop;
-    ScriptedBoxes boxes{loop.queue()};
-    SqliteDatabase database{loop};
-    PasswordStore store{loop.queue(), database, boxes, file,
-                        [](const Path& path) { return std::filesystem::is_regular_file(path); }};
-    ActivePassword activePassword{loop.queue(), [this] { return store.lookUpActivePassword(); }};
-    FakeEditor editor{store};
+    PassBench bench;
+    const std::string& file = bench.passwordFile;
+    HandCrankedLoop& loop = bench.loop;
+    ScriptedBoxes& boxes = bench.boxes;
+    FakePasswordWindow& window = bench.passwordWindow;
+    PasswordStore& store = bench.engine.passwords;
+    PasswordEditorController& controller = bench.engine.passwordEditor;
+    ActivePassword& activePassword = bench.engine.activePassword;
 };
 
 }  // namespace vantrell::test

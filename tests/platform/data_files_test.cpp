@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/posix_data_files.h"
+#include "platform/files/spilled_lines.h"
 #include "platform/linux/linux_kernel.h"
 #include "support/file_size_limit.h"
 #include "support/toolbox_fixture.h"
@@ -8,8 +9,6 @@ namespace vantrell::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-unsigned modeOf(const std::string& path) { return statusAt(path).st_mode & 07777U; }
 
 class DataFilesTest : public testing::Test {
 protected:
@@ -27,61 +26,6 @@ TEST_F(DataFilesTest, ReadsRegularFilesOnlyAndNeverWaits) {
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
     EXPECT_FALSE(files.read(folder / "fifo", 100).ok());
     EXPECT_FALSE(files.read(folder.path(), 100).ok());
-}
-
-TEST_F(DataFilesTest, AWrittenFileIsWholePrivateAndAlone) {
-    writeFile(file, "old and longer");
-    fs::permissions(file, fs::perms{0644});
-    const mode_t before = ::umask(0);
-    EXPECT_TRUE(files.writeAtomically(file, "new").ok());
-    EXPECT_TRUE(files.writeAtomically(folder / "other", "").ok());
-    EXPECT_TRUE(files.appendLines(folder / "log", "a\r\n", true).ok());
-    ::umask(before);
-    EXPECT_TRUE(files.flush(folder / "log").ok());
-    EXPECT_EQ(readFile(file), "new");
-    EXPECT_EQ(readFile(folder / "log"), "a\r\n");
-    for (const char* name : {"f", "other", "log"}) EXPECT_EQ(modeOf(folder / name), 0600U) << name;
-    EXPECT_EQ(namesIn(folder.path()).size(), 3U);
-    EXPECT_EQ(faultOf(files.flush(folder / "missing")), FaultKind::notThere);
-    EXPECT_EQ(faultOf(files.appendLines(folder / "missing/f", "a\r\n", false)), FaultKind::notThere);
-}
-
-class KernelWithoutLinks final : public LinuxKernel {
-public:
-    int linkat(int, const char*, int, const char*) override { return EPERM; }
-};
-
-TEST_F(DataFilesTest, AKeptCopyOutlivesTheReplacementOfTheFile) {
-    KernelWithoutLinks withoutLinks;
-    PosixDataFiles copying(withoutLinks);
-    const std::string old(300000, 'x');
-    for (PosixDataFiles* disk : {&files, &copying}) {
-        writeFile(file, old);
-        fs::permissions(file, fs::perms{0640});
-        EXPECT_TRUE(disk->keepCopy(file, file + ".kept").ok());
-        EXPECT_EQ(statusAt(file).st_nlink, disk == &files ? 2U : 1U);
-        EXPECT_TRUE(files.writeAtomically(file, "new").ok());
-        EXPECT_TRUE(readFile(file + ".kept") == old);
-        EXPECT_EQ(modeOf(file + ".kept"), 0640U);
-        EXPECT_EQ(faultOf(disk->keepCopy(file, file + ".kept")), FaultKind::nameTaken);
-        EXPECT_EQ(faultOf(disk->writeNew(file + ".kept", "new")), FaultKind::nameTaken);
-        EXPECT_EQ(namesIn(folder.path()).size(), 2U);
-        fs::remove(file + ".kept");
-    }
-    EXPECT_TRUE(files.writeNew(file + ".kept", "whole").ok());
-    EXPECT_EQ(readFile(file + ".kept"), "whole");
-    EXPECT_EQ(modeOf(file + ".kept"), 0600U);
-}
-
-TEST_F(DataFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
-    writeFile(file, "old\r\n");
-    const FileSizeLimit limit(1000);
-    EXPECT_FALSE(files.writeAtomically(file, std::string(2000, 'x')).ok());
-    EXPECT_FALSE(files.appendLines(file, std::string(2000, 'x') + "\r\n", false).ok());
-    EXPECT_EQ(readFile(file), "old\r\n");
-    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
-    EXPECT_TRUE(files.appendLines(file, "b\r\n", false).ok());
-    EXPECT_EQ(readFile(file), "old\r\nb\r\n");
 }
 
 TEST_F(DataFilesTest, WhatIsNoRegularFileOrMayNotBeWrittenIsNotReplaced) {
@@ -122,6 +66,47 @@ TEST_F(DataFilesTest, ATornEndIsCutWhenAskedAndNothingElse) {
     writeFile(file, "torn");
     EXPECT_TRUE(files.appendLines(file, "new\r\n", false).ok());
     EXPECT_EQ(readFile(file), "torn\r\nnew\r\n");
+}
+
+std::string numbered(std::size_t number) {
+    return "11/16/26 14:00:00 Encryped:  file " + std::to_string(number) + " - Sucessful: " + std::string(40, 'x');
+}
+
+class SpilledLinesTest : public ::testing::Test {
+protected:
+    void append(std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) lines.append(numbered(lines.size()));
+    }
+    TemporaryFolder root;
+    Path folder = root.path();
+    LinuxKernel kernel;
+    SpilledLines lines{kernel, folder, root.path()};
+};
+
+TEST_F(SpilledLinesTest, GivesEveryLineBackAndLeavesNoNameBehind) {
+    append(SpilledLines::kLinesInMemory - 1);
+    lines.append("");
+    lines.append("two\nlines and M\xFCller");
+    append(30'000);
+    EXPECT_LE(lines.linesInMemory(), SpilledLines::kLinesInMemory);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    for (const std::size_t index : {0U, 63U, 64U, 9998U, 10'001U, 25'000U, 39'999U})
+        EXPECT_EQ(lines.line(index), numbered(index));
+    EXPECT_EQ(lines.line(9999), "");
+    EXPECT_EQ(lines.line(10'000), std::string("two\nlines and M\xFCller"));
+}
+
+// A full disk, here a limit on the size of files.
+TEST_F(SpilledLinesTest, KeepsInMemoryWhatCannotBeWritten) {
+    append(SpilledLines::kLinesInMemory);
+    {
+        const FileSizeLimit limit(200'000);
+        append(20'000);
+        EXPECT_GT(lines.linesInMemory(), SpilledLines::kLinesInMemory);
+    }
+    append(2000);
+    EXPECT_LE(lines.linesInMemory(), SpilledLines::kLinesInMemory) << "the disk has room again";
+    for (std::size_t index = 0; index < lines.size(); index += 37) ASSERT_EQ(lines.line(index), numbered(index));
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 import contextlib
 import glob
 import os
-import pwd
 import shutil
 import signal
 import sqlite3
@@ -64,12 +63,11 @@ class Profile:
 
     # What the program is given
 
-    def settings(self, subfolders=False, overwrite=False, continually=True, normal=True, interval=200,
-                 logging_off=False):
+    def settings(self, subfolders=False, continually=True, normal=True):
         flag = {True: "#TRUE#", False: "#FALSE#"}
         line = ",".join([f'"{self.source}"', flag[subfolders], f'"{self.destination}"', f'"{self.done}"',
-                         flag[normal], str(interval), "0", "7", "0", '"PM"', "7", flag[continually],
-                         f'"{self.rejected}"', flag[overwrite], flag[logging_off]])
+                         flag[normal], "200", "0", "7", "0", '"PM"', "7", flag[continually],
+                         f'"{self.rejected}"', "#FALSE#", "#FALSE#"])
         write(os.path.join(self.data, "ZEP.cfg"), line.encode() + b"\r\n")
 
     def passwords(self):
@@ -103,21 +101,15 @@ class Profile:
         path = os.path.join(self.root, "bin", helper + ".started")
         return read(path).count(b"\n") if os.path.exists(path) else 0
 
-    def start(self, user=None, program=PROGRAM, environment=None, **popen):
+    def start(self, program=PROGRAM, environment=None):
         """Without a display and a bus, unless the environment given names some."""
         no_bus = "unix:path=" + os.path.join(self.root, "no-bus")
         environment = {**os.environ, "ALLUSERSPROFILE": self.profile,
                        "XDG_CONFIG_HOME": os.path.join(self.root, "config"),
                        "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": self.root,
                        "DBUS_SESSION_BUS_ADDRESS": no_bus, "DBUS_SYSTEM_BUS_ADDRESS": no_bus, **(environment or {})}
-        if user:
-            # The build folder may lie where that user may not go, below root's home for one.
-            program = shutil.copy(program, os.path.join(self.root, "ZEP"))
-            account = pwd.getpwnam(user)
-            subprocess.run(["chown", "-R", f"{account.pw_uid}:{account.pw_gid}", self.root], check=True)
-            popen |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}
         with open(os.path.join(self.root, "stderr"), "ab") as errors:
-            process = subprocess.Popen([program], env=environment, stderr=errors, **popen)
+            process = subprocess.Popen([program], env=environment, stderr=errors)
         self.running.append(process)
         return process
 

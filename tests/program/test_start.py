@@ -1,53 +1,99 @@
 # SPDX-License-Identifier: MIT
-"""Starting: fresh profiles and broken ones."""
+"""Starting: fresh profiles, several starts on one data folder, and what the running program can be asked."""
 
+import contextlib
+import glob
 import os
+import socket
 import stat
 import unittest
 
-from harness import ProgramTest, read, wait_until, write
+from harness import ProgramTest, decrypted, wait_until
 
 
-def mode(path):
-    return stat.S_IMODE(os.stat(path).st_mode)
+def connection(profile):
+    caller = socket.socket(socket.AF_UNIX)
+    # Without a timeout yet: with one, Python reports a full queue instead of waiting in it.
+    caller.connect(os.path.join(profile.data, "show.sock"))
+    caller.settimeout(60)
+    return caller
+
+
+def descriptors(process):
+    return len(os.listdir(f"/proc/{process.pid}/fd"))
+
+
+def mode(*path):
+    return stat.S_IMODE(os.stat(os.path.join(*path)).st_mode)
 
 
 class FreshProfile(ProgramTest):
     def test_gets_its_folders_and_files(self):
         profile = self.new_profile()
         process = profile.start()
-        settings = os.path.join(profile.data, "ZEP.cfg")
-        wait_until(lambda: os.path.exists(settings), "ZEP.cfg")
+        wait_until(lambda: os.path.exists(os.path.join(profile.data, "ZEP.cfg")), "ZEP.cfg")
         self.assertEqual(profile.end(process), 0)
-        self.assertEqual([mode(os.path.join(profile.data, *["..", ".."][:up])) for up in (0, 1, 2)], [0o700] * 3)
-        self.assertEqual(mode(os.path.join(profile.data, "Daily Activity Logs")), 0o700)
-        self.assertEqual(mode(settings), 0o600)
-        self.assertEqual(mode(os.path.join(profile.data, "EDPasswords.mdb")), 0o600)
+        for folder in ("../..", "..", ".", "Daily Activity Logs"):
+            self.assertEqual(mode(profile.data, folder), 0o700)
+        for file in ("ZEP.cfg", "EDPasswords.mdb", *glob.glob("Daily Activity Logs/*", root_dir=profile.data)):
+            self.assertEqual(mode(profile.data, file), 0o600)
         self.assertEqual(profile.log(), [
             "Loading", "One or all of the folders are missing. Please check below.",
             "One or all of the folder  parameters are missing. Please check below.", "Loaded"])
 
 
-class BrokenSettings(ProgramTest):
-    def test_start_up_goes_on_and_the_file_is_kept(self):
-        contents = {
-            "empty": b"", "cut": b'"/in",#FALSE#,"/o', "quotes": b'"' * 999, "one byte per field": b",".join([b"x"] * 15),
-            "too wide": b'"/in",#FALSE#,"/out","/done",#TRUE#,99999999999,0,7,0,"PM",7,#FALSE#,"/r",#FALSE#,#FALSE#',
-            "ten megabytes": b"\0" * 10_000_000,
-        }
-        for name, content in contents.items():
-            with self.subTest(name):
-                profile = self.new_profile()
-                path = os.path.join(profile.data, "ZEP.cfg")
-                write(path, content)
-                process = profile.start()
-                logs = os.path.join(profile.data, "Daily Activity Logs")
-                wait_until(lambda: os.path.exists(logs), "the end of start-up")
-                self.assertEqual(profile.end(process), 0)
-                kept = [n for n in os.listdir(profile.data) if n.startswith("ZEP.cfg.")]
-                self.assertEqual([read(os.path.join(profile.data, n)) for n in kept], [content])
-                self.assertEqual(read(path).count(b","), 14)
-                self.assertFalse(os.path.exists(os.path.join(profile.data, "EDPasswords.mdb")))
+class Instances(ProgramTest):
+    def assert_carries(self, profile, name):
+        profile.drop(name, name.encode())
+        wait_until(lambda: os.path.exists(os.path.join(profile.done, name)), name)
+        self.assertEqual(decrypted(os.path.join(profile.destination, name + ".enc")), name.encode())
+
+    def test_many_starts_at_once_leave_exactly_one(self):
+        profile = self.ready_profile()
+        program = profile.program_of_its_own()
+        started = [profile.start(program) for _ in range(50)]
+        wait_until(lambda: sum(process.poll() is None for process in started) <= 1, "all but one to end", 300)
+        wait_until(lambda: profile.helper_starts("OpenedMsg") == 49, "the helper of each of them")
+        left = [process for process in started if process.poll() is None]
+        self.assertEqual(len(left), 1)
+        self.assertEqual({process.returncode for process in started if process not in left}, {0})
+        self.assert_carries(profile, "after")
+        self.assertEqual(profile.helper_starts("KillZEP"), 0)
+        self.assertEqual(profile.end(left[0]), 0)
+        wait_until(lambda: profile.helper_starts("KillZEP") == 1, "the helper for the end")
+        self.assertEqual(profile.log().count("Loaded"), 1)
+
+    def test_the_socket_bears_garbage_half_lines_and_silence(self):
+        profile = self.ready_profile()
+        process = profile.start()
+        profile.wait_for_log("ZEP Is PAUSED at")
+        self.assertEqual(mode(profile.data, "show.sock"), 0o600)
+        before = descriptors(process)
+        for garbage in (b"\0" * 100_000, b"show me\n", b"quit\n", b"\n"):
+            with connection(profile) as caller:
+                with contextlib.suppress(BrokenPipeError, ConnectionResetError):
+                    caller.sendall(garbage)
+                    self.assertEqual(caller.recv(100), b"")
+        silent = []
+        for number in range(1000):
+            silent.append(connection(profile))
+            if number % 2:
+                silent[-1].sendall(b"sho")
+            # What was hung up on is not kept here either.
+            if len(silent) > 100:
+                silent.pop(0).close()
+        self.assert_carries(profile, "meanwhile")
+        self.assertLess(descriptors(process) - before, 12)
+        with connection(profile) as caller:
+            for piece in (b"s", b"how", b"\n"):
+                caller.sendall(piece)
+            self.assertEqual(caller.recv(100), b"shown\n")
+        for caller in silent:
+            caller.close()
+        # Of a thousand; Qt's own threads may have opened theirs meanwhile.
+        wait_until(lambda: descriptors(process) <= before + 2, "the descriptors to be given back")
+        self.assertEqual(profile.end(process), 0)
+
 
 if __name__ == "__main__":
     unittest.main()

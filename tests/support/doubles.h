@@ -3,7 +3,6 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -26,8 +25,8 @@ public:
     void setLabel2(const std::string& text) override { label2 = text; }
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
     void setMode(Mode) override {}
-    void setClock(const std::string& text) override { clock = text; }
-    void setSchedule(const std::string& text) override { schedule = text; }
+    void setClock(const std::string&) override {}
+    void setSchedule(const std::string&) override {}
     void setStartEnabled(bool) override {}
     void setStopEnabled(bool) override {}
     void setWaitPointer(bool waiting) override { waitPointer = waiting; }
@@ -49,20 +48,19 @@ public:
     void showWindow() override { visible = true; }
     void hideWindow() override { visible = false; }
     void minimizeWindow() override { minimizedState = true; }
-    void closeWindow() override { closed = true; }
+    void closeWindow() override {}
     void setNormalState() override { minimizedState = false; }
     [[nodiscard]] bool isMinimized() const override { return minimizedState; }
     void setNormalSize() override {}
     void bringToFront() override {}
-    void showAbout(const AboutFacts& facts) override { about.push_back(facts); }
+    void showAbout(const AboutFacts&) override {}
 
-    std::string caption, label2, clock, schedule, minutes;
+    std::string caption, label2, minutes;
     std::vector<std::string> panel1;
-    std::vector<AboutFacts> about;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
     StartupEntry::State entry = StartupEntry::State::none;
-    bool waitPointer = false, activityShown = false, visible = false, minimizedState = false, closed = false;
+    bool waitPointer = false, activityShown = false, visible = false, minimizedState = false;
     std::uint64_t totalFiles = 0;
     std::int32_t processed = 0;
 };
@@ -118,29 +116,21 @@ public:
         started.push_back(file);
         return true;
     }
-    bool startFromSearchPath(const std::string& name, const std::vector<std::string>& arguments) override {
-        if (!installed.contains(name)) return false;
-        started.push_back(name);
-        for (const std::string& argument : arguments) started.back() += " " + argument;
-        return true;
-    }
+    bool startFromSearchPath(const std::string&, const std::vector<std::string>&) override { return false; }
     [[nodiscard]] std::string environment(const std::string& name) const override {
         const auto found = variables.find(name);
         return found == variables.end() ? std::string() : found->second;
     }
     Path profile;
     std::vector<Path> started;
-    std::set<std::string> installed;
     std::map<std::string, std::string> variables;
 };
 
 class FakeTray final : public Tray {
 public:
-    [[nodiscard]] bool isAvailable() const override { return available; }
-    void add(const std::string& text) override { tip = text; }
-    void remove() override { removed = true; }
-    bool available = true, removed = false;
-    std::string tip;
+    [[nodiscard]] bool isAvailable() const override { return true; }
+    void add(const std::string&) override {}
+    void remove() override {}
 };
 
 class FakeStartupEntry final : public StartupEntry {

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "task/task.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/linux/kernel_flush.h"
+#include "platform/linux/linux_fd.h"
 #include "rig/hand_cranked_loop.h"
+#include "rig/temporary_folder.h"
 
 namespace vantrell::test {
 namespace {
@@ -32,32 +37,24 @@ Task<void> outer(EventLoop& loop, Words& words) {
     if (co_await inner(loop, words) == 7) words.push_back("outer got it");
 }
 
-TEST(Task, BeginsInTheNextTurnAndGoesOnWhenWoken) {
-    HandCrankedLoop loop;
-    Words words;
-    TaskGroup group(loop.queue());
-    group.start(outer(loop, words));
-    EXPECT_FALSE(loop.waitsForTime());
-    loop.turn();
-    EXPECT_TRUE(loop.waitsForTime());
-    loop.advance(std::chrono::seconds(1));
-    EXPECT_TRUE(words.empty()) << "waking must not run the task by itself";
-    loop.turn();
-    EXPECT_EQ(words, (Words{"inner went on", "inner gone", "outer got it", "outer gone"}));
-    EXPECT_TRUE(group.isIdle());
-}
-
-TEST(Task, AbortRunsTheDestructorsOfAllFramesAndNothingElse) {
-    HandCrankedLoop loop;
-    Words words;
-    TaskGroup group(loop.queue());
-    group.start(outer(loop, words));
-    loop.turn();
-    group.abort();
-    EXPECT_EQ(words, (Words{"inner gone", "outer gone"}));
-    loop.advance(std::chrono::seconds(2));
-    EXPECT_FALSE(loop.turn());
-    EXPECT_EQ(words.size(), 2U);
+TEST(Task, GoesOnInTheTurnAfterItIsWokenAndAnAbortOnlyRunsDestructors) {
+    const std::pair<bool, Words> ends[] = {{false, {"inner went on", "inner gone", "outer got it", "outer gone"}},
+                                           {true, {"inner gone", "outer gone"}}};
+    for (const auto& [isAborted, end] : ends) {
+        HandCrankedLoop loop;
+        Words words;
+        TaskGroup group(loop.queue());
+        group.start(outer(loop, words));
+        EXPECT_FALSE(loop.waitsForTime());
+        loop.turn();
+        EXPECT_TRUE(loop.waitsForTime());
+        if (isAborted) group.abort();
+        loop.advance(std::chrono::seconds(1));
+        EXPECT_EQ(words.empty(), !isAborted) << "waking must not run the task by itself";
+        EXPECT_EQ(loop.turn(), !isAborted);
+        EXPECT_EQ(words, end);
+        EXPECT_TRUE(group.isIdle());
+    }
 }
 
 Task<std::string> takesOver(std::shared_ptr<int> given) { co_return std::to_string(*given); }
@@ -78,6 +75,37 @@ TEST(Task, LetsGoOfItsParametersAtItsEnd) {
     loop.turn();
     EXPECT_EQ(words, (Words{"7", "2"}));
     EXPECT_EQ(given.use_count(), 1);
+}
+
+int flushAndWait(FlushService& service, RunQueue& queue, int descriptor) {
+    const Ticket<int> ticket{queue.enlist()};
+    service.start(ticket, descriptor);
+    while (!queue.isWoken(ticket.number)) {
+        pollfd readable{static_cast<int>(service.handle()), POLLIN, 0};
+        if (::poll(&readable, 1, 10000) <= 0) return ETIMEDOUT;
+        service.serve();
+    }
+    return queue.valueOf(ticket);
+}
+
+using MakeFlush = std::unique_ptr<FlushService> (*)(RunQueue&);
+class KernelFlush : public testing::TestWithParam<MakeFlush> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, KernelFlush, testing::Values(makeBlockingFlush, makeUringFlush, makeAioFlush));
+
+TEST_P(KernelFlush, ReportsSuccessAndErrors) {
+    const TemporaryFolder folder;
+    RunQueue queue([] {}, [] { return std::chrono::nanoseconds(0); });
+    const auto service = GetParam()(queue);
+    if (!service) GTEST_SKIP() << "this kernel forbids it";
+    const LinuxFd file(::open((folder / "f").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    ASSERT_TRUE(file);
+    ASSERT_EQ(::write(file.get(), "abc", 3), 3);
+    for (int i = 0; i < 200; ++i) ASSERT_EQ(flushAndWait(*service, queue, file.get()), 0);
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const LinuxFd in(ends[0]);
+    const LinuxFd out(ends[1]);
+    EXPECT_EQ(flushAndWait(*service, queue, out.get()), EINVAL) << "a pipe cannot be flushed, and that is reported";
 }
 
 }  // namespace
