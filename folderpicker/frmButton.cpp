@@ -11,7 +11,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QListView>
-#include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
 #include <QTreeView>
@@ -21,6 +20,7 @@
 
 #include "folderpicker/folder_choice.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/text_box.h"
 
 namespace vantrell {
 
@@ -227,10 +227,10 @@ void frmButton::createFolderAsTyped() {
 
 void frmButton::refuse(const std::string& words) {
     const QString text = QString::fromStdString(words).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    auto* box = new QMessageBox(QMessageBox::Warning, QString::fromLatin1(kPickerTitle), breakableText(text),
-                                QMessageBox::Ok, this);
+    auto* box = new TextBox(QString::fromLatin1(kPickerTitle), text, this);
+    box->setIcon(QMessageBox::Warning);
+    box->addButton(QMessageBox::Ok);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
     connect(box, &QDialog::finished, txtName_, [this] {
         if (!txtName_->isVisible()) return;
         txtName_->setFocus();
