@@ -43,13 +43,13 @@ void moveDown(QGridLayout& grid, int rows) {
         grid.addItem(place.item, place.row + rows, place.column, place.rowSpan, place.columnSpan);
 }
 
-/// The folder for Qt's dialog, which cannot name one whose bytes are not UTF-8: then the nearest above it that it can.
-QString namedFolder(Path folder) {
+/// The folder, or the nearest above it that Qt's dialog can name: it cannot name one whose bytes are not UTF-8.
+Path namedFolder(Path folder) {
     for (; folder.find(kPathSeparator) != Path::npos && folder.size() > 1; folder = folderOf(folder)) {
         const QByteArray bytes = QByteArray::fromStdString(folder);
-        if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return QFile::decodeName(bytes);
+        if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return folder;
     }
-    return QDir::rootPath();
+    return Path(1, kPathSeparator);
 }
 
 }  // namespace
@@ -63,13 +63,25 @@ frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
     setOptions(DontUseNativeDialog | ShowDirsOnly | ReadOnly);
     setFileMode(Directory);
     setLabelText(Accept, tr("OK"));
+    setLabelText(Reject, tr("Cancel"));  // desktops give it a key, which may be that of Create
     setLabelText(FileName, tr("&Folder:"));
+    field_ = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     makeExtras(order);
     makePrompt();
     arrange(order);
     sizeToFont();
     connectControls();
-    setDirectory(namedFolder(order.folder));
+    openOn(order.folder);
+}
+
+void frmButton::openOn(const Path& folder) {
+    const Path named = namedFolder(folder);
+    // Otherwise the folder that was typed or clicked before would stay selected.
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) details->selectionModel()->clear();
+    setDirectory(QFile::decodeName(QByteArray::fromStdString(named)));
+    field_->clear();
+    unnamed_ = named == folder ? Path() : folder;
+    openedOn_ = namedSelection();
     selectionChanged();
 }
 
@@ -135,7 +147,7 @@ void frmButton::arrange(const Order& order) {
     grid->addWidget(lblStatus_, 1, 0, 1, columns);
     grid->addWidget(extras_, grid->rowCount() - 1, 0, 1, columns - 1);  // level with the lower of OK and Cancel
     grid->addWidget(prompt_, grid->rowCount(), 0, 1, columns);
-    QWidget* before = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QWidget* before = field_;
     for (QWidget* next : std::initializer_list<QWidget*>{Command1_, Check1_, txtName_, cmdNameOk_, cmdNameCancel_}) {
         setTabOrder(before, next);
         before = next;
@@ -161,8 +173,7 @@ void frmButton::sizeToFont() {
 }
 
 void frmButton::connectControls() {
-    connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
-            &frmButton::selectionChanged);
+    connect(field_, &QLineEdit::textChanged, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::directoryEntered, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::currentChanged, this, &frmButton::selectionChanged);
     if (const auto* model = findChild<QFileSystemModel*>())
@@ -172,7 +183,9 @@ void frmButton::connectControls() {
     connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
 }
 
-Path frmButton::selection() const {
+Path frmButton::selection() const { return unnamed_.empty() ? namedSelection() : unnamed_; }
+
+Path frmButton::namedSelection() const {
     QString selected = selectedFiles().value(0);
     // The entry for the whole computer has no path. Qt would use the working directory instead.
     if (const QDir open = directory(); selected.isEmpty())
@@ -193,6 +206,7 @@ void frmButton::reopenWhenDropped() {
 }
 
 void frmButton::selectionChanged() {
+    if (namedSelection() != openedOn_ || !field_->text().isEmpty()) unnamed_.clear();
     const Path selected = selection();
     lblStatus_->showBytes(selected);
     Command1_->setEnabled(prompt_->isHidden() && toolbox_.isFolder(selected));
@@ -201,8 +215,7 @@ void frmButton::selectionChanged() {
 void frmButton::openPrompt(bool open) {
     // While its list of suggestions is open, the folder field takes the next key, even when another field has the
     // focus.
-    if (const auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")); field && field->completer())
-        field->completer()->popup()->hide();
+    if (field_->completer()) field_->completer()->popup()->hide();
     prompt_->setVisible(open);
     buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
     txtName_->clear();
@@ -211,17 +224,13 @@ void frmButton::openPrompt(bool open) {
 }
 
 void frmButton::createFolderAsTyped() {
-    const std::string name = trimmedName(QFile::encodeName(txtName_->text()).toStdString());
+    const std::string name = QFile::encodeName(txtName_->text()).toStdString();
     if (name.empty()) return openPrompt(false);
     createAsked();
     const NewFolder made = createFolder(selection(), name, toolbox_);
     if (made.path.empty()) return refuse(made.refusal);
     openPrompt(false);
-    // Otherwise the folder that was typed or clicked before would stay selected.
-    findChild<QTreeView*>(QStringLiteral("treeView"))->selectionModel()->clear();
-    setDirectory(namedFolder(made.path));
-    findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->clear();
-    selectionChanged();
+    openOn(made.path);
     buttons_->button(QDialogButtonBox::Open)->setFocus();
 }
 

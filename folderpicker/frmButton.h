@@ -32,6 +32,7 @@ public:
     frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent);
 
     /// The selected folder, without a separator at its end (the root is "/"); it may not exist while it is being typed.
+    /// A folder whose name is not UTF-8 stays selected until the operator selects another one.
     [[nodiscard]] Path selection() const;
     [[nodiscard]] bool isRecurseTicked() const { return Check1_->isChecked(); }
 
@@ -44,6 +45,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void openOn(const Path& folder);
+    /// What Qt's dialog has selected.
+    [[nodiscard]] Path namedSelection() const;
     void arrange(const Order& order);
     void makeExtras(const Order& order);
     void makePrompt();
@@ -57,6 +61,9 @@ private:
     void refuse(const std::string& words);
 
     FileToolbox& toolbox_;
+    Path unnamed_;   // the folder it was opened on, when Qt's dialog has no name for it
+    Path openedOn_;  // what Qt's dialog had selected then
+    QLineEdit* field_ = nullptr;
     QDialogButtonBox* buttons_ = nullptr;
     ElidedLabel* lblStatus_ = nullptr;
     QWidget* extras_ = nullptr;

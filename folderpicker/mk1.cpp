@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <utility>
 
 #include "folderpicker/folder_choice.h"
@@ -21,6 +22,9 @@ MK1::MK1(FileToolbox& toolbox, QWidget* parent) : QWidget(parent), toolbox_(tool
     setObjectName(QStringLiteral("MK11"));
     setFixedSize(kOwnSize);
     hide();
+    // Qt's dialog reads its settings when it opens and saves them when it closes: which folders were visited, among
+    // others. In a place where no file can be, it finds none and leaves none.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 MK1::~MK1() { withdraw(); }
