@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "folderpicker/folder_choice.h"
+#include "folderpicker/frmPlaces.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/text_box.h"
 
@@ -57,7 +58,7 @@ Path namedFolder(Path folder) {
 frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
     : QFileDialog(parent), toolbox_(toolbox) {
     setObjectName(QStringLiteral("frmButton"));
-    setWindowTitle(order.title);
+    setWindowTitle(order.caption.isEmpty() ? order.title : order.caption);
     setAttribute(Qt::WA_DeleteOnClose);
     // Read-only: Qt's own ways to create, rename and delete ask in boxes that hold up the event loop.
     setOptions(DontUseNativeDialog | ShowDirsOnly | ReadOnly);
@@ -70,6 +71,8 @@ frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
     makePrompt();
     arrange(order);
     sizeToFont();
+    makeSuggestions();
+    setSidebarUrls(sidebarPlaces(toolbox));
     connectControls();
     openOn(order.folder);
 }
@@ -79,7 +82,10 @@ void frmButton::openOn(const Path& folder) {
     // Otherwise the folder that was typed or clicked before would stay selected.
     if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) details->selectionModel()->clear();
     setDirectory(QFile::decodeName(QByteArray::fromStdString(named)));
-    field_->clear();
+    {
+        const QSignalBlocker quiet(field_);  // Qt's dialog would put the name of the opened folder into an empty field
+        field_->clear();
+    }
     unnamed_ = named == folder ? Path() : folder;
     openedOn_ = namedSelection();
     selectionChanged();
@@ -161,6 +167,7 @@ void frmButton::sizeToFont() {
         split->widget(0)->setMinimumWidth(places);
         split->setSizes({places, places * 4});
         split->setStretchFactor(1, 1);
+        split->setMinimumHeight(fontMetrics().height() * 6);
     }
     if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
         QHeaderView* columns = details->header();
@@ -172,6 +179,21 @@ void frmButton::sizeToFont() {
     resize(QSize(line * 40, line * 28).expandedTo(size()).boundedTo(screen()->availableSize() * 0.9));
 }
 
+// A list of suggestions that opens by itself covers Create, and the first click beside it only closes it.
+void frmButton::makeSuggestions() {
+    suggestions_ = field_->completer();
+    suggestions_->setParent(this);
+    field_->setCompleter(nullptr);
+    suggestions_->setWidget(field_);
+    field_->setToolTip(tr("The Down key shows the folders whose names begin so"));
+    connect(suggestions_, qOverload<const QString&>(&QCompleter::activated), field_, &QLineEdit::setText);
+}
+
+void frmButton::suggest() {
+    suggestions_->setCompletionPrefix(field_->text());
+    suggestions_->complete();
+}
+
 void frmButton::connectControls() {
     connect(field_, &QLineEdit::textChanged, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::directoryEntered, this, &frmButton::selectionChanged);
@@ -180,6 +202,7 @@ void frmButton::connectControls() {
         connect(model, &QAbstractItemModel::rowsRemoved, this, &frmButton::reopenWhenDropped, Qt::QueuedConnection);
     connect(Command1_, &QPushButton::clicked, this, [this] { openPrompt(true); });
     connect(cmdNameOk_, &QPushButton::clicked, this, &frmButton::createFolderAsTyped);
+    connect(txtName_, &QLineEdit::returnPressed, this, &frmButton::createFolderAsTyped);
     connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
 }
 
@@ -209,24 +232,40 @@ void frmButton::selectionChanged() {
     if (namedSelection() != openedOn_ || !field_->text().isEmpty()) unnamed_.clear();
     const Path selected = selection();
     lblStatus_->showBytes(selected);
-    Command1_->setEnabled(prompt_->isHidden() && toolbox_.isFolder(selected));
+    const bool isFolder = toolbox_.isFolder(selected);
+    Command1_->setEnabled(prompt_->isHidden() && isFolder);
+    buttons_->button(QDialogButtonBox::Open)->setEnabled(isFolder);
 }
 
 void frmButton::openPrompt(bool open) {
-    // While its list of suggestions is open, the folder field takes the next key, even when another field has the
-    // focus.
-    if (field_->completer()) field_->completer()->popup()->hide();
-    prompt_->setVisible(open);
+    suggestions_->popup()->hide();
+    if (open) {
+        sizeBefore_ = size();
+        prompt_->show();
+        layout()->activate();
+        sizeWithPrompt_ = size();
+    } else {
+        const QRect kept = placeWithoutPrompt();
+        prompt_->hide();
+        layout()->activate();
+        resize(kept.size());
+    }
     buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
     txtName_->clear();
     selectionChanged();
     open ? txtName_->setFocus() : Command1_->setFocus();
 }
 
+// The prompt may need more room than there is; what the operator has resized meanwhile stays as it is.
+QRect frmButton::placeWithoutPrompt() const {
+    const bool isAsItGrew = prompt_->isVisible() && size() == sizeWithPrompt_;
+    return {geometry().topLeft(), isAsItGrew ? sizeBefore_ : size()};
+}
+
 void frmButton::createFolderAsTyped() {
     const std::string name = QFile::encodeName(txtName_->text()).toStdString();
     if (name.empty()) return openPrompt(false);
-    createAsked();
+    createAsked(placeWithoutPrompt());
     const NewFolder made = createFolder(selection(), name, toolbox_);
     if (made.path.empty()) return refuse(made.refusal);
     openPrompt(false);
@@ -256,9 +295,10 @@ void frmButton::accept() {
 }
 
 void frmButton::keyPressEvent(QKeyEvent* event) {
+    if (field_->hasFocus() && event->key() == Qt::Key_Down) return suggest();
     const bool isInPrompt = prompt_->isVisible() && prompt_->isAncestorOf(focusWidget());
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isInPrompt && isEnter) return createFolderAsTyped();
+    if (isInPrompt && isEnter) return;  // the field has told it
     if (isInPrompt && event->key() == Qt::Key_Escape) return openPrompt(false);
     QFileDialog::keyPressEvent(event);
 }

@@ -38,7 +38,8 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
     const Path home = QFile::encodeName(QDir::homePath()).toStdString();
     const QString title = shownText(Title_.empty() ? kDefaultPickTitle : Title_);
     dialog_ =
-        new frmButton({title, startFolder(InitDir_, home, toolbox_), showsCreate, showsRecurse}, toolbox_, ParentForm_);
+        new frmButton({shownText(Caption_), title, startFolder(InitDir_, home, toolbox_), showsCreate, showsRecurse},
+                      toolbox_, ParentForm_);
     connect(dialog_, &frmButton::createAsked, this, &MK1::rememberPlace);
     connect(dialog_, &QDialog::finished, this, [this, outcome = std::move(outcome)](int result) {
         frmButton* dialog = std::exchange(dialog_, nullptr);
@@ -52,8 +53,8 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
 
 // Once a folder has been created, every chooser opens at the place and with the size that the chooser had at the last
 // creation.
-void MK1::rememberPlace() {
-    DlgRect_ = dialog_->geometry();
+void MK1::rememberPlace(const QRect& place) {
+    DlgRect_ = place;
     KeepDlgRect_ = true;
 }
 
