@@ -84,13 +84,6 @@ Path startFolder(const Path& wanted, const Path& home, const FileToolbox& toolbo
     return home;
 }
 
-std::string trimmedName(const std::string& typed) {
-    constexpr char kBlanks[] = " \t\r\n";
-    const std::size_t first = typed.find_first_not_of(kBlanks);
-    if (first == std::string::npos) return {};
-    return typed.substr(first, typed.find_last_not_of(kBlanks) - first + 1);
-}
-
 NewFolder createFolder(const Path& inside, const std::string& name, FileToolbox& toolbox) {
     if (name.find(kPathSeparator) != std::string::npos)
         return refused("The name of a folder cannot hold a \"/\".\r\nPlease enter a different name");

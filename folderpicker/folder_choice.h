@@ -19,14 +19,12 @@ inline constexpr char kPickerTitle[] = "Tessaly Folder Browser";
 /// exists; `home` when nothing is wanted or nothing is left.
 [[nodiscard]] Path startFolder(const Path& wanted, const Path& home, const FileToolbox& toolbox);
 
-/// The name that was typed, without the blanks around it.
-[[nodiscard]] std::string trimmedName(const std::string& typed);
-
 struct NewFolder {
     Path path;            ///< empty when no folder was created
     std::string refusal;  ///< then: words for people (UTF-8, CR LF between lines)
 };
-/// Creates one folder inside another. Whatever already bears the name, a folder or not, is left as it is.
+/// Creates one folder inside another, with the name as it is. Whatever already bears the name, a folder or not, is left
+/// as it is.
 [[nodiscard]] NewFolder createFolder(const Path& inside, const std::string& name, FileToolbox& toolbox);
 
 /// Warnings (UTF-8, one blank between two sentences) about consequences of the four folders and the options that the

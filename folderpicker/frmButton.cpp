@@ -11,7 +11,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QListView>
-#include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
 #include <QTreeView>
@@ -20,7 +19,9 @@
 #include <vector>
 
 #include "folderpicker/folder_choice.h"
+#include "folderpicker/frmPlaces.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/text_box.h"
 
 namespace vantrell {
 
@@ -43,13 +44,13 @@ void moveDown(QGridLayout& grid, int rows) {
         grid.addItem(place.item, place.row + rows, place.column, place.rowSpan, place.columnSpan);
 }
 
-/// The folder for Qt's dialog, which cannot name one whose bytes are not UTF-8: then the nearest above it that it can.
-QString namedFolder(Path folder) {
+/// The folder, or the nearest above it that Qt's dialog can name: it cannot name one whose bytes are not UTF-8.
+Path namedFolder(Path folder) {
     for (; folder.find(kPathSeparator) != Path::npos && folder.size() > 1; folder = folderOf(folder)) {
         const QByteArray bytes = QByteArray::fromStdString(folder);
-        if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return QFile::decodeName(bytes);
+        if (QFile::encodeName(QFile::decodeName(bytes)) == bytes) return folder;
     }
-    return QDir::rootPath();
+    return Path(1, kPathSeparator);
 }
 
 }  // namespace
@@ -57,19 +58,36 @@ QString namedFolder(Path folder) {
 frmButton::frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent)
     : QFileDialog(parent), toolbox_(toolbox) {
     setObjectName(QStringLiteral("frmButton"));
-    setWindowTitle(order.title);
+    setWindowTitle(order.caption.isEmpty() ? order.title : order.caption);
     setAttribute(Qt::WA_DeleteOnClose);
     // Read-only: Qt's own ways to create, rename and delete ask in boxes that hold up the event loop.
     setOptions(DontUseNativeDialog | ShowDirsOnly | ReadOnly);
     setFileMode(Directory);
     setLabelText(Accept, tr("OK"));
+    setLabelText(Reject, tr("Cancel"));  // desktops give it a key, which may be that of Create
     setLabelText(FileName, tr("&Folder:"));
+    field_ = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     makeExtras(order);
     makePrompt();
     arrange(order);
     sizeToFont();
+    makeSuggestions();
+    setSidebarUrls(sidebarPlaces(toolbox));
     connectControls();
-    setDirectory(namedFolder(order.folder));
+    openOn(order.folder);
+}
+
+void frmButton::openOn(const Path& folder) {
+    const Path named = namedFolder(folder);
+    // Otherwise the folder that was typed or clicked before would stay selected.
+    if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) details->selectionModel()->clear();
+    setDirectory(QFile::decodeName(QByteArray::fromStdString(named)));
+    {
+        const QSignalBlocker quiet(field_);  // Qt's dialog would put the name of the opened folder into an empty field
+        field_->clear();
+    }
+    unnamed_ = named == folder ? Path() : folder;
+    openedOn_ = namedSelection();
     selectionChanged();
 }
 
@@ -135,7 +153,7 @@ void frmButton::arrange(const Order& order) {
     grid->addWidget(lblStatus_, 1, 0, 1, columns);
     grid->addWidget(extras_, grid->rowCount() - 1, 0, 1, columns - 1);  // level with the lower of OK and Cancel
     grid->addWidget(prompt_, grid->rowCount(), 0, 1, columns);
-    QWidget* before = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QWidget* before = field_;
     for (QWidget* next : std::initializer_list<QWidget*>{Command1_, Check1_, txtName_, cmdNameOk_, cmdNameCancel_}) {
         setTabOrder(before, next);
         before = next;
@@ -149,6 +167,7 @@ void frmButton::sizeToFont() {
         split->widget(0)->setMinimumWidth(places);
         split->setSizes({places, places * 4});
         split->setStretchFactor(1, 1);
+        split->setMinimumHeight(fontMetrics().height() * 6);
     }
     if (auto* details = findChild<QTreeView*>(QStringLiteral("treeView"))) {
         QHeaderView* columns = details->header();
@@ -160,19 +179,36 @@ void frmButton::sizeToFont() {
     resize(QSize(line * 40, line * 28).expandedTo(size()).boundedTo(screen()->availableSize() * 0.9));
 }
 
+// A list of suggestions that opens by itself covers Create, and the first click beside it only closes it.
+void frmButton::makeSuggestions() {
+    suggestions_ = field_->completer();
+    suggestions_->setParent(this);
+    field_->setCompleter(nullptr);
+    suggestions_->setWidget(field_);
+    field_->setToolTip(tr("The Down key shows the folders whose names begin so"));
+    connect(suggestions_, qOverload<const QString&>(&QCompleter::activated), field_, &QLineEdit::setText);
+}
+
+void frmButton::suggest() {
+    suggestions_->setCompletionPrefix(field_->text());
+    suggestions_->complete();
+}
+
 void frmButton::connectControls() {
-    connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
-            &frmButton::selectionChanged);
+    connect(field_, &QLineEdit::textChanged, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::directoryEntered, this, &frmButton::selectionChanged);
     connect(this, &QFileDialog::currentChanged, this, &frmButton::selectionChanged);
     if (const auto* model = findChild<QFileSystemModel*>())
         connect(model, &QAbstractItemModel::rowsRemoved, this, &frmButton::reopenWhenDropped, Qt::QueuedConnection);
     connect(Command1_, &QPushButton::clicked, this, [this] { openPrompt(true); });
     connect(cmdNameOk_, &QPushButton::clicked, this, &frmButton::createFolderAsTyped);
+    connect(txtName_, &QLineEdit::returnPressed, this, &frmButton::createFolderAsTyped);
     connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
 }
 
-Path frmButton::selection() const {
+Path frmButton::selection() const { return unnamed_.empty() ? namedSelection() : unnamed_; }
+
+Path frmButton::namedSelection() const {
     QString selected = selectedFiles().value(0);
     // The entry for the whole computer has no path. Qt would use the working directory instead.
     if (const QDir open = directory(); selected.isEmpty())
@@ -193,44 +229,56 @@ void frmButton::reopenWhenDropped() {
 }
 
 void frmButton::selectionChanged() {
+    if (namedSelection() != openedOn_ || !field_->text().isEmpty()) unnamed_.clear();
     const Path selected = selection();
     lblStatus_->showBytes(selected);
-    Command1_->setEnabled(prompt_->isHidden() && toolbox_.isFolder(selected));
+    const bool isFolder = toolbox_.isFolder(selected);
+    Command1_->setEnabled(prompt_->isHidden() && isFolder);
+    buttons_->button(QDialogButtonBox::Open)->setEnabled(isFolder);
 }
 
 void frmButton::openPrompt(bool open) {
-    // While its list of suggestions is open, the folder field takes the next key, even when another field has the
-    // focus.
-    if (const auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")); field && field->completer())
-        field->completer()->popup()->hide();
-    prompt_->setVisible(open);
+    suggestions_->popup()->hide();
+    if (open) {
+        sizeBefore_ = size();
+        prompt_->show();
+        layout()->activate();
+        sizeWithPrompt_ = size();
+    } else {
+        const QRect kept = placeWithoutPrompt();
+        prompt_->hide();
+        layout()->activate();
+        resize(kept.size());
+    }
     buttons_->setEnabled(!open);  // the prompt has an OK and a Cancel of its own
     txtName_->clear();
     selectionChanged();
     open ? txtName_->setFocus() : Command1_->setFocus();
 }
 
+// The prompt may need more room than there is; what the operator has resized meanwhile stays as it is.
+QRect frmButton::placeWithoutPrompt() const {
+    const bool isAsItGrew = prompt_->isVisible() && size() == sizeWithPrompt_;
+    return {geometry().topLeft(), isAsItGrew ? sizeBefore_ : size()};
+}
+
 void frmButton::createFolderAsTyped() {
-    const std::string name = trimmedName(QFile::encodeName(txtName_->text()).toStdString());
+    const std::string name = QFile::encodeName(txtName_->text()).toStdString();
     if (name.empty()) return openPrompt(false);
-    createAsked();
+    createAsked(placeWithoutPrompt());
     const NewFolder made = createFolder(selection(), name, toolbox_);
     if (made.path.empty()) return refuse(made.refusal);
     openPrompt(false);
-    // Otherwise the folder that was typed or clicked before would stay selected.
-    findChild<QTreeView*>(QStringLiteral("treeView"))->selectionModel()->clear();
-    setDirectory(namedFolder(made.path));
-    findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->clear();
-    selectionChanged();
+    openOn(made.path);
     buttons_->button(QDialogButtonBox::Open)->setFocus();
 }
 
 void frmButton::refuse(const std::string& words) {
     const QString text = QString::fromStdString(words).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    auto* box = new QMessageBox(QMessageBox::Warning, QString::fromLatin1(kPickerTitle), breakableText(text),
-                                QMessageBox::Ok, this);
+    auto* box = new TextBox(QString::fromLatin1(kPickerTitle), text, this);
+    box->setIcon(QMessageBox::Warning);
+    box->addButton(QMessageBox::Ok);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
     connect(box, &QDialog::finished, txtName_, [this] {
         if (!txtName_->isVisible()) return;
         txtName_->setFocus();
@@ -247,9 +295,10 @@ void frmButton::accept() {
 }
 
 void frmButton::keyPressEvent(QKeyEvent* event) {
+    if (field_->hasFocus() && event->key() == Qt::Key_Down) return suggest();
     const bool isInPrompt = prompt_->isVisible() && prompt_->isAncestorOf(focusWidget());
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isInPrompt && isEnter) return createFolderAsTyped();
+    if (isInPrompt && isEnter) return;  // the field has told it
     if (isInPrompt && event->key() == Qt::Key_Escape) return openPrompt(false);
     QFileDialog::keyPressEvent(event);
 }

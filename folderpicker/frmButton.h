@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGroupBox>
@@ -23,8 +24,9 @@ class frmButton final : public QFileDialog {
 
 public:
     struct Order {
-        QString title;
-        Path folder;  ///< an existing one
+        QString caption;  ///< of the window; empty: the title
+        QString title;    ///< the line above the folders
+        Path folder;      ///< an existing one
         bool showsCreate = false;
         bool showsRecurse = false;
     };
@@ -32,31 +34,44 @@ public:
     frmButton(const Order& order, FileToolbox& toolbox, QWidget* parent);
 
     /// The selected folder, without a separator at its end (the root is "/"); it may not exist while it is being typed.
+    /// A folder whose name is not UTF-8 stays selected until the operator selects another one.
     [[nodiscard]] Path selection() const;
     [[nodiscard]] bool isRecurseTicked() const { return Check1_->isChecked(); }
 
 Q_SIGNALS:
     /// The operator has entered a name for a new folder: the dialog's place is to be remembered.
-    void createAsked();
+    void createAsked(const QRect& place);
 
 protected:
     void accept() override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void openOn(const Path& folder);
+    /// What Qt's dialog has selected.
+    [[nodiscard]] Path namedSelection() const;
     void arrange(const Order& order);
     void makeExtras(const Order& order);
     void makePrompt();
     void sizeToFont();
+    void makeSuggestions();
     void connectControls();
 
     void selectionChanged();
     void reopenWhenDropped();
+    void suggest();
     void openPrompt(bool open);
+    [[nodiscard]] QRect placeWithoutPrompt() const;
     void createFolderAsTyped();
     void refuse(const std::string& words);
 
     FileToolbox& toolbox_;
+    Path unnamed_;          // the folder it was opened on, when Qt's dialog has no name for it
+    Path openedOn_;         // what Qt's dialog had selected then
+    QSize sizeBefore_;      // before the prompt was opened
+    QSize sizeWithPrompt_;  // what the prompt made of it
+    QLineEdit* field_ = nullptr;
+    QCompleter* suggestions_ = nullptr;
     QDialogButtonBox* buttons_ = nullptr;
     ElidedLabel* lblStatus_ = nullptr;
     QWidget* extras_ = nullptr;

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <utility>
 
 #include "folderpicker/folder_choice.h"
@@ -21,6 +22,9 @@ MK1::MK1(FileToolbox& toolbox, QWidget* parent) : QWidget(parent), toolbox_(tool
     setObjectName(QStringLiteral("MK11"));
     setFixedSize(kOwnSize);
     hide();
+    // Qt's dialog reads its settings when it opens and saves them when it closes: which folders were visited, among
+    // others. In a place where no file can be, it finds none and leaves none.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 MK1::~MK1() { withdraw(); }
@@ -34,7 +38,8 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
     const Path home = QFile::encodeName(QDir::homePath()).toStdString();
     const QString title = shownText(Title_.empty() ? kDefaultPickTitle : Title_);
     dialog_ =
-        new frmButton({title, startFolder(InitDir_, home, toolbox_), showsCreate, showsRecurse}, toolbox_, ParentForm_);
+        new frmButton({shownText(Caption_), title, startFolder(InitDir_, home, toolbox_), showsCreate, showsRecurse},
+                      toolbox_, ParentForm_);
     connect(dialog_, &frmButton::createAsked, this, &MK1::rememberPlace);
     connect(dialog_, &QDialog::finished, this, [this, outcome = std::move(outcome)](int result) {
         frmButton* dialog = std::exchange(dialog_, nullptr);
@@ -48,8 +53,8 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
 
 // Once a folder has been created, every chooser opens at the place and with the size that the chooser had at the last
 // creation.
-void MK1::rememberPlace() {
-    DlgRect_ = dialog_->geometry();
+void MK1::rememberPlace(const QRect& place) {
+    DlgRect_ = place;
     KeepDlgRect_ = true;
 }
 

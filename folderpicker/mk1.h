@@ -29,6 +29,8 @@ public:
     /// The folder on which the chooser opens. An empty path means the home folder. For a folder that no longer exists
     /// it is the nearest existing folder above it.
     void setInitDir(Path folder) { InitDir_ = std::move(folder); }
+    /// The title of the chooser's window (UTF-8), such as what the folder is for; empty: the line above the folders.
+    void setCaption(std::string caption) { Caption_ = std::move(caption); }
     /// The line above the folders (UTF-8); empty: "Select a Folder".
     void setTitle(std::string title) { Title_ = std::move(title); }
     /// For `SaveBrowse`.
@@ -49,11 +51,12 @@ public:
 
 private:
     bool browse(bool showsCreate, bool showsRecurse, Outcome outcome);
-    void rememberPlace();
+    void rememberPlace(const QRect& place);
 
     FileToolbox& toolbox_;
     QPointer<QWidget> ParentForm_;
     Path InitDir_;
+    std::string Caption_;
     std::string Title_;
     bool ShowCreate_ = false;
     bool ShowRecurse_ = false;

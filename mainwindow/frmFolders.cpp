@@ -17,7 +17,7 @@ frmFolders::frmFolders(QWidget* parent) : QFrame(parent) {
     addCheckBox(*grid);
     addRow(*grid, FolderKind::destination, tr("&Destination"), QStringLiteral("lblDestinPath"),
            tr("Destination folder"));
-    addRow(*grid, FolderKind::done, tr("Do&ne"), QStringLiteral("lblMoveToPath"), tr("Done folder"));
+    addRow(*grid, FolderKind::done, tr("Don&e"), QStringLiteral("lblMoveToPath"), tr("Done folder"));
     addRow(*grid, FolderKind::reject, tr("&Rejected"), QStringLiteral("lblMoveToRejectPath"), tr("Rejected folder"));
 }
 

@@ -20,6 +20,8 @@ public:
     explicit frmFolders(QWidget* parent = nullptr);
 
     void setFolder(FolderKind kind, const Path& folder);
+    /// As it is read out: "Source folder".
+    [[nodiscard]] QString nameOf(FolderKind kind) const { return row(kind).label->accessibleDescription(); }
     [[nodiscard]] const Path& folder(FolderKind kind) const { return row(kind).folder; }
     void setIncludeSubfolders(bool included) { chkActivateSF_->setChecked(included); }
 

@@ -380,6 +380,7 @@ void frmMain::chooseFolder(FolderKind kind) {
     if (!MK11_->isPicking() && (!listeners_ || !listeners_->fields.folderPressed(kind))) return;
     MK11_->setParentForm(this);
     MK11_->setShowCreate(true);
+    MK11_->setCaption(tr("Choose the %1").arg(folders_->nameOf(kind)).toStdString());
     MK11_->setTitle("Select Current Folder or Create New Folder");
     MK11_->setInitDir(folders_->folder(kind));
     MK11_->SaveBrowse([this, kind](const Path& folder) {

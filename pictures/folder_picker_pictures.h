@@ -42,8 +42,9 @@ private:
 inline void drawFolderPicker(FileToolbox& toolbox, const Path& folder,
                              const std::function<void(QWidget&, const QString&)>& save,
                              const std::function<void(int)>& wait) {
-    frmButton picker({QStringLiteral("Select Current Folder or Create New Folder"), folder, true, false}, toolbox,
-                     nullptr);
+    frmButton picker({QStringLiteral("Choose the Source folder"),
+                      QStringLiteral("Select Current Folder or Create New Folder"), folder, true, false},
+                     toolbox, nullptr);
     picker.setAttribute(Qt::WA_DeleteOnClose, false);
     picker.show();
     wait(500);

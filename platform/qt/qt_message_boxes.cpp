@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/qt/qt_text.h"
+#include "platform/qt/text_box.h"
 
 namespace vantrell {
 
@@ -66,14 +67,12 @@ QtMessageBoxes::~QtMessageBoxes() {
 
 QMessageBox* QtMessageBoxes::make(const Box& box) {
     // A modal dialog that blocks the parent would also block a box that belongs to the parent.
-    auto* made = new QMessageBox(QApplication::activeModalWidget() == nullptr ? parent_.data() : nullptr);
+    QWidget* parent = QApplication::activeModalWidget() == nullptr ? parent_.data() : nullptr;
+    auto* made =
+        new TextBox(shownText(box.title.empty() ? kApplicationTitle : box.title), shownLines(box.text), parent);
     made->setAttribute(Qt::WA_DeleteOnClose);
     made->setModal(false);
     made->setWindowFlag(Qt::WindowStaysOnTopHint, isWindowKeptAbove());
-    made->setTextFormat(Qt::PlainText);
-    made->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    made->setWindowTitle(shownText(box.title.empty() ? kApplicationTitle : box.title));
-    made->setText(breakableText(shownLines(box.text)));
     if (box.buttons == Buttons::yesNo) {
         addYesNo(*made, box.defaultIsNo);
     } else {

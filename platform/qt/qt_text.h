@@ -12,8 +12,4 @@ namespace vantrell {
 /// The same text for a tool tip, where Qt would take a name such as "<b>" for formatting; a long one wraps.
 [[nodiscard]] QString tipText(const QString& text);
 
-/// The same text for a label that breaks lines. Zero-width spaces let a long word go on in the next line. The first one
-/// comes after 40 characters, so a password, of which 32 characters count, is shown without any.
-[[nodiscard]] QString breakableText(const QString& text);
-
 }  // namespace vantrell

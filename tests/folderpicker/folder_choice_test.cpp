@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "folderpicker/folder_choice.h"
 
+#include "folderpicker/places.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
@@ -37,6 +38,23 @@ TEST_F(FolderChoiceTest, CreatesInsideTheSelectedFolderOrSaysWhyNot) {
     }
     EXPECT_EQ(readFile(folder / "file"), "kept");
     EXPECT_TRUE(std::filesystem::is_empty(folder / "New"));
+}
+
+TEST(Places, AreDisksOfPeopleAndBookmarks) {
+    constexpr char kMounts[] =
+        "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+        "23 22 8:2 / /boot/efi rw - vfat /dev/sda2 rw\n"
+        "24 22 0:21 / /proc rw - proc proc rw\n"
+        "25 22 7:0 / /snap/core/1 ro - squashfs /dev/loop0 ro\n"
+        "26 22 8:1 /srv/in /mnt/part rw - ext4 /dev/sda1 rw\n"
+        "27 22 8:17 / /media/ann/USB\\040STICK rw - fuseblk /dev/sdb1 rw\n"
+        "28 22 0:50 / /mnt/nas rw - nfs4 nas:/export rw\n"
+        "29 22 8:33 / /srv/archive rw shared:9 master:2 - xfs /dev/sdc1 rw\n"
+        "torn 22 8:33";
+    EXPECT_EQ(disksIn(kMounts), (std::vector<Path>{"/media/ann/USB STICK", "/srv/archive"}));
+    EXPECT_EQ(bookmarksIn("file:///home/ann/B%C3%BCro Office\nsmb://nas/x\nfile:///srv/100%\n<bookmark "
+                          "href=\"file:///srv/out\">\n<bookmark href=\"file:/\">file://"),
+              (std::vector<Path>{"/home/ann/B\u00FCro", "/srv/100%", "/srv/out"}));
 }
 
 class FolderWarningTest : public testing::Test {

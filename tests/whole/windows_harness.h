@@ -46,6 +46,12 @@ protected:
         for (const QWidget* control : QApplication::allWidgets())
             if (control->isVisible() && !control->isWindow()) look(*control);
     }
+    static QString captionOf(const QWidget& control) {
+        const auto* label = qobject_cast<const QLabel*>(&control);
+        if (label != nullptr) return label->buddy() != nullptr ? label->text() : QString();
+        const auto* button = qobject_cast<const QAbstractButton*>(&control);
+        return button != nullptr ? button->text() : QString();
+    }
     static std::string nameOf(const QWidget& control) {
         return (control.window()->objectName() + QLatin1Char(' ') + control.objectName()).toStdString();
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QComboBox>
+#include <QMenuBar>
 #include <QSet>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -140,6 +141,21 @@ TEST_F(Windows, CutNoTextInALargeFont) {
         const QSize needed = label && label->wordWrap() ? text.minimumSizeHint() : text.sizeHint();
         EXPECT_EQ(text.size(), text.size().expandedTo(needed)) << nameOf(text);
     });
+}
+
+TEST_F(Windows, GiveEachKeyToOneControl) {
+    startProgram();
+    openAll();
+    std::map<std::pair<const QWidget*, QString>, std::string> keys;
+    const auto take = [&](const QWidget& window, const QString& text, const std::string& name) {
+        const QString key = QKeySequence::mnemonic(text).toString();
+        if (!key.isEmpty())
+            EXPECT_TRUE(keys.emplace(std::pair(&window, key), name).second) << name << " has a key twice";
+    };
+    // Whoever wants to answer a box must not do something else when the main window has the keyboard.
+    for (const char* answer : {"&Yes", "&No"}) take(program->window(), QString::fromLatin1(answer), "a box");
+    for (const QAction* menu : program->window().menuBar()->actions()) take(program->window(), menu->text(), "a menu");
+    forEachControl([&](const QWidget& control) { take(*control.window(), captionOf(control), nameOf(control)); });
 }
 
 TEST_F(Windows, AreUsedByKeyboardAlone) {

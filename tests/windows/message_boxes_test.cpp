@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/qt/qt_message_boxes.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QPushButton>
+#include <QScreen>
+#include <QTextEdit>
 #include <optional>
 
 #include "rig/hand_cranked_loop.h"
@@ -62,12 +66,27 @@ TEST_F(MessageBoxesTest, InformsOnceUntilItIsRead) {
     boxes->inform(news);
     boxes->inform(news);
     ASSERT_EQ(openBoxes().size(), 1);
+    const auto* text = openBoxes().front()->findChild<QTextEdit*>();
+    EXPECT_GE(text->width(), text->fontMetrics().horizontalAdvance(text->toPlainText())) << "a short line stays one";
     boxes->inform({"", "Something else.", Buttons::ok, false});
     EXPECT_EQ(openBoxes().size(), 2);
     for (QMessageBox* box : openBoxes()) QTest::keyClick(box, Qt::Key_Return);
     EXPECT_TRUE(openBoxes().empty());
     boxes->inform(news);
     EXPECT_EQ(openBoxes().size(), 1);
+}
+
+TEST_F(MessageBoxesTest, ShowTheTextAsItIsAndFitOnTheScreen) {
+    const QString path = QStringLiteral("/srv/") + QString(20'000, QLatin1Char('W'));
+    boxes->inform({"", path.toStdString(), Buttons::ok, false});
+    QMessageBox* box = openBoxes().front();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(box));
+    auto* text = box->findChild<QTextEdit*>();
+    EXPECT_TRUE(box->screen()->availableGeometry().contains(box->frameGeometry()));
+    EXPECT_LE(text->document()->idealWidth(), text->viewport()->width()) << "its end is out of sight";
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_C}) QTest::keyClick(text, key, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(text)->text(QAccessible::Name), path);
 }
 
 TEST_F(MessageBoxesTest, CanBeAnsweredWhileAWindowHoldsUpTheMainOne) {

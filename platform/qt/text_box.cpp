@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "platform/qt/text_box.h"
+
+#include <QAccessibleWidget>
+#include <QGridLayout>
+#include <QLabel>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTextDocument>
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace vantrell {
+
+namespace {
+
+constexpr int kCharactersInALine = 76;
+
+/// Screen readers read the labels of a box out when it opens, but not its fields.
+QAccessibleInterface* asLabel(const QString& className, QObject* object) {
+    if (className != QLatin1String(BoxText::staticMetaObject.className())) return nullptr;
+    auto* text = static_cast<BoxText*>(object);
+    return new QAccessibleWidget(text, QAccessible::StaticText, text->toPlainText());
+}
+
+}  // namespace
+
+BoxText::BoxText(const QString& text, QWidget* parent) : QTextEdit(parent) {
+    QAccessible::installFactory(asLabel);
+    setObjectName(QStringLiteral("boxText"));
+    setReadOnly(true);
+    setFrameShape(NoFrame);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::ClickFocus);
+    viewport()->setAutoFillBackground(false);
+    document()->setDocumentMargin(0);
+    setPlainText(text);
+}
+
+void BoxText::fitInto(QSize limit) {
+    const auto whole = [](double pixels) { return static_cast<int>(std::ceil(pixels)); };
+    // The document that is shown is always as wide as the field, so that it is a copy that can be measured.
+    const std::unique_ptr<QTextDocument> copy(document()->clone());
+    copy->setDocumentMargin(0);
+    copy->setTextWidth(-1);
+    int width = std::min(whole(copy->idealWidth()) + 1, limit.width());
+    copy->setTextWidth(width);
+    int height = whole(copy->size().height());
+    const bool isCut = height > limit.height();
+    if (isCut) {
+        width += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+        height = limit.height();
+    }
+    setFocusPolicy(isCut ? Qt::StrongFocus : Qt::ClickFocus);
+    setVerticalScrollBarPolicy(isCut ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    setFixedSize(width, height);
+}
+
+TextBox::TextBox(const QString& title, const QString& text, QWidget* parent)
+    : QMessageBox(parent), text_(new BoxText(text, this)) {
+    setWindowTitle(title);
+    setTextFormat(Qt::PlainText);
+    setText(text);
+    place();
+}
+
+// In the place of the label that Qt made for the text; Qt lays everything out anew whenever the icon or style changes.
+void TextBox::place() {
+    auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label == nullptr || layout()->indexOf(text_) >= 0) return;
+    delete layout()->replaceWidget(label, text_, Qt::FindDirectChildrenOnly);
+    label->hide();
+    text_->show();
+}
+
+void TextBox::showEvent(QShowEvent* event) {
+    place();
+    const QSize room = screen()->availableSize();
+    text_->fitInto(
+        {std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3), room.height() * 3 / 5});
+    QMessageBox::showEvent(event);
+}
+
+void TextBox::changeEvent(QEvent* event) {
+    QMessageBox::changeEvent(event);
+    place();
+}
+
+}  // namespace vantrell
