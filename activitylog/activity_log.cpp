@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "activitylog/activity_log.h"
 
+#include <utility>
+
 #include "base/display_text.h"
 
 namespace vantrell {
@@ -44,8 +46,8 @@ void ActivityLog::writetofile() {
     if (firstUnsaved_ == lines_.size()) return;
     Result<> saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
     while (saved.ok() && firstUnsaved_ < lines_.size()) saved = saveSome();
-    if (!saved.ok()) return reportOnce(saved.fault());
-    failureIsShown_ = false;
+    if (!saved.ok()) return report(saved.fault());
+    if (!std::exchange(trouble_, {}).empty()) window_.setWarning({});
 }
 
 Result<> ActivityLog::saveSome() {
@@ -69,7 +71,7 @@ void ActivityLog::saveForGood() {
     writetofile();
     if (!fileIsWritten_) return;
     const Result<> flushed = files_.flush(logFilePath_);
-    if (!flushed.ok()) reportOnce(flushed.fault());
+    if (!flushed.ok()) report(flushed.fault());
 }
 
 Task<void> ActivityLog::mendTornEnds(FileToolbox& toolbox) {
@@ -90,10 +92,11 @@ void ActivityLog::chooseFile() {
     fileIsChecked_ = fileIsWritten_ = false;
 }
 
-void ActivityLog::reportOnce(const Fault& fault) {
-    if (failureIsShown_) return;
-    failureIsShown_ = true;
-    window_.setPanel1("The activity log could not be saved: " + fault.text);
+void ActivityLog::report(const Fault& fault) {
+    const std::string words = "The activity log could not be saved: " + fault.text;
+    if (trouble_.empty()) window_.setPanel1(words);
+    window_.setWarning(words);
+    trouble_ = words;
 }
 
 }  // namespace vantrell

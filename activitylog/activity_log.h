@@ -44,6 +44,8 @@ public:
     void saveWhenOn();
     /// As `saveWhenOn`, and to stable storage.
     void saveForGood();
+    /// Why lines could not be saved, in words; empty since a save has succeeded.
+    [[nodiscard]] const std::string& trouble() const { return trouble_; }
     /// Once at a start: removes what a crash has torn at the end of today's file and of the newest one of an earlier
     /// day. No other file is looked at; what cannot be read or cut stays as it is.
     Task<void> mendTornEnds(FileToolbox& toolbox);
@@ -58,7 +60,7 @@ public:
 private:
     void chooseFile();
     Result<> saveSome();
-    void reportOnce(const Fault& fault);
+    void report(const Fault& fault);
 
     ProgramState& state_;
     LineStore& lines_;
@@ -70,7 +72,7 @@ private:
     Path logFilePath_;
     bool fileIsChecked_ = false;  // a torn last line can only come from an earlier run or a failure
     bool fileIsWritten_ = false;
-    bool failureIsShown_ = false;
+    std::string trouble_;
 };
 
 /// The folder of the daily logs below the data folder.

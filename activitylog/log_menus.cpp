@@ -13,8 +13,9 @@ Task<void> LogMenus::turnOffLogging() {
     const Box box{"Logging Options",
                   "If logging is turned off entries in the Activies Log will stop logging and events will not be "
                   "captured. Is this OK?",
-                  Buttons::yesNo};
+                  Buttons::yesNo, true};
     const Answer answer = co_await boxes_.ask(box);
+    if (answer == Answer::dismissed) co_return;
     if (answer == Answer::yes)
         switchLogging(true, "User Turned off Logging");
     else

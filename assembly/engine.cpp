@@ -5,6 +5,7 @@
 
 #include "base/date_text.h"
 #include "core/data_folder.h"
+#include "core/unexpected_error.h"
 #include "passwords/supplied_password_file.h"
 
 namespace vantrell {
@@ -71,6 +72,11 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
                machine.instance, screen.tray, screen.boxes, machine.files, machine.toolbox, machine.loop.queue()}) {
     connectTimers();
+    machine.loop.queue().onException([this] {
+        const std::string words = unexpectedError();
+        log.logEvent(failureWords(words));
+        screen.boxes.inform({kApplicationTitle, words});
+    });
     machine.toolbox.onFlushFault([this] { flushNote.write(); });
     std::vector<Endable*> atWork{&controller, &logMenus,       &currentPassword, &optionMenus,  &passes,
                                  &startup,    &passwordEditor, &weekly,          &weeklyDialog, &backupMenus};

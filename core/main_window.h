@@ -27,6 +27,8 @@ public:
     virtual void setCaption(const std::string& text) = 0;
     virtual void setLabel2(const std::string& text) = 0;
     virtual void setPanel1(const std::string& text) = 0;
+    /// A trouble that lasts, beside panel 1 and in sight until it is over (empty).
+    virtual void setWarning(const std::string& text) = 0;
     virtual void setMode(Mode mode) = 0;
     virtual void setClock(const std::string& text) = 0;
     virtual void setSchedule(const std::string& text) = 0;
@@ -44,6 +46,8 @@ public:
     /// How many of the `total` files of this pass are finished.
     virtual void setPassProgress(std::uint64_t done, std::uint64_t total) = 0;
     virtual void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) = 0;
+    /// Stop was pressed, and is waiting for the file at work. Goes with `clearProgress`.
+    virtual void setStopping(bool stopping) = 0;
     /// No file is at work: the progress display is empty.
     virtual void clearProgress() = 0;
 

@@ -13,7 +13,7 @@
 namespace vantrell {
 
 /// What keeps the program from doing its work, or what an operator should know of a pass.
-enum class Trouble { none, filesRejected, folderGone, folderTaken, folderUnread, diskFails, noPassword };
+enum class Trouble { none, filesRejected, folderGone, folderTaken, folderUnread, diskFails, logNotSaved, noPassword };
 
 /// Notifies an operator who does not look at the window. There is one notification at a time, which is replaced or
 /// withdrawn when things change. The same trouble is told again after longer and longer pauses, and it is told as long

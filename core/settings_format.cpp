@@ -27,8 +27,9 @@ public:
 
     bool operator()(std::string& field) {
         const auto item = next();
-        if (item) field = *item;
-        return item.has_value();
+        if (!item || !quoted_) return false;
+        field = *item;
+        return true;
     }
 
     bool operator()(bool& field) {
@@ -119,6 +120,9 @@ std::string formatSettings(const SettingsRecord& settings) {
 }
 
 int parseSettings(std::string_view bytes, SettingsRecord& settings) {
+    // Editors put one before the first item.
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
     return visitSettings([&, read = ItemReader(bytes)](const auto& row) mutable { return read(settings.*row.field); });
 }
 

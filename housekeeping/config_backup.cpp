@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "housekeeping/config_backup.h"
 
-#include <new>
 #include <utility>
 
 #include "base/display_text.h"
 #include "core/data_folder.h"
 #include "core/file_helpers.h"
+#include "core/unexpected_error.h"
 
 namespace vantrell {
 
@@ -20,22 +20,7 @@ constexpr char kPasswordsNotRestored[] = "Password file has NOT been restored fr
 constexpr std::chrono::milliseconds kRetryInterval(50);
 constexpr std::chrono::milliseconds kPatience(5000);
 
-// The program has always used these numbers and words for these errors.
-constexpr char kOutOfMemory[] = "7  Out of memory";
-constexpr char kInternalError[] = "51  Internal error";
-
 Box boxOf(std::string text) { return {kApplicationTitle, std::move(text)}; }
-
-/// Number and words of the exception that is being handled.
-std::string unexpectedError() {
-    try {
-        throw;
-    } catch (const std::bad_alloc&) {
-        return kOutOfMemory;
-    } catch (...) {
-        return kInternalError;
-    }
-}
 
 }  // namespace
 

@@ -41,6 +41,7 @@ void WeeklyDelete::timDelete_Timer() {
     if (!mayBegin()) return;
     p_.mode.TurnOffTimRun();
     p_.timDelete.setEnabled(false);
+    p_.timDelete.setInterval(0);
     tasks_.start(deleteOnce());
 }
 

@@ -46,7 +46,8 @@ void frmFolders::addCheckBox(QGridLayout& grid) {
     chkActivateSF_ = new QCheckBox(tr("&Include Sub Directories"), this);
     chkActivateSF_->setObjectName(QStringLiteral("chkActivateSF"));
     chkActivateSF_->setAccessibleDescription(tr("Whether files in folders below the Source folder are processed too"));
-    connect(chkActivateSF_, &QCheckBox::clicked, this, &frmFolders::includeSubfoldersClicked);
+    // Assistive technology toggles without a click.
+    connect(chkActivateSF_, &QCheckBox::toggled, this, &frmFolders::includeSubfoldersClicked);
     grid.addWidget(chkActivateSF_, grid.rowCount(), 1);
 }
 

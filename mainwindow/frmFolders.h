@@ -23,7 +23,11 @@ public:
     /// As it is read out: "Source folder".
     [[nodiscard]] QString nameOf(FolderKind kind) const { return row(kind).label->accessibleDescription(); }
     [[nodiscard]] const Path& folder(FolderKind kind) const { return row(kind).folder; }
-    void setIncludeSubfolders(bool included) { chkActivateSF_->setChecked(included); }
+    /// Shows it, which is no click.
+    void setIncludeSubfolders(bool included) {
+        const QSignalBlocker noClick(chkActivateSF_);
+        chkActivateSF_->setChecked(included);
+    }
 
 Q_SIGNALS:
     void changePressed(vantrell::FolderKind kind);

@@ -151,6 +151,13 @@ void frmMain::arrange() {
     panel1_->setAccessibleDescription(tr("Last event of importance"));
     panel1_->setContentsMargins(column->contentsMargins().left() - 2, 0, 0, 0);  // in line with what stands above
     formStatusBar->addWidget(panel1_, 1);
+    warning_ = named(new ElidedLabel(Qt::ElideMiddle, this), QStringLiteral("lblWarning"));
+    warning_->setAccessibleDescription(tr("Trouble that lasts"));
+    QFont bold = warning_->font();
+    bold.setBold(true);
+    warning_->setFont(bold);
+    warning_->hide();
+    formStatusBar->addPermanentWidget(warning_, 1);
     setStatusBar(formStatusBar);
 }
 
@@ -220,6 +227,12 @@ void frmMain::setLabel2(const std::string& text) { Label2_->showBytes(text); }
 
 void frmMain::setPanel1(const std::string& text) { panel1_->showBytes(text); }
 
+void frmMain::setWarning(const std::string& text) {
+    warning_->showBytes(text);
+    warning_->setVisible(!text.empty());
+}
+
+
 void frmMain::setMode(Mode mode) {
     if (mode == Mode::scanning) scanningIsShown_.setRemainingTime(kScanningStays);
     if (mode_ == mode && !lblMode_->text().isEmpty()) return;
@@ -283,6 +296,7 @@ void frmMain::setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal)
     progress_->setFileProgress(bytesDone, bytesTotal);
 }
 
+void frmMain::setStopping(bool stopping) { progress_->setStopping(stopping); }
 void frmMain::clearProgress() { progress_->clear(); }
 
 void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFolder(kind, folder); }

@@ -39,6 +39,7 @@ public:
     void setCaption(const std::string& text) override;
     void setLabel2(const std::string& text) override;
     void setPanel1(const std::string& text) override;
+    void setWarning(const std::string& text) override;
     void setMode(Mode mode) override;
     void setClock(const std::string& text) override;
     void setSchedule(const std::string& text) override;
@@ -53,6 +54,7 @@ public:
     void setProcessedCount(std::int32_t count) override;
     void setPassProgress(std::uint64_t done, std::uint64_t total) override;
     void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal) override;
+    void setStopping(bool stopping) override;
     void clearProgress() override;
 
     void setFolder(FolderKind kind, const Path& folder) override;
@@ -116,6 +118,7 @@ private:
     QPushButton* focusGoesTo_ = nullptr;
     LineView* txtDebug_ = nullptr;
     ElidedLabel* panel1_ = nullptr;
+    ElidedLabel* warning_ = nullptr;
     MK1* MK11_ = nullptr;
     QPointer<frmAbout> about_;
 };

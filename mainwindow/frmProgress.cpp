@@ -86,6 +86,7 @@ frmProgress::frmProgress(QWidget* parent)
       lblTotFileTobe_(makeNumber(QStringLiteral("lblTotFileTobe"), tr("Files found"), this)),
       lblCurNumFilesProcessed_(
           makeNumber(QStringLiteral("lblCurNumFilesProcessed"), tr("Files processed since the program started"), this)),
+      lblStopping_(new QLabel(tr("Stopping after this file ..."), this)),
       fileBar_(makeBar(QStringLiteral("prgFile"), tr("Current file"), this)),
       passBar_(makeBar(QStringLiteral("prgPass"), tr("Files of this pass"), this)),
       show_([this] { showAll(); }) {
@@ -96,6 +97,12 @@ frmProgress::frmProgress(QWidget* parent)
     setAccessibleName(tr("Progress"));
     fileBar_->setAccessibleDescription(tr("How much of the current file is done"));
     passBar_->setAccessibleDescription(tr("How many of the files that were found are done"));
+    lblStopping_->setObjectName(QStringLiteral("lblStopping"));
+    lblStopping_->setAlignment(Qt::AlignCenter);
+    QSizePolicy keepsItsRoom = lblStopping_->sizePolicy();
+    keepsItsRoom.setRetainSizeWhenHidden(true);
+    lblStopping_->setSizePolicy(keepsItsRoom);
+    lblStopping_->hide();
     arrange();
 }
 
@@ -112,7 +119,8 @@ void frmProgress::arrange() {
     grid->addWidget(new QLabel(tr("Files found"), this), 2, 0);
     grid->addWidget(lblTotFileTobe_, 2, 1);
     grid->addWidget(new QLabel(tr("Processed since start"), this), 2, 2);
-    grid->addWidget(lblCurNumFilesProcessed_, 2, 3, 1, 2);
+    grid->addWidget(lblCurNumFilesProcessed_, 2, 3);
+    grid->addWidget(lblStopping_, 2, 4);
     // Screen readers read the controls out from the lowest to the topmost one. Raising each in turn gives the order of
     // the grid.
     for (int i = 0; i < grid->count(); ++i) grid->itemAt(i)->widget()->raise();
@@ -149,7 +157,10 @@ void frmProgress::setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTo
     show_.request();
 }
 
+void frmProgress::setStopping(bool stopping) { lblStopping_->setVisible(stopping); }
+
 void frmProgress::clear() {
+    setStopping(false);
     lblCurrentProcessingFile_->showBytes({});
     file_ = {};
     pass_ = {};

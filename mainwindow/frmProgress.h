@@ -27,6 +27,8 @@ public:
     void setProcessedCount(std::int32_t count);
     void setPassProgress(std::uint64_t done, std::uint64_t total);
     void setFileProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal);
+    /// Says that the pass ends after the file at work.
+    void setStopping(bool stopping);
     void clear();
 
 private:
@@ -45,6 +47,7 @@ private:
     ElidedLabel* lblLastfileProcessed_;
     QLabel* lblTotFileTobe_;
     QLabel* lblCurNumFilesProcessed_;
+    QLabel* lblStopping_;
     QProgressBar* fileBar_;
     QProgressBar* passBar_;
 

@@ -13,6 +13,7 @@ void MainWindowController::startPressed() {
 Task<void> MainWindowController::start() {
     const Box box{"Running ", "Would you like to run one full pass once without running continuously?", Buttons::yesNo};
     const Answer answer = co_await p_.boxes.ask(box);
+    if (answer == Answer::dismissed) co_return;
     const bool once = answer == Answer::yes;
     p_.passes.takeStart(once);
     p_.mode.TurnOnTimRun();

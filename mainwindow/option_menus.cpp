@@ -26,8 +26,8 @@ OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper
 
 bool OptionMenus::ignoresClicks() { return state_.UiLoading || !questions_.isIdle(); }
 
-Task<Answer> OptionMenus::ask(std::string title, std::string text) {
-    Box box{std::move(title), std::move(text), Buttons::yesNo};
+Task<Answer> OptionMenus::ask(std::string title, std::string text, bool defaultIsNo) {
+    Box box{std::move(title), std::move(text), Buttons::yesNo, defaultIsNo};
     co_return co_await boxes_.ask(box);
 }
 
@@ -66,6 +66,7 @@ Task<void> OptionMenus::uncheckStartOnLoad() {
         "'Start Up Options - Run Normal (Not Minimized) at Start Up (i.e. Does NOT Run minimized') is checked.\r\n\r\n"
         "Would you like to check this option now?\r\n"
         "If so the program will run NOT minimized and NOT continuously at start up");
+    if (answer == Answer::dismissed) co_return;
     if (answer != Answer::yes) {
         inform(kRunningOptions, "Ok then this program will run minimized and continuously at start up.");
         co_return;
@@ -86,6 +87,7 @@ Task<void> OptionMenus::uncheckRunNormal() {
             "Menu option 'Start Up Options - Start and Run Continually at program Start Up' is not checked.\r\n"
             "This option must be checked in order to run minimized.\r\n\r\n"
             "Would you like to check this option?");
+        if (check == Answer::dismissed) co_return;
         if (check != Answer::yes) {
             inform(kRunningOptions, "Ok then this program will not run minimized at start up.");
             co_return;
@@ -114,7 +116,8 @@ Task<void> OptionMenus::checkOverwrite() {
                      "in the folder " +
                          displayText(state_.settings.DestinationFolder) +
                          "\r\nit will be overwritten\r\n\r\nand if the orginal file exists in the folder " +
-                         displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!");
+                         displayText(state_.settings.DoneFolder) + "\r\nit will be overwritten!",
+                     true);
     if (answer != Answer::yes) co_return;
     state_.settings.OverwriteExistingFiles = true;
     if (!saveAndShow()) co_return;

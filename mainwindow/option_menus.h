@@ -32,7 +32,7 @@ public:
 
 private:
     [[nodiscard]] bool ignoresClicks();
-    Task<Answer> ask(std::string title, std::string text);
+    Task<Answer> ask(std::string title, std::string text, bool defaultIsNo = false);
     void inform(std::string title, std::string text);
     /// True while a pass is in progress: a box has said so.
     bool refuseDuringPass();

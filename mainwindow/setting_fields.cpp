@@ -78,7 +78,7 @@ void SettingFields::intervalSpun(bool up, const std::string& text) { takeInterva
 void SettingFields::intervalEdited(const std::string& text) { takeInterval(intervalFromText(text)); }
 
 void SettingFields::takeInterval(std::int32_t milliseconds) {
-    if (p_.state.UiLoading) return;
+    if (p_.state.UiLoading || p_.state.ClosingForGood) return;
     p_.state.settings.ScanIntervalMs = milliseconds;
     if (!p_.settings.save()) return;
     p_.window.setMinutes(minutesText(milliseconds));

@@ -272,7 +272,7 @@ Task<PasswordEditorController::Outcome> PasswordEditorController::onEntry(Task<O
 Task<PasswordEditorController::Outcome> PasswordEditorController::add() {
     if (entry_->password.empty()) co_return tell(kApplicationTitle, "A password must be entered!", Outcome::refused);
     if (!isAsciiPassword(entry_->password)) co_return tell(kApplicationTitle, kOutsideAscii, Outcome::failed);
-    if (!entry_->active && !co_await isConfirmed(kSaveInactive)) {
+    if (!entry_->active && !co_await isConfirmed(kSaveInactive, false)) {
         window_.focusActive();
         co_return Outcome::refused;
     }
@@ -313,7 +313,7 @@ Task<PasswordEditorController::Outcome> PasswordEditorController::edit() {
 }
 
 Task<PasswordEditorController::Outcome> PasswordEditorController::erase() {
-    if (entry_->active && !co_await isConfirmed(kDeleteActive)) {
+    if (entry_->active && !co_await isConfirmed(kDeleteActive, true)) {
         window_.focusPassword();
         co_return Outcome::refused;
     }
@@ -347,8 +347,8 @@ Task<void> PasswordEditorController::findCurrentPassword() {
 
 // Boxes
 
-Task<bool> PasswordEditorController::isConfirmed(std::string text) {
-    Pending<Answer> question = boxes_.ask({kQuestionTitle, std::move(text), Buttons::yesNo, false});
+Task<bool> PasswordEditorController::isConfirmed(std::string text, bool defaultIsNo) {
+    Pending<Answer> question = boxes_.ask({kQuestionTitle, std::move(text), Buttons::yesNo, defaultIsNo});
     question_ = question.ticket();
     const Answer answer = co_await question;
     question_.reset();

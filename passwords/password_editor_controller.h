@@ -89,7 +89,7 @@ private:
     Task<void> emptyText();
     [[nodiscard]] bool isEntryStanding() const;
 
-    Task<bool> isConfirmed(std::string text);
+    Task<bool> isConfirmed(std::string text, bool defaultIsNo);
     Outcome tell(std::string title, std::string text, Outcome outcome);
     void leave(Leaving how);
     void closeSoon();

@@ -9,8 +9,9 @@ namespace vantrell {
 
 enum class Buttons { ok, yesNo };
 
-/// `withdrawn`: the program took the question back; it was neither answered with Yes nor with No.
-enum class Answer { no, yes, ok, withdrawn };
+/// `dismissed`: a question was closed without an answer (Escape, the close box), so nothing is done. `withdrawn`: the
+/// program took the question back.
+enum class Answer { no, yes, ok, dismissed, withdrawn };
 
 /// One message box. Texts are UTF-8 with CR LF between lines.
 struct Box {
@@ -23,7 +24,7 @@ struct Box {
 /// The title of boxes that have none of their own.
 inline constexpr char kApplicationTitle[] = "Vantrell";
 
-/// Message boxes that hold up the task which asks, but never the window. Escape on a question means No.
+/// Message boxes that hold up the task which asks, but never the window.
 class MessageBoxes {
 public:
     explicit MessageBoxes(RunQueue& queue) : queue_(queue) {}

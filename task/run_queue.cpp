@@ -1,12 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "task/run_queue.h"
 
+#include <exception>
 #include <utility>
 
 namespace vantrell {
 
 RunQueue::RunQueue(std::function<void()> requestTurn, SteadyNow now, std::chrono::milliseconds budget)
     : requestTurn_(std::move(requestTurn)), now_(std::move(now)), budget_(budget), turnBegan_(now_()) {}
+
+// The state of a program that nobody has told what to do then is unknown. Ending it at once is safe, since files are safe
+// at every moment.
+void RunQueue::reportException() const {
+    if (!told_) std::terminate();
+    told_();
+}
 
 RunQueue::Id RunQueue::enlist() {
     waiters_.emplace(++last_, Waiter{});

@@ -37,6 +37,12 @@ public:
     RunQueue(const RunQueue&) = delete;
     RunQueue& operator=(const RunQueue&) = delete;
 
+    /// `told` is called when a task that nobody awaits ends with an exception, while that is being handled. Without it
+    /// the process ends then.
+    void onException(std::function<void()> told) { told_ = std::move(told); }
+    /// Only to be called in a handler.
+    void reportException() const;
+
     [[nodiscard]] Id enlist();
     void forget(Id id);
     /// The first waking of a number counts, later ones do nothing.
@@ -71,6 +77,7 @@ private:
     void wakeWith(Id id, std::any value);
     void makeReady(Id id);
 
+    std::function<void()> told_;
     std::function<void()> requestTurn_;
     SteadyNow now_;
     std::chrono::milliseconds budget_;

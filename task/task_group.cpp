@@ -13,14 +13,16 @@ public:
         std::suspend_never initial_suspend() noexcept { return {}; }
         std::suspend_always final_suspend() noexcept { return {}; }
         void return_void() noexcept {}
-        // After an exception that nobody caught, the state of the program is unknown. Ending the process at once is
-        // safe, since files are safe at every moment.
         void unhandled_exception() noexcept { std::terminate(); }
     };
 
     static Root drive(RunQueue& queue, Task<void> task) {
         co_await NextTurn(queue);
-        co_await std::move(task);
+        try {
+            co_await std::move(task);
+        } catch (...) {
+            queue.reportException();
+        }
     }
 
     explicit Root(std::coroutine_handle<promise_type> frame) : frame_(frame) {}

@@ -223,6 +223,7 @@ Task<FileEncryption::Permission> FileEncryption::mayReplace(Work& work, Obstacle
     switch (co_await p_.questions.ask(std::move(box))) {
         case Answer::yes:
             break;
+        case Answer::dismissed:
         case Answer::withdrawn:
             co_return Permission::withdrawn;
         default:

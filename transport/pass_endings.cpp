@@ -7,7 +7,6 @@ namespace vantrell {
 
 namespace {
 
-constexpr char kProblem[] = "Problem.... ";
 constexpr char kFoldersMissing[] = "Source, Destination or Done Folders are missing";
 
 }  // namespace
@@ -47,7 +46,8 @@ void PassEndings::finish(Then then, Trouble trouble, const std::string& words, s
     p_.log.saveWhenOn();
     p_.window.setWaitPointer(false);
     p_.window.clearProgress();
-    p_.notices.passEnded(trouble, words, rejected);
+    const bool isLogsTurn = trouble == Trouble::none && !p_.log.trouble().empty();
+    p_.notices.passEnded(isLogsTurn ? Trouble::logNotSaved : trouble, isLogsTurn ? p_.log.trouble() : words, rejected);
 }
 
 }  // namespace vantrell

@@ -11,6 +11,9 @@ namespace vantrell {
 /// How a pass ends: what is shown and logged, and what is put in order.
 class PassEndings {
 public:
+    /// The caption of an ending that a person has to see to.
+    static constexpr char kProblem[] = "Problem.... ";
+
     explicit PassEndings(PassParts parts) : p_(parts) {}
 
     /// The next tick of the timer goes on, unless it was one full pass. `trouble` and `words` say what an operator who

@@ -15,7 +15,7 @@ public:
 
     /// Begins a pass, unless one is under way.
     void timRun_Timer() {
-        if (tasks_.isIdle()) tasks_.start(pass_.timRun_Timer());
+        if (tasks_.isIdle()) tasks_.start(run());
     }
     /// The operator wants passes from now on: one full pass, or one after the other.
     void takeStart(bool once) { pass_.takeStart(once); }
@@ -25,6 +25,8 @@ public:
     void abort() override { tasks_.abort(); }
 
 private:
+    Task<void> run();
+
     ScanPass& pass_;
     TaskGroup tasks_;
 };

@@ -67,7 +67,9 @@ Result<bool> ScanPass::isNamesakes(const Path& source, const Path& folder, const
 void ScanPass::takeStart(bool once) {
     singlePassWanted_ = once;
     freshStart_ = !once;
-    if (!once) stopRequested_ = false;
+    if (once) return;
+    stopRequested_ = false;
+    p_.window.setStopping(false);
 }
 
 Task<void> ScanPass::timRun_Timer() {
@@ -380,7 +382,15 @@ void ScanPass::reportNotEncrypted(const Path& path, FileReport& report) {
 void ScanPass::requestStop() {
     singlePassWanted_ = false;
     stopRequested_ = true;
+    p_.window.setStopping(true);
     questions_.withdraw();
+}
+
+void ScanPass::passHasFailed() {
+    clear();
+    passWasAborted();
+    p_.window.setCaption(PassEndings::kProblem);
+    p_.mode.TurnOffTimRun();
 }
 
 void ScanPass::passWasAborted() {

@@ -32,6 +32,8 @@ public:
     void requestStop();
     /// Puts the state in order after the pass under way was aborted.
     void passWasAborted();
+    /// The same after an exception: the program goes on as stopped.
+    void passHasFailed();
 
 private:
     enum class Next { goOn, end };

@@ -28,7 +28,8 @@ QString shownLines(std::string_view text) {
 
 Answer answerOf(Buttons buttons, int result) {
     if (buttons == Buttons::ok) return Answer::ok;
-    return result == QMessageBox::Yes ? Answer::yes : Answer::no;
+    if (result == QMessageBox::Yes) return Answer::yes;
+    return result == QMessageBox::No ? Answer::no : Answer::dismissed;
 }
 
 void addYesNo(QMessageBox& box, bool defaultIsNo) {
@@ -36,7 +37,6 @@ void addYesNo(QMessageBox& box, bool defaultIsNo) {
     box.addButton(QMessageBox::Yes)->setText(QStringLiteral("&Yes"));
     box.addButton(QMessageBox::No)->setText(QStringLiteral("&No"));
     box.setDefaultButton(defaultIsNo ? QMessageBox::No : QMessageBox::Yes);
-    box.setEscapeButton(QMessageBox::No);
 }
 
 void addOk(QMessageBox& box) {

@@ -2,7 +2,9 @@
 #include "platform/qt/text_box.h"
 
 #include <QAccessibleWidget>
+#include <QCloseEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
@@ -82,6 +84,16 @@ void TextBox::showEvent(QShowEvent* event) {
     text_->fitInto(
         {std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3), room.height() * 3 / 5});
     QMessageBox::showEvent(event);
+}
+
+void TextBox::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel)) return done(NoButton);
+    QMessageBox::keyPressEvent(event);
+}
+
+void TextBox::closeEvent(QCloseEvent* event) {
+    if (isVisible()) done(NoButton);
+    event->accept();
 }
 
 void TextBox::changeEvent(QEvent* event) {

@@ -44,6 +44,7 @@ TEST(SettingsFormat, ReadsBackWhatItWroteAndWhatOthersWrite) {
     odd.LoggingTurnedOff = odd.OverwriteExistingFiles = odd.IncludeSubfolders = true;
     const std::pair<std::string, SettingsRecord> cases[] = {
         {formatSettings(odd), odd},
+        {"\xEF\xBB\xBF" + formatSettings(example()), example()},
         {formatSettings(example()).substr(0, formatSettings(example()).size() - 2), example()},
         {" \"/srv/in\" , #false# ,\"/srv/out\",\"/srv/done\",#True#, 327675 ,0,7,0,\"PM\",7,#FALSE#,\"/srv/rejected\","
          "#FALSE#,#FALSE#,\"more\",5\r\nand more",
@@ -53,6 +54,14 @@ TEST(SettingsFormat, ReadsBackWhatItWroteAndWhatOthersWrite) {
         SettingsRecord read;
         EXPECT_EQ(parseSettings(text, read), kSettingsItems) << text;
         EXPECT_EQ(read, settings);
+    }
+}
+
+TEST(SettingsFormat, ATextWithoutItsQuotesIsMissing) {
+    for (const char* text : {"/srv/in,#FALSE#", "/a\"b\",#FALSE#", "\"/a\"b,#FALSE#", "7,#FALSE#"}) {
+        SettingsRecord read;
+        EXPECT_EQ(parseSettings(text, read), 0) << text;
+        EXPECT_EQ(read.SourceFolder, "") << text;
     }
 }
 

@@ -30,6 +30,27 @@ TEST_F(ControllerTest, TicksDuringAPassDoNothing) {
     EXPECT_TRUE(bench.exists(bench.in("a")));
 }
 
+TEST_F(ControllerTest, AQuestionThatIsDismissedChangesNothing) {
+    writeFile(bench.in("a"), "a");
+    bench.boxes.answerNext(Answer::dismissed);
+    bench.engine.controller.startPressed();
+    bench.settle();
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
+    EXPECT_TRUE(bench.messages().empty());
+    writeFile(bench.out("a.enc"), "old");
+    bench.boxes.answerNext(Answer::dismissed);
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_TRUE(bench.exists(bench.in("a")));
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::automatic) << "the pass went on";
+    bench.boxes.answerNext(Answer::dismissed);
+    bench.engine.optionMenus.mnOW();
+    bench.boxes.answerNext(Answer::dismissed);
+    bench.engine.logMenus.turnOffLoggingChosen();
+    bench.settle();
+    EXPECT_FALSE(bench.state.settings.OverwriteExistingFiles || bench.state.settings.LoggingTurnedOff);
+    EXPECT_TRUE(bench.boxes.asked[2].defaultIsNo && bench.boxes.asked[3].defaultIsNo);
+}
+
 TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
     ASSERT_TRUE(bench.engine.settings.save());
     const SettingsRecord stored = bench.state.settings;
@@ -54,9 +75,13 @@ TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
         EXPECT_EQ(bench.timRun.interval(), stored.ScanIntervalMs);
         EXPECT_FALSE(bench.window.visible);
         EXPECT_EQ(bench.boxes.informed.size(), told);
+        EXPECT_NE(bench.window.warning.find("The activity log could not be saved"), std::string::npos);
+        EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: " + bench.window.warning);
         full.reset();
         for (const bool with : {true, false}) bench.engine.fields.includeSubfoldersClicked(with);
     }
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_EQ(bench.window.warning, "");
     for (const std::string& line : bench.messages()) EXPECT_EQ(line.find("Logging"), std::string::npos) << line;
 }
 

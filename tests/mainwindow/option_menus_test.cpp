@@ -56,10 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
         OptionPath{"check continually", false, true, kStart, {}, true, true, 0, false},
         OptionPath{"uncheck continually, shown at start", true, true, kStart, {}, false, true, 0, false},
         OptionPath{"uncheck continually, hidden, no", true, false, kStart, {Answer::no}, true, false, 1, false},
+        OptionPath{"uncheck continually, dismissed", true, false, kStart, {Answer::dismissed}, true, false, 0, false},
         OptionPath{"uncheck continually, hidden, yes", true, false, kStart, {Answer::yes}, false, true, 0, true},
         OptionPath{"check normal", true, false, kNormal, {}, true, true, 0, true},
         OptionPath{"uncheck normal, now yes", true, true, kNormal, {Answer::yes}, true, false, 0, false},
         OptionPath{"uncheck normal, now no", true, true, kNormal, {Answer::no}, true, false, 0, false},
+        OptionPath{"uncheck normal, dismissed", false, true, kNormal, {Answer::dismissed}, false, true, 0, false},
         OptionPath{"uncheck normal, idle, no", false, true, kNormal, {Answer::no}, false, true, 1, false},
         OptionPath{
             "uncheck normal, idle, yes, no", false, true, kNormal, {Answer::yes, Answer::no}, true, false, 0, false},

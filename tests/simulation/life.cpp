@@ -100,7 +100,10 @@ void Life::asked(Ticket<Answer> ticket, const Box& box) {
         if (!program_->boxes.isOpen(ticket)) return;
         if (isYes) checker_.allowed(box.text);
         tell(isYes ? "answered with Yes" : "answered with No");
-        program_->boxes.answer(ticket, box.buttons == Buttons::ok ? Answer::ok : isYes ? Answer::yes : Answer::no);
+        program_->boxes.answer(ticket, box.buttons == Buttons::ok ? Answer::ok
+                                       : isYes                    ? Answer::yes
+                                       : chance_.oneIn(4)         ? Answer::dismissed
+                                                                  : Answer::no);
     });
 }
 

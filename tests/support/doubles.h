@@ -24,6 +24,7 @@ public:
     void setCaption(const std::string& text) override { caption = text; }
     void setLabel2(const std::string& text) override { label2 = text; }
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
+    void setWarning(const std::string& text) override { warning = text; }
     void setMode(Mode) override {}
     void setClock(const std::string&) override {}
     void setSchedule(const std::string&) override {}
@@ -37,7 +38,8 @@ public:
     void setProcessedCount(std::int32_t count) override { processed = count; }
     void setPassProgress(std::uint64_t, std::uint64_t) override {}
     void setFileProgress(std::uint64_t, std::uint64_t) override {}
-    void clearProgress() override {}
+    void setStopping(bool isIt) override { stopping = isIt; }
+    void clearProgress() override { stopping = false; }
     void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
     void setMinutes(const std::string& text) override { minutes = text; }
     void showSettings(const SettingsRecord& settings) override { shown = settings; }
@@ -55,12 +57,12 @@ public:
     void bringToFront() override {}
     void showAbout(const AboutFacts&) override {}
 
-    std::string caption, label2, minutes;
+    std::string caption, label2, minutes, warning;
     std::vector<std::string> panel1;
     std::map<FolderKind, Path> folders;
     SettingsRecord shown;
     StartupEntry::State entry = StartupEntry::State::none;
-    bool waitPointer = false, activityShown = false, visible = false, minimizedState = false;
+    bool waitPointer = false, activityShown = false, visible = false, minimizedState = false, stopping = false;
     std::uint64_t totalFiles = 0;
     std::int32_t processed = 0;
 };

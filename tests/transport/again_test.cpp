@@ -105,11 +105,15 @@ TEST_F(AgainTest, StopDuringTheLastFileIsAStopWhateverFollowsInTheList) {
                   [&] { return std::make_unique<CryptoComponent>(bench.loop, stopping, makeOpensslCipher); });
     writeFile(bench.in("a"), "a");
     writeFile(bench.in("b.enc"), "b");
-    stopping.beforeTheNext = [&] { pass.requestStop(); };
+    stopping.beforeTheNext = [&] {
+        pass.requestStop();
+        EXPECT_TRUE(bench.window.stopping);
+    };
     ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
     EXPECT_TRUE(bench.exists(bench.done("a")));
     const Texts said = bench.messages();
     EXPECT_EQ(Texts(said.end() - 2, said.end()), (Texts{"User has Stopped Process!D", "User Stopped Encrypting Files"}));
+    EXPECT_FALSE(bench.window.stopping);
 }
 
 TEST_F(AgainTest, FilesWaitWhileTheListOfNamesakesCannotBeRead) {

@@ -235,6 +235,23 @@ TEST_F(ScanPassTest, StopHoldsAndTheScheduleWindowAndThePassWaitForEachOther) {
     EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
 }
 
+TEST_F(ScanPassTest, AnExceptionEndsThePassAndNotTheProgram) {
+    ScanPass pass(bench.partsOn(bench.toolbox), []() -> std::unique_ptr<CryptoComponent> { throw std::bad_alloc(); });
+    Passes passes(pass, bench.loop.queue());
+    writeFile(bench.in("a"), "a");
+    bench.timRun.setEnabled(true);
+    passes.timRun_Timer();
+    bench.settle();
+    EXPECT_EQ(bench.boxes.informed.back().text, "7  Out of memory");
+    EXPECT_EQ(bench.messages().back(), "7  Out of memory");
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
+    EXPECT_EQ(bench.window.caption, "Problem.... ");
+    EXPECT_FALSE(bench.window.waitPointer);
+    EXPECT_TRUE(bench.exists(bench.in("a")));
+    ASSERT_TRUE(bench.runPass());
+    EXPECT_TRUE(bench.exists(bench.done("a")));
+}
+
 TEST_F(ScanPassTest, AbortAtAQuestionSaysNothingFurther) {
     ASSERT_NO_FATAL_FAILURE(startWithQuestion());
     group.abort();
@@ -277,6 +294,8 @@ TEST_F(ScanPassTest, WaitsForALookupThatSomebodyElseHasBegun) {
     other.run("INSERT INTO EncDecPasswords VALUES ('secret', 1); BEGIN EXCLUSIVE");
     bench.engine.currentPassword.viewCurrentPasswordChosen();
     bench.settle();
+    bench.engine.fields.includeSubfoldersClicked(true);
+    EXPECT_TRUE(bench.state.settings.IncludeSubfolders) << "what is clicked meanwhile counts";
     bench.boxes.answerOpen(Answer::no);
     ASSERT_FALSE(endsPass());
     other.run("COMMIT");

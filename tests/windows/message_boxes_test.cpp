@@ -46,12 +46,12 @@ TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
     EXPECT_TRUE(openBoxes().empty());
 }
 
-TEST_F(MessageBoxesTest, TakesEscapeAndTheCloseBoxForNo) {
+TEST_F(MessageBoxesTest, EscapeAndTheCloseBoxAnswerNothing) {
     for (const bool escape : {true, false}) {
         ask(question);
         escape ? QTest::keyClick(openBoxes().front(), Qt::Key_Escape) : (void)openBoxes().front()->close();
         loop.settle();
-        EXPECT_EQ(answer, Answer::no);
+        EXPECT_EQ(answer, Answer::dismissed);
         answer.reset();
     }
     ask({"", "Sure?", Buttons::yesNo, true});
