@@ -55,21 +55,22 @@ protected:
     int kills = 0;
 };
 
-TEST_F(BackupCrashTest, ARestoreLeavesTheOldPasswordsOrTheNewOnesAlsoAfterASaveDied) {
-    for (const bool isHalfSaved : {false, true}) {
-        if (isHalfSaved) ASSERT_NO_FATAL_FAILURE(keepHalfSavedFiles());
-        std::set<Strings> seen;
-        kills = 0;
-        killEverywhere([this] { textsOf(backup.restoreNormalPassword()); },
-                       [&] {
-                           seen.insert(activeIn(app + mdb));
-                           if (activeIn(app + mdb) == Strings{"hand"})
-                               EXPECT_EQ(activeInCopyOf(dated), Strings{"live"});
-                           EXPECT_EQ(activeInCopyOf(hand + mdb), Strings{"hand"});
-                       });
-        EXPECT_EQ(seen, (std::set<Strings>{{"hand"}, {"live"}}));
-        EXPECT_GT(kills, 50);
-    }
+/// With and without a save that died before.
+class RestoreCrashTest : public BackupCrashTest, public testing::WithParamInterface<bool> {};
+INSTANTIATE_TEST_SUITE_P(, RestoreCrashTest, testing::Values(false, true));
+
+TEST_P(RestoreCrashTest, LeavesTheOldPasswordsOrTheNewOnes) {
+    if (GetParam()) ASSERT_NO_FATAL_FAILURE(keepHalfSavedFiles());
+    std::set<Strings> seen;
+    kills = 0;
+    killEverywhere([this] { textsOf(backup.restoreNormalPassword()); },
+                   [&] {
+                       seen.insert(activeIn(app + mdb));
+                       if (activeIn(app + mdb) == Strings{"hand"}) EXPECT_EQ(activeInCopyOf(dated), Strings{"live"});
+                       EXPECT_EQ(activeInCopyOf(hand + mdb), Strings{"hand"});
+                   });
+    EXPECT_EQ(seen, (std::set<Strings>{{"hand"}, {"live"}}));
+    EXPECT_GT(kills, 50);
 }
 
 TEST_F(BackupCrashTest, ALiveFileThatIsNoDatabaseKeepsItsNameUntilTheNewOneStands) {
