@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "activitylog/activity_log.h"
 #include "activitylog/history_find.h"
 #include "activitylog/history_reader.h"
 #include "platform/files/posix_file_reading.h"
 #include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
-
 namespace {
 
 class RecordedReader final : public HistoryReaderView, public HistoryFindView {
@@ -21,22 +19,13 @@ public:
     FindState found;
 };
 
-std::string numberedLines(int count) {
-    std::string text;
-    for (int line = 0; line < count; ++line) text += "line " + std::to_string(line) + "\r\n";
-    return text;
-}
-
-}  // namespace
-
 class HistoryReaderTest : public testing::Test {
 protected:
     void write(const std::string& name, const std::string& bytes) const { writeFile(logs + "/" + name, bytes); }
     void read(const std::string& name) {
         reader.readtheHistoryfile(name);
-        run();
+        loop.settle();
     }
-    void run() { loop.settle(); }
     std::vector<std::string> all() {
         std::vector<std::string> lines;
         for (std::size_t i = 0; i < reader.lines().size(); ++i) lines.push_back(reader.lines().line(i));
@@ -57,12 +46,13 @@ using Lines = std::vector<std::string>;
 TEST_F(HistoryReaderTest, ShowsLineForLineOneFileAfterAnother) {
     write("a", "one\r\n\r\ntwo \r\nbare\nnot\rended");
     write("empty", "");
-    write("b", numberedLines(100));
     write("c", std::string("M\xFCller\0\t\xC3\xBC\r\n", 12));
-    for (const char* name : {"a", "empty", "b", "c"}) reader.readtheHistoryfile(name);
-    run();
     Lines expected{"one", "", "two ", "bare", "not\\x0Dended"};
-    for (int i = 0; i < 100; ++i) expected.push_back("line " + std::to_string(i));
+    std::string numbered;
+    for (int i = 0; i < 100; ++i) numbered += expected.emplace_back("line " + std::to_string(i)) + "\r\n";
+    write("b", numbered);
+    for (const char* name : {"a", "empty", "b", "c"}) reader.readtheHistoryfile(name);
+    loop.settle();
     expected.push_back("M\\xFCller\\x00\\x09\xC3\xBC");
     EXPECT_EQ(all(), expected);
     EXPECT_EQ(reader.reading().files, "a, empty, b, c");
@@ -87,7 +77,7 @@ TEST_F(HistoryReaderTest, FindsForwardsAndBackwardsAlsoInLinesThatJoin) {
     write("b", "ab\r\n");
     read("a");
     find.find("AB", 1);
-    run();
+    loop.settle();
     EXPECT_EQ(view.found.matches, 2U) << "lines count, not places";
     EXPECT_EQ(view.found.position, 2U);
     for (int i = 0; i < 2; ++i) find.findNext();
@@ -95,7 +85,7 @@ TEST_F(HistoryReaderTest, FindsForwardsAndBackwardsAlsoInLinesThatJoin) {
     EXPECT_EQ(view.shown, (std::vector<std::size_t>{2, 0, 2, 0}));
     read("b");
     find.linesJoined();
-    run();
+    loop.settle();
     EXPECT_EQ(view.found.matches, 3U);
     EXPECT_EQ(view.shown.size(), 4U) << "what is shown stays";
 
@@ -103,7 +93,7 @@ TEST_F(HistoryReaderTest, FindsForwardsAndBackwardsAlsoInLinesThatJoin) {
     for (const char* text : {"x", "m\\xfc", "none", ""}) {
         view.shown.clear();
         find.find(text, 5);
-        run();
+        loop.settle();
         find.findNext();
         const std::map<std::string, std::vector<std::size_t>> shown{{"x", {1, 3}}, {"m\\xfc", {4, 4}}};
         EXPECT_EQ(view.shown, shown.contains(text) ? shown.at(text) : std::vector<std::size_t>()) << text;
@@ -112,4 +102,5 @@ TEST_F(HistoryReaderTest, FindsForwardsAndBackwardsAlsoInLinesThatJoin) {
     }
 }
 
+}  // namespace
 }  // namespace vantrell::test

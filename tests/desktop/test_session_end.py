@@ -72,15 +72,6 @@ Called = ctypes.CFUNCTYPE(ctypes.c_int, Pointer, Pointer, ctypes.c_int, Pointer)
 NewClient = ctypes.CFUNCTYPE(ctypes.c_int, Pointer, Pointer, Pointer, Pointer, Pointer)
 
 
-class Value(ctypes.Structure):
-    _fields_ = [("length", ctypes.c_int), ("bytes", ctypes.POINTER(ctypes.c_ubyte))]
-
-
-class Property(ctypes.Structure):
-    _fields_ = [("name", ctypes.c_char_p), ("type", ctypes.c_char_p), ("count", ctypes.c_int),
-                ("values", ctypes.POINTER(Value))]
-
-
 class SessionManager:
     """The X session manager of one program, by the libraries that real ones use. `said` is what the program does."""
 
@@ -127,9 +118,11 @@ class SessionManager:
         return 1
 
     def look_at_properties(self, _program, _data, count, given):
-        for one in ctypes.cast(given, ctypes.POINTER(ctypes.POINTER(Property)))[:count]:
-            if one[0].name == b"RestartStyleHint":
-                self.said.append(f"restart {one[0].values[0].bytes[0]}")
+        for one in ctypes.cast(given, ctypes.POINTER(Pointer))[:count]:
+            name, _type, _count, values = (Pointer * 4).from_address(one)
+            if ctypes.string_at(name) == b"RestartStyleHint":
+                _length, value = (Pointer * 2).from_address(values)
+                self.said.append(f"restart {ctypes.string_at(value, 1)[0]}")
         return 0
 
     def log_out(self):

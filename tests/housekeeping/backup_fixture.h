@@ -29,7 +29,7 @@ protected:
         // So often that it stands on several pages: half of a copy would show.
         OtherProgram(file).run(
             "INSERT INTO EncDecPasswords VALUES ('other', 0); WITH RECURSIVE n(i) AS (SELECT 1 UNION"
-            " ALL SELECT i + 1 FROM n WHERE i < 1000) INSERT INTO EncDecPasswords SELECT '" +
+            " ALL SELECT i + 1 FROM n WHERE i < 400) INSERT INTO EncDecPasswords SELECT '" +
             active + "', 1 FROM n");
     }
     static Strings activeIn(const std::string& file) {

@@ -12,6 +12,13 @@ constexpr char kNewPassword[] = "Add Active ";
 constexpr char kStoredPassword[] = "Edit Delete Active ";
 const Strings kThree{"one=0", "Two=1", "last=0"};
 
+using Button = void (PasswordEditorController::*)();
+constexpr Button kAdd = &PasswordEditorController::addPressed;
+constexpr Button kEdit = &PasswordEditorController::editPressed;
+constexpr Button kDelete = &PasswordEditorController::deletePressed;
+constexpr Button kExit = &PasswordEditorController::exitPressed;
+constexpr Button kCloseBox = &PasswordEditorController::closeBoxPressed;
+
 /// The editor on a real file.
 class EditorTest : public PasswordFixture {
 protected:
@@ -38,7 +45,7 @@ protected:
         controller.listClicked();
         loop.settle();
     }
-    void press(void (PasswordEditorController::*button)()) {
+    void press(Button button) {
         (controller.*button)();
         loop.settle();
     }
@@ -56,12 +63,6 @@ protected:
         EXPECT_EQ(window.text, "");
         EXPECT_EQ(window.shown, kNothing);
     }
-
-    static constexpr auto kAdd = &PasswordEditorController::addPressed;
-    static constexpr auto kEdit = &PasswordEditorController::editPressed;
-    static constexpr auto kDelete = &PasswordEditorController::deletePressed;
-    static constexpr auto kExit = &PasswordEditorController::exitPressed;
-    static constexpr auto kCloseBox = &PasswordEditorController::closeBoxPressed;
 };
 
 TEST_F(EditorTest, ShowsTheStateThatTheLastRowLeaves) {
@@ -214,8 +215,6 @@ TEST_F(EditorTest, ALookupClosesItWhenNobodyUsesItAndLeavesItAloneOtherwise) {
     EXPECT_EQ(activePassword.known(), "Two");
 }
 
-using Button = void (PasswordEditorController::*)();
-
 /// A row is chosen, and then the file cannot be written.
 class EditorInTrouble : public EditorTest, public testing::WithParamInterface<Button> {
 protected:
@@ -231,9 +230,7 @@ protected:
     OtherProgram other{file};
 };
 
-INSTANTIATE_TEST_SUITE_P(, EditorInTrouble,
-                         testing::Values(&PasswordEditorController::addPressed, &PasswordEditorController::editPressed,
-                                         &PasswordEditorController::deletePressed));
+INSTANTIATE_TEST_SUITE_P(, EditorInTrouble, testing::Values(kAdd, kEdit, kDelete));
 
 TEST_P(EditorInTrouble, AFileThatIsLockedOrFullStaysAndItIsToldAndWorksAgain) {
     const std::string before = readFile(file);

@@ -147,17 +147,13 @@ class Profile:
 
 
 class ProgramTest(unittest.TestCase):
-    def new_profile(self, **options):
-        profile = Profile(**options)
+    def new_profile(self, done_parent=None):
+        profile = Profile(done_parent)
         self.addCleanup(profile.clean)
         return profile
 
     def ready_profile(self, done_parent=None, **settings):
-        profile = self.new_profile(done_parent=done_parent)
+        profile = self.new_profile(done_parent)
         profile.settings(**settings)
         profile.passwords()
         return profile
-
-    def skip_without_other_file_system(self):
-        if os.stat("/dev/shm").st_dev == os.stat("/tmp").st_dev:
-            self.skipTest("there is only one file system here")

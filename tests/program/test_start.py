@@ -83,7 +83,8 @@ class Instances(ProgramTest):
             if len(silent) > 100:
                 silent.pop(0).close()
         self.assert_carries(profile, "meanwhile")
-        self.assertLess(descriptors(process) - before, 12)
+        # Eight callers; a pass has others for a moment.
+        wait_until(lambda: descriptors(process) - before < 12, "the other callers to be hung up on")
         with connection(profile) as caller:
             for piece in (b"s", b"how", b"\n"):
                 caller.sendall(piece)

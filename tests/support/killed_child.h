@@ -14,8 +14,6 @@
 
 namespace vantrell::test {
 
-enum class ChildEnd { killed, finished, failed };
-
 /// Whether a traced process stands at the beginning of a call for something other than memory, for which the number of
 /// calls varies.
 inline bool isAtCall(pid_t child) {
@@ -29,13 +27,13 @@ inline bool isAtCall(pid_t child) {
 }
 
 /// Runs the work in a child process and kills that when it asks the kernel for something for the nth time: between any
-/// two changes of the disk, whoever makes them. `finished` when it came to its end before. Where processes cannot be
-/// traced, nothing is ever killed.
+/// two changes of the disk, whoever makes them. False when it came to its end before. Where processes cannot be traced,
+/// nothing is ever killed.
 template <class Work>
-ChildEnd killedAtCall(int number, Work work) {
+bool isKilledAtCall(int number, Work work) {
     const pid_t child = ::fork();
     if (child == 0) {
-        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(1);
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(0);
         ::raise(SIGSTOP);
         try {
             work();
@@ -53,8 +51,8 @@ ChildEnd killedAtCall(int number, Work work) {
         if (calls == number || ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0) ::kill(child, SIGKILL);
         ::waitpid(child, &status, 0);
     }
-    if (WIFSIGNALED(status)) return ChildEnd::killed;
-    return WEXITSTATUS(status) == 0 ? ChildEnd::finished : ChildEnd::failed;
+    EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0) << "the work has failed";
+    return WIFSIGNALED(status);
 }
 
 }  // namespace vantrell::test
