@@ -45,17 +45,18 @@ Task<Result<>> rejectFile(RejectOrder order) {
     const Message file = "File " + named(order.file);
     std::string name = nameOf(order.file);
     const std::size_t longest = order.toolbox.longestName(order.folder);
+    const bool isRenamed = isTaken(order, name);
     bool isThere = false;
-    if (isTaken(order, name)) {
+    if (isRenamed) {
         name = datedName(order, name, longest);
         order.report.showInPanel1(file + " File exists rename file to " + named(name));
         const Result<> renamed = co_await order.toolbox.rename(order.file, joinPath(order.folder, name));
-        isThere = renamed.ok();
-        if (!isThere) order.report.showInPanel1(file + " did not rename file!");
+        isThere = renamed.ok();  // never across file systems
     }
     Result<> moved;
     if (!isThere) moved = co_await moveUnderShortName(order, name, longest);
     if (moved.failedWith(FaultKind::nameTooLong)) moved = co_await moveUnderShortName(order, name, kShortName);
+    if (!moved.ok() && isRenamed) order.report.showInPanel1(file + " did not rename file!");
     if (!moved.ok()) order.report.showInPanel1(file + " did not move to reject folder!");
     co_return moved;
 }

@@ -18,6 +18,8 @@ PATCHES = ROOT / "tests/simulation/sabotage"
 COPY = ROOT / "build/sabotage"
 PROGRAM = COPY / "build/release/bin/vantrell_simulate"
 WHOLE = COPY / "build/whole_simulate"
+# The usual one; one in which others act all the time, and one in which the clock is set again and again.
+WORLDS = [], ["--others", 1, "--betweenCalls", 8], ["--others", 1, "--clockJumps", 1]
 
 
 def run(*words, **options):
@@ -50,11 +52,12 @@ def build():
 
 
 def seed_that_fails(lives):
-    """The first seed that the simulation found and that is whole without the sabotage, with its sentence."""
-    done = run(PROGRAM, "--seed-from", 1, "--lives", lives, cwd=COPY)
-    for found in re.finditer(r"^seed (\d+): (.*)$", done.stdout, re.MULTILINE):
-        if run(WHOLE, "--seed", found[1], cwd=COPY).returncode == 0:
-            return found.groups()
+    """The first seed that the simulation found and that is whole without the sabotage, with its hazards and sentence."""
+    for hazards in WORLDS:
+        done = run(PROGRAM, "--seed-from", 1, "--lives", lives, *hazards, cwd=COPY)
+        for found in re.finditer(r"^seed (\d+): (.*)$", done.stdout, re.MULTILINE):
+            if run(WHOLE, "--seed", found[1], *hazards, cwd=COPY).returncode == 0:
+                return " ".join(map(str, (found[1], *hazards))), found[2]
     return None
 
 
@@ -71,14 +74,14 @@ def try_out(patch, lives):
     finally:
         must("git", "apply", "--reverse", patch, cwd=COPY)
     if not found:
-        return f"was not found in {lives} lives"
+        return f"was not found in {lives} lives of each kind"
     print(f"{patch.stem}: found by seed {found[0]}: {found[1]}", flush=True)
     return None
 
 
 def main():
     arguments = argparse.ArgumentParser()
-    arguments.add_argument("--lives", type=int, default=200_000)
+    arguments.add_argument("--lives", type=int, default=40_000)
     arguments.add_argument("names", nargs="*")
     given = arguments.parse_args()
     patches = [PATCHES / f"{name}.patch" for name in given.names] or sorted(PATCHES.glob("*.patch"))

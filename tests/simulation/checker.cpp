@@ -213,23 +213,29 @@ Checker::Broken Checker::afterLoss() {
     return checkData(world_.disks);
 }
 
+// What could not be written because the disk was full stays in Source.
+Checker::Broken Checker::afterFullDisk(const std::string& line) {
+    const auto says = [&line](const char* words) { return line.find(words) != std::string::npos; };
+    if (says("FAILED: The new file cannot be written: No space left on device")) {
+        for (const File& file : before_)
+            if (file.where == Where::source) withoutRoom_.insert(file.content());
+        return std::nullopt;
+    }
+    if (!says(" did not encrypt!")) {
+        withoutRoom_.clear();
+        return std::nullopt;
+    }
+    for (const File& file : before_)
+        if (file.where == Where::rejected && file.content() != kUnknown && withoutRoom_.contains(file.content()))
+            return isExcused_ ? std::nullopt : Broken(file.path + " was rejected although the disk was full");
+    return std::nullopt;
+}
+
 Checker::Broken Checker::lineLogged(const std::string& line, Chance& chance) {
     ++lines_[line];
     // What it had replaced is gone, so that it cannot be put back.
     if (line.find("it stands in the target folder") != std::string::npos) excuseFresh(find(before_));
-    const auto says = [&line](const char* words) { return line.find(words) != std::string::npos; };
-    if (says(" Encrypt"))
-        isOutputWithoutRoom_ = says("FAILED: The new file cannot be written: No space left on device");
-    if (says(" did not encrypt!") && std::exchange(isOutputWithoutRoom_, false)) {
-        const std::size_t from = line.find("File /") + 5;
-        const std::string path = line.substr(from, line.find(" did not encrypt!") - from);
-        const auto stands = [&](const std::string& where) {
-            return std::any_of(before_.begin(), before_.end(),
-                               [&](const File& file) { return placeOf(file.path) == lowered(where); });
-        };
-        const bool isRejected = !stands(path) && stands(ofThePass_.RejectFolder + "/" + nameOf(path));
-        if (isRejected && !isExcused_) return path + " was rejected although the disk was full";
-    }
+    if (Broken broken = afterFullDisk(line)) return broken;
     const std::size_t begin = line.find("Encryped:  ");
     const std::size_t end = line.find(" - Sucessful: ");
     if (begin == std::string::npos || end == std::string::npos || isFlushFaultUnnoted() || isNameLost_ || isExcused_)

@@ -154,6 +154,7 @@ private:
     [[nodiscard]] bool isLaterOutput(const std::string& key, Id earlier, Id later) const;
     [[nodiscard]] Broken checkData(const Copies& disks) const;
 
+    [[nodiscard]] Broken afterFullDisk(const std::string& line);
     void watchFaults(const CallRecord& call);
     [[nodiscard]] bool isFlushFaultUnnoted() const;
     void excuseFresh(const std::vector<Found>& found);
@@ -180,7 +181,7 @@ private:
     unsigned passes_ = 0;
     std::uint64_t flushFailedAt_ = 0;  ///< the call; 0 when it is noted
     bool isNameLost_ = false;
-    bool isOutputWithoutRoom_ = false;
+    std::set<Id> withoutRoom_;  ///< in Source when an output found no room just now
     bool isExcused_ = false;
     State before_;
     std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done

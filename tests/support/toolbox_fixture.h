@@ -69,25 +69,11 @@ public:
     void write(OutputFile& file, const std::string& bytes) {
         EXPECT_TRUE(loop.valueOf(file.write(std::as_bytes(std::span(bytes)))).ok());
     }
-    /// Runs the task for so many turns, waiting for flushes; then aborts it. True when it came to its end before.
-    template <class T>
-    bool abortAfter(int turns, Task<T> task) {
-        TaskGroup group(loop.queue());
-        group.start(forget(std::move(task)));
-        int count = 0;
-        return loop.turnUntil([&] { return group.isIdle() || count++ == turns; }) && group.isIdle();
-    }
 
     TemporaryFolder folder;
     HandCrankedLoop loop;
     SettableClock clock{std::chrono::system_clock::now() + std::chrono::hours(1)};
     PosixToolbox toolbox{loop, loop.kernel(), clock};
-
-private:
-    template <class T>
-    static Task<void> forget(Task<T> task) {
-        static_cast<void>(co_await std::move(task));
-    }
 };
 
 /// A second folder, on another file system where this machine has one at hand.

@@ -38,24 +38,6 @@ protected:
     PassBench bench;
 };
 
-TEST_F(AgainTest, AnOutputThatStandsWholeIsTakenWithoutAQuestion) {
-    for (const std::size_t size : {std::size_t{0}, std::size_t{16}, std::size_t{3} << 20U}) {
-        leaveEncryptedButNotMoved("a", std::string(size, 'a'));
-        const ino_t standing = inodeOf(bench.out("a.enc"));
-        ASSERT_TRUE(bench.runPass());
-        EXPECT_EQ(bench.messages()[3], "Encryped:  a - Sucessful: ");
-        EXPECT_EQ(inodeOf(bench.out("a.enc")), standing);
-        EXPECT_EQ(readFile(bench.done("a")).size(), size);
-        std::filesystem::remove(bench.done("a"));
-        std::filesystem::remove(bench.out("a.enc"));
-    }
-    leaveEncryptedButNotMoved("a", "of the same size");
-    writeFile(bench.in("a"), "of another mind.");
-    bench.boxes.answerNext(Answer::no);
-    ASSERT_TRUE(bench.runPass());
-    EXPECT_EQ(readFile(bench.rejected("a")), "of another mind.") << "what differs is asked about";
-}
-
 TEST_F(AgainTest, AfterAFailedFlushNothingThatStandsIsBelieved) {
     leaveEncryptedButNotMoved("a", "contents");
     const ino_t standing = inodeOf(bench.out("a.enc"));

@@ -6,7 +6,6 @@
 
 #include "platform/openssl/openssl_cipher.h"
 #include "support/documented_blocks.h"
-#include "support/forwarding_toolbox.h"
 #include "support/hex.h"
 #include "support/toolbox_fixture.h"
 #include "transport/crypto_component.h"
@@ -17,42 +16,10 @@ namespace {
 constexpr std::size_t kBlock = 16;
 constexpr std::size_t kPiece = 256 * 1024;
 
-enum class Step { none, create, write, flush, publish };
-
-/// An output that fails at one step.
-class FailingOutput final : public OutputFile {
-public:
-    FailingOutput(std::unique_ptr<OutputFile> real, Step failing) : real_(std::move(real)), failing_(failing) {}
-    Task<Result<>> write(std::span<const std::byte> bytes) override {
-        return failing_ == Step::write ? fail() : real_->write(bytes);
-    }
-    Task<Result<>> flush() override { return failing_ == Step::flush ? fail() : real_->flush(); }
-    Task<Result<>> publish(std::string name, Replace replace) override {
-        return failing_ == Step::publish ? fail() : real_->publish(name, replace);
-    }
-    Task<void> discard() override { return real_->discard(); }
-
-private:
-    static Task<Result<>> fail() { co_return Fault{FaultKind::deviceFailing, "failing"}; }
-
-    std::unique_ptr<OutputFile> real_;
-    Step failing_;
-};
-
-class FailingOutputs final : public ForwardingToolbox {
-public:
-    using ForwardingToolbox::ForwardingToolbox;
-    Result<std::unique_ptr<OutputFile>> createOutput(const Path& where) override {
-        if (failing == Step::create) return Fault{FaultKind::deviceFailing, "failing"};
-        return std::make_unique<FailingOutput>(ForwardingToolbox::createOutput(where).take(), failing);
-    }
-    Step failing = Step::none;
-};
-
 class Crypto : public WithToolbox {
 protected:
     std::unique_ptr<CryptoComponent> componentFor(const std::string& password) {
-        auto component = std::make_unique<CryptoComponent>(loop, outputs, makeOpensslCipher);
+        auto component = std::make_unique<CryptoComponent>(loop, toolbox, makeOpensslCipher);
         component->setAlgorithm("aes");
         component->setCipherMode("ecb");
         component->setKeyLength(256);
@@ -81,8 +48,6 @@ protected:
         EXPECT_EQ(namesIn(folder.path()), before);
         return wordsOf(encrypted);
     }
-
-    FailingOutputs outputs{toolbox};
 };
 
 // FIPS 197, appendix C.3; NIST SP 800-38A, F.1.5: key, plaintext, ciphertext.
@@ -155,17 +120,6 @@ TEST_F(Crypto, WhatCannotBeSetIsRefused) {
     const auto used = componentFor("secret");
     EXPECT_EQ(faultOf(encrypt(*used, *source)), kSuccess);
     expectFailure(*used, *fileOf("another"), FaultKind::other);
-}
-
-TEST_F(Crypto, AFaultAtAnyStepPublishesNothing) {
-    for (const Step step : {Step::create, Step::write, Step::flush, Step::publish}) {
-        outputs.failing = step;
-        expectFailure(*componentFor("secret"), *fileOf(std::string(3 * kPiece, 'x')), FaultKind::deviceFailing);
-    }
-    outputs.failing = Step::none;
-    writeFile(folder / "a.enc", "old");
-    expectFailure(*componentFor("secret"), *fileOf("text"), FaultKind::nameTaken);
-    EXPECT_EQ(readFile(folder / "a.enc"), "old");
 }
 
 TEST_F(Crypto, AFileThatChangesMeanwhileIsInUse) {

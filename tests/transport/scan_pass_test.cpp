@@ -344,33 +344,5 @@ TEST_F(ScanPassTest, SaysOnceWhatItCouldNotReadAndNotThatThereIsNothing) {
     EXPECT_EQ(bench.messages(), wholePass({"No Records this pass!"}));
 }
 
-/// A toolbox whose outputs fail like those of a machine that is full or broken.
-class FailingOutputs final : public ForwardingToolbox {
-public:
-    FailingOutputs(FileToolbox& real, FaultKind kind) : ForwardingToolbox(real), kind_(kind) {}
-    Result<std::unique_ptr<OutputFile>> createOutput(const Path&) override {
-        return Fault{kind_, "the machine cannot write"};
-    }
-
-private:
-    FaultKind kind_;
-};
-
-TEST_F(ScanPassTest, AMachineFaultLeavesTheFilesInSourceAndTriesAgainLater) {
-    for (const char* name : {"a", "b", "c", "d", "e"}) writeFile(bench.in(name), name);
-    for (const auto& [kind, tried] : {std::pair{FaultKind::noSpace, 3U}, std::pair{FaultKind::deviceFailing, 1U}}) {
-        FailingOutputs failing(bench.toolbox, kind);
-        ScanPass pass(bench.partsOn(failing),
-                      [&] { return std::make_unique<CryptoComponent>(bench.loop, failing, makeOpensslCipher); });
-        ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
-        const Texts said = bench.messages();
-        EXPECT_EQ(said.size(), 3 + 2 * tried + 1);
-        EXPECT_EQ(said.back(), paused());
-        EXPECT_EQ(bench.names(bench.state.settings.SourceFolder).size(), 5U);
-        EXPECT_TRUE(bench.names(bench.state.settings.RejectFolder).empty());
-        EXPECT_TRUE(bench.timRun.isEnabled());
-    }
-}
-
 }  // namespace
 }  // namespace vantrell::test

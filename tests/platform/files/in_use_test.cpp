@@ -31,31 +31,6 @@ TEST_F(InUse, AFileThatIsOpenForWritingIsInUseUntilItIsClosed) {
     EXPECT_EQ(faultOf(held.value()->verify()), FaultKind::inUse);
 }
 
-TEST_F(InUse, WhateverChangesAHeldFileIsSeen) {
-    const auto faultAfter = [this](const std::function<void()>& change) {
-        writeFile(path, "contents");
-        const auto held = toolbox.hold(path);
-        if (!held.ok() || !held.value()->verify().ok()) return std::optional(FaultKind::other);
-        change();
-        return faultOf(held.value()->verify());
-    };
-    const std::function<void()> changes[] = {
-        [this] { writeFile(path, "other contents"); },
-        [this] { std::filesystem::last_write_time(path, {}); },
-        [this] {
-            writeFile(path + ".new", "contents");
-            std::filesystem::rename(path + ".new", path);
-        },
-        [this] {
-            std::filesystem::rename(path, path + ".away");
-            std::filesystem::create_symlink(path + ".away", path);
-        },
-    };
-    for (const auto& change : changes) EXPECT_EQ(faultAfter(change), FaultKind::inUse);
-    std::filesystem::remove(path);
-    EXPECT_EQ(faultAfter([this] { std::filesystem::remove(path); }), FaultKind::notThere);
-}
-
 // For another owner's file the system does not say who has it open.
 TEST_F(InUse, AnotherOwnersFileMustHaveBeenQuietForFiveSeconds) {
     if (::geteuid() != 0) GTEST_SKIP() << "another owner's file needs root's rights";

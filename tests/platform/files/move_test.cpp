@@ -77,24 +77,6 @@ TEST_P(Move, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
     EXPECT_EQ(move(), FaultKind::notThere);
 }
 
-TEST_P(Move, AFileThatWasSwappedOrIsBeingWrittenStays) {
-    auto held = toolbox.hold(source);
-    ASSERT_TRUE(held.ok());
-    {
-        const LinuxFd writer(::open(source.c_str(), O_WRONLY | O_CLOEXEC));
-        EXPECT_EQ(move(Replace::never, held.value().get()), FaultKind::inUse);
-        expectUntouched();
-    }
-    writeFile(source + ".new", "another");
-    std::filesystem::rename(source + ".new", source);
-    EXPECT_EQ(move(Replace::allowed, held.value().get()), FaultKind::inUse);
-    expectUntouched("another");
-    EXPECT_TRUE(namesIn(done).empty());
-    held = toolbox.hold(source);
-    EXPECT_EQ(move(Replace::never, held.value().get()), kSuccess);
-    EXPECT_EQ(readFile(target), "another");
-}
-
 TEST_P(Move, ASourceThatCannotBeRemovedLeavesNothingBehind) {
     if (::geteuid() != 0) GTEST_SKIP() << "another owner's folder needs root's rights";
     ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
@@ -107,22 +89,6 @@ TEST_P(Move, ASourceThatCannotBeRemovedLeavesNothingBehind) {
         EXPECT_EQ(move(), FaultKind::notPermitted) << std::oct << mode;
         EXPECT_EQ(namesIn(folder / "source"), Names{"file"});
         EXPECT_TRUE(namesIn(done).empty());
-    }
-}
-
-TEST_P(Move, AbortAtAnyTurnKeepsTheFileWhole) {
-    const std::string contents((std::size_t{33} << 20U) + 1, 'c');
-    bool isDone = false;
-    for (int turns = 1; !isDone; ++turns) {
-        ASSERT_LT(turns, 1000);
-        writeFile(source, contents);
-        isDone = abortAfter(turns, toolbox.move({source, target}));
-        const bool isMoved = namesIn(folder / "source").empty();
-        EXPECT_TRUE(isMoved || !isDone);
-        EXPECT_EQ(namesIn(folder / "source"), isMoved ? Names{} : Names{"file"});
-        EXPECT_EQ(namesIn(done), isMoved ? Names{"file"} : Names{});
-        EXPECT_EQ(readFile(isMoved ? target : source), contents);
-        std::filesystem::remove(target);
     }
 }
 

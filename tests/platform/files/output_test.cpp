@@ -54,23 +54,6 @@ TEST_P(Output, ReplacesOnlyWhatMayBeReplacedAndOnlyFiles) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
 }
 
-TEST_P(Output, AbortAtAnyTurnLeavesNothing) {
-    const std::string bytes((std::size_t{40} << 20U) + 7, 'b');
-    const auto all = [](FileToolbox& toolbox_, Path where, const std::string& what) -> Task<Result<>> {
-        const std::unique_ptr<OutputFile> made = toolbox_.createOutput(where).take();
-        const Result<> written = co_await made->write(std::as_bytes(std::span(what)));
-        if (!written.ok()) co_return written;
-        co_return co_await made->publish("name", Replace::never);
-    };
-    bool isDone = false;
-    for (int turns = 1; !isDone; turns += 2) {
-        ASSERT_LT(turns, 1000);
-        isDone = abortAfter(turns, all(box, folder.path(), bytes));
-        EXPECT_EQ(namesIn(folder.path()), isDone ? Names{"name"} : Names{});
-    }
-    EXPECT_EQ(std::filesystem::file_size(folder / "name"), bytes.size());
-}
-
 TEST_P(Output, AFailedWriteStaysFailed) {
     const auto file = begin();
     const std::string bytes(4096, 'x');
