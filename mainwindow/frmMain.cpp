@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
@@ -15,6 +16,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "platform/qt/x11_window.h"
+#include "widgets/screen_room.h"
 #include "widgets/wide_button.h"
 
 namespace vantrell {
@@ -340,6 +342,7 @@ void frmMain::resizeAtLeast(QSize size) {
     layout()->activate();
     const int usual = std::min(sizeHint().width(), screen()->availableGeometry().width());
     resize(size.expandedTo(minimumSizeHint()).expandedTo({usual, 0}));
+    keepOnScreen(*this);
 }
 
 void frmMain::bringToFront() {
@@ -373,6 +376,11 @@ void frmMain::closeEvent(QCloseEvent* event) {
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event) {
+    const bool closesLog = event->key() == Qt::Key_Escape && isActivityShown() && listeners_ != nullptr;
+    closesLog ? listeners_->log.viewCurrentLogChosen() : QMainWindow::keyPressEvent(event);
 }
 
 void frmMain::chooseFolder(FolderKind kind) {
