@@ -14,6 +14,7 @@
 #include <chrono>
 #include <utility>
 
+#include "core/scan_interval.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/x11_window.h"
 #include "widgets/screen_room.h"
@@ -99,7 +100,7 @@ void frmMain::makeControls() {
     lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblcurTime_->setAccessibleDescription(tr("Time"));
     folders_ = named(new frmFolders(this), QStringLiteral("folders"));
-    ctNEdit1_ = named(new MinutesField(this), QStringLiteral("ctNEdit1"));
+    ctNEdit1_ = named(new MinutesField(1, kMostMinutes, this), QStringLiteral("ctNEdit1"));
     ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
     ctNEdit1_->setAccessibleDescription(tr("How often the Source folder is looked through"));
     Label2_ = named(new ElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
