@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -76,6 +77,7 @@ frmHistory::frmHistory(Path logFolder, FileToolbox& toolbox, EventLoop& loop, Hi
     arrange();
     connect(LoadHistory_, &QPushButton::clicked, this, [this] { list_.OpenHistoryFile(); });
     connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 frmHistory::~frmHistory() { GridDetails_->setModel(nullptr); }
@@ -172,9 +174,6 @@ bool frmHistory::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             list_.OpenHistoryFile();
-            return true;
-        case Qt::Key_Escape:
-            close();
             return true;
         default:
             return false;

@@ -181,6 +181,8 @@ void frmHistoryInfo::keyPressEvent(QKeyEvent* event) {
         event->modifiers() & Qt::ShiftModifier ? find_.findPrevious() : find_.findNext();
     } else if (txtFind_->hasFocus() && event->key() == Qt::Key_Escape) {
         txtScrollingHistory_->setFocus();
+    } else if (event->key() == Qt::Key_Escape) {
+        close();
     } else {
         QWidget::keyPressEvent(event);
     }

@@ -6,7 +6,8 @@ namespace vantrell {
 void LogMenus::turnOffLoggingChosen() {
     if (state_.UiLoading) return;
     if (state_.settings.LoggingTurnedOff) return switchLogging(false, "User Turned on Logging");
-    if (question_.isIdle()) question_.start(turnOffLogging());
+    if (!question_.isIdle()) return boxes_.showAgain(standing_);
+    question_.start(turnOffLogging());
 }
 
 Task<void> LogMenus::turnOffLogging() {
@@ -14,7 +15,9 @@ Task<void> LogMenus::turnOffLogging() {
                   "If logging is turned off entries in the Activies Log will stop logging and events will not be "
                   "captured. Is this OK?",
                   Buttons::yesNo, true};
-    const Answer answer = co_await boxes_.ask(box);
+    Pending<Answer> question = boxes_.ask(box);
+    standing_ = question.ticket();
+    const Answer answer = co_await question;
     if (answer == Answer::dismissed) co_return;
     if (answer == Answer::yes)
         switchLogging(true, "User Turned off Logging");

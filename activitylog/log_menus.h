@@ -12,7 +12,7 @@
 namespace vantrell {
 
 /// Shows and hides the activity box, and turns logging on and off. While the question about it is open, further clicks
-/// on that entry do nothing.
+/// on that entry bring it to the front.
 class LogMenus final : public LogEntries, public Endable {
 public:
     /// Everything outlives the menus.
@@ -34,6 +34,7 @@ private:
     SettingsKeeper& settings_;
     MessageBoxes& boxes_;
     TaskGroup question_;
+    Ticket<Answer> standing_;
 };
 
 }  // namespace vantrell

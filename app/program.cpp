@@ -19,6 +19,7 @@ Program::Program(const Clock& clock, Timers& timers)
       entry_(kernel_, host_.programFolder()),
       database_(loop_),
       lines_(kernel_, dataFolder_, temporaryFolder()),
+      windowKeeper_(files_, joinPath(dataFolder_, kWindowsFileName)),
       window_(lines_, toolbox_),
       weeklyWindow_(&window_),
       logReading_(kernel_),

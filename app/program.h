@@ -5,6 +5,7 @@
 
 #include "activitylog/frmHistory.h"
 #include "activitylog/frmHistoryInfo.h"
+#include "app/window_keeper.h"
 #include "assembly/engine.h"
 #include "housekeeping/frmweeklyDelete.h"
 #include "mainwindow/frmMain.h"
@@ -65,6 +66,7 @@ private:
     SqliteDatabase database_;
     SqliteCopier databaseCopier_;
     SpilledLines lines_;
+    WindowKeeper windowKeeper_;
     frmMain window_;
     frmEDPasswords passwordWindow_;
     frmweeklyDelete weeklyWindow_;

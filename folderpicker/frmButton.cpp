@@ -202,7 +202,7 @@ void frmButton::connectControls() {
         connect(model, &QAbstractItemModel::rowsRemoved, this, &frmButton::reopenWhenDropped, Qt::QueuedConnection);
     connect(Command1_, &QPushButton::clicked, this, [this] { openPrompt(true); });
     connect(cmdNameOk_, &QPushButton::clicked, this, &frmButton::createFolderAsTyped);
-    connect(txtName_, &QLineEdit::returnPressed, this, &frmButton::createFolderAsTyped);
+    txtName_->installEventFilter(this);
     connect(cmdNameCancel_, &QPushButton::clicked, this, [this] { openPrompt(false); });
 }
 
@@ -294,11 +294,20 @@ void frmButton::accept() {
     done(QDialog::Accepted);
 }
 
+// On some desktops the field keeps the Enter key to itself.
+bool frmButton::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = watched == txtName_ && event->type() == QEvent::KeyPress;
+    const int key = isKey ? static_cast<QKeyEvent*>(event)->key() : 0;
+    if (key != Qt::Key_Return && key != Qt::Key_Enter) return QFileDialog::eventFilter(watched, event);
+    createFolderAsTyped();
+    return true;
+}
+
 void frmButton::keyPressEvent(QKeyEvent* event) {
     if (field_->hasFocus() && event->key() == Qt::Key_Down) return suggest();
     const bool isInPrompt = prompt_->isVisible() && prompt_->isAncestorOf(focusWidget());
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isInPrompt && isEnter) return;  // the field has told it
+    if (isInPrompt && isEnter) return createFolderAsTyped();
     if (isInPrompt && event->key() == Qt::Key_Escape) return openPrompt(false);
     QFileDialog::keyPressEvent(event);
 }

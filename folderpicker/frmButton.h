@@ -44,6 +44,7 @@ Q_SIGNALS:
 
 protected:
     void accept() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

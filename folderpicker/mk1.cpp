@@ -44,8 +44,10 @@ bool MK1::browse(bool showsCreate, bool showsRecurse, Outcome outcome) {
     connect(dialog_, &QDialog::finished, this, [this, outcome = std::move(outcome)](int result) {
         frmButton* dialog = std::exchange(dialog_, nullptr);
         RecurseChosen_ = dialog->isRecurseTicked();
+        lastSize_ = dialog->size();
         outcome(result == QDialog::Accepted ? dialog->selection() : Path());
     });
+    if (lastSize_.isValid()) dialog_->resize(lastSize_);
     if (KeepDlgRect_) dialog_->setGeometry(DlgRect_);
     dialog_->open();
     return true;

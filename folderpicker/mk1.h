@@ -63,6 +63,7 @@ private:
     bool RecurseChosen_ = false;
     QRect DlgRect_;
     bool KeepDlgRect_ = false;
+    QSize lastSize_;
     QPointer<frmButton> dialog_;
 };
 

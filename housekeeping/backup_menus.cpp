@@ -4,7 +4,7 @@
 namespace vantrell {
 
 void BackupMenus::mnBackup() {
-    if (backups_.isIdle()) backups_.start(p_.backup.backupConfig());
+    backups_.isIdle() ? backups_.start(p_.backup.backupConfig()) : p_.backup.showBoxAgain();
 }
 
 // The settings are read at once. If they were saved before they are read, that would undo the restore.

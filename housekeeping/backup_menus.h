@@ -23,7 +23,8 @@ struct BackupMenuParts {
 };
 
 /// The menu entries for backing up and restoring, and what follows a restore. A backup that is chosen again while it is
-/// still at work, or shows its box, does nothing; a restore of the passwords waits for the one before it.
+/// still at work does nothing, and while it shows its box, brings that to the front; a restore of the passwords waits
+/// for the one before it.
 class BackupMenus final : public BackupEntries, public Endable {
 public:
     explicit BackupMenus(BackupMenuParts parts)

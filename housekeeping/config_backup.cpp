@@ -38,7 +38,9 @@ Task<void> ConfigBackup::backupConfig() {
     }
     for (std::string& text : texts) {
         const Box box = boxOf(std::move(text));
-        co_await p_.boxes.ask(box);
+        Pending<Answer> shown = p_.boxes.ask(box);
+        standing_ = shown.ticket();
+        co_await shown;
     }
 }
 

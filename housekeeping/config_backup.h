@@ -44,6 +44,8 @@ public:
     /// Makes the copies by hand, then shows a box for each of the two, one after the other. A password file that is
     /// locked is tried again for 5 s.
     Task<void> backupConfig();
+    /// Brings the box of such a backup to the front, when one is open.
+    void showBoxAgain() { p_.boxes.showAgain(standing_); }
     /// When the program ends: says nothing and waits for nobody. A locked password file keeps its older copy, and so
     /// do settings of which only a part was found at start-up, unless they have been restored since. What a new data
     /// folder holds, settings without a folder and the supplied password file, replaces no older copy.
@@ -86,6 +88,7 @@ private:
     [[nodiscard]] Path live(const char* fileName) const;
 
     BackupParts p_;
+    Ticket<Answer> standing_;
     FileCopies copies_{p_.toolbox, p_.files, p_.databases, p_.clock};
 };
 

@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
@@ -13,8 +14,10 @@
 #include <chrono>
 #include <utility>
 
+#include "core/scan_interval.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/x11_window.h"
+#include "widgets/screen_room.h"
 #include "widgets/wide_button.h"
 
 namespace vantrell {
@@ -97,7 +100,7 @@ void frmMain::makeControls() {
     lblcurTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblcurTime_->setAccessibleDescription(tr("Time"));
     folders_ = named(new frmFolders(this), QStringLiteral("folders"));
-    ctNEdit1_ = named(new MinutesField(this), QStringLiteral("ctNEdit1"));
+    ctNEdit1_ = named(new MinutesField(1, kMostMinutes, this), QStringLiteral("ctNEdit1"));
     ctNEdit1_->setAccessibleName(tr("Minutes between two passes"));
     ctNEdit1_->setAccessibleDescription(tr("How often the Source folder is looked through"));
     Label2_ = named(new ElidedLabel(Qt::ElideRight, this), QStringLiteral("Label2"));
@@ -354,6 +357,7 @@ void frmMain::resizeAtLeast(QSize size) {
     layout()->activate();
     const int usual = std::min(sizeHint().width(), screen()->availableGeometry().width());
     resize(size.expandedTo(minimumSizeHint()).expandedTo({usual, 0}));
+    keepOnScreen(*this);
 }
 
 void frmMain::bringToFront() {
@@ -387,6 +391,11 @@ void frmMain::closeEvent(QCloseEvent* event) {
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event) {
+    const bool closesLog = event->key() == Qt::Key_Escape && isActivityShown() && listeners_ != nullptr;
+    closesLog ? listeners_->log.viewCurrentLogChosen() : QMainWindow::keyPressEvent(event);
 }
 
 void frmMain::chooseFolder(FolderKind kind) {

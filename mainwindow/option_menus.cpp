@@ -24,11 +24,16 @@ OptionMenus::OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper
       entry_(entry),
       questions_(queue) {}
 
-bool OptionMenus::ignoresClicks() { return state_.UiLoading || !questions_.isIdle(); }
+bool OptionMenus::ignoresClicks() {
+    if (!questions_.isIdle()) boxes_.showAgain(standing_);
+    return state_.UiLoading || !questions_.isIdle();
+}
 
 Task<Answer> OptionMenus::ask(std::string title, std::string text, bool defaultIsNo) {
     Box box{std::move(title), std::move(text), Buttons::yesNo, defaultIsNo};
-    co_return co_await boxes_.ask(box);
+    Pending<Answer> question = boxes_.ask(box);
+    standing_ = question.ticket();
+    co_return co_await question;
 }
 
 void OptionMenus::inform(std::string title, std::string text) { boxes_.inform({std::move(title), std::move(text)}); }

@@ -16,7 +16,7 @@ namespace vantrell {
 /// The entries with check marks that mirror settings, the two that start the program with the session, and the rule
 /// that ties two of them together: a program that starts hidden must also process by itself.
 ///
-/// While one of their questions is open, further clicks on these entries do nothing.
+/// While one of their questions is open, further clicks on these entries bring it to the front.
 class OptionMenus final : public OptionEntries, public Endable {
 public:
     OptionMenus(ProgramState& state, MainWindow& window, SettingsKeeper& settings, MessageBoxes& boxes,
@@ -51,6 +51,7 @@ private:
     WindowPlace& place_;
     StartupEntry& entry_;
     TaskGroup questions_;
+    Ticket<Answer> standing_;
 };
 
 }  // namespace vantrell

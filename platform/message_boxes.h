@@ -42,6 +42,8 @@ public:
         close(ticket);
         queue_.wake(ticket, Answer::withdrawn);
     }
+    /// Brings a box that is still open to the front: for an operator who chooses again what it holds up.
+    virtual void showAgain(Ticket<Answer> ticket) = 0;
     /// Shows an information box for which nobody waits. While an equal one is open, that one is brought to the front.
     virtual void inform(const Box& box) = 0;
 

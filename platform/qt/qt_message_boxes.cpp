@@ -46,6 +46,14 @@ void addOk(QMessageBox& box) {
     box.setEscapeButton(QMessageBox::Ok);
 }
 
+void bringToFront(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+    QApplication::alert(&window);
+}
+
 /// True when a window of the program is kept above all others, so that it would also cover a box. A modal dialog may
 /// cover a box that does not belong to it as well.
 bool isWindowKeptAbove() {
@@ -92,10 +100,7 @@ void QtMessageBoxes::show(QMessageBox& shown) {
         QObject::connect(&shown, &QMessageBox::finished, before, [before] {
             if (before->isVisible()) before->activateWindow();
         });
-    shown.show();
-    shown.raise();
-    shown.activateWindow();
-    QApplication::alert(&shown);
+    bringToFront(shown);
 }
 
 void QtMessageBoxes::open(Ticket<Answer> ticket, const Box& box) {
@@ -106,6 +111,11 @@ void QtMessageBoxes::open(Ticket<Answer> ticket, const Box& box) {
         queue().wake(ticket, answerOf(buttons, result));
     });
     show(*shown);
+}
+
+void QtMessageBoxes::showAgain(Ticket<Answer> ticket) {
+    const auto found = asked_.find(ticket.number);
+    if (found != asked_.end() && found->second != nullptr) bringToFront(*found->second);
 }
 
 void QtMessageBoxes::close(Ticket<Answer> ticket) {

@@ -20,6 +20,7 @@ public:
     ~QtMessageBoxes() override;
 
     void inform(const Box& box) override;
+    void showAgain(Ticket<Answer> ticket) override;
 
 protected:
     void open(Ticket<Answer> ticket, const Box& box) override;

@@ -5,6 +5,7 @@
 
 #include "core/scan_interval.h"
 #include "core/settings_format.h"
+#include "core/window_geometry.h"
 #include "platform/files/posix_data_files.h"
 #include "platform/linux/linux_kernel.h"
 #include "rig/temporary_folder.h"
@@ -34,6 +35,21 @@ TEST(SettingsFormat, TheDocumentedLinesHold) {
     ASSERT_EQ(blocks[0].size(), 2U);
     EXPECT_EQ(formatSettings(example()), blocks[0][0] + "\r\n");
     EXPECT_EQ(formatSettings({}), blocks[0][1] + "\r\n");
+}
+
+TEST(WindowGeometry, IsWrittenAsDocumentedAndReadLineByLine) {
+    const TemporaryFolder folder;
+    LinuxKernel kernel;
+    PosixDataFiles files(kernel);
+    const auto blocks = documentedBlocks("formats.md", "windows-cfg");
+    WindowGeometries kept(files, folder / kWindowsFileName);
+    kept.keep("frmMain", {120, -40, 777, 452});
+    kept.keep("frmHistory", {0, 0, 320, 400});
+    EXPECT_EQ(readFile(folder / kWindowsFileName), blocks.at(0).at(0) + "\n" + blocks.at(0).at(1) + "\n");
+    writeFile(folder / "other", "a=1 2 3\nb=1 2 0 4\n=1 2 3 4\nc=1 2 3 99999999999\nd=1 2 3 4 5\n\ne=-1 2 3 4");
+    const WindowGeometries read(files, folder / "other");
+    for (const char* torn : {"a", "b", "", "c", "d"}) EXPECT_FALSE(read.of(torn)) << torn;
+    EXPECT_EQ(read.of("e"), (WindowGeometry{-1, 2, 3, 4}));
 }
 
 TEST(SettingsFormat, ReadsBackWhatItWroteAndWhatOthersWrite) {

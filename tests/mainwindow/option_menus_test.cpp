@@ -67,6 +67,21 @@ INSTANTIATE_TEST_SUITE_P(
             "uncheck normal, idle, yes, no", false, true, kNormal, {Answer::yes, Answer::no}, true, false, 0, false},
         OptionPath{"a fresh profile checks normal", false, false, kNormal, {}, false, true, 0, true}));
 
+TEST_F(OptionMenusTest, AQuestionThatStandsIsShownAgain) {
+    const std::function<void(Engine&)> entries[] = {[](Engine& engine) { engine.optionMenus.mnOW(); },
+                                                    [](Engine& engine) { engine.logMenus.turnOffLoggingChosen(); },
+                                                    [](Engine& engine) { engine.backupMenus.mnBackup(); }};
+    for (const auto& choose : entries) {
+        choose(bench.engine);
+        bench.settle();
+        const std::size_t asked = bench.boxes.asked.size();
+        choose(bench.engine);
+        bench.settle();
+        EXPECT_EQ(bench.boxes.asked.size(), asked);
+        EXPECT_EQ(std::exchange(bench.boxes.shownAgain, 0), 1);
+    }
+}
+
 TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     bench.engine.optionMenus.mnAddtoStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::works);

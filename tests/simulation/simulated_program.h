@@ -37,6 +37,7 @@ class WaitingBoxes final : public MessageBoxes {
 public:
     using MessageBoxes::MessageBoxes;
     void inform(const Box&) override {}
+    void showAgain(Ticket<Answer>) override {}
     /// Nothing happens when the box is no longer open.
     void answer(Ticket<Answer> ticket, Answer answer) {
         if (std::erase(open_, ticket) != 0) queue().wake(ticket, answer);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <vector>
 
@@ -15,6 +16,7 @@ public:
 
     void answerNext(Answer answer) { answers_.push_back(answer); }
     void inform(const Box& box) override { informed.push_back(box); }
+    void showAgain(Ticket<Answer> ticket) override { shownAgain += std::count(openIds.begin(), openIds.end(), ticket); }
     /// Answers the question that is open.
     void answerOpen(Answer answer) {
         const auto ticket = openIds.back();
@@ -25,6 +27,7 @@ public:
     std::vector<Box> asked;
     std::vector<Box> informed;
     std::vector<Ticket<Answer>> openIds;
+    std::ptrdiff_t shownAgain = 0;
 
 protected:
     void open(Ticket<Answer> ticket, const Box& box) override {

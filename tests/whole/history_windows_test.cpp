@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QClipboard>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTableView>
 
@@ -105,6 +106,31 @@ TEST_F(HistoryWindows, FindWhileTyping) {
     field->setText(QStringLiteral("nothing"));
     EXPECT_TRUE(shows(reading, "lblFound", "Not found"));
     EXPECT_FALSE(reading.find<QPushButton>("cmdNext")->isEnabled());
+    QTest::keyClick(view, Qt::Key_Escape);
+    EXPECT_FALSE(reading.window.isVisible());
+}
+
+TEST_F(HistoryWindows, StayOnTheScreenAndAsTheyWereLeft) {
+    const auto isOnTheScreen = [](const QWidget& window) {
+        const QRect room = window.screen()->availableGeometry();
+        return waitFor([&] { return room.contains(window.frameGeometry()); }, 5);
+    };
+    QWidget& main = program->window();
+    const QPoint edge = main.screen()->availableGeometry().bottomRight() - QPoint(60, 60);
+    main.move(edge);
+    OtherWindow reading = read("a", "line\r\n");
+    EXPECT_TRUE(isOnTheScreen(reading.window));
+    reading.window.resize(600, 410);
+    reading.window.close();
+    trigger("mnviewCL");
+    EXPECT_TRUE(isOnTheScreen(main)) << "the last lines are out of sight";
+    QTest::keyClick(find<QWidget>("txtDebug"), Qt::Key_Escape);
+    EXPECT_FALSE(find<QWidget>("txtDebug")->isVisible());
+    main.move(7, 9);
+    exitProgram();
+    startOnProfile();
+    EXPECT_EQ(program->window().pos(), QPoint(7, 9));
+    EXPECT_EQ(read("a", "line\r\n").window.size(), QSize(600, 410));
 }
 
 TEST_F(HistoryWindows, FindAndCopyInALargeLog) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <QAccessible>
 #include <QClipboard>
+#include <QWheelEvent>
 
 #include "support/environment.h"
 #include "whole/windows_harness.h"
@@ -30,13 +32,26 @@ protected:
     const Environment config{"XDG_CONFIG_HOME", (folder / "config").c_str()};
 };
 
-TEST_F(FieldsAndMenus, TakeWholeMinutesFromOneUp) {
+TEST_F(FieldsAndMenus, TakeMinutesFromOneUp) {
     using Minutes = std::pair<std::string, std::int32_t>;
     EXPECT_EQ(afterTyping("5"), Minutes("5", 5 * 65535));
     EXPECT_EQ(afterTyping("0"), Minutes("1", 65535));
     EXPECT_EQ(afterTyping("7"), Minutes("7", 7 * 65535));
     EXPECT_EQ(afterTyping("abc"), Minutes("7", 7 * 65535)) << "letters are not taken";
-    EXPECT_EQ(afterTyping("1,5"), Minutes("15", 15 * 65535)) << "nor is a comma";
+    EXPECT_EQ(afterTyping("2,5"), Minutes("2.5", 163838));
+    EXPECT_EQ(afterTyping("1.2.5"), Minutes("1.25", 81919)) << "there is one decimal sign";
+    auto* field = find<MinutesField>("ctNEdit1");
+    QAccessibleValueInterface* spoken = QAccessible::queryAccessibleInterface(field)->valueInterface();
+    EXPECT_EQ(spoken->currentValue().toDouble(), 1.25);
+    spoken->setCurrentValue(3.5);
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373);
+    program->window().setMinutes("152.5902");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373) << "nothing was typed";
+    find<QWidget>("cmdStartDir")->setFocus();
+    QWheelEvent wheel({5, 5}, field->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(field, &wheel);
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373) << "the pointer only passed over it";
     EXPECT_EQ(afterTyping("9999999"), Minutes("32768", 32768 * 65535));
     QTest::keyClicks(find<QWidget>("ctNEdit1"), QStringLiteral("7"));
     QTest::keyClick(find<QWidget>("ctNEdit1"), Qt::Key_Escape);

@@ -20,11 +20,16 @@ protected:
         tasks.start(keepAnswer(this, box));
         loop.settle();
     }
-    static Task<void> keepAnswer(MessageBoxesTest* test, Box box) { test->answer = co_await test->boxes->ask(box); }
+    static Task<void> keepAnswer(MessageBoxesTest* test, Box box) {
+        Pending<Answer> question = test->boxes->ask(box);
+        test->asked = question.ticket();
+        test->answer = co_await question;
+    }
 
     HandCrankedLoop loop;
     std::optional<QtMessageBoxes> boxes{std::in_place, loop.queue(), &window};
     std::optional<Answer> answer;
+    Ticket<Answer> asked;
     TaskGroup tasks{loop.queue()};
     const Box question{"Running ", "Would you like\r\n\r\nto stop /srv/a\nb?", Buttons::yesNo, false};
 };
@@ -38,6 +43,10 @@ TEST_F(MessageBoxesTest, AsksBesideTheWindow) {
     EXPECT_EQ(box->text(), QStringLiteral("Would you like\n\nto stop /srv/a\\x0Ab?"));
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
     EXPECT_EQ(box->button(QMessageBox::Yes), box->defaultButton());
+    window.bringToFront();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    boxes->showAgain(asked);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(box));
     loop.settle();
     EXPECT_FALSE(answer.has_value());
     QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
