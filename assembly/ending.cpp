@@ -9,7 +9,10 @@ void Ending::saveAll() {
 }
 
 void Ending::closeForGood() {
-    if (std::exchange(p_.state.ClosingForGood, true)) return;
+    if (p_.state.ClosingForGood) return;
+    // Before the backup: what the operator has typed would be saved after it.
+    p_.window.finishEditing();
+    p_.state.ClosingForGood = true;
     for (Endable* one : atWork_) one->abort();
     (void)p_.file.saveSettings();  // nobody is left to be told
     p_.log.saveForGood();

@@ -54,6 +54,8 @@ public:
     // Settings
     virtual void setFolder(FolderKind kind, const Path& folder) = 0;
     virtual void setMinutes(const std::string& text) = 0;
+    /// Tells of what was typed in a field that was not left yet.
+    virtual void finishEditing() = 0;
     /// The check box and the check marks of the menus.
     virtual void showSettings(const SettingsRecord& settings) = 0;
 

@@ -59,6 +59,7 @@ public:
 
     void setFolder(FolderKind kind, const Path& folder) override;
     void setMinutes(const std::string& text) override;
+    void finishEditing() override { ctNEdit1_->finishEditing(); }
     void showSettings(const SettingsRecord& settings) override;
     void setStartupEntry(StartupEntry::State state) override;
 

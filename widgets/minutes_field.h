@@ -22,6 +22,9 @@ public:
     /// As if it had been typed.
     void setValue(double value);
 
+    /// What was typed counts from now on, although the field was not left.
+    void finishEditing();
+
     void stepBy(int steps) override;
     QValidator::State validate(QString& input, int& position) const override;
     [[nodiscard]] QSize sizeHint() const override;
@@ -38,7 +41,6 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    void finishEditing();
     [[nodiscard]] bool isDecimalSign(QChar character) const;
     /// With a point as decimal sign.
     [[nodiscard]] QString plainText() const;

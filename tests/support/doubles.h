@@ -42,6 +42,7 @@ public:
     void clearProgress() override { stopping = false; }
     void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
     void setMinutes(const std::string& text) override { minutes = text; }
+    void finishEditing() override {}
     void showSettings(const SettingsRecord& settings) override { shown = settings; }
     void setStartupEntry(StartupEntry::State state) override { entry = state; }
     void activityJoined() override {}

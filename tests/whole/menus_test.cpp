@@ -58,6 +58,12 @@ TEST_F(FieldsAndMenus, TakeMinutesFromOneUp) {
     EXPECT_EQ(find<MinutesField>("ctNEdit1")->text(), QStringLiteral("32768"));
     QTest::keyClick(find<QWidget>("ctNEdit1"), Qt::Key_Up);
     EXPECT_EQ(profile.saved().ScanIntervalMs, 65535);
+    field->selectAll();
+    QTest::keyClicks(field, QStringLiteral("8"));
+    program->engine().ending.closeForGood();
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 8 * 65535);
+    const std::string app = program->engine().state.AppFolder;
+    EXPECT_EQ(readFile(app + "/Last Config Backup/ZEP.cfg"), readFile(app + "/ZEP.cfg"));
 }
 
 TEST_F(FieldsAndMenus, DoWhatTheirEntriesSay) {
