@@ -60,7 +60,7 @@ TEST_F(FieldsAndMenus, TakeMinutesFromOneUp) {
     EXPECT_EQ(profile.saved().ScanIntervalMs, 65535);
     field->selectAll();
     QTest::keyClicks(field, QStringLiteral("8"));
-    program->engine().ending.closeForGood();
+    find<QPushButton>("cmdExit")->click();  // without the mouse, which would take the focus away
     EXPECT_EQ(profile.saved().ScanIntervalMs, 8 * 65535);
     const std::string app = program->engine().state.AppFolder;
     EXPECT_EQ(readFile(app + "/Last Config Backup/ZEP.cfg"), readFile(app + "/ZEP.cfg"));
