@@ -33,6 +33,9 @@ BoxText::BoxText(const QString& text, QWidget* parent) : QTextEdit(parent) {
     setReadOnly(true);
     setFrameShape(NoFrame);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextOption option = document()->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);  // a line may begin with a path
+    document()->setDefaultTextOption(option);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::ClickFocus);
     viewport()->setAutoFillBackground(false);
