@@ -77,7 +77,8 @@ frmHistory::frmHistory(Path logFolder, FileToolbox& toolbox, EventLoop& loop, Hi
     arrange();
     connect(LoadHistory_, &QPushButton::clicked, this, [this] { list_.OpenHistoryFile(); });
     connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
+        connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 frmHistory::~frmHistory() { GridDetails_->setModel(nullptr); }

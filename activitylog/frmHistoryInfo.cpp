@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "platform/qt/qt_text.h"
@@ -90,6 +91,7 @@ void frmHistoryInfo::arrange() {
 
 void frmHistoryInfo::connectControls() {
     connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::CTRL | Qt::Key_W, this), &QShortcut::activated, this, &QWidget::close);
     connect(txtFind_, &QLineEdit::textChanged, this,
             [this](const QString& text) { find_.find(text.toStdString(), txtScrollingHistory_->lineInHand()); });
     connect(cmdNext_, &QPushButton::clicked, this, [this] { find_.findNext(); });

@@ -28,6 +28,7 @@
 #include "platform/qt/qt_tray.h"
 #include "platform/sqlite/sqlite_copier.h"
 #include "platform/sqlite/sqlite_database.h"
+#include "widgets/description_tips.h"
 
 namespace vantrell {
 
@@ -67,6 +68,7 @@ private:
     SqliteCopier databaseCopier_;
     SpilledLines lines_;
     WindowKeeper windowKeeper_;
+    DescriptionTips tips_;
     frmMain window_;
     frmEDPasswords passwordWindow_;
     frmweeklyDelete weeklyWindow_;

@@ -44,13 +44,13 @@ void warnOfSameFolders(const SettingsRecord& s, Sentences& warning) {
     if (isSame(s.DoneFolder, s.DestinationFolder))
         warning.add(
             "Done is the Destination folder: the originals stand unencrypted beside the encrypted files, and "
-            "the weekly delete removes old files of both kinds.");
+            "the weekly delete deletes nothing.");
     if (isSame(s.RejectFolder, s.DestinationFolder))
         warning.add("Rejected is the Destination folder: rejected files stand unencrypted among the encrypted ones.");
     if (isSame(s.RejectFolder, s.DoneFolder))
         warning.add(
-            "Rejected is the Done folder: the weekly delete also removes old rejected files, of which there is "
-            "no encrypted copy.");
+            "Rejected is the Done folder: rejected files, of which there is no encrypted copy, stand among the "
+            "originals of those that were encrypted, and the weekly delete deletes nothing.");
 }
 
 void warnOfFoldersInsideSource(const SettingsRecord& s, Sentences& warning) {

@@ -185,6 +185,7 @@ void frmButton::makeSuggestions() {
     suggestions_->setParent(this);
     field_->setCompleter(nullptr);
     suggestions_->setWidget(field_);
+    field_->installEventFilter(this);
     field_->setToolTip(tr("The Down key shows the folders whose names begin so"));
     connect(suggestions_, qOverload<const QString&>(&QCompleter::activated), field_, &QLineEdit::setText);
 }
@@ -294,17 +295,21 @@ void frmButton::accept() {
     done(QDialog::Accepted);
 }
 
-// On some desktops the field keeps the Enter key to itself.
+// The fields keep these keys to themselves, that for the name on some desktops.
 bool frmButton::eventFilter(QObject* watched, QEvent* event) {
-    const bool isKey = watched == txtName_ && event->type() == QEvent::KeyPress;
-    const int key = isKey ? static_cast<QKeyEvent*>(event)->key() : 0;
-    if (key != Qt::Key_Return && key != Qt::Key_Enter) return QFileDialog::eventFilter(watched, event);
-    createFolderAsTyped();
+    if (event->type() != QEvent::KeyPress) return QFileDialog::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (watched == field_ && key == Qt::Key_Down) {
+        suggest();
+    } else if (watched == txtName_ && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        createFolderAsTyped();
+    } else {
+        return QFileDialog::eventFilter(watched, event);
+    }
     return true;
 }
 
 void frmButton::keyPressEvent(QKeyEvent* event) {
-    if (field_->hasFocus() && event->key() == Qt::Key_Down) return suggest();
     const bool isInPrompt = prompt_->isVisible() && prompt_->isAncestorOf(focusWidget());
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isInPrompt && isEnter) return createFolderAsTyped();

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -126,7 +127,7 @@ void frmMain::makeButtons() {
                      tr("When old originals are deleted from the Done folder"));
     cmdStartDir_ = make(QStringLiteral("cmdStartDir"), tr("&Start"), tr("Starts processing"));
     cmdStopDir_ = make(QStringLiteral("cmdStopDir"), tr("S&top"), tr("Stops processing before the next file"));
-    cmdExit_ = make(QStringLiteral("cmdExit"), tr("E&xit"), tr("Ends the program"));
+    cmdExit_ = make(QStringLiteral("cmdExit"), tr("E&xit"), tr("Ends the program (Ctrl+Q)"));
 }
 
 void frmMain::arrange() {
@@ -204,6 +205,7 @@ void frmMain::connectControls() {
     tell(cmdStartDir_, [](auto& to) { to.window.startPressed(); });
     tell(cmdStopDir_, [](auto& to) { to.window.stopPressed(); });
     tell(cmdExit_, [](auto& to) { to.window.exitPressed(); });
+    connect(new QShortcut(Qt::CTRL | Qt::Key_Q, this), &QShortcut::activated, cmdExit_, &QPushButton::click);
     tell(cmdSched_, [](auto& to) { to.schedule.cmdSched(); });
     connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
     connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {

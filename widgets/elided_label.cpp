@@ -8,10 +8,24 @@
 #include <QPainter>
 #include <QStyle>
 #include <QToolTip>
+#include <algorithm>
 
 #include "platform/qt/qt_text.h"
 
 namespace vantrell {
+
+namespace {
+
+/// The text as it is drawn: names of a path that are written from right to left follow each other from left to right
+/// all the same. Only the drawn text holds the marks for that.
+QString inOrderOfPath(const QString& text) {
+    const auto runsLeft = [](QChar c) { return c.direction() == QChar::DirR || c.direction() == QChar::DirAL; };
+    if (std::none_of(text.cbegin(), text.cend(), runsLeft)) return text;
+    constexpr QChar kLeftToRightMark(0x200E);
+    return kLeftToRightMark + QString(text).replace(QLatin1Char('/'), QLatin1Char('/') + QString(kLeftToRightMark));
+}
+
+}  // namespace
 
 ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget* parent)
     : QLabel(parent), mode_(mode), show_([this] { setText(shownText(bytes_)); }) {
@@ -65,8 +79,9 @@ void ElidedLabel::paintEvent(QPaintEvent* event) {
     QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): QLabel would draw the whole text
     QPainter painter(this);
     const Qt::Alignment where = QStyle::visualAlignment(layoutDirection(), alignment());
-    style()->drawItemText(&painter, contentsRect(), static_cast<int>(where), palette(), isEnabled(), elided(),
-                          foregroundRole());
+    painter.setLayoutDirection(Qt::LeftToRight);
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(where) | Qt::TextForceLeftToRight, palette(),
+                          isEnabled(), inOrderOfPath(elided()), foregroundRole());
 }
 
 }  // namespace vantrell

@@ -44,6 +44,7 @@ QVariant frmLineModel::data(const QModelIndex& index, int role) const {
 LineView::LineView(LineSource& lines, QWidget* parent)
     : QListView(parent), lines_(lines), model_(lines), take_([this] { takeWaiting(); }) {
     setUniformItemSizes(true);
+    setLayoutDirection(Qt::LeftToRight);  // the lines are English and hold paths
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollMode(ScrollPerPixel);

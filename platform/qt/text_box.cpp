@@ -35,6 +35,9 @@ BoxText::BoxText(const QString& text, QWidget* parent) : QTextEdit(parent) {
     setReadOnly(true);
     setFrameShape(NoFrame);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextOption option = document()->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);  // a line may begin with a path
+    document()->setDefaultTextOption(option);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::ClickFocus);
     viewport()->setAutoFillBackground(false);
@@ -42,13 +45,13 @@ BoxText::BoxText(const QString& text, QWidget* parent) : QTextEdit(parent) {
     setPlainText(text);
 }
 
-void BoxText::fitInto(QSize limit) {
+void BoxText::fitInto(int leastWidth, QSize limit) {
     const auto whole = [](double pixels) { return static_cast<int>(std::ceil(pixels)); };
     // The document that is shown is always as wide as the field, so that it is a copy that can be measured.
     const std::unique_ptr<QTextDocument> copy(document()->clone());
     copy->setDocumentMargin(0);
     copy->setTextWidth(-1);
-    int width = std::min(whole(copy->idealWidth()) + 1, limit.width());
+    int width = std::min(std::max(whole(copy->idealWidth()) + 1, leastWidth), limit.width());
     copy->setTextWidth(width);
     int height = whole(copy->size().height());
     const bool isCut = height > limit.height();
@@ -75,14 +78,16 @@ void TextBox::place() {
     if (label == nullptr || layout()->indexOf(text_) >= 0) return;
     delete layout()->replaceWidget(label, text_, Qt::FindDirectChildrenOnly);
     label->hide();
+    label->raise();  // assistive technology comes to it last
     text_->show();
 }
 
 void TextBox::showEvent(QShowEvent* event) {
     place();
     const QSize room = screen()->availableSize();
-    text_->fitInto(
-        {std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3), room.height() * 3 / 5});
+    const int line = std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3);
+    // In a narrow box the frame would cut the title.
+    text_->fitInto(fontMetrics().horizontalAdvance(windowTitle()), {line, room.height() * 3 / 5});
     QMessageBox::showEvent(event);
 }
 

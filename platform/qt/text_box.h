@@ -14,8 +14,8 @@ class BoxText final : public QTextEdit {
 public:
     BoxText(const QString& text, QWidget* parent);
 
-    /// As large as the text needs, within `limit`; what does not fit is scrolled to.
-    void fitInto(QSize limit);
+    /// As large as the text needs, at least so wide and within `limit`; what does not fit is scrolled to.
+    void fitInto(int leastWidth, QSize limit);
 };
 
 /// A message box that shows its text as it is, character by character, and that fits on the screen however long the

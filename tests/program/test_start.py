@@ -6,9 +6,10 @@ import glob
 import os
 import socket
 import stat
+import subprocess
 import unittest
 
-from harness import ProgramTest, decrypted, wait_until
+from harness import PROGRAM, ProgramTest, decrypted, wait_until
 
 
 def connection(profile):
@@ -40,6 +41,25 @@ class FreshProfile(ProgramTest):
         self.assertEqual(profile.log(), [
             "Loading", "One or all of the folders are missing. Please check below.",
             "One or all of the folder  parameters are missing. Please check below.", "Loaded"])
+
+
+class CommandLine(ProgramTest):
+    def test_answers_before_anything_starts(self):
+        no_display = {"QT_QPA_PLATFORM": "xcb"}
+        for arguments, platform, status, answer in [
+                (["--help"], no_display, 0, "Usage: ZEP"), (["x", "--version"], no_display, 0, "Vantrell "),
+                ([], no_display, 1, "ZEP: there is no display"), ([], {"DISPLAY": ":98765"} | no_display, 1, "ZEP: "),
+                (["-platform", "offscreen", "--bogus"], {}, 2, 'ZEP: the argument "--bogus" is not known')]:
+            with self.subTest(arguments=arguments, platform=platform):
+                profile = self.new_profile()
+                environment = {name: value for name, value in os.environ.items() if "DISPLAY" not in name}
+                ended = subprocess.run([PROGRAM, *arguments], env=environment | platform | {
+                    "ALLUSERSPROFILE": profile.profile, "XDG_RUNTIME_DIR": profile.root},
+                    capture_output=True, text=True, timeout=60, check=False)
+                self.assertEqual(ended.returncode, status, ended.stderr)
+                self.assertTrue((ended.stderr if status else ended.stdout).startswith(answer), ended)
+                self.assertEqual(ended.stderr.count("\n"), 1 if status else 0, ended.stderr)
+                self.assertFalse(os.path.exists(profile.data))
 
 
 class Instances(ProgramTest):

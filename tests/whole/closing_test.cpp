@@ -25,6 +25,12 @@ TEST_F(Closing, ByTheCloseBoxIsRefusedWhileNothingIsDone) {
     EXPECT_TRUE(hasLogged(" Loaded\r\n"));
 }
 
+TEST_F(Closing, ByTheUsualKey) {
+    startProgram();
+    EXPECT_EQ(runUntilEnd([this] { QTest::keyClick(&program->window(), Qt::Key_Q, Qt::ControlModifier); }), 0);
+    EXPECT_EQ(profile.saved().SourceFolder, profile.in);
+}
+
 TEST_F(Closing, BySignalIsTheSame) {
     SignalSource requests;
     startProgram();

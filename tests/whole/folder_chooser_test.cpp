@@ -49,6 +49,9 @@ TEST_F(FolderChooser, FollowsTheSelection) {
     EXPECT_TRUE(showsStatus(picker, profile.in + "/a"));
     EXPECT_TRUE(picker.find<QWidget>("Command1")->isEnabled());
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "it would hide the buttons, and take the first click";
+    QTest::keyClick(field, Qt::Key_Down);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr) << "the suggestions";
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
     picker.type("fileNameEdit", "b");
     EXPECT_TRUE(showsStatus(picker, profile.in + "/ab"));
     EXPECT_FALSE(picker.find<QWidget>("Command1")->isEnabled()) << "nothing can be created in what does not exist";

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <QAccessible>
 #include <QClipboard>
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include "support/environment.h"
@@ -44,14 +46,14 @@ TEST_F(FieldsAndMenus, TakeMinutesFromOneUp) {
     QAccessibleValueInterface* spoken = QAccessible::queryAccessibleInterface(field)->valueInterface();
     EXPECT_EQ(spoken->currentValue().toDouble(), 1.25);
     spoken->setCurrentValue(3.5);
-    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373);
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229372);
     program->window().setMinutes("152.5902");
     QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373) << "nothing was typed";
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229372) << "nothing was typed";
     find<QWidget>("cmdStartDir")->setFocus();
     QWheelEvent wheel({5, 5}, field->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(field, &wheel);
-    EXPECT_EQ(profile.saved().ScanIntervalMs, 229373) << "the pointer only passed over it";
+    EXPECT_EQ(profile.saved().ScanIntervalMs, 229372) << "the pointer only passed over it";
     EXPECT_EQ(afterTyping("9999999"), Minutes("32768", 32768 * 65535));
     QTest::keyClicks(find<QWidget>("ctNEdit1"), QStringLiteral("7"));
     QTest::keyClick(find<QWidget>("ctNEdit1"), Qt::Key_Escape);
@@ -64,6 +66,13 @@ TEST_F(FieldsAndMenus, TakeMinutesFromOneUp) {
     EXPECT_EQ(profile.saved().ScanIntervalMs, 8 * 65535);
     const std::string app = program->engine().state.AppFolder;
     EXPECT_EQ(readFile(app + "/Last Config Backup/ZEP.cfg"), readFile(app + "/ZEP.cfg"));
+}
+
+TEST_F(FieldsAndMenus, SayInTheirTipsWhatIsReadAloud) {
+    auto* button = find<QWidget>("cmdSched");
+    QHelpEvent asked(QEvent::ToolTip, {1, 1}, button->mapToGlobal(QPoint(1, 1)));
+    QCoreApplication::sendEvent(button, &asked);
+    EXPECT_TRUE(QToolTip::text().contains(button->accessibleDescription()));
 }
 
 TEST_F(FieldsAndMenus, DoWhatTheirEntriesSay) {

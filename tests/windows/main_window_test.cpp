@@ -49,6 +49,18 @@ TEST_F(MainWindowTest, ShowsPathsInReadableFormAndWholeInTheTip) {
     EXPECT_TRUE(QToolTip::text().contains(QString(300, QLatin1Char('x'))));
 }
 
+TEST_F(MainWindowTest, ShowsPathsFromLeftToRight) {
+    const auto drawn = [](const char* path) {
+        ElidedLabel label(Qt::ElideMiddle);
+        label.showBytes(path);
+        label.resize(200, label.sizeHint().height());
+        return label.grab().toImage();
+    };
+    const QImage path = drawn("/\u05D0/\u05D1/x");
+    const QRect first(0, 0, window.fontMetrics().horizontalAdvance(QStringLiteral("/\u05D0")), path.height());
+    EXPECT_EQ(path.copy(first), drawn("/\u05D0").copy(first)) << "the names change places";
+}
+
 TEST_F(MainWindowTest, TheModeDoesNotFlickerBetweenSmallFiles) {
     window.setMode(Mode::running);
     const QRect schedule = find<QWidget>("lbSched")->geometry();
