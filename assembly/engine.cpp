@@ -34,7 +34,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       log(state, machine.lines, screen.window, machine.files, machine.clock),
       report(screen.window, log),
       place(screen.window, screen.tray),
-      notices(screen.notifier, machine.clock, screen.window, place),
+      notices(screen.notifier, machine.clock, screen.window, place, screen.boxes),
       timRun(machine.timers.create("timRun")),
       timMax(machine.timers.create("timMax")),
       tmchkTimer(machine.timers.create("tmchkTimer")),

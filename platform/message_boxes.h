@@ -46,6 +46,8 @@ public:
     virtual void showAgain(Ticket<Answer> ticket) = 0;
     /// Shows an information box for which nobody waits. While an equal one is open, that one is brought to the front.
     virtual void inform(const Box& box) = 0;
+    /// Whether an open box says this to somebody who works with the program at this moment.
+    [[nodiscard]] virtual bool isBeingRead(const std::string& text) const = 0;
 
 protected:
     /// Shows the box and wakes `ticket` with the answer, once.

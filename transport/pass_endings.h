@@ -24,7 +24,7 @@ public:
     void noPassword(std::uint64_t rejected);
 
 private:
-    enum class Then { stops, goesOn };
+    using Then = Notices::Then;
     void finish(Then then, Trouble trouble, const std::string& words, std::uint64_t rejected);
 
     PassParts p_;

@@ -108,7 +108,7 @@ bool ScanPass::beginsAtStartup() {
 void ScanPass::reportNoPassword() {
     p_.noPassword.tell();
     p_.log.logEvent(NoActivePassword::kLine);
-    p_.notices.passEnded(Trouble::noPassword, NoActivePassword::kText, 0);
+    p_.notices.passEnded(Trouble::noPassword, NoActivePassword::kText, 0, Notices::Then::hasStopped);
 }
 
 Task<void> ScanPass::searchAndCarry() {

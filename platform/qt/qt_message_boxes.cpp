@@ -148,4 +148,14 @@ void QtMessageBoxes::inform(const Box& box) {
     show(*fresh);
 }
 
+bool QtMessageBoxes::isBeingRead(const std::string& text) const {
+    if (QGuiApplication::applicationState() != Qt::ApplicationActive) return false;
+    const QString wanted = shownLines(text);
+    const auto says = [&](const QMessageBox* box) {
+        return box != nullptr && box->isVisible() && box->text() == wanted;
+    };
+    return std::any_of(informed_.begin(), informed_.end(), [&](const auto& one) { return says(one.shown); }) ||
+           std::any_of(asked_.begin(), asked_.end(), [&](const auto& one) { return says(one.second); });
+}
+
 }  // namespace vantrell

@@ -20,6 +20,7 @@ public:
     ~QtMessageBoxes() override;
 
     void inform(const Box& box) override;
+    [[nodiscard]] bool isBeingRead(const std::string& text) const override;
     void showAgain(Ticket<Answer> ticket) override;
 
 protected:

@@ -13,8 +13,12 @@ namespace {
 
 const QString kServer = QStringLiteral("org.freedesktop.Notifications");
 const QString kDesktopId = QStringLiteral("vantrell-zep");
+// As the server calls it when somebody clicks on the notification itself.
+const QString kClick = QStringLiteral("default");
 constexpr uchar kNormalUrgency = 1;
+constexpr uchar kCriticalUrgency = 2;
 constexpr int kServersOwnTime = -1;
+constexpr int kUntilItIsClosed = 0;
 
 QDBusMessage message(const QString& method, const QVariantList& arguments = {}) {
     QDBusMessage made =
@@ -31,11 +35,17 @@ QtNotifier::QtNotifier() {
     if (!bus.isConnected()) return;
     server_.setConnection(bus);
     server_.addWatchedService(kServer);
+    QDBusConnection(bus).connect(kServer, QStringLiteral("/org/freedesktop/Notifications"), kServer,
+                                 QStringLiteral("ActionInvoked"), this, SLOT(actionInvoked(quint32, QString)));
 }
 
-void QtNotifier::show(const std::string& title, const std::string& text) {
+void QtNotifier::actionInvoked(quint32 id, const QString& action) {
+    if (id == id_ && action == kClick) wasClicked();
+}
+
+void QtNotifier::show(const std::string& title, const std::string& text, Urgency urgency) {
     if (!QDBusConnection::sessionBus().isConnected()) return;
-    next_ = Texts{QString::fromStdString(title), QString::fromStdString(text)};
+    next_ = Texts{QString::fromStdString(title), QString::fromStdString(text), urgency};
     isToClose_ = false;
     goOn();
 }
@@ -79,11 +89,13 @@ void QtNotifier::askForMarkup() {
 }
 
 void QtNotifier::notify(const Texts& texts) {
+    const bool isCritical = texts.urgency == Urgency::critical;
     const QVariantMap hints{{QStringLiteral("desktop-entry"), kDesktopId},
-                            {QStringLiteral("urgency"), QVariant::fromValue(kNormalUrgency)}};
+                            {QStringLiteral("urgency"), QVariant::fromValue(isCritical ? kCriticalUrgency : kNormalUrgency)}};
+    const QStringList actions{kClick, QStringLiteral("Open")};
     const QString body = hasMarkup_.value_or(false) ? texts.body.toHtmlEscaped() : texts.body;
-    call(message(QStringLiteral("Notify"), {QStringLiteral("Vantrell"), id_, kDesktopId, texts.title, body,
-                                            QStringList(), hints, kServersOwnTime}),
+    call(message(QStringLiteral("Notify"), {QStringLiteral("Vantrell"), id_, kDesktopId, texts.title, body, actions,
+                                            hints, isCritical ? kUntilItIsClosed : kServersOwnTime}),
          [this](const QDBusPendingCall& answer) {
              const QDBusPendingReply<quint32> reply = answer;
              if (reply.isValid()) id_ = reply.value();

@@ -20,14 +20,20 @@ class QtNotifier final : public QObject, public Notifier {
 public:
     QtNotifier();
 
-    void show(const std::string& title, const std::string& text) override;
+    void show(const std::string& title, const std::string& text, Urgency urgency) override;
     void withdraw() override;
 
 private:
     struct Texts {
         QString title;
         QString body;
+        Urgency urgency;
     };
+
+private Q_SLOTS:
+    void actionInvoked(quint32 id, const QString& action);
+
+private:
 
     void goOn();
     void askForMarkup();

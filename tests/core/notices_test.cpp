@@ -21,7 +21,7 @@ TEST_F(NoticesTest, ALastingTroubleIsToldAgainAfterGrowingPauses) {
     std::vector<int> toldAtMinute;
     for (int minute = 0; minute < 72 * 60; ++minute) {
         const std::size_t before = told();
-        bench.engine.notices.passEnded(Trouble::diskFails, "the disk is full", 0);
+        bench.engine.notices.passEnded(Trouble::diskFails, "the disk is full", 0, Notices::Then::goesOn);
         bench.engine.notices.tick();
         if (told() > before) toldAtMinute.push_back(minute);
         bench.clock.time += minutes(1);
@@ -30,9 +30,10 @@ TEST_F(NoticesTest, ALastingTroubleIsToldAgainAfterGrowingPauses) {
 }
 
 TEST_F(NoticesTest, WhatStandsStillIsToldAgainWithoutAPass) {
-    bench.engine.notices.passEnded(Trouble::diskFails, "full", 0);
-    bench.engine.notices.passEnded(Trouble::folderGone, "Done Folder /x does not exist", 0);
+    bench.engine.notices.passEnded(Trouble::diskFails, "full", 0, Notices::Then::goesOn);
+    bench.engine.notices.passEnded(Trouble::folderGone, "Done Folder /x does not exist", 0, Notices::Then::hasStopped);
     EXPECT_EQ(told(), 2U);
+    EXPECT_EQ(bench.notifier.shown.back(), "Vantrell: Done Folder /x does not exist Processing has stopped.");
     bench.clock.time += hours(2);
     bench.engine.notices.tick();
     EXPECT_EQ(told(), 3U);
@@ -73,8 +74,18 @@ TEST_F(NoticesTest, AQuestionBringsAHiddenWindowBackAndItsEndWithdraws) {
     bench.settle();
     EXPECT_TRUE(bench.window.visible && !bench.window.minimizedState);
     EXPECT_EQ(told(), 1U);
+    bench.clock.time += hours(2);
+    bench.engine.notices.tick();
+    EXPECT_EQ(told(), 2U) << "it still waits";
+    bench.boxes.read = bench.boxes.asked.back().text;
+    bench.clock.time += hours(5);
+    bench.engine.notices.tick();
+    EXPECT_EQ(told(), 2U) << "somebody is looking at it";
     group.abort();
     EXPECT_EQ(bench.notifier.withdrawn, 1);
+    bench.engine.place.hide();
+    bench.notifier.click();
+    EXPECT_TRUE(bench.window.visible);
 }
 
 }  // namespace

@@ -37,6 +37,13 @@ public:
         return connection.send(message.createReply(replaced != 0 ? replaced : nextId_++));
     }
 
+    void click(quint32 id) {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
+                                                         QStringLiteral("org.freedesktop.Notifications"),
+                                                         QStringLiteral("ActionInvoked"));
+        connection_.send(signal << id << QStringLiteral("default"));
+    }
+
     QList<QVariantList> shown;
     QList<quint32> closed;
 
@@ -69,7 +76,7 @@ protected:
 TEST_F(NotifierTest, SaysWhoItIsAndReplacesItsOwn) {
     serve({QStringLiteral("body")});
     QtNotifier notifier;
-    notifier.show("Title", "a < b & \xC3\xBC \xFF");
+    notifier.show("Title", "a < b & \xC3\xBC \xFF", Notifier::Urgency::critical);
     ASSERT_TRUE(isShown(1));
     const QVariantList first = server->shown.at(0);
     EXPECT_EQ(first.at(1).toUInt(), 0U);
@@ -78,14 +85,19 @@ TEST_F(NotifierTest, SaysWhoItIsAndReplacesItsOwn) {
     EXPECT_EQ(bodyOf(first), QString::fromUtf8("a < b & \u00FC \uFFFD"));
     const auto hints = qdbus_cast<QVariantMap>(first.at(6));
     EXPECT_EQ(hints.value(QStringLiteral("desktop-entry")).toString(), QStringLiteral("vantrell-zep"));
-    EXPECT_EQ(hints.value(QStringLiteral("urgency")).toInt(), 1);
-    notifier.show("Title", "next");
+    EXPECT_EQ(hints.value(QStringLiteral("urgency")).toInt(), 2);
+    EXPECT_EQ(first.at(7).toInt(), 0) << "it stays";
+    bool isClicked = false;
+    notifier.onClicked([&] { isClicked = true; });
+    server->click(7);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isClicked; }));
+    notifier.show("Title", "next", Notifier::Urgency::normal);
     ASSERT_TRUE(isShown(2));
     EXPECT_EQ(server->shown.at(1).at(1).toUInt(), 7U);
 
     serve({QStringLiteral("body"), QStringLiteral("body-markup")});
     hearTheBus();
-    notifier.show("<b>", "<a href=\"x\">&");
+    notifier.show("<b>", "<a href=\"x\">&", Notifier::Urgency::normal);
     ASSERT_TRUE(isShown(1));
     const QVariantList anew = server->shown.front();
     EXPECT_EQ(anew.at(1).toUInt(), 0U) << "it owes nothing to a server that was started anew";

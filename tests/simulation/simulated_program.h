@@ -37,6 +37,7 @@ class WaitingBoxes final : public MessageBoxes {
 public:
     using MessageBoxes::MessageBoxes;
     void inform(const Box&) override {}
+    [[nodiscard]] bool isBeingRead(const std::string&) const override { return false; }
     void showAgain(Ticket<Answer>) override {}
     /// Nothing happens when the box is no longer open.
     void answer(Ticket<Answer> ticket, Answer answer) {

@@ -152,7 +152,10 @@ public:
 
 class RecordingNotifier final : public Notifier {
 public:
-    void show(const std::string& title, const std::string& text) override { shown.push_back(title + ": " + text); }
+    void show(const std::string& title, const std::string& text, Urgency) override {
+        shown.push_back(title + ": " + text);
+    }
+    void click() { wasClicked(); }
     void withdraw() override { ++withdrawn; }
     std::vector<std::string> shown;
     int withdrawn = 0;

@@ -16,6 +16,7 @@ public:
 
     void answerNext(Answer answer) { answers_.push_back(answer); }
     void inform(const Box& box) override { informed.push_back(box); }
+    [[nodiscard]] bool isBeingRead(const std::string& text) const override { return text == read; }
     void showAgain(Ticket<Answer> ticket) override { shownAgain += std::count(openIds.begin(), openIds.end(), ticket); }
     /// Answers the question that is open.
     void answerOpen(Answer answer) {
@@ -28,6 +29,7 @@ public:
     std::vector<Box> informed;
     std::vector<Ticket<Answer>> openIds;
     std::ptrdiff_t shownAgain = 0;
+    std::string read;  ///< what somebody is reading at the moment
 
 protected:
     void open(Ticket<Answer> ticket, const Box& box) override {
