@@ -79,7 +79,7 @@ void Notices::tick() {
 
 void Notices::tell() {
     rejectedTold_ = rejected_;
-    if (boxes_.isBeingRead(words_)) return;
+    if (!words_.empty() && boxes_.isBeingRead(words_)) return;
     std::string text = trouble_ == Trouble::filesRejected ? rejectedText(rejected_) : displayText(words_);
     const bool hasStopped = then_ == Then::hasStopped && trouble_ != Trouble::filesRejected;
     if (hasStopped && text.find("has stopped") == std::string::npos) text += " Processing has stopped.";
