@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "assembly/startup.h"
 
+#include "base/display_text.h"
 #include "core/data_folder.h"
 #include "core/scan_interval.h"
 #include "housekeeping/config_backup.h"
@@ -23,6 +24,7 @@ bool Startup::load() {
     p_.state.WindowLoading = true;
     p_.log.logEvent("Loading");
     if (!isLocked_) tellOfMissingLock();
+    makeOwnFilesPrivate();
     supplyPasswordFile();
     p_.loaded.read();
     p_.timRun.setInterval(effectiveIntervalMs(p_.state.settings.ScanIntervalMs));
@@ -36,6 +38,7 @@ bool Startup::load() {
     (void)p_.settings.save();
     p_.loaded.showOptions();
     (void)p_.files.makePrivateFolders(logFolderBelow(p_.state.AppFolder));
+    p_.log.saveWhenOn();  // a data folder that cannot be written is noticed now, not after days
     p_.state.UiLoading = false;
     cleanUpDataFolder();
     cleanUp_.start(p_.log.mendTornEnds(p_.toolbox));
@@ -57,6 +60,19 @@ void Startup::tellOfMissingLock() {
     constexpr char kText[] = "The data folder cannot be locked, so a second start on it would not be noticed.";
     p_.log.logEvent(kText);
     p_.boxes.inform({kApplicationTitle, kText + std::string(" Please run this program only once at a time.")});
+}
+
+// They may have been put there by hand, or by a version that did not see to it. The levels above are not ours.
+void Startup::makeOwnFilesPrivate() {
+    const Path& app = p_.state.AppFolder;
+    std::string words;
+    for (const Path& folder : {app, joinPath(app, kBackupByHand), joinPath(app, kBackupOnClose)})
+        for (const Path& path : {folder, joinPath(folder, kSettingsFileName), joinPath(folder, kPasswordFileName)})
+            if (const Result<> done = p_.files.makePrivate(path); !done.ok() && words.empty())
+                words = done.fault().text;
+    if (words.empty()) return;
+    p_.boxes.inform(
+        {kApplicationTitle, "Other users of this computer may be able to read the passwords: " + displayText(words)});
 }
 
 // Only a fresh profile is supplied: a password file that goes missing later must be noticed, not replaced.

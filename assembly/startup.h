@@ -49,6 +49,7 @@ public:
 private:
     [[nodiscard]] bool takeDataFolder();
     void tellOfMissingLock();
+    void makeOwnFilesPrivate();
     void supplyPasswordFile();
     void cleanUpDataFolder();
     [[nodiscard]] bool threeFoldersAreSet() const;

@@ -65,7 +65,10 @@ void frmMenus::addStartupMenu() {
     startupState_->setObjectName(QStringLiteral("startupState"));
     startupState_->setEnabled(false);
     startupState_->setVisible(false);
-    connect(&startup, &QMenu::aboutToShow, &startup, [&startup] { keepDisabledReadable(startup); });
+    connect(&startup, &QMenu::aboutToShow, this, [this, &startup] {
+        keepDisabledReadable(startup);
+        if (listeners_ != nullptr) listeners_->options.startupMenuOpens();
+    });
     startup.addSeparator();
     mnuStartOnLoad_ =
         addCheckMark(startup, QStringLiteral("mnuStartOnLoad"), tr("&Start and Run Continually at program Start Up?"),

@@ -53,6 +53,8 @@ public:
     virtual void mnAddtoStartup() = 0;
     /// "Remove From  Start UP"
     virtual void mnuRemoveFromStartup() = 0;
+    /// The desktop may have changed the entry meanwhile.
+    virtual void startupMenuOpens() = 0;
     /// "Start and Run Continually at program Start Up?"
     virtual void mnuStartOnLoad() = 0;
     /// "Run Normal (Not Minimized) at Start Up?"

@@ -24,6 +24,7 @@ public:
 
     void mnAddtoStartup() override;
     void mnuRemoveFromStartup() override;
+    void startupMenuOpens() override { window_.setStartupEntry(entry_.state()); }
     void mnuStartOnLoad() override;
     void mnmax() override;
     void mnOW() override;

@@ -55,6 +55,8 @@ public:
 
     /// Creates each missing level, private to the user. After a fault those above the one that failed are there.
     virtual Result<> makePrivateFolders(const Path& path) = 0;
+    /// Takes away whatever rights others have on a file or folder of ours. Success also when there is none.
+    virtual Result<> makePrivate(const Path& path) = 0;
 };
 
 }  // namespace vantrell

@@ -197,4 +197,19 @@ Result<> PosixDataFiles::makePrivateFolders(const Path& path) {
     return {};
 }
 
+Result<> PosixDataFiles::makePrivate(const Path& path) {
+    constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
+    const UniqueFd open = openPath(kernel_, path, O_RDONLY | kOpenSafely);
+    if (open.error() == ENOENT) return {};
+    struct stat status {};
+    int error = open ? open.status(status) : open.error();
+    if (error == 0 && (status.st_mode & kOthers) != 0) {
+        error = kernel_.fchmod(open.get(), status.st_mode & 07777U & ~kOthers);
+        if (error == 0) error = open.status(status);
+        // Some file systems keep no permissions and say nothing.
+        if (error == 0 && (status.st_mode & kOthers) != 0) error = EOPNOTSUPP;
+    }
+    return resultFromErrno(error, path);
+}
+
 }  // namespace vantrell

@@ -30,6 +30,7 @@ public:
     /// Also flushes the folder of a file that `appendLines` created.
     Result<> flush(const Path& path) override;
     Result<> makePrivateFolders(const Path& path) override;
+    Result<> makePrivate(const Path& path) override;
 
 private:
     Kernel& kernel_;

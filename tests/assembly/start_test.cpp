@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "core/settings_format.h"
+#include "support/file_size_limit.h"
 #include "support/pass_bench.h"
 
 namespace vantrell::test {
@@ -69,6 +70,24 @@ TEST_F(StartTest, CleansUpTheDataFolderAndLeavesTheOthersToThePasses) {
     EXPECT_TRUE(bench.engine.start());
     bench.settle();
     EXPECT_TRUE(bench.exists(bench.in(name)));
+}
+
+TEST_F(StartTest, TakesTheRightsOfOthersAwayAndSaysWhenNothingCanBeSaved) {
+    ASSERT_TRUE(bench.engine.settings.save());
+    const std::filesystem::path app = bench.state.AppFolder;
+    const auto rights = [](const std::filesystem::path& path) { return std::filesystem::status(path).permissions(); };
+    for (const std::filesystem::path& path : {app, app / "ZEP.cfg", app / "EDPasswords.mdb"})
+        std::filesystem::permissions(path, std::filesystem::perms(0755));
+    {
+        const FileSizeLimit full(1);
+        EXPECT_TRUE(bench.engine.start());
+        EXPECT_NE(bench.window.warning.find("The activity log could not be saved"), std::string::npos);
+    }
+    for (const std::filesystem::path& path : {app, app / "ZEP.cfg", app / "EDPasswords.mdb"})
+        EXPECT_EQ(rights(path), std::filesystem::perms::owner_all) << path;
+    EXPECT_TRUE(bench.boxes.informed.empty());
+    EXPECT_TRUE(bench.engine.start());
+    EXPECT_EQ(bench.window.warning, "");
 }
 
 }  // namespace

@@ -95,6 +95,9 @@ TEST_F(OptionMenusTest, TheStartUpEntryWaitsForThePass) {
     bench.engine.optionMenus.mnuRemoveFromStartup();
     EXPECT_EQ(bench.window.entry, StartupEntry::State::none);
     EXPECT_EQ(bench.boxes.informed.back().text, "ZEP is Now Removed Start UP. ");
+    bench.entry.present = StartupEntry::State::works;
+    bench.engine.optionMenus.startupMenuOpens();
+    EXPECT_EQ(bench.window.entry, StartupEntry::State::works) << "the desktop has brought it back";
 }
 
 }  // namespace
