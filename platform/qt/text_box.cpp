@@ -19,10 +19,20 @@ namespace {
 constexpr int kCharactersInALine = 76;
 
 /// Screen readers read the labels of a box out when it opens, but not its fields.
+class Label final : public QAccessibleWidget {
+public:
+    explicit Label(BoxText* text) : QAccessibleWidget(text, QAccessible::StaticText) {}
+
+    [[nodiscard]] QString text(QAccessible::Text which) const override {
+        if (which != QAccessible::Name) return QAccessibleWidget::text(which);
+        return static_cast<const BoxText*>(widget())->toPlainText();
+    }
+    [[nodiscard]] int childCount() const override { return 0; }
+};
+
 QAccessibleInterface* asLabel(const QString& className, QObject* object) {
-    if (className != QLatin1String(BoxText::staticMetaObject.className())) return nullptr;
-    auto* text = static_cast<BoxText*>(object);
-    return new QAccessibleWidget(text, QAccessible::StaticText, text->toPlainText());
+    const bool isText = className == QLatin1String(BoxText::staticMetaObject.className());
+    return isText ? new Label(static_cast<BoxText*>(object)) : nullptr;
 }
 
 }  // namespace
