@@ -94,8 +94,9 @@ void TextBox::showEvent(QShowEvent* event) {
     place();
     const QSize room = screen()->availableSize();
     const int line = std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3);
-    // In a narrow box the frame would cut the title.
-    text_->fitInto(fontMetrics().horizontalAdvance(windowTitle()), {line, room.height() * 3 / 5});
+    // In a narrow box the frame, with its icon and buttons, would cut the title.
+    const int title = fontMetrics().horizontalAdvance(windowTitle()) + 8 * fontMetrics().averageCharWidth();
+    text_->fitInto(title, {line, room.height() * 3 / 5});
     QMessageBox::showEvent(event);
 }
 
