@@ -2,6 +2,7 @@
 #include "folderpicker/frmButton.h"
 
 #include <QAbstractItemView>
+#include <QAbstractProxyModel>
 #include <QCompleter>
 #include <QDir>
 #include <QFile>
@@ -179,20 +180,33 @@ void frmButton::sizeToFont() {
     resize(QSize(line * 40, line * 28).expandedTo(size()).boundedTo(screen()->availableSize() * 0.9));
 }
 
-// A list of suggestions that opens by itself covers Create, and the first click beside it only closes it.
+// A list of suggestions that opens by itself covers Create, and the first click beside it only closes it. So it opens
+// when it is asked for.
 void frmButton::makeSuggestions() {
     suggestions_ = field_->completer();
     suggestions_->setParent(this);
     field_->setCompleter(nullptr);
     suggestions_->setWidget(field_);
-    field_->installEventFilter(this);
     field_->setToolTip(tr("The Down key shows the folders whose names begin so"));
+    field_->installEventFilter(this);
+    suggestions_->popup()->installEventFilter(this);
     connect(suggestions_, qOverload<const QString&>(&QCompleter::activated), field_, &QLineEdit::setText);
 }
 
 void frmButton::suggest() {
     suggestions_->setCompletionPrefix(field_->text());
     suggestions_->complete();
+}
+
+// The Enter key is for the list alone; it would also take what is typed for the choice.
+bool frmButton::takeSuggestion() {
+    const QModelIndex chosen = suggestions_->popup()->currentIndex();
+    const auto* shown = qobject_cast<const QAbstractProxyModel*>(suggestions_->completionModel());
+    if (!chosen.isValid() || shown == nullptr) return false;
+    const QString path = suggestions_->pathFromIndex(shown->mapToSource(chosen));
+    suggestions_->popup()->hide();
+    field_->setText(path);
+    return true;
 }
 
 void frmButton::connectControls() {
@@ -297,12 +311,13 @@ void frmButton::accept() {
 
 // The fields keep these keys to themselves, that for the name on some desktops.
 bool frmButton::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return QFileDialog::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (watched == field_ && key == Qt::Key_Down) {
-        suggest();
-    } else if (watched == txtName_ && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+    const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isEnter && watched == suggestions_->popup() && takeSuggestion()) return true;
+    if (isEnter && watched == txtName_) {
         createFolderAsTyped();
+    } else if (key == Qt::Key_Down && watched == field_) {
+        suggest();
     } else {
         return QFileDialog::eventFilter(watched, event);
     }

@@ -61,6 +61,7 @@ private:
     void selectionChanged();
     void reopenWhenDropped();
     void suggest();
+    bool takeSuggestion();
     void openPrompt(bool open);
     [[nodiscard]] QRect placeWithoutPrompt() const;
     void createFolderAsTyped();

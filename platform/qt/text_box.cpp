@@ -21,10 +21,20 @@ namespace {
 constexpr int kCharactersInALine = 76;
 
 /// Screen readers read the labels of a box out when it opens, but not its fields.
+class Label final : public QAccessibleWidget {
+public:
+    explicit Label(BoxText* text) : QAccessibleWidget(text, QAccessible::StaticText) {}
+
+    [[nodiscard]] QString text(QAccessible::Text which) const override {
+        if (which != QAccessible::Name) return QAccessibleWidget::text(which);
+        return static_cast<const BoxText*>(widget())->toPlainText();
+    }
+    [[nodiscard]] int childCount() const override { return 0; }
+};
+
 QAccessibleInterface* asLabel(const QString& className, QObject* object) {
-    if (className != QLatin1String(BoxText::staticMetaObject.className())) return nullptr;
-    auto* text = static_cast<BoxText*>(object);
-    return new QAccessibleWidget(text, QAccessible::StaticText, text->toPlainText());
+    const bool isText = className == QLatin1String(BoxText::staticMetaObject.className());
+    return isText ? new Label(static_cast<BoxText*>(object)) : nullptr;
 }
 
 }  // namespace
@@ -86,8 +96,9 @@ void TextBox::showEvent(QShowEvent* event) {
     place();
     const QSize room = screen()->availableSize();
     const int line = std::min(fontMetrics().averageCharWidth() * kCharactersInALine, room.width() * 2 / 3);
-    // In a narrow box the frame would cut the title.
-    text_->fitInto(fontMetrics().horizontalAdvance(windowTitle()), {line, room.height() * 3 / 5});
+    // In a narrow box the frame, with its icon and buttons, would cut the title.
+    const int title = fontMetrics().horizontalAdvance(windowTitle()) + 8 * fontMetrics().averageCharWidth();
+    text_->fitInto(title, {line, room.height() * 3 / 5});
     QMessageBox::showEvent(event);
 }
 

@@ -51,7 +51,8 @@ TEST_F(FolderChooser, FollowsTheSelection) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "it would hide the buttons, and take the first click";
     QTest::keyClick(field, Qt::Key_Down);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr) << "the suggestions";
-    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return}) QTest::keyClick(QApplication::activePopupWidget(), key);
+    EXPECT_TRUE(picker.window.isVisible()) << "the key was for the list alone";
     picker.type("fileNameEdit", "b");
     EXPECT_TRUE(showsStatus(picker, profile.in + "/ab"));
     EXPECT_FALSE(picker.find<QWidget>("Command1")->isEnabled()) << "nothing can be created in what does not exist";
