@@ -237,7 +237,6 @@ void frmMain::setWarning(const std::string& text) {
     warning_->setVisible(!text.empty());
 }
 
-
 void frmMain::setMode(Mode mode) {
     if (mode == Mode::scanning) scanningIsShown_.setRemainingTime(kScanningStays);
     if (mode_ == mode && !lblMode_->text().isEmpty()) return;

@@ -9,8 +9,8 @@ namespace vantrell {
 RunQueue::RunQueue(std::function<void()> requestTurn, SteadyNow now, std::chrono::milliseconds budget)
     : requestTurn_(std::move(requestTurn)), now_(std::move(now)), budget_(budget), turnBegan_(now_()) {}
 
-// The state of a program that nobody has told what to do then is unknown. Ending it at once is safe, since files are safe
-// at every moment.
+// The state of a program that nobody has told what to do then is unknown. Ending it at once is safe, since files are
+// safe at every moment.
 void RunQueue::reportException() const {
     if (!told_) std::terminate();
     told_();

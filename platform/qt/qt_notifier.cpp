@@ -90,8 +90,9 @@ void QtNotifier::askForMarkup() {
 
 void QtNotifier::notify(const Texts& texts) {
     const bool isCritical = texts.urgency == Urgency::critical;
-    const QVariantMap hints{{QStringLiteral("desktop-entry"), kDesktopId},
-                            {QStringLiteral("urgency"), QVariant::fromValue(isCritical ? kCriticalUrgency : kNormalUrgency)}};
+    const QVariantMap hints{
+        {QStringLiteral("desktop-entry"), kDesktopId},
+        {QStringLiteral("urgency"), QVariant::fromValue(isCritical ? kCriticalUrgency : kNormalUrgency)}};
     const QStringList actions{kClick, QStringLiteral("Open")};
     const QString body = hasMarkup_.value_or(false) ? texts.body.toHtmlEscaped() : texts.body;
     call(message(QStringLiteral("Notify"), {QStringLiteral("Vantrell"), id_, kDesktopId, texts.title, body, actions,

@@ -34,7 +34,6 @@ private Q_SLOTS:
     void actionInvoked(quint32 id, const QString& action);
 
 private:
-
     void goOn();
     void askForMarkup();
     void notify(const Texts& texts);

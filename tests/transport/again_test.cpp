@@ -94,7 +94,8 @@ TEST_F(AgainTest, StopDuringTheLastFileIsAStopWhateverFollowsInTheList) {
     ASSERT_TRUE(bench.loop.run(pass.timRun_Timer()));
     EXPECT_TRUE(bench.exists(bench.done("a")));
     const Texts said = bench.messages();
-    EXPECT_EQ(Texts(said.end() - 2, said.end()), (Texts{"User has Stopped Process!D", "User Stopped Encrypting Files"}));
+    EXPECT_EQ(Texts(said.end() - 2, said.end()),
+              (Texts{"User has Stopped Process!D", "User Stopped Encrypting Files"}));
     EXPECT_FALSE(bench.window.stopping);
 }
 
