@@ -112,9 +112,9 @@ private:
     // True when both names stand. A rename alone is enough where the file system orders its changes of names, and all
     // there is where it knows no second names.
     bool linkBeside(const UniqueFd& folder, const std::string& name, const UniqueFd& parent) {
+        if (isSecondName(folder, name, parent)) return true;
         if (!parts_.systems.of(parent).ordersRenames) {
             int error = linkAt(folder, name, parent, name);
-            if (error == EEXIST && isSecondName(folder, name, parent)) return true;
             for (unsigned number = 1; error == EEXIST && number < kMostNumbers; ++number)
                 error = linkAt(folder, name, parent, datedName(clock_, name, number));
             if (error == 0) return true;

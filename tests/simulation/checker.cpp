@@ -225,8 +225,10 @@ Checker::Broken Checker::afterFullDisk(const std::string& line) {
         withoutRoom_.clear();
         return std::nullopt;
     }
+    const std::vector<Found> found = find(before_);
     for (const File& file : before_)
-        if (file.where == Where::rejected && file.content() != kUnknown && withoutRoom_.contains(file.content()))
+        if (file.where == Where::rejected && file.content() != kUnknown && withoutRoom_.contains(file.content()) &&
+            !isIn(found[static_cast<std::size_t>(file.content())], Where::source))
             return isExcused_ ? std::nullopt : Broken(file.path + " was rejected although the disk was full");
     return std::nullopt;
 }

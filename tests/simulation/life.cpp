@@ -95,14 +95,15 @@ void Life::asked(Ticket<Answer> ticket, const Box& box) {
     ++tally_.questions;
     note(checker_.questionAsked(box.text));
     const bool isYes = chance_.oneIn(2);
+    const bool isDismissed = !isYes && !isCalm_ && chance_.oneIn(4);
     const std::chrono::milliseconds wait(chance_.oneIn(4) ? chance_.below(600'000) : chance_.below(3000));
-    program_->loop.later(wait, [this, ticket, box, isYes] {
+    program_->loop.later(wait, [this, ticket, box, isYes, isDismissed] {
         if (!program_->boxes.isOpen(ticket)) return;
         if (isYes) checker_.allowed(box.text);
-        tell(isYes ? "answered with Yes" : "answered with No");
+        tell(isYes ? "answered with Yes" : isDismissed ? "dismissed" : "answered with No");
         program_->boxes.answer(ticket, box.buttons == Buttons::ok ? Answer::ok
                                        : isYes                    ? Answer::yes
-                                       : chance_.oneIn(4)         ? Answer::dismissed
+                                       : isDismissed              ? Answer::dismissed
                                                                   : Answer::no);
     });
 }
@@ -206,6 +207,7 @@ void Life::vanish() {
         return world_.plugIn();
     }
     if (!world_.pullOut(chance_.pick(kFolders))) return;
+    actors_.forget(false);  // nobody has a file on it open any more
     tell("== a disk is gone");
     note(checker_.afterLoss());
 }
