@@ -135,11 +135,11 @@ void frmMain::arrange() {
     auto* column = new QVBoxLayout(centre);
     const int gap = column->spacing();
     column->addLayout(makeTopRow());
+    column->addWidget(Label2_);  // some of its words are about what stands below
     column->addWidget(folders_);
     column->addSpacing(gap);
     column->addLayout(makeIntervalRow());
     column->addSpacing(gap);
-    column->addWidget(Label2_);
     column->addWidget(progress_);
     column->addSpacing(gap);
     column->addLayout(makeButtonRow());

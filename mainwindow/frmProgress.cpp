@@ -37,18 +37,25 @@ public:
     }
 };
 
+// Pale while nothing is in progress.
+void showNothingOn(QProgressBar& bar) {
+    bar.setEnabled(false);
+    bar.setValue(0);
+    bar.setFormat({});
+}
+
 QProgressBar* makeBar(const QString& name, const QString& accessibleName, QWidget* parent) {
     auto* bar = new Bar(parent);
     bar->setObjectName(name);
     bar->setAccessibleName(accessibleName);
     bar->setRange(0, kBarSteps);
-    bar->setValue(0);
-    bar->setFormat({});
+    showNothingOn(*bar);
     bar->setAlignment(Qt::AlignCenter);
     return bar;
 }
 
 void showOnBar(QProgressBar& bar, int value, const QString& text) {
+    bar.setEnabled(true);
     bar.setValue(value);
     if (bar.format() != text) bar.setFormat(text);
 }
@@ -115,12 +122,12 @@ void frmProgress::arrange() {
     grid->addWidget(fileBar_, 0, 4);
     grid->addWidget(new QLabel(tr("Last file"), this), 1, 0);
     grid->addWidget(lblLastfileProcessed_, 1, 1, 1, 3);
-    grid->addWidget(passBar_, 1, 4);
+    grid->addWidget(lblStopping_, 1, 4);
     grid->addWidget(new QLabel(tr("Files found"), this), 2, 0);
     grid->addWidget(lblTotFileTobe_, 2, 1);
     grid->addWidget(new QLabel(tr("Processed since start"), this), 2, 2);
     grid->addWidget(lblCurNumFilesProcessed_, 2, 3);
-    grid->addWidget(lblStopping_, 2, 4);
+    grid->addWidget(passBar_, 2, 4);
     // Screen readers read the controls out from the lowest to the topmost one. Raising each in turn gives the order of
     // the grid.
     for (int i = 0; i < grid->count(); ++i) grid->itemAt(i)->widget()->raise();
@@ -147,6 +154,7 @@ void frmProgress::setProcessedCount(std::int32_t count) {
 }
 
 void frmProgress::setPassProgress(std::uint64_t done, std::uint64_t total) {
+    if (!pass_.known || done < pass_.done) sincePassBegan_.start();
     pass_ = {true, done, total};
     show_.request();
 }
@@ -176,7 +184,7 @@ void frmProgress::showAll() {
 
 void frmProgress::showFile() {
     fileBar_->setToolTip(file_.known ? bytesText(file_.done, file_.total) : QString());
-    if (!file_.known) return showOnBar(*fileBar_, 0, {});
+    if (!file_.known) return showNothingOn(*fileBar_);
     const int value = barValue(file_.done, file_.total);
     QString text = tr("%1 %").arg(value * 100 / kBarSteps);
     const QString left = timeLeftText(file_.done, file_.total, sinceFileBegan_.elapsed());
@@ -185,8 +193,10 @@ void frmProgress::showFile() {
 }
 
 void frmProgress::showPass() {
-    if (!pass_.known) return showOnBar(*passBar_, 0, {});
-    const QString text = tr("%1 of %2 files").arg(pass_.done).arg(pass_.total);
+    if (!pass_.known) return showNothingOn(*passBar_);
+    QString text = tr("%1 of %2 files").arg(pass_.done).arg(pass_.total);
+    const QString left = timeLeftText(pass_.done, pass_.total, sincePassBegan_.elapsed());
+    if (!left.isEmpty()) text += QStringLiteral(", ") + left;
     const QString shorter = tr("%1 of %2").arg(pass_.done).arg(pass_.total);
     const QFontMetrics metrics = passBar_->fontMetrics();
     const bool fits = metrics.horizontalAdvance(text) + metrics.height() <= passBar_->width();

@@ -56,6 +56,7 @@ private:
     std::uint64_t totalFiles_ = 0;
     std::int32_t processed_ = 0;
     QElapsedTimer sinceFileBegan_;
+    QElapsedTimer sincePassBegan_;
     Throttle show_;
 };
 

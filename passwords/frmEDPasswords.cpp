@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "passwords/frmEDPasswords.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/qt/qt_text.h"
 #include "widgets/wide_button.h"
@@ -16,6 +20,7 @@ namespace {
 // 7185 by 4635 twips, at 15 twips a pixel.
 constexpr int kNormalWidth = 479;
 constexpr int kNormalHeight = 309;
+constexpr int kShownCharacters = 32;  // as long as a key is
 
 template <class Widget>
 Widget* named(Widget* widget, const QString& name) {
@@ -60,6 +65,9 @@ void frmEDPasswords::makeControls() {
     lblSelect_->setBuddy(ListView1_);
     txtpassword_ = named(new QLineEdit(this), QStringLiteral("txtpassword"));
     txtpassword_->setAccessibleName(tr("Password"));
+    // Keyboards on the screen are not to learn it.
+    txtpassword_->setInputMethodHints(Qt::ImhSensitiveData | Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
+    txtpassword_->setMinimumWidth(fontMetrics().averageCharWidth() * (kShownCharacters + 2));
     lblEnter_ = new QLabel(tr("Enter &password here"), this);
     lblEnter_->setBuddy(txtpassword_);
     lblCase_ = new QLabel(tr("Note: Case Sensitive"), this);
@@ -114,12 +122,18 @@ void frmEDPasswords::connectControls() {
         });
     };
     connect(txtpassword_, &QLineEdit::textChanged, this, &frmEDPasswords::takeTypedText);
+    connect(txtpassword_, &QLineEdit::returnPressed, this, &frmEDPasswords::pressShownButton);
     forward(chkActive_, &QCheckBox::toggled, &PasswordWindowEvents::activeClicked);
     forward(ListView1_, &frmPasswordList::chosen, &PasswordWindowEvents::listClicked);
     forward(cmdAdd_, &QPushButton::clicked, &PasswordWindowEvents::addPressed);
     forward(cmdEdit_, &QPushButton::clicked, &PasswordWindowEvents::editPressed);
     forward(cmdDelete_, &QPushButton::clicked, &PasswordWindowEvents::deletePressed);
     forward(ExitButton_, &QPushButton::clicked, &PasswordWindowEvents::exitPressed);
+}
+
+void frmEDPasswords::pressShownButton() {
+    for (QPushButton* button : {cmdAdd_, cmdEdit_})
+        if (!button->isHidden()) return button->click();
 }
 
 void frmEDPasswords::takeTypedText() {
@@ -182,9 +196,31 @@ void frmEDPasswords::showWindow() {
     }
     closesForGood_ = false;
     setWindowState(windowState() & ~Qt::WindowMinimized);
+    if (!isVisible()) standBesideMainWindow();
     QWidget::show();
     raise();
     activateWindow();
+}
+
+// This window stays above the others, and would cover it.
+void frmEDPasswords::standBesideMainWindow() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto main = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->objectName() == QStringLiteral("frmMain") && window->isVisible();
+    });
+    if (main == windows.end()) return;
+    const QRect room = (*main)->screen()->availableGeometry();
+    const QRect beside = (*main)->frameGeometry();
+    const int frame = beside.width() - (*main)->width();
+    if (beside.right() + 1 + width() + frame <= room.right() + 1)
+        move(beside.right() + 1, beside.top());
+    else if (beside.left() - width() - frame >= room.left())
+        move(beside.left() - width() - frame, beside.top());
+}
+
+void frmEDPasswords::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel) && events_) return events_->exitPressed();
+    QWidget::keyPressEvent(event);
 }
 
 void frmEDPasswords::closeWindow() {

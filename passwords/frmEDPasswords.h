@@ -39,6 +39,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void makeControls();
@@ -47,6 +48,9 @@ private:
     void connectControls();
     void show(QWidget& control, bool shown);
     void takeTypedText();
+    /// Enter means whichever of Add and Edit is offered.
+    void pressShownButton();
+    void standBesideMainWindow();
 
     PasswordWindowEvents* events_ = nullptr;
     bool closesForGood_ = false;

@@ -12,7 +12,7 @@ namespace vantrell {
 namespace {
 
 constexpr int kShownRows = 5;
-constexpr int kShownCharacters = 24;
+constexpr int kShownCharacters = 32;  // as long as a key is
 
 }  // namespace
 

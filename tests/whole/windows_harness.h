@@ -85,7 +85,7 @@ protected:
         editor.type("txtpassword", password);
         ASSERT_TRUE(waitFor([&] { return editor.find<QWidget>("cmdAdd")->isVisible(); }));
         QTest::keyClick(editor.find<QWidget>("chkActive"), Qt::Key_Space);
-        editor.click("cmdAdd");
+        QTest::keyClick(editor.find<QWidget>("txtpassword"), Qt::Key_Return);
         ASSERT_TRUE(waitFor([&] { return program->engine().activePassword.known() == password; }));
         editor.click("ExitButton");
         EXPECT_TRUE(isGone("frmEDPasswords"));
