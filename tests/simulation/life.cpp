@@ -207,7 +207,7 @@ void Life::vanish() {
         return world_.plugIn();
     }
     if (!world_.pullOut(chance_.pick(kFolders))) return;
-    actors_.forget(false);  // nobody has a file on it open any more
+    actors_.forget(true);  // nobody has a file on it open any more
     tell("== a disk is gone");
     note(checker_.afterLoss());
 }
