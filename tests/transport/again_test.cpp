@@ -6,6 +6,7 @@
 #include "platform/linux/linux_fd.h"
 #include "support/forwarding_toolbox.h"
 #include "support/pass_bench.h"
+#include "support/toolbox_fixture.h"
 
 namespace vantrell::test {
 namespace {
@@ -125,6 +126,18 @@ TEST_F(AgainTest, WhatCannotBeRejectedStaysAndIsToldOnce) {
     ASSERT_TRUE(bench.runPass());
     EXPECT_EQ(bench.messages()[3], "Encryped:  a - Sucessful: ");
     EXPECT_TRUE(bench.exists(bench.done("a")));
+}
+
+TEST_F(AgainTest, OfAFileThatArrivedOnAnotherDiskNobodySaysThatItDidNot) {
+    const OtherFileSystem other;
+    if (!other.isOtherThan(bench.root)) GTEST_SKIP() << "this machine has one file system only";
+    bench.state.settings.RejectFolder = other->path();
+    writeFile(bench.rejected("a"), "old");
+    writeFile(bench.in("a"), "new");
+    std::filesystem::create_directory(bench.out("a.enc"));
+    ASSERT_TRUE(bench.runPass());
+    for (const std::string& line : bench.messages()) EXPECT_EQ(line.find("did not rename"), std::string::npos) << line;
+    EXPECT_EQ(bench.names(other->path()).size(), 2U);
 }
 
 TEST_F(AgainTest, ANameThatBecomesTooLongForTheRejectedFolderLosesItsMiddle) {
