@@ -197,18 +197,18 @@ Result<> PosixDataFiles::makePrivateFolders(const Path& path) {
     return {};
 }
 
+// What cannot be opened may have no rights for others all the same; a link's own rights mean nothing.
 Result<> PosixDataFiles::makePrivate(const Path& path) {
     constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
-    const UniqueFd open = openPath(kernel_, path, O_RDONLY | kOpenSafely);
-    if (open.error() == ENOENT) return {};
     struct stat status {};
-    int error = open ? open.status(status) : open.error();
-    if (error == 0 && (status.st_mode & kOthers) != 0) {
-        error = kernel_.fchmod(open.get(), status.st_mode & 07777U & ~kOthers);
-        if (error == 0) error = open.status(status);
-        // Some file systems keep no permissions and say nothing.
-        if (error == 0 && (status.st_mode & kOthers) != 0) error = EOPNOTSUPP;
-    }
+    int error = statusOf(kernel_, path, status);
+    if (error == ENOENT || (error == 0 && (S_ISLNK(status.st_mode) || (status.st_mode & kOthers) == 0))) return {};
+    const UniqueFd open = openPath(kernel_, path, O_RDONLY | kOpenSafely);
+    error = open ? open.status(status) : open.error();
+    if (error == 0) error = kernel_.fchmod(open.get(), status.st_mode & 07777U & ~kOthers);
+    if (error == 0) error = open.status(status);
+    // Some file systems keep no permissions and say nothing.
+    if (error == 0 && (status.st_mode & kOthers) != 0) error = EOPNOTSUPP;
     return resultFromErrno(error, path);
 }
 

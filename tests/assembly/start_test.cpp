@@ -86,7 +86,9 @@ TEST_F(StartTest, TakesTheRightsOfOthersAwayAndSaysWhenNothingCanBeSaved) {
     for (const std::filesystem::path& path : {app, app / "ZEP.cfg", app / "EDPasswords.mdb"})
         EXPECT_EQ(rights(path), std::filesystem::perms::owner_all) << path;
     EXPECT_TRUE(bench.boxes.informed.empty());
+    std::filesystem::permissions(app / "EDPasswords.mdb", std::filesystem::perms::none);
     EXPECT_TRUE(bench.engine.start());
+    EXPECT_TRUE(bench.boxes.informed.empty()) << "what nobody may read is read by no others";
     EXPECT_EQ(bench.window.warning, "");
 }
 
