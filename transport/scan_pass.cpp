@@ -193,8 +193,9 @@ Task<void> ScanPass::endCarrying(Next next) {
     if (isWhole && flushed.ok() && !flushHasFailed()) flushed = co_await settleFlushNote();
     // After a failed flush a file that has left may come back, and its namesakes must be known then.
     if (!p_.flushNote.stands()) p_.namesakes.end();
-    if (next != Next::goOn) co_return;
-    if (stopRequested_) co_return end();
+    if (next == Next::missingFolders) co_return endMissingFolders();
+    if (next == Next::noPassword) co_return endWithoutPassword();
+    if (next == Next::diskFails) co_return endPaused(Trouble::diskFails, diskFault_);
     if (!flushed.ok() || flushHasFailed())
         co_return endPaused(Trouble::diskFails, flushed.ok() ? kFlushFailed : flushed.fault().text);
     end();
@@ -223,18 +224,10 @@ void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
 
 Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     const std::string password = co_await p_.password.settled();
-    if (password.empty()) {
-        reportNoPassword();
-        clear();
-        endings_.noPassword(std::exchange(rejected_, 0));
-        co_return Next::end;
-    }
+    if (password.empty()) co_return Next::noPassword;
     Lookahead::Item item = co_await ahead.next();
     // What is put under the path of a folder whose share has gone is hidden when the share comes back.
-    if (folders_.isOneAway() && !folders_.check()) {
-        endMissingFolders();
-        co_return Next::end;
-    }
+    if (folders_.isOneAway() && !folders_.check()) co_return Next::missingFolders;
     p_.window.setPassProgress(item.index, files_.size());
     EncryptOrder& order = FileEncryption::orderOf(*item.work);
     if (order.password != password) {
@@ -280,10 +273,7 @@ ScanPass::Next ScanPass::afterCarrying(const Path& path, const EncryptResult& re
     }
     if (result.fault->isTheMachines()) return afterMachineFault({}, *result.fault, *result.report);
     leave(path, result.fault->text, *result.report);
-    if (!folders_.check()) {
-        endMissingFolders();
-        return Next::end;
-    }
+    if (!folders_.check()) return Next::missingFolders;
     machineFaults_ = 0;
     return Next::goOn;
 }
@@ -345,21 +335,16 @@ Task<ScanPass::Next> ScanPass::afterFailure(Path path, EncryptResult result) {
         leave(path, fault->text, report);
     else
         report.speak();
-    if (folderIsGone) {
-        endMissingFolders();
-        co_return Next::end;
-    }
+    if (folderIsGone) co_return Next::missingFolders;
     if (!singlePass_) co_return unlessStopped();
     stopAndReport();
-    end();
-    co_return Next::end;
+    co_return Next::over;
 }
 
 ScanPass::Next ScanPass::unlessStopped() {
     if (!stopRequested_) return Next::goOn;
     stopAndReport();
-    end();
-    return Next::end;
+    return Next::over;
 }
 
 // The file stays where it is and the pass goes on, but not for ever: the next tick tries again.
@@ -371,8 +356,8 @@ ScanPass::Next ScanPass::afterMachineFault(const Path& path, const Fault& fault,
     const bool isOver =
         fault.kind == FaultKind::deviceFailing || machineFaults_ >= kMostMachineFaults || flushHasFailed();
     if (!isOver || stopRequested_) return unlessStopped();
-    endPaused(Trouble::diskFails, fault.text);
-    return Next::end;
+    diskFault_ = fault.text;
+    return Next::diskFails;
 }
 
 void ScanPass::reportNotEncrypted(const Path& path, FileReport& report) {
@@ -401,12 +386,12 @@ void ScanPass::passWasAborted() {
 }
 
 void ScanPass::end() {
-    if (stopRequested_) return endStopped();
     const std::string& words = folders_.unreadWords();
     endPaused(words.empty() ? Trouble::none : Trouble::folderUnread, words);
 }
 
 void ScanPass::endPaused(Trouble trouble, const std::string& words) {
+    if (stopRequested_) return endStopped();
     clear();
     // A single pass is over when it has ended, however it did.
     endings_.paused(!singlePass_, trouble, words, std::exchange(rejected_, 0));
@@ -417,9 +402,14 @@ void ScanPass::endStopped() {
     endings_.stopped(std::exchange(rejected_, 0));
 }
 
+void ScanPass::endWithoutPassword() {
+    reportNoPassword();
+    clear();
+    endings_.noPassword(std::exchange(rejected_, 0));
+}
+
 void ScanPass::endMissingFolders() {
-    if (folders_.mayComeBack())
-        return stopRequested_ ? endStopped() : endPaused(Trouble::folderGone, folders_.trouble());
+    if (folders_.mayComeBack()) return endPaused(Trouble::folderGone, folders_.trouble());
     clear();
     endings_.missingFolders(folders_.trouble(), std::exchange(rejected_, 0));
 }

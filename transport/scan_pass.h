@@ -36,7 +36,9 @@ public:
     void passHasFailed();
 
 private:
-    enum class Next { goOn, end };
+    /// Whether a file is followed by the next one, or why the carrying is over. The pass itself ends only when all
+    /// moves are on the disk: until then no other one begins.
+    enum class Next { goOn, over, missingFolders, noPassword, diskFails };
 
     /// False when this is the start's own pass, and the program is not to process at its start.
     bool beginsAtStartup();
@@ -73,6 +75,7 @@ private:
     void endPaused(Trouble trouble, const std::string& words);
     void endStopped();
     void endMissingFolders();
+    void endWithoutPassword();
     /// What belonged to the pass goes.
     void clear();
 
@@ -90,6 +93,7 @@ private:
     std::vector<Path> files_;  // what the search of this pass found
     bool singlePass_ = false;
     int machineFaults_ = 0;  // in a row
+    std::string diskFault_;  // of `Next::diskFails`
     std::uint64_t rejected_ = 0;
     std::int32_t processed_ = 0;
     bool isWhole_ = false;            // every file that was found has been carried or rejected

@@ -21,6 +21,7 @@ UniqueFd openLevel(const UniqueFd& parent, const std::string& name) {
 Fault openingFault(int error) {
     Fault fault = faultFromErrno(error, kFolderCannotBeRead);
     if (error == ENOTDIR || error == ELOOP) fault.kind = FaultKind::notThere;
+    if (error == EACCES || error == EPERM) fault.kind = FaultKind::notPermitted;
     return fault;
 }
 

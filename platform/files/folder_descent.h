@@ -20,7 +20,7 @@ public:
     /// The top itself may be reached through links.
     FolderDescent(Kernel& kernel, const Path& top) : FolderDescent(openFolder(kernel, top)) {}
     /// Whether the top could be opened. Here as in `enter`, the fault is `notThere` also when what stands there is no
-    /// folder, or a link.
+    /// folder, or a link; `notPermitted` when it may not be read.
     [[nodiscard]] const Result<>& topOpened() const { return topOpened_; }
 
     /// The folder in which we are; not open when it cannot be reached (any more). Holds until `enter` or `leave`.

@@ -50,6 +50,8 @@ Task<Result<>> SourceRemoval::remove(FileStamp original, const UniqueFd& opened,
     if (aside_.giveBack() != 0) co_return done;
     const Result<> flushed = co_await flushFolder(parts_, from_.folder);
     isBack_ = flushed.ok();
+    // Where the private folder could not be removed either, a cut must not bring a second name back in it.
+    if (isBack_) static_cast<void>(co_await flushFolder(parts_, aside_.folder()));
     co_return done;
 }
 

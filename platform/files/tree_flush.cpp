@@ -8,6 +8,7 @@
 #include "platform/files/folder_descent.h"
 #include "platform/files/folder_flush.h"
 #include "platform/files/folder_reader.h"
+#include "platform/files/posix_fault.h"
 
 namespace vantrell {
 
@@ -18,11 +19,12 @@ using Names = std::vector<std::string>;
 // The folders in the current one, after it was flushed.
 Task<Result<Names>> flushHere(OutputParts& parts, FolderDescent& descent) {
     const UniqueFd& folder = descent.current();
-    if (!folder) co_return Names();
+    if (!folder) co_return faultFromErrno(folder.error(), kFolderCannotBeRead);
     const Result<> flushed = co_await flushFolder(parts, folder);
     if (!flushed.ok()) co_return flushed.fault();
     std::vector<FolderEntry> entries;
-    static_cast<void>(co_await readFolder(parts.loop, folder, entries, {}));
+    const Result<> read = co_await readFolder(parts.loop, folder, entries, {});
+    if (!read.ok()) co_return read.fault();
     Names names;
     for (FolderEntry& entry : entries) {
         if (!entry.isFolder) continue;
@@ -51,7 +53,9 @@ Task<Result<>> flushTree(OutputParts& parts, Path folder) {
         }
         const std::string name = std::move(levels.back().back());
         levels.back().pop_back();
-        if (!descent.enter(name).ok()) continue;
+        const Result<> entered = descent.enter(name);
+        if (entered.failedWith(FaultKind::notThere) || entered.failedWith(FaultKind::notPermitted)) continue;
+        if (!entered.ok()) co_return entered;
         Result<Names> below = co_await flushHere(parts, descent);
         if (!below.ok()) co_return below.fault();
         levels.push_back(below.take());

@@ -6,7 +6,7 @@
 namespace vantrell {
 
 /// Brings the names in a folder and in all folders below it to stable storage. Links are not followed. Folders that
-/// cannot be read are passed over: nothing of ours can be in them. The first fault ends it.
+/// may not be read are passed over: nothing of ours can be in them. The first fault ends it.
 Task<Result<>> flushTree(OutputParts& parts, Path folder);
 
 }  // namespace vantrell

@@ -18,10 +18,11 @@ PATCHES = ROOT / "tests/simulation/sabotage"
 COPY = ROOT / "build/sabotage"
 PROGRAM = COPY / "build/release/bin/vantrell_simulate"
 WHOLE = COPY / "build/whole_simulate"
-# The usual one; one in which others act all the time, one in which the clock is set again and again, and one with many
-# files of the same name.
+# The usual one; one in which others act all the time, one in which the clock is set again and again, and two with many
+# files of the same name: there calls fail, or the program is killed when names have just changed.
 WORLDS = ([], ["--others", 1, "--betweenCalls", 8], ["--others", 1, "--clockJumps", 1],
-          ["--subfolders", 1, "--overwriting", 1, "--faults", 1])
+          ["--subfolders", 1, "--overwriting", 1, "--faults", 1],
+          ["--subfolders", 1, "--overwriting", 1, "--unordered", 1, "--killsAtNames", 1])
 
 
 def run(*words, **options):
@@ -83,7 +84,7 @@ def try_out(patch, lives):
 
 def main():
     arguments = argparse.ArgumentParser()
-    arguments.add_argument("--lives", type=int, default=50_000)
+    arguments.add_argument("--lives", type=int, default=100_000)
     arguments.add_argument("names", nargs="*")
     given = arguments.parse_args()
     patches = [PATCHES / f"{name}.patch" for name in given.names] or sorted(PATCHES.glob("*.patch"))

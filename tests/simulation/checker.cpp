@@ -2,6 +2,7 @@
 #include "simulation/checker.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path.h"
 #include "core/data_folder.h"
@@ -91,8 +92,27 @@ void Checker::allowed(const std::string& question) {
 
 // The program
 
+// A name that is shared is known to the next run; of another one that an interrupted pass has taken away nobody knows.
+void Checker::passHasEnded() {
+    if (std::exchange(hasFlushFailed_, false)) return;
+    const std::vector<Found> found = find(before_);
+    for (Content& content : contents_) {
+        const bool isThere = isIn(found[static_cast<std::size_t>(&content - contents_.data())], Where::source);
+        const bool isOfRun = !content.passes.empty() && *content.passes.rbegin() >= firstPassOfRun_;
+        content.hasLeftForGood |= content.where == Where::source && !isThere && (isOfRun || hasNamesake(content));
+    }
+}
+
+bool Checker::hasNamesake(const Content& content) const {
+    return std::any_of(contents_.begin(), contents_.end(), [&](const Content& other) {
+        return &other != &content && keyOf(nameOf(other.path)) == keyOf(nameOf(content.path)) &&
+               std::any_of(content.passes.begin(), content.passes.end(),
+                           [&](unsigned pass) { return other.passes.contains(pass); });
+    });
+}
+
 void Checker::passBegins() {
-    ++passes_;
+    if (++passes_ > firstPassOfRun_) passHasEnded();
     ofThePass_ = inForce_;
     isPasswordOfThePass_ = true;
     allowed_.clear();
@@ -108,6 +128,7 @@ void Checker::passBegins() {
 void Checker::watchFaults(const CallRecord& call) {
     const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
     if (isFlush && call.answer != 0 && call.answer != EINVAL) flushFailedAt_ = call.number;
+    hasFlushFailed_ |= flushFailedAt_ == call.number;
     const auto loses = [](const PlannedFault& fault) { return fault.losesData; };
     const std::vector<PlannedFault>& faults = world_.kernel.faults;
     const bool isFolder = call.first.disk != nullptr && S_ISDIR(call.first.inode().mode);
@@ -179,6 +200,8 @@ Checker::Broken Checker::afterEnd(bool wasKilled, bool isCut) {
         ++excused_[static_cast<std::size_t>(Excuse::killedBeforeTheNote)];
     }
     flushFailedAt_ = 0;
+    hasFlushFailed_ = false;
+    firstPassOfRun_ = passes_ + 1;
     return afterLoss();
 }
 

@@ -58,6 +58,7 @@ struct Content {
     std::uint64_t madeAt = 0;     ///< the number of the call before it
     std::set<unsigned> passes;    ///< that found it
     std::set<std::string> names;  ///< that it has borne in Source: one whose name is taken may come back under another
+    bool hasLeftForGood = false;  ///< Source, since the pass in which it left has ended
 };
 
 /// Knows every content that was put in, and whether the promises hold: for what the running system sees, and for what
@@ -155,12 +156,15 @@ private:
     [[nodiscard]] Broken checkData(const Copies& disks) const;
 
     [[nodiscard]] Broken afterFullDisk(const std::string& line);
+    void passHasEnded();
+    [[nodiscard]] bool hasNamesake(const Content& content) const;
     void watchFaults(const CallRecord& call);
     [[nodiscard]] bool isFlushFaultUnnoted() const;
     void excuseFresh(const std::vector<Found>& found);
     /// What was changed in the moment of its move is put back at once.
     [[nodiscard]] bool isFresh(const Content& content) const;
     Broken judgeChanges(const State& now);
+    void leavesSource(Id content, const State& now);
     Broken judge(const File& before, const File* after, const std::vector<Found>& found);
     Broken judgeNew(const File& file, const std::vector<Found>& found);
     [[nodiscard]] bool mayReplace(const File& before, const File& after, const Found& older) const;
@@ -179,6 +183,8 @@ private:
     bool mayOverwrite_ = false;
     std::size_t outside_ = 0;
     unsigned passes_ = 0;
+    unsigned firstPassOfRun_ = 1;
+    bool hasFlushFailed_ = false;      ///< since the pass began
     std::uint64_t flushFailedAt_ = 0;  ///< the call; 0 when it is noted
     bool isNameLost_ = false;
     std::set<Id> withoutRoom_;  ///< in Source when an output found no room just now

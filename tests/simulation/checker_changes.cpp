@@ -33,6 +33,7 @@ Checker::Broken Checker::judgeChanges(const State& now) {
     };
     for (const File& file : before_) {
         const File* const after = at(file.path, now, next);
+        if (after == nullptr && file.where == Where::source) leavesSource(file.content(), now);
         if (!isProtected(file.where) || (after != nullptr && after->bytes == file.bytes)) continue;
         if (after != nullptr && *after->bytes == *file.bytes) continue;
         if (Broken broken = judge(file, after, found)) return broken;
@@ -44,6 +45,13 @@ Checker::Broken Checker::judgeChanges(const State& now) {
         if (Broken broken = judgeNew(file, found)) return broken;
     }
     return std::nullopt;
+}
+
+// Where the old name goes last, that changes the file once more: the clock may have been set since its arrival.
+void Checker::leavesSource(Id content, const State& now) {
+    for (const File& file : now)
+        if (file.where == Where::done && file.content() == content)
+            arrivals_[file.path] = std::min(arrivals_[file.path], world_.clock.sinceEpoch());
 }
 
 // Something that stood in a protected folder stands there no more, or is another one.

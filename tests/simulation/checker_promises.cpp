@@ -30,6 +30,8 @@ Checker::Broken Checker::check(const State& state) {
 Checker::Broken Checker::checkContents(const std::vector<Found>& found) const {
     for (std::size_t i = 0; i < contents_.size(); ++i) {
         const Content& content = contents_[i];
+        if (content.hasLeftForGood && isIn(found[i], Where::source))
+            return content.path + " is in Source again, although the pass that took it from there has ended";
         if (content.excuse != Excuse::none || isFresh(content)) continue;
         if (content.where != Where::source) {
             if (!found[i].isInPlace) return content.path + ", which others had put there, is not there any more";

@@ -61,6 +61,9 @@ void Life::heard(const CallRecord& call) {
     const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
     if (isFlush && call.answer != 0 && !isCalm_ && chance_.oneIn(3))
         world_.kernel.killAt(world_.kernel.calls() + 1 + chance_.below(100));
+    if (call.changed == Changed::names && namesToKill_ > 0 && call.path().starts_with(namesBelow_ + "/") &&
+        --namesToKill_ == 0)
+        world_.kernel.killAt(world_.kernel.calls() + 1 + chance_.below(3));
     const bool isRisky = call.changed == Changed::names || call.changed == Changed::contents;
     if (isRisky && chance_.oneIn(16)) note(checker_.afterCut(chance_));
     if (!isCalm_ && hasOthers_ && chance_.oneIn(hazards_.betweenCalls)) act();
@@ -140,6 +143,8 @@ void Life::planFault() {
 void Life::planTrouble() {
     SimulatedKernel& kernel = world_.kernel;
     if (!chance_.oneIn(4)) kernel.killAt(kernel.calls() + 1 + chance_.below(std::uint64_t{32} << chance_.below(6)));
+    namesToKill_ = chance_.oneIn(hazards_.killsAtNames) ? 1 + static_cast<unsigned>(chance_.below(8)) : 0;
+    namesBelow_ = world_.folder(chance_.pick(kFolders));
     if (chance_.oneIn(hazards_.faults)) planFault();
     if (chance_.oneIn(hazards_.shortCalls)) kernel.shortOneIn = 3;
     if (chance_.oneIn(hazards_.shortCalls)) kernel.interruptOneIn = 5;
@@ -305,6 +310,7 @@ void Life::end(End how) {
     const bool wasKilled = kernel.isDead() || how != End::exit;
     if (!wasKilled && !program_->hasQuit) program_->engine.ending.closeForGood();
     kernel.killAt(0);
+    namesToKill_ = 0;
     program_.reset();
     kernel.faults.clear();
     kernel.shortOneIn = kernel.interruptOneIn = 0;

@@ -75,6 +75,8 @@ private:
     bool isActing_ = false;
     std::size_t passes_ = 0;  ///< of this run
     unsigned edits_ = 1;
+    unsigned namesToKill_ = 0;  ///< so many names that change below the folder, and the program is killed; 0 never
+    std::string namesBelow_;
 };
 
 }  // namespace vantrell::test

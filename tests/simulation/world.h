@@ -36,6 +36,7 @@ struct Hazards {
     std::uint64_t shortCalls = 6;     ///< a run with short reads and writes, or with interrupted ones
     std::uint64_t fullDisk = 6;
     std::uint64_t vanishing = 12;      ///< a run in which a disk is pulled out between two passes
+    std::uint64_t killsAtNames = 4;    ///< a run that is killed when a certain name has just been given or taken away
     std::uint64_t people = 3;          ///< a life whose operator does more than answer
     std::uint64_t others = 2;          ///< a life with other programs in it
     std::uint64_t betweenCalls = 150;  ///< they act after so many calls, else between turns only
@@ -58,6 +59,7 @@ inline constexpr std::array kHazardRows{HazardRow{"unordered", &Hazards::unorder
                                         HazardRow{"shortCalls", &Hazards::shortCalls},
                                         HazardRow{"fullDisk", &Hazards::fullDisk},
                                         HazardRow{"vanishing", &Hazards::vanishing},
+                                        HazardRow{"killsAtNames", &Hazards::killsAtNames},
                                         HazardRow{"people", &Hazards::people},
                                         HazardRow{"others", &Hazards::others},
                                         HazardRow{"betweenCalls", &Hazards::betweenCalls},
