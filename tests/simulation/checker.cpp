@@ -129,6 +129,7 @@ void Checker::watchFaults(const CallRecord& call) {
     const bool isFlush = call.call == Call::fsync || call.call == Call::fdatasync || call.call == Call::startFlush;
     if (isFlush && call.answer != 0 && call.answer != EINVAL) flushFailedAt_ = call.number;
     hasFlushFailed_ |= flushFailedAt_ == call.number;
+    if (isFlush && call.answer == EIO && call.path().ends_with(" Activity.Log")) unwrittenLogs_.insert(call.path());
     const auto loses = [](const PlannedFault& fault) { return fault.losesData; };
     const std::vector<PlannedFault>& faults = world_.kernel.faults;
     const bool isFolder = call.first.disk != nullptr && S_ISDIR(call.first.inode().mode);
@@ -145,7 +146,7 @@ void Checker::watchFaults(const CallRecord& call) {
 }
 
 bool Checker::isFresh(const Content& content) const {
-    constexpr std::uint64_t kCallsOfTheMove = 60;
+    constexpr std::uint64_t kCallsOfTheMove = 120;
     return content.madeAt != 0 && world_.kernel.calls() < content.madeAt + kCallsOfTheMove;
 }
 

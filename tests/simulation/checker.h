@@ -27,6 +27,7 @@ enum class Excuse : std::uint8_t {
     killedBeforeTheNote,
     beforeTheFirstLine,
     notTheNewestLogs,
+    logNotWritten,
     notSeenBySearch,
     inTheMomentOfTheMove,
     lostName,
@@ -43,6 +44,7 @@ inline constexpr std::array<const char*, kExcuses> kExcuseRows{
     "the program was killed between a flush that failed and the note of it",
     "what stands before the first line end of a log may be an editor's, and is left alone",
     "of the logs of other days only the newest earlier one is looked at",
+    "a disk has said of this log that it could not be written, and has lost what was in it",
     "a file of the same name lay in a folder that could not be read when this one was carried",
     "another program changed it between the last look at it and its move, and it could not be put back, or the power "
     "was cut before",
@@ -193,6 +195,7 @@ private:
     std::map<std::string, std::chrono::nanoseconds> arrivals_;  ///< in Done
     std::vector<Publication> published_;                        ///< in their order
     std::map<std::string, std::uint64_t> lines_;
+    std::set<std::string> unwrittenLogs_;
     std::unordered_map<const std::string*, Known> known_;
     std::array<std::uint64_t, kExcuses> excused_{};
 };

@@ -153,8 +153,11 @@ Checker::Broken Checker::checkLogs() {
             const std::size_t end = std::min(text->find("\r\n", begin), text->size());
             std::uint64_t& count = left[text->substr(begin, end - begin)];
             const bool isTorn = count == 0 || end == text->size();
-            const Excuse why = begin == 0 ? Excuse::beforeTheFirstLine : Excuse::notTheNewestLogs;
-            if (isTorn && begin != 0 && isMended)
+            const bool isUnwritten = unwrittenLogs_.contains(path);
+            const Excuse why = begin == 0    ? Excuse::beforeTheFirstLine
+                               : isUnwritten ? Excuse::logNotWritten
+                                             : Excuse::notTheNewestLogs;
+            if (isTorn && begin != 0 && isMended && !isUnwritten)
                 return path + " holds a line twice, or a torn one: " + text->substr(begin, end - begin);
             if (isTorn) ++excused_[static_cast<std::size_t>(why)];
             count -= isTorn ? 0 : 1;
