@@ -30,7 +30,6 @@ bool Startup::load() {
     p_.timRun.setInterval(effectiveIntervalMs(p_.state.settings.ScanIntervalMs));
     p_.timRun.setEnabled(threeFoldersAreSet() && p_.state.settings.RunContinuallyAtStartup);
     p_.window.showWindow();
-    p_.window.repaint();
     p_.tray.add(kTrayTip);
     p_.loaded.showFolders();
     p_.state.WindowLoading = false;

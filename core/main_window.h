@@ -36,7 +36,6 @@ public:
     virtual void setStopEnabled(bool enabled) = 0;
     /// Hourglass while True (`mWait`), the usual pointer while False (`mOk`).
     virtual void setWaitPointer(bool waiting) = 0;
-    virtual void repaint() = 0;
 
     // The file and the pass at work
     virtual void setCurrentFile(const std::string& name) = 0;

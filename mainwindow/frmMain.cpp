@@ -283,9 +283,6 @@ void frmMain::setWaitPointer(bool waiting) {
     }
 }
 
-// Changes are painted when control is back in the event loop; painting at once would make the pass wait.
-void frmMain::repaint() { update(); }
-
 void frmMain::setCurrentFile(const std::string& name) { progress_->setCurrentFile(name); }
 
 void frmMain::setLastFile(const std::string& name) { progress_->setLastFile(name); }

@@ -46,7 +46,6 @@ public:
     void setStartEnabled(bool enabled) override;
     void setStopEnabled(bool enabled) override;
     void setWaitPointer(bool waiting) override;
-    void repaint() override;
 
     void setCurrentFile(const std::string& name) override;
     void setLastFile(const std::string& name) override;

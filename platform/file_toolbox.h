@@ -85,6 +85,9 @@ public:
     virtual Task<Result<>> write(std::span<const std::byte> bytes) = 0;
     /// Brings everything written to stable storage.
     virtual Task<Result<>> flush() = 0;
+    /// Gives the flushed file a name that is free (`nameTaken` otherwise). The next `flushNames` brings the name to
+    /// stable storage, and with it the file is published; dropped before, it loses the name again.
+    virtual Result<> nameIfFree(std::string name) = 0;
     /// Flushes what is not flushed yet, gives the file its name in the folder for which it was created, and flushes the
     /// folder. The last call but for `discard`.
     virtual Task<Result<>> publish(std::string name, Replace replace) = 0;
@@ -207,6 +210,9 @@ public:
     /// trouble, not that of one file.
     virtual Task<Result<>> flushMoves() = 0;
     /// Brings the names in these folders and below them to stable storage, whoever gave or took them.
+    /// Publishes the new files that were given free names since the last call: one flush of their folder serves them
+    /// all. After a fault none of them is published.
+    virtual Task<Result<>> flushNames() = 0;
     virtual Task<Result<>> flushFolders(std::vector<Path> folders) = 0;
     /// The file's age counts from here: the later of its birth and its last change of status. `epoch` when it cannot
     /// be told.

@@ -17,6 +17,7 @@ public:
     Task<Result<>> write(std::span<const std::byte> bytes) override;
     // There is nothing to be brought to the disk or to be given a name.
     Task<Result<>> flush() override { co_return Result<>(); }
+    Result<> nameIfFree(std::string) override { return {}; }
     Task<Result<>> publish(std::string, Replace) override { co_return Result<>(); }
     Task<void> discard() override { co_return; }
 

@@ -115,6 +115,12 @@ Task<Result<>> CryptoComponent::prepare(HeldFile& source, Path folder) {
     co_return written;
 }
 
+Result<> CryptoComponent::nameFile(HeldFile& source, std::string name) {
+    if (!prepared_) return Fault{FaultKind::other, "no file is prepared"};
+    if (Result<> unchanged = source.verify(); !unchanged.ok()) return unchanged;
+    return prepared_->nameIfFree(std::move(name));
+}
+
 Task<Result<>> CryptoComponent::publishFile(HeldFile& source, std::string name, Replace replace) {
     if (!prepared_ && !standing_) co_return Fault{FaultKind::other, "no file is prepared"};
     Result<> published = source.verify();

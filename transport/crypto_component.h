@@ -49,6 +49,10 @@ public:
     /// prepared in. It appears under that name only when it is whole and on stable storage. `source` outlives the task.
     Task<Result<>> publishFile(HeldFile& source, std::string name, Replace replace);
 
+    /// The same for a name that is free (`nameTaken` otherwise), and without waiting: it appears whole on stable
+    /// storage with the next `flushNames` of the toolbox. After a fault nothing has happened.
+    Result<> nameFile(HeldFile& source, std::string name);
+
 private:
     void refuse(const std::string& why);
     bool acceptsText(std::string_view text, std::string_view encoding, const std::string& what);

@@ -34,6 +34,8 @@ struct FileEncryption::Work {
     bool isAhead = true;       // opened, and perhaps prepared, before its turn
     bool isAtItsTurn = false;  // its progress may be shown
     bool wasAsked = false;
+    bool isNamed = false;  // ahead, with others
+    Result<> naming;       // whether the name is on stable storage then
 
     void take(Result<std::unique_ptr<HeldFile>> opened) {
         holding = opened.ok() ? Result<>() : Result<>(opened.fault());
@@ -104,11 +106,36 @@ Task<void> FileEncryption::prepare(Work& work) {
     work.preparing = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
 }
 
+bool FileEncryption::isReady(const Work& work) {
+    return work.isCompared && work.comparing.ok() && work.holding.ok() && work.preparing.ok();
+}
+
+// What stands in Done would be asked about only when others already have their names.
+bool FileEncryption::nameAhead(Work& work) {
+    if (!isReady(work) || !work.isPrepared || work.equals || p_.flushNote.stands() || p_.isStopped()) return false;
+    const auto isFree = [&](const Path& folder, const std::string& name) {
+        return p_.toolbox.kindOf(joinPath(folder, name)) == EntryKind::missing;
+    };
+    const std::string output = work.name + kEncrypted;
+    if (!isFree(work.order.destinationFolder, output) || !isFree(work.order.doneFolder, work.name)) return false;
+    (void)ClearFileAttributes(p_.toolbox, work.order.sourcePath);
+    work.isNamed = work.component->nameFile(*work.held, output).ok();
+    // What stands there now may be its own output, which could not be taken back: then it begins anew.
+    work.isCompared = work.isNamed;
+    return work.isNamed;
+}
+
+Task<void> FileEncryption::settle(const std::vector<Work*>& named) {
+    const Result<> flushed = co_await p_.toolbox.flushNames();
+    for (Work* work : named) work->naming = flushed;
+}
+
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
     work->isAtItsTurn = true;
-    (void)ClearFileAttributes(p_.toolbox, work->order.sourcePath);
-    const bool isReady = work->isCompared && work->comparing.ok() && work->holding.ok() && work->preparing.ok();
-    if (!isReady) co_await beginAnew(*work);
+    if (!work->isNamed) {
+        (void)ClearFileAttributes(p_.toolbox, work->order.sourcePath);
+        if (!isReady(*work)) co_await beginAnew(*work);
+    }
     EncryptResult result = co_await encryptAndMove(*work);
     result.report = std::move(work->report);
     co_return result;
@@ -123,6 +150,8 @@ Task<EncryptResult> FileEncryption::encryptAndMove(Work& work) {
 
 // Nothing when the output stands whole under its name.
 Task<std::optional<EncryptResult>> FileEncryption::encrypt(Work& work) {
+    if (work.isNamed && work.naming.ok()) co_return std::nullopt;
+    if (work.isNamed) co_return failedBy(work, work.naming.fault());
     if (!work.holding.ok()) {
         if (work.holding.failedWith(FaultKind::inUse) && p_.isStopped())
             co_return resultOf(work, EncryptOutcome::withdrawn);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/main_window.h"
 #include "core/program_state.h"
@@ -79,7 +80,12 @@ public:
     [[nodiscard]] static std::uint64_t sizeOf(const Work& work);
     /// Encrypts into a file that has no name yet. Nothing of it can be seen.
     Task<void> prepare(Work& work);
-    /// The turn of the file has come: everything else, with all that is said and asked.
+    /// The turn of the file has come. When it is prepared, and nothing stands in its way and nothing needs to be asked,
+    /// its output is given its name. False: `finish` does it all.
+    [[nodiscard]] bool nameAhead(Work& work);
+    /// Before any of them is finished: brings the names that were given ahead to stable storage, all at once.
+    Task<void> settle(const std::vector<Work*>& named);
+    /// Everything else, with all that is said and asked.
     Task<EncryptResult> finish(WorkPointer work);
     [[nodiscard]] static EncryptOrder& orderOf(Work& work);
 
@@ -88,6 +94,7 @@ private:
     struct Obstacle;
 
     void makeComponentFor(Work& work);
+    [[nodiscard]] static bool isReady(const Work& work);
     Task<void> beginAnew(Work& work);
     Task<void> compare(Work& work);
     Task<EncryptResult> encryptAndMove(Work& work);

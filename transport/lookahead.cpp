@@ -7,7 +7,7 @@ namespace vantrell {
 
 namespace {
 
-constexpr std::size_t kMostAhead = 8;
+constexpr std::size_t kMostAhead = 16;
 // Larger files keep the disk busy by themselves.
 constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 20U;
 
@@ -41,6 +41,13 @@ Task<Lookahead::Item> Lookahead::next() {
     Item item = std::move(first.item);
     slots_.pop_front();
     co_return item;
+}
+
+std::optional<Lookahead::Item> Lookahead::readyOne() {
+    if (isEmpty() || !slots_.front()->isReady) return std::nullopt;
+    Item item = std::move(slots_.front()->item);
+    slots_.pop_front();
+    return item;
 }
 
 }  // namespace vantrell

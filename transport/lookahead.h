@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 
 #include "platform/event_loop.h"
 #include "task/task_group.h"
@@ -29,6 +30,8 @@ public:
     void add(EncryptOrder order, std::size_t index);
     /// The file that was added first, once its preparation has ended.
     Task<Item> next();
+    /// The same without waiting: nothing when there is none, or it is not ready.
+    std::optional<Item> readyOne();
 
 private:
     struct Slot {

@@ -13,6 +13,7 @@ namespace vantrell {
 namespace {
 
 constexpr int kMostMachineFaults = 3;
+constexpr std::size_t kMostInGroup = 8;
 constexpr char kFlushFailed[] = "Files could not be brought to stable storage.";
 
 bool isEncrypted(const Path& path) {
@@ -129,7 +130,6 @@ Task<void> ScanPass::searchAndCarry() {
     p_.state.PassInProgress = true;
     p_.mode.tmchkTimer_Timer();
     p_.report.showInLabel2("Please Wait ZEP is searching for files!");
-    p_.window.repaint();
     if (!folders_.check()) {
         endMissingFolders();
         co_return;
@@ -222,33 +222,75 @@ void ScanPass::lookAhead(Lookahead& ahead, std::size_t& next) {
     }
 }
 
+// Files that are prepared, and that nothing stands in the way of, get their names together, so that one flush of the
+// folder serves them all. Whatever else needs to be done or asked comes after those before it are finished.
 Task<ScanPass::Next> ScanPass::carryNext(Lookahead& ahead) {
     const std::string password = co_await p_.password.settled();
     if (password.empty()) co_return Next::noPassword;
-    Lookahead::Item item = co_await ahead.next();
-    // What is put under the path of a folder whose share has gone is hidden when the share comes back.
-    if (folders_.isOneAway() && !folders_.check()) co_return Next::missingFolders;
-    p_.window.setPassProgress(item.index, files_.size());
-    EncryptOrder& order = FileEncryption::orderOf(*item.work);
-    if (order.password != password) {
-        order.password = password;
-        item.work = encryption_.begin(order);
+    std::optional<Lookahead::Item> item = co_await ahead.next();
+    if (areFoldersGone()) co_return Next::missingFolders;
+    takePassword(*item, password);
+    Group group;
+    while (item && encryption_.nameAhead(*item->work)) {
+        group.push_back(std::move(*item));
+        item = nextOfGroup(ahead, group, password);
     }
-    co_return co_await carryOne(std::move(item.work));
+    if (!group.empty()) {
+        const Next next = co_await finishGroup(std::move(group));
+        if (next != Next::goOn || !item) co_return next;
+        if (stopRequested_) co_return Next::goOn;
+    }
+    co_return co_await carryOne(std::move(*item));
 }
+
+// A file waits in Source when its password is not the one that was active when it was prepared.
+void ScanPass::takePassword(Lookahead::Item& item, const std::string& password) {
+    EncryptOrder& order = FileEncryption::orderOf(*item.work);
+    if (order.password == password) return;
+    order.password = password;
+    item.work = encryption_.begin(order);
+}
+
+std::optional<Lookahead::Item> ScanPass::nextOfGroup(Lookahead& ahead, const Group& group,
+                                                     const std::string& password) {
+    const bool isPasswordKnown = !p_.password.isBeingLookedUp() && p_.password.known() == password;
+    if (group.size() >= kMostInGroup || !isPasswordKnown || stopRequested_) return std::nullopt;
+    std::optional<Lookahead::Item> item = ahead.readyOne();
+    if (item) takePassword(*item, password);
+    return item;
+}
+
+Task<ScanPass::Next> ScanPass::finishGroup(Group group) {
+    std::vector<FileEncryption::Work*> named;
+    for (const Lookahead::Item& item : group) named.push_back(item.work.get());
+    co_await encryption_.settle(named);
+    Next next = Next::goOn;
+    for (Lookahead::Item& item : group) {
+        // What is named is whole: the next pass takes it for what it is.
+        if (areFoldersGone()) co_return Next::missingFolders;
+        const Next after = co_await carryOne(std::move(item));
+        if (next == Next::goOn) next = after;
+        if (next == Next::missingFolders || flushHasFailed()) break;
+    }
+    co_return next;
+}
+
+// What is put under the path of a folder whose share has gone is hidden when the share comes back.
+bool ScanPass::areFoldersGone() { return folders_.isOneAway() && !folders_.check(); }
 
 void ScanPass::stopAndReport() {
     singlePassWanted_ = false;
     p_.report.showInLabel2("User has Stopped Process!D");
 }
 
-Task<ScanPass::Next> ScanPass::carryOne(FileEncryption::WorkPointer work) {
-    Path path = FileEncryption::orderOf(*work).sourcePath;
+Task<ScanPass::Next> ScanPass::carryOne(Lookahead::Item item) {
+    p_.window.setPassProgress(item.index, files_.size());
+    Path path = FileEncryption::orderOf(*item.work).sourcePath;
     const std::string name = FileNameOf(path);
     p_.window.setMode(Mode::scanning);
     p_.window.setCurrentFile(name);
     p_.window.setLastFile(name);
-    EncryptResult result = co_await encryption_.finish(std::move(work));
+    EncryptResult result = co_await encryption_.finish(std::move(item.work));
     switch (result.outcome) {
         case EncryptOutcome::withdrawn:
             isWhole_ = false;
@@ -289,10 +331,7 @@ EncryptOrder ScanPass::orderFor(const Path& path) const {
     return order;
 }
 
-void ScanPass::countCarried() {
-    p_.window.repaint();
-    p_.window.setProcessedCount(++processed_);
-}
+void ScanPass::countCarried() { p_.window.setProcessedCount(++processed_); }
 
 void ScanPass::leave(const Path& path, const std::string& how, FileReport& report) {
     isWhole_ = false;

@@ -55,8 +55,14 @@ private:
     Task<void> endCarrying(Next next);
     Task<Result<>> settleFlushNote();
     void lookAhead(Lookahead& ahead, std::size_t& next);
+    using Group = std::vector<Lookahead::Item>;
     Task<Next> carryNext(Lookahead& ahead);
-    Task<Next> carryOne(FileEncryption::WorkPointer work);
+    void takePassword(Lookahead::Item& item, const std::string& password);
+    /// One that is ready; nothing when the group is complete.
+    std::optional<Lookahead::Item> nextOfGroup(Lookahead& ahead, const Group& group, const std::string& password);
+    Task<Next> finishGroup(Group group);
+    [[nodiscard]] bool areFoldersGone();
+    Task<Next> carryOne(Lookahead::Item item);
     EncryptOrder orderFor(const Path& path) const;
     Task<Next> afterFailure(Path path, EncryptResult result);
     Task<std::optional<Fault>> reject(const Path& path, EncryptResult& result);

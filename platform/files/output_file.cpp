@@ -131,23 +131,32 @@ Task<Result<>> PosixOutputFile::replaceName(std::string name) {
     co_return Result<>();
 }
 
+Result<> PosixOutputFile::nameIfFree(std::string name) {
+    if (!failed_.ok()) return failed_;
+    if (const int error = giveName(name); error != 0) return namingFault(error, kCannotBeNamed);
+    // Undone by a fault and by an abort.
+    temporaryName_ = std::move(name);
+    parts_.named.push_back(this);
+    return {};
+}
+
 Task<Result<>> PosixOutputFile::publish(std::string name, Replace replace) {
     const Result<> flushed = co_await flush();
     if (!flushed.ok()) co_return flushed;
-    const int error = giveName(name);
-    const bool isReplacing = error == EEXIST && replace == Replace::allowed;
-    if (error != 0 && !isReplacing) co_return namingFault(error, kCannotBeNamed);
-    if (isReplacing) {
-        if (const Result<> replaced = co_await replaceName(name); !replaced.ok()) co_return replaced.fault();
-    }
-    // Undone by a fault and by an abort; where an old file has been replaced, the new one is what there is.
-    if (!isReplacing) temporaryName_ = std::move(name);
-    failed_ = isReplacing ? co_await flushFolder(parts_, folder_) : co_await flushName();
-    if (!failed_.ok()) co_return failed_;
+    const Result<> named = nameIfFree(name);
+    if (named.ok()) co_return co_await flushNames(parts_);
+    if (!named.failedWith(FaultKind::nameTaken) || replace == Replace::never) co_return named;
+    if (const Result<> replaced = co_await replaceName(name); !replaced.ok()) co_return replaced.fault();
+    // Where an old file has been replaced, the new one is what there is, and no fault undoes that.
+    failed_ = co_await flushFolder(parts_, folder_);
+    if (failed_.ok()) isPublished();
+    co_return failed_;
+}
+
+void PosixOutputFile::isPublished() {
     temporaryName_.clear();
     parts_.made.insert(identity());
     file_.reset();
-    co_return Result<>();
 }
 
 // How many names a file has is part of the file. Where that does not reach the disk together with the name, a check of
@@ -157,12 +166,32 @@ Task<Result<>> PosixOutputFile::flushCount() {
     co_return co_await flushFile(parts_, file_);
 }
 
-Task<Result<>> PosixOutputFile::flushName() {
-    if (const Result<> done = co_await flushCount(); !done.ok()) co_return done.fault();
-    co_return co_await flushFolder(parts_, folder_);
+// First all counts, at the same time, then each folder once.
+Task<Result<>> flushNames(OutputParts& parts) {
+    const std::vector<PosixOutputFile*> group = std::exchange(parts.named, {});
+    Result<> flushed;
+    for (PosixOutputFile* file : group)
+        if (!parts.systems.of(file->folder_).ordersRenames) file->submitFlush();
+    std::set<FileIdentity> folders;
+    for (PosixOutputFile* file : group) {
+        co_await file->awaitFlush();
+        if (flushed.ok()) flushed = file->failed_;
+    }
+    for (PosixOutputFile* file : group) {
+        struct stat folder {};
+        const bool isKnown = file->folder_.status(folder) == 0;
+        const bool isDone = isKnown && !folders.insert(identityOf(folder)).second;
+        if (flushed.ok() && !isDone) flushed = co_await flushFolder(parts, file->folder_);
+    }
+    for (PosixOutputFile* file : group) {
+        if (flushed.ok()) file->isPublished();
+        if (file->failed_.ok()) file->failed_ = flushed;
+    }
+    co_return flushed;
 }
 
 void PosixOutputFile::dropName() {
+    std::erase(parts_.named, this);
     if (temporaryName_.empty()) return;
     struct stat status {};
     const bool isOurs = folder_.statusOf(temporaryName_.c_str(), status) == 0 && identityOf(status) == identity();

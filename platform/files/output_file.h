@@ -24,6 +24,7 @@ public:
 
     Task<Result<>> write(std::span<const std::byte> bytes) override;
     Task<Result<>> flush() override;
+    Result<> nameIfFree(std::string name) override;
     Task<Result<>> publish(std::string name, Replace replace) override;
     Task<void> discard() override;
 
@@ -34,12 +35,14 @@ public:
     [[nodiscard]] FileIdentity identity() const;
 
 private:
+    friend Task<Result<>> flushNames(OutputParts& parts);
+
     std::size_t writePiece(std::span<const std::byte> piece);
     Task<void> keepPace();
     Task<void> awaitFlush();
     void submitFlush();
     void fail(int error, std::string_view what);
-    Task<Result<>> flushName();
+    void isPublished();
     int giveName(const std::string& name);
     int giveTemporaryName();
     Task<Result<>> replaceName(std::string name);
@@ -55,5 +58,8 @@ private:
     std::optional<Pending<int>> flushUnderWay_;
     Result<> failed_;  ///< the first failure of writing or flushing stays: a later success proves nothing
 };
+
+/// Publishes the files that were given free names since the last call.
+Task<Result<>> flushNames(OutputParts& parts);
 
 }  // namespace vantrell

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <set>
+#include <vector>
 
 #include "platform/event_loop.h"
 #include "platform/files/disposer.h"
@@ -12,6 +13,8 @@
 #include "platform/files/source_tree.h"
 
 namespace vantrell {
+
+class PosixOutputFile;
 
 /// What all new files and moves of a toolbox share; outlives them.
 struct OutputParts {
@@ -25,6 +28,8 @@ struct OutputParts {
     SourceTree elsewhere{};
     /// What was published and moved in the pass under way.
     std::set<FileIdentity> made{};
+    /// New files whose free names are not on the disk yet.
+    std::vector<PosixOutputFile*> named{};
     /// To be told of every flush that has failed. May be empty.
     std::function<void()> flushHasFailed{};
     /// Bytes written to all new files together for which no flush has been submitted yet.

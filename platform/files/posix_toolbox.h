@@ -50,6 +50,7 @@ public:
     Task<Result<>> rename(Path source, Path target) override;
     Task<Result<>> move(MoveOrder order) override;
     Task<Result<>> flushMoves() override { return mover_.flushMoves(); }
+    Task<Result<>> flushNames() override { return vantrell::flushNames(parts_); }
     Task<Result<>> flushFolders(std::vector<Path> folders) override;
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return fileDateAt(kernel_, path); }
     [[nodiscard]] bool tellsArrival(const Path& folder) override {

@@ -118,7 +118,9 @@ void Checker::passBegins() {
     allowed_.clear();
     mayOverwrite_ = inForce_.OverwriteExistingFiles;
     for (const File& file : before_) {
-        const bool isFound = inForce_.IncludeSubfolders || folderOf(file.path) == inForce_.SourceFolder;
+        // What lies in a private folder may be in Done as well, and goes before the search then.
+        const bool isFound = (inForce_.IncludeSubfolders && !isTemporaryName(nameOf(folderOf(file.path)))) ||
+                             folderOf(file.path) == inForce_.SourceFolder;
         if (file.where == Where::source && file.content() != kUnknown && isFound && !isOutput(file.path))
             at(file.content()).passes.insert(passes_);
     }

@@ -61,7 +61,11 @@ Checker::Broken Checker::judge(const File& before, const File* after, const std:
     const Found none;
     const Found& places = id == kUnknown ? none : found[static_cast<std::size_t>(id)];
     if (after != nullptr) {
-        if (!mayReplace(before, *after, places)) return before.path + " was replaced, and nobody had allowed it";
+        const Id newer = before.where == Where::destination ? after->original() : after->content();
+        // Where the disk would not let the old name go, what was rejected comes from Source once more.
+        const bool isRejected = newer != kUnknown && isIn(found[static_cast<std::size_t>(newer)], Where::rejected);
+        if (!mayReplace(before, *after, places) && !(isRejected && mayOverwrite_))
+            return before.path + " was replaced, and nobody had allowed it";
         allowed_.erase(placeOf(before.path));
         if (before.content() != kUnknown && places.places == 0) excuse(at(id).excuse, Excuse::replacementAllowed);
         return std::nullopt;

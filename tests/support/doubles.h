@@ -31,7 +31,6 @@ public:
     void setStartEnabled(bool) override {}
     void setStopEnabled(bool) override {}
     void setWaitPointer(bool waiting) override { waitPointer = waiting; }
-    void repaint() override {}
     void setCurrentFile(const std::string&) override {}
     void setLastFile(const std::string&) override {}
     void setTotalFiles(std::uint64_t count) override { totalFiles = count; }

@@ -46,6 +46,7 @@ public:
     Task<Result<>> rename(Path source, Path target) override { return real_.rename(source, target); }
     Task<Result<>> move(MoveOrder order) override { return real_.move(std::move(order)); }
     Task<Result<>> flushMoves() override { return real_.flushMoves(); }
+    Task<Result<>> flushNames() override { return real_.flushNames(); }
     Task<Result<>> flushFolders(std::vector<Path> folders) override { return real_.flushFolders(std::move(folders)); }
     [[nodiscard]] FileDate fileDate(const Path& path) const override { return real_.fileDate(path); }
     [[nodiscard]] bool tellsArrival(const Path& folder) override { return real_.tellsArrival(folder); }

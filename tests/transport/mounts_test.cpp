@@ -90,7 +90,7 @@ TEST_F(MountsTest, AMountThatGoesDuringAPassIsNotWrittenThrough) {
     toolbox.afterMove = [this] { toolbox.away = settings.DestinationFolder; };
     runPass();
     EXPECT_TRUE(isCarried("a"));
-    EXPECT_EQ(bench.names(settings.DestinationFolder), Texts{"a.enc"});
+    EXPECT_FALSE(isCarried("b")) << "its output may have got its name together with the other one's";
     EXPECT_TRUE(bench.exists(bench.in("b")));
     EXPECT_TRUE(bench.timRun.isEnabled());
 }
