@@ -44,7 +44,8 @@ void ActivityLog::logEvent(const Message& message) {
 void ActivityLog::writetofile() {
     chooseFile();
     if (firstUnsaved_ == lines_.size()) return;
-    Result<> saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
+    Result<> saved = saveSome();
+    if (saved.failedWith(FaultKind::notThere)) saved = files_.makePrivateFolders(logFolderBelow(state_.AppFolder));
     while (saved.ok() && firstUnsaved_ < lines_.size()) saved = saveSome();
     if (!saved.ok()) return report(saved.fault());
     if (!std::exchange(trouble_, {}).empty()) window_.setWarning({});

@@ -50,6 +50,8 @@ public:
     virtual Result<std::size_t> read(std::span<std::byte> into) = 0;
     /// The next reading begins at the first byte again.
     virtual void rewind() = 0;
+    /// As of the opening: its owner may not write to it.
+    [[nodiscard]] virtual bool isReadOnly() const = 0;
     /// Fault `inUse` when somebody has the file open for writing, or when it or what stands under its path is not what
     /// was opened (a changed file, another file, a link); `notThere` when nothing stands there any more.
     virtual Result<> verify() = 0;
@@ -148,6 +150,8 @@ public:
     /// and never through a link below it, and what is published and moved is remembered (`wasMadeInThisPass`).
     virtual void beginPass(const Path& source) = 0;
     virtual void endPass() = 0;
+    /// In a pass the folders that files are put into are held open; from here on they are found by their paths anew.
+    virtual void lookAgain() = 0;
     /// Whether what stands under the path was published or moved there since `beginPass`, under whatever name.
     [[nodiscard]] virtual Result<bool> wasMadeInThisPass(const Path& path) const = 0;
     /// Whether names that differ in letter case, or in how they are composed, may be one name in the folder, or the

@@ -30,6 +30,7 @@ struct FileEncryption::Work {
     bool isCompared = false;  // with what stands under the output's name
     bool equals = false;
     bool isPrepared = false;
+    bool isNameFree = false;  // as of the comparison
     Result<> preparing;
     bool isAhead = true;       // opened, and perhaps prepared, before its turn
     bool isAtItsTurn = false;  // its progress may be shown
@@ -92,6 +93,7 @@ Task<void> FileEncryption::compare(Work& work) {
     const Path output = joinPath(work.order.destinationFolder, work.name + kEncrypted);
     if (!work.held || std::exchange(work.isCompared, true)) co_return;
     const EntryKind there = p_.toolbox.kindOf(output);
+    work.isNameFree = there == EntryKind::missing;
     if (there == EntryKind::unknown) work.comparing = cannotBeLookedAt("Destination");
     if (there != EntryKind::regularFile) co_return;
     Result<bool> equal = co_await work.component->equalsStanding(*work.held, output, !p_.flushNote.stands());
@@ -106,20 +108,21 @@ Task<void> FileEncryption::prepare(Work& work) {
     work.preparing = co_await work.component->prepareFile(*work.held, work.order.destinationFolder);
 }
 
+void FileEncryption::clearReadOnly(const Work& work) {
+    if (!work.held || work.held->isReadOnly()) (void)ClearFileAttributes(p_.toolbox, work.order.sourcePath);
+}
+
 bool FileEncryption::isReady(const Work& work) {
     return work.isCompared && work.comparing.ok() && work.holding.ok() && work.preparing.ok();
 }
 
-// What stands in Done would be asked about only when others already have their names.
 bool FileEncryption::nameAhead(Work& work) {
-    if (!isReady(work) || !work.isPrepared || work.equals || p_.flushNote.stands() || p_.isStopped()) return false;
-    const auto isFree = [&](const Path& folder, const std::string& name) {
-        return p_.toolbox.kindOf(joinPath(folder, name)) == EntryKind::missing;
-    };
-    const std::string output = work.name + kEncrypted;
-    if (!isFree(work.order.destinationFolder, output) || !isFree(work.order.doneFolder, work.name)) return false;
-    (void)ClearFileAttributes(p_.toolbox, work.order.sourcePath);
-    work.isNamed = work.component->nameFile(*work.held, output).ok();
+    const bool isPlain = isReady(work) && work.isPrepared && work.isNameFree && !p_.flushNote.stands();
+    if (!isPlain || p_.isStopped()) return false;
+    // What stands there would be asked about only when others already have their names.
+    if (p_.toolbox.kindOf(joinPath(work.order.doneFolder, work.name)) != EntryKind::missing) return false;
+    clearReadOnly(work);
+    work.isNamed = work.component->nameFile(*work.held, work.name + kEncrypted).ok();
     // What stands there now may be its own output, which could not be taken back: then it begins anew.
     work.isCompared = work.isNamed;
     return work.isNamed;
@@ -133,7 +136,7 @@ Task<void> FileEncryption::settle(const std::vector<Work*>& named) {
 Task<EncryptResult> FileEncryption::finish(WorkPointer work) {
     work->isAtItsTurn = true;
     if (!work->isNamed) {
-        (void)ClearFileAttributes(p_.toolbox, work->order.sourcePath);
+        clearReadOnly(*work);
         if (!isReady(*work)) co_await beginAnew(*work);
     }
     EncryptResult result = co_await encryptAndMove(*work);
@@ -206,6 +209,10 @@ Task<Result<>> FileEncryption::writeOutput(Work& work, Replace replace) {
 Task<EncryptResult> FileEncryption::moveToDone(Work& work) {
     const Path target = joinPath(work.order.doneFolder, work.name);
     MoveOrder order{work.order.sourcePath, target, Replace::never, work.held.get(), Durable::later};
+    if (work.isNamed) {
+        const Result<> moved = co_await p_.toolbox.move(order);
+        if (!moved.failedWith(FaultKind::nameTaken)) co_return afterMove(work, moved);
+    }
     const EntryKind there = p_.toolbox.kindOf(target);
     if (there == EntryKind::unknown) co_return afterMove(work, cannotBeLookedAt("Done"));
     if (there == EntryKind::regularFile) {

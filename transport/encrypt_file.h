@@ -95,6 +95,7 @@ private:
 
     void makeComponentFor(Work& work);
     [[nodiscard]] static bool isReady(const Work& work);
+    void clearReadOnly(const Work& work);
     Task<void> beginAnew(Work& work);
     Task<void> compare(Work& work);
     Task<EncryptResult> encryptAndMove(Work& work);

@@ -264,10 +264,10 @@ Task<ScanPass::Next> ScanPass::finishGroup(Group group) {
     std::vector<FileEncryption::Work*> named;
     for (const Lookahead::Item& item : group) named.push_back(item.work.get());
     co_await encryption_.settle(named);
+    // What is named is whole: the next pass takes it for what it is.
+    if (areFoldersGone()) co_return Next::missingFolders;
     Next next = Next::goOn;
     for (Lookahead::Item& item : group) {
-        // What is named is whole: the next pass takes it for what it is.
-        if (areFoldersGone()) co_return Next::missingFolders;
         const Next after = co_await carryOne(std::move(item));
         if (next == Next::goOn) next = after;
         if (next == Next::missingFolders || flushHasFailed()) break;
@@ -276,7 +276,10 @@ Task<ScanPass::Next> ScanPass::finishGroup(Group group) {
 }
 
 // What is put under the path of a folder whose share has gone is hidden when the share comes back.
-bool ScanPass::areFoldersGone() { return folders_.isOneAway() && !folders_.check(); }
+bool ScanPass::areFoldersGone() {
+    p_.toolbox.lookAgain();
+    return folders_.isOneAway() && !folders_.check();
+}
 
 void ScanPass::stopAndReport() {
     singlePassWanted_ = false;

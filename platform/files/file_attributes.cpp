@@ -55,10 +55,12 @@ void copyAttributes(const UniqueFd& from, const struct stat& status, const Uniqu
 }
 
 void renewChangeTime(const UniqueFd& folder, const char* name, const struct stat& before) {
-    const UniqueFd file = folder.open(name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
     struct stat after {};
+    const auto isRenewed = [&] { return timeOf(after.st_ctim) != timeOf(before.st_ctim); };
+    if (folder.statusOf(name, after) != 0 || isRenewed()) return;
+    const UniqueFd file = folder.open(name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
     if (!file || file.status(after) != 0 || identityOf(after) != identityOf(before)) return;
-    if (timeOf(after.st_ctim) == timeOf(before.st_ctim)) changeMode(file, after.st_mode & kAllModeBits);
+    if (!isRenewed()) changeMode(file, after.st_mode & kAllModeBits);
 }
 
 void allowOwnerToWrite(const UniqueFd& folder, const char* name) {

@@ -56,7 +56,7 @@ Result<std::size_t> fill(File& file, std::span<std::byte> into) {
 Result<FileMover::Route> FileMover::survey(const MoveOrder& order) {
     Result<Place> from = parts_.source.openPlace(parts_.kernel, order.source);
     if (!from.ok()) return from.fault();
-    Result<Place> to = openPlace(parts_.kernel, order.target);
+    Result<Place> to = placeIn(parts_.targets.open(parts_.kernel, folderOf(order.target)), order.target);
     if (!to.ok()) return to.fault();
     const Result<FileIdentity> fromFolder = identityOfFolder(from.value().folder);
     if (!fromFolder.ok()) return fromFolder.fault();
@@ -98,6 +98,8 @@ Task<Result<>> FileMover::move(MoveOrder order, Reach reach) {
     }
     if (route.kind == Kind::samePlace) co_return Result<>();
     if (route.kind == Kind::secondName) co_return co_await dropSourceName(std::move(order), route);
+    // Nothing comes between that look and the move.
+    route.isVerified = order.expected != nullptr && route.kind == Kind::plain;
     if (route.kind == Kind::plain) co_return co_await go(std::move(order), route, reach);
     if (order.onEqual != OnEqual::isAnother && order.expected != nullptr) {
         Result<std::unique_ptr<PosixStandingFile>> standing = PosixStandingFile::open(parts_, probe_, order.target);
@@ -152,7 +154,10 @@ Task<Result<>> FileMover::removeArrived(MoveOrder order, Route& route, PosixStan
 }
 
 bool FileMover::isOrdered(const Route& route) {
-    return parts_.systems.of(route.from.folder).ordersRenames && parts_.systems.of(route.to.folder).ordersRenames;
+    const auto orders = [this](const Place& place, const FileIdentity& folder) {
+        return parts_.systems.of(place.folder, folder.device).ordersRenames;
+    };
+    return orders(route.from, route.fromFolder) && orders(route.to, route.toFolder);
 }
 
 Task<Result<>> FileMover::go(MoveOrder order, Route& route, Reach reach) {
@@ -170,7 +175,7 @@ Task<Result<>> FileMover::renameIt(MoveOrder order, Route& route, Reach reach) {
     const Place& from = route.from;
     const Place& to = route.to;
     // A file that was changed keeps its place: moved and put back, it would be without its output for a moment.
-    if (!isAsSurveyed(from, route.source)) co_return inUseFault();
+    if (!route.isVerified && !isAsSurveyed(from, route.source)) co_return inUseFault();
     const int error = route.replaces ? parts_.kernel.renameat2(from.folder.get(), from.name.c_str(), to.folder.get(),
                                                                to.name.c_str(), 0)
                                      : renameInOneStep(from.folder, from.name, to.folder, to.name);

@@ -33,6 +33,7 @@ private:
         struct stat source {};
         Kind kind = Kind::plain;
         bool replaces = false;
+        bool isVerified = false;  ///< just now
     };
 
     Result<Route> survey(const MoveOrder& order);

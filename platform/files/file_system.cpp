@@ -192,14 +192,29 @@ std::optional<Mount> mountOf(const UniqueFd& file) {
     return std::nullopt;
 }
 
+void FileSystems::startAnew(bool isPass) {
+    isPass_ = isPass;
+    kept_.clear();
+    known_.clear();
+}
+
 const FileSystemFacts& FileSystems::of(const UniqueFd& file) {
     static const FileSystemFacts kUnknown;
     struct stat status {};
+    return file.status(status) == 0 ? of(file, status.st_dev) : kUnknown;
+}
+
+const FileSystemFacts& FileSystems::of(const UniqueFd& file, dev_t device) {
+    static const FileSystemFacts kUnknown;
+    if (const auto kept = kept_.find(device); kept != kept_.end()) return kept->second.facts;
     struct statfs system {};
-    if (file.status(status) != 0 || file.kernel().fstatfs(file.get(), system) != 0) return kUnknown;
-    const auto key = std::pair(status.st_dev, static_cast<long>(system.f_type));
+    if (file.kernel().fstatfs(file.get(), system) != 0) return kUnknown;
+    const auto key = std::pair(device, static_cast<long>(system.f_type));
     const auto found = known_.find(key);
-    return found != known_.end() ? found->second : known_[key] = factsOf(file);
+    const FileSystemFacts& facts = found != known_.end() ? found->second : known_[key] = factsOf(file);
+    // What is no folder cannot be opened in this way.
+    UniqueFd folder = isPass_ ? file.open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC) : UniqueFd();
+    return folder ? (kept_[device] = {std::move(folder), facts}).facts : facts;
 }
 
 }  // namespace vantrell

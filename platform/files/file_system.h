@@ -42,14 +42,27 @@ struct FileSystemFacts {
     std::chrono::nanoseconds timeStep = std::chrono::seconds(2);
 };
 
-/// Finds the facts, once for each file system.
+/// Finds the facts, once for each file system. The references hold until the next `beginPass` or `endPass`.
 class FileSystems {
 public:
     [[nodiscard]] const FileSystemFacts& of(const UniqueFd& file);
-    /// Device numbers are used again after a mount has gone; what is known then counts no more.
-    void forget() { known_.clear(); }
+    /// The same when the device is known already (`st_dev`).
+    [[nodiscard]] const FileSystemFacts& of(const UniqueFd& file, dev_t device);
+
+    /// Device numbers are used again after a mount has gone; what is known then counts no more. In a pass the file
+    /// systems of its folders are kept from going, by a descriptor for each, so that nothing needs to be asked again.
+    void beginPass() { startAnew(true); }
+    void endPass() { startAnew(false); }
 
 private:
+    struct Kept {
+        UniqueFd folder;
+        FileSystemFacts facts;
+    };
+    void startAnew(bool isPass);
+
+    bool isPass_ = false;
+    std::map<dev_t, Kept> kept_;
     std::map<std::pair<dev_t, long>, FileSystemFacts> known_;  // by device and kind (statfs)
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/held_file.h"
 
+#include <utility>
+
 #include "platform/files/place.h"
 #include "platform/files/posix_fault.h"
 
@@ -28,7 +30,8 @@ Result<std::unique_ptr<PosixHeldFile>> PosixHeldFile::open(Kernel& kernel, const
     if (!S_ISREG(status.st_mode)) return notRegularFault();
     UniqueFd file = place.folder.open(place.name.c_str(), kReadFlags);
     if (!file) return sourceFault(file.error(), kCannotBeOpened);
-    const int error = statusNow(file, "", !probe.isLocal(file), status);
+    int error = file.status(status);
+    if (error == 0 && !probe.isLocal(file, status.st_dev)) error = statusNow(file, "", true, status);
     if (error != 0) return sourceFault(error, kCannotBeOpened);
     if (!S_ISREG(status.st_mode)) return notRegularFault();
     return std::make_unique<PosixHeldFile>(tree, probe, path, std::move(file), status);
@@ -46,14 +49,21 @@ Result<std::size_t> PosixHeldFile::read(std::span<std::byte> into) {
 Result<> PosixHeldFile::verify() {
     const Result<Place> place = tree_.openPlace(file_.kernel(), path_);
     if (!place.ok()) return place.fault();
-    const bool asksServer = !probe_.isLocal(file_);
+    const bool asksServer = !isLocal_;
     struct stat status {};
     if (const int error = statusNow(place.value().folder, place.value().name.c_str(), asksServer, status); error != 0)
         return sourceFault(error, "The file cannot be looked at");
     if (!S_ISREG(status.st_mode) || stampOf(status) != stamp_) return inUseFault();
     if (const int error = statusNow(file_, "", asksServer, status); error != 0)
         return sourceFault(error, "The file cannot be looked at");
-    return stampOf(status) != stamp_ || probe_.isKnownToBeWritten(file_) ? Result<>(inUseFault()) : Result<>();
+    return stampOf(status) != stamp_ || isKnownToBeWritten() ? Result<>(inUseFault()) : Result<>();
+}
+
+// Elsewhere the writer may sit on another machine, and a lease says nothing.
+bool PosixHeldFile::isKnownToBeWritten() {
+    if (!isLocal_) return false;
+    const bool wasAsked = std::exchange(wasAsked_, true);
+    return (wasAsked ? askForWritersAgain(file_) : askForWriters(file_)) == Use::writing;
 }
 
 }  // namespace vantrell

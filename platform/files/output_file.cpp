@@ -2,6 +2,7 @@
 #include "platform/files/output_file.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "platform/files/folder_flush.h"
@@ -33,7 +34,7 @@ UniqueFd openNamed(const UniqueFd& folder, std::string& name) {
 }  // namespace
 
 Result<std::unique_ptr<PosixOutputFile>> PosixOutputFile::create(OutputParts& parts, const Path& folderPath) {
-    UniqueFd folder = openFolder(parts.kernel, folderPath);
+    UniqueFd folder = parts.targets.open(parts.kernel, folderPath);
     if (!folder) return outputFault(folder.error(), "The folder cannot be opened");
     std::string name;
     UniqueFd file;
@@ -169,20 +170,20 @@ Task<Result<>> PosixOutputFile::flushCount() {
 // First all counts, at the same time, then each folder once.
 Task<Result<>> flushNames(OutputParts& parts) {
     const std::vector<PosixOutputFile*> group = std::exchange(parts.named, {});
+    std::map<FileIdentity, const UniqueFd*> folders;
+    for (PosixOutputFile* file : group) {
+        struct stat folder {};
+        if (const int error = file->folder_.status(folder); error != 0) co_return outputFault(error, kCannotBeNamed);
+        folders.try_emplace(identityOf(folder), &file->folder_);
+        if (!parts.systems.of(file->folder_, folder.st_dev).ordersRenames) file->submitFlush();
+    }
     Result<> flushed;
-    for (PosixOutputFile* file : group)
-        if (!parts.systems.of(file->folder_).ordersRenames) file->submitFlush();
-    std::set<FileIdentity> folders;
     for (PosixOutputFile* file : group) {
         co_await file->awaitFlush();
         if (flushed.ok()) flushed = file->failed_;
     }
-    for (PosixOutputFile* file : group) {
-        struct stat folder {};
-        const bool isKnown = file->folder_.status(folder) == 0;
-        const bool isDone = isKnown && !folders.insert(identityOf(folder)).second;
-        if (flushed.ok() && !isDone) flushed = co_await flushFolder(parts, file->folder_);
-    }
+    for (const auto& [identity, folder] : folders)
+        if (flushed.ok()) flushed = co_await flushFolder(parts, *folder);
     for (PosixOutputFile* file : group) {
         if (flushed.ok()) file->isPublished();
         if (file->failed_.ok()) file->failed_ = flushed;

@@ -11,6 +11,7 @@
 #include "platform/files/file_system.h"
 #include "platform/files/nameless_support.h"
 #include "platform/files/source_tree.h"
+#include "platform/files/target_folders.h"
 
 namespace vantrell {
 
@@ -26,6 +27,7 @@ struct OutputParts {
     SourceTree source{};
     /// Holds nothing: for what does not belong to Source.
     SourceTree elsewhere{};
+    TargetFolders targets{};
     /// What was published and moved in the pass under way.
     std::set<FileIdentity> made{};
     /// New files whose free names are not on the disk yet.

@@ -33,10 +33,11 @@ UniqueFd openFolder(Kernel& kernel, const Path& path) {
     return folder.error() == ENAMETOOLONG ? openLevelByLevel(kernel, path) : std::move(folder);
 }
 
-Result<Place> openPlace(Kernel& kernel, const Path& path) {
+Result<Place> openPlace(Kernel& kernel, const Path& path) { return placeIn(openFolder(kernel, folderOf(path)), path); }
+
+Result<Place> placeIn(UniqueFd folder, const Path& path) {
     std::string name = nameOf(path);
     if (name.empty() || name == "." || name == "..") return Fault{FaultKind::other, "The path does not name a file"};
-    UniqueFd folder = openFolder(kernel, folderOf(path));
     if (!folder) return outputFault(folder.error(), "The folder cannot be opened");
     return Place{std::move(folder), std::move(name)};
 }

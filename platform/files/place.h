@@ -22,6 +22,8 @@ struct Place {
 
 /// Opens the folder of a path. Fault `notThere` when it does not exist.
 Result<Place> openPlace(Kernel& kernel, const Path& path);
+/// The same when the folder of the path was opened already, or could not be.
+Result<Place> placeIn(UniqueFd folder, const Path& path);
 
 // These serve paths of any length, also beyond what the host takes in one call.
 UniqueFd openFolder(Kernel& kernel, const Path& path);

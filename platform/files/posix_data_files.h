@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <set>
-
 #include "platform/data_files.h"
-#include "platform/files/kernel.h"
+#include "platform/files/appended_file.h"
 
 namespace vantrell {
 
@@ -12,7 +10,7 @@ namespace vantrell {
 class PosixDataFiles final : public DataFiles {
 public:
     /// The kernel outlives it.
-    explicit PosixDataFiles(Kernel& kernel) : kernel_(kernel) {}
+    explicit PosixDataFiles(Kernel& kernel) : kernel_(kernel), appended_(kernel) {}
 
     /// Follows links; never waits at a FIFO. A path that is no regular file is a fault.
     [[nodiscard]] Result<std::string> read(const Path& path, std::size_t limit) const override;
@@ -25,16 +23,18 @@ public:
     Result<> setAside(const Path& path, const Path& newName) override;
     Result<> keepCopy(const Path& path, const Path& newName) override;
     /// What an editor saved with bare line feeds keeps its lines.
-    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) override;
-    Result<> cutTornEnd(const Path& path) override;
+    Result<> appendLines(const Path& path, std::string_view lines, bool cutTornEnd) override {
+        return appended_.append(path, lines, cutTornEnd);
+    }
+    Result<> cutTornEnd(const Path& path) override { return appended_.cutTornEnd(path); }
     /// Also flushes the folder of a file that `appendLines` created.
-    Result<> flush(const Path& path) override;
+    Result<> flush(const Path& path) override { return appended_.flush(path); }
     Result<> makePrivateFolders(const Path& path) override;
     Result<> makePrivate(const Path& path) override;
 
 private:
     Kernel& kernel_;
-    std::set<Path> notYetInFlushedFolder_;
+    AppendedFile appended_;
 };
 
 }  // namespace vantrell

@@ -60,7 +60,8 @@ PosixToolbox::PosixToolbox(EventLoop& loop, Kernel& kernel, const Clock& clock, 
 
 void PosixToolbox::beginPass(const Path& source) {
     parts_.made.clear();
-    parts_.systems.forget();
+    parts_.systems.beginPass();
+    parts_.targets.beginPass();
     parts_.nameless.forget();
     parts_.source.hold(kernel_, source);
 }
@@ -68,6 +69,8 @@ void PosixToolbox::beginPass(const Path& source) {
 void PosixToolbox::endPass() {
     parts_.made.clear();
     parts_.source.release();
+    parts_.systems.endPass();
+    parts_.targets.endPass();
     probe_.forgetSettled();
 }
 

@@ -27,6 +27,7 @@ public:
 
     void beginPass(const Path& source) override;
     void endPass() override;
+    void lookAgain() override { parts_.targets.lookAgain(); }
     [[nodiscard]] Result<bool> wasMadeInThisPass(const Path& path) const override;
     [[nodiscard]] bool hasUncertainNames(const Path& folder) const override;
     void onFlushFault(std::function<void()> told) override { parts_.flushHasFailed = std::move(told); }

@@ -32,7 +32,7 @@ bool isNoAnswer(int error) {
 void SourceTree::hold(Kernel& kernel, const Path& folder) {
     path_ = folder;
     while (path_.size() > 1 && path_.ends_with(kPathSeparator)) path_.pop_back();
-    root_ = vantrell::openFolder(kernel, folder);
+    root_ = std::make_shared<const UniqueFd>(vantrell::openFolder(kernel, folder));
     isHeld_ = true;
 }
 
@@ -42,13 +42,14 @@ void SourceTree::release() {
 }
 
 UniqueFd SourceTree::openBeneath(const Path& relative) const {
-    if (!root_) return {root_.kernel(), -root_.error()};
+    if (!*root_) return {root_->kernel(), -root_->error()};
+    if (relative == ".") return UniqueFd(root_);
     open_how how{};
     how.flags = kFolderFlags;
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
-    Kernel& kernel = root_.kernel();
-    UniqueFd folder(kernel, kernel.openat2(root_.get(), relative.c_str(), how));
-    return !folder && isNoAnswer(folder.error()) ? openStepByStep(root_, relative) : std::move(folder);
+    Kernel& kernel = root_->kernel();
+    UniqueFd folder(kernel, kernel.openat2(root_->get(), relative.c_str(), how));
+    return !folder && isNoAnswer(folder.error()) ? openStepByStep(*root_, relative) : std::move(folder);
 }
 
 Result<Place> SourceTree::openPlace(Kernel& kernel, const Path& path) const {

@@ -19,12 +19,15 @@ public:
     /// Opens the folder for reading: the held one when it is that.
     [[nodiscard]] UniqueFd openFolder(Kernel& kernel, const Path& folder) const;
 
+    /// Null while nothing is held.
+    [[nodiscard]] const UniqueFd* root() const { return root_.get(); }
+
 private:
     [[nodiscard]] UniqueFd openBeneath(const Path& relative) const;
 
     bool isHeld_ = false;
     Path path_;  ///< without a separator at its end
-    UniqueFd root_;
+    std::shared_ptr<const UniqueFd> root_;
 };
 
 }  // namespace vantrell

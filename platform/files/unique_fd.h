@@ -5,6 +5,7 @@
 #include <sys/file.h>
 
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 #include "platform/files/kernel.h"
@@ -45,7 +46,10 @@ private:
 
 struct CloseByKernel {
     Kernel* kernel = nullptr;
-    void operator()(int descriptor) const { kernel->close(descriptor); }
+    std::shared_ptr<const void> owner{};  ///< who closes it instead
+    void operator()(int descriptor) const {
+        if (!owner) kernel->close(descriptor);
+    }
 };
 
 /// Owner of a file descriptor, and the way to the kernel by which it was opened; the kernel outlives it. What `openat`
@@ -54,6 +58,9 @@ class UniqueFd : public DescriptorOwner<CloseByKernel> {
 public:
     UniqueFd() = default;
     UniqueFd(Kernel& kernel, int descriptor) : DescriptorOwner(descriptor, CloseByKernel{&kernel}) {}
+    /// The descriptor of another one, which stays open as long as this does.
+    explicit UniqueFd(const std::shared_ptr<const UniqueFd>& owner)
+        : DescriptorOwner(owner->get(), CloseByKernel{&owner->kernel(), owner}) {}
 
     /// Why it is not open.
     [[nodiscard]] int error() const { return -get(); }

@@ -25,24 +25,31 @@ std::chrono::nanoseconds sinceEpoch(const FileTime& time) {
     return std::chrono::seconds(time.seconds) + std::chrono::nanoseconds(time.nanoseconds);
 }
 
+// Whoever opens the file in the few microseconds of the lease makes the kernel send us this signal, which does nothing
+// by default. SIGIO, which it sends otherwise, would end the process.
+int chooseSignal(const UniqueFd& file) { return file.kernel().setLeaseSignal(file.get(), SIGURG); }
+
 int tryLease(const UniqueFd& file, int kind) {
-    // Whoever opens the file in the few microseconds of the lease makes the kernel send us this signal, which does
-    // nothing by default. SIGIO, which it sends otherwise, would end the process.
     Kernel& kernel = file.kernel();
-    if (const int error = kernel.setLeaseSignal(file.get(), SIGURG); error != 0) return error;
     if (const int error = kernel.setLease(file.get(), kind); error != 0) return error;
     return kernel.setLease(file.get(), F_UNLCK);
+}
+
+Use meaningOf(int answer) {
+    if (answer == 0) return Use::none;
+    return answer == EAGAIN ? Use::writing : Use::unknown;
 }
 
 }  // namespace
 
 Use askForWriters(const UniqueFd& file) {
-    const int answer = tryLease(file, F_RDLCK);
-    if (answer == 0) return Use::none;
-    return answer == EAGAIN ? Use::writing : Use::unknown;
+    const int error = chooseSignal(file);
+    return error == 0 ? askForWritersAgain(file) : meaningOf(error);
 }
 
-bool isOnlyDescriptor(const UniqueFd& file) { return tryLease(file, F_WRLCK) == 0; }
+Use askForWritersAgain(const UniqueFd& file) { return meaningOf(tryLease(file, F_RDLCK)); }
+
+bool isOnlyDescriptor(const UniqueFd& file) { return chooseSignal(file) == 0 && tryLease(file, F_WRLCK) == 0; }
 
 int statusNow(const UniqueFd& file, const char* name, bool asksServer, struct stat& into) {
     const bool isItself = *name == '\0';
@@ -80,7 +87,7 @@ void UseProbe::lookAhead(const UniqueFd& folder, const char* name) {
 }
 
 Readiness UseProbe::look(const UniqueFd& file, const FileStamp& stamp) {
-    const FileSystemFacts& facts = systems_.of(file);
+    const FileSystemFacts& facts = systems_.of(file, stamp.identity.device);
     if (!facts.isLocal) return afterTwoLooks(stamp, facts);
     switch (askForWriters(file)) {
         case Use::writing:

@@ -15,6 +15,8 @@ enum class Use { none, writing, unknown };
 /// is kept would hold up writers). `unknown` when the system does not say: another owner's file, or a file system
 /// without leases.
 [[nodiscard]] Use askForWriters(const UniqueFd& file);
+/// The same of a file that was asked about before.
+[[nodiscard]] Use askForWritersAgain(const UniqueFd& file);
 /// Whether this descriptor, which is open for writing, is the only one that anybody has of the file.
 [[nodiscard]] bool isOnlyDescriptor(const UniqueFd& file);
 
@@ -48,6 +50,7 @@ public:
     /// Whether somebody is known to write to an open file.
     [[nodiscard]] bool isKnownToBeWritten(const UniqueFd& file);
     [[nodiscard]] bool isLocal(const UniqueFd& file) { return systems_.of(file).isLocal; }
+    [[nodiscard]] bool isLocal(const UniqueFd& file, dev_t device) { return systems_.of(file, device).isLocal; }
     /// As QuietTime's.
     void carryOver(const FileStamp& before, const FileStamp& after) { quiet_.carryOver(before, after); }
     void forgetSettled() { quiet_.forgetSettled(); }

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/qt/qt_event_loop.h"
 
-#include <QTimer>
-
 namespace vantrell {
 
+QtEventLoop::QtEventLoop(const Clock& clock) : EventLoop(clock) {
+    turn_.setSingleShot(true);
+    QObject::connect(&turn_, &QTimer::timeout, &context_, [this] { queue().runTurn(); });
+}
+
 void QtEventLoop::requestTurn() {
-    if (turnIsRequested_) return;
-    turnIsRequested_ = true;
-    QTimer::singleShot(0, &context_, [this] {
-        turnIsRequested_ = false;
-        queue().runTurn();
-    });
+    if (!turn_.isActive()) turn_.start();
 }
 
 void QtEventLoop::startTimer(Ticket<> ticket, std::chrono::milliseconds time) {

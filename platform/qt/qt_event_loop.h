@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include "platform/event_loop.h"
 
@@ -11,7 +12,7 @@ namespace vantrell {
 /// outrank everything else.
 class QtEventLoop final : public EventLoop {
 public:
-    explicit QtEventLoop(const Clock& clock) : EventLoop(clock) {}
+    explicit QtEventLoop(const Clock& clock);
 
 protected:
     void requestTurn() override;
@@ -19,7 +20,7 @@ protected:
 
 private:
     QObject context_;  // its destruction ends the timers that still run
-    bool turnIsRequested_ = false;
+    QTimer turn_;
 };
 
 }  // namespace vantrell

@@ -72,6 +72,18 @@ std::string numbered(std::size_t number) {
     return "11/16/26 14:00:00 Encryped:  file " + std::to_string(number) + " - Sucessful: " + std::string(40, 'x');
 }
 
+TEST_F(DataFilesTest, LinesGoToTheFileThatStandsUnderTheNameWhateverOthersDoWithIt) {
+    const auto append = [&](const char* line) { return files.appendLines(file, line, false).ok(); };
+    EXPECT_TRUE(append("one\r\n"));
+    fs::rename(file, file + ".aside");
+    EXPECT_TRUE(append("two\r\n"));
+    EXPECT_EQ(readFile(file), "two\r\n");
+    writeFile(file, "edited");
+    EXPECT_TRUE(append("three\r\n"));
+    EXPECT_EQ(readFile(file), "edited\r\nthree\r\n");
+    EXPECT_EQ(readFile(file + ".aside"), "one\r\n");
+}
+
 class SpilledLinesTest : public ::testing::Test {
 protected:
     void append(std::size_t count) {

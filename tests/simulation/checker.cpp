@@ -9,6 +9,7 @@
 #include "core/settings_format.h"
 #include "platform/files/temporary_name.h"
 #include "simulation/checked_names.h"
+#include "transport/namesakes.h"
 
 namespace vantrell::test {
 
@@ -92,14 +93,17 @@ void Checker::allowed(const std::string& question) {
 
 // The program
 
-// A name that is shared is known to the next run; of another one that an interrupted pass has taken away nobody knows.
+// A name that is shared is known to the next run, until it is settled; of another one that an interrupted pass has
+// taken away nobody knows.
 void Checker::passHasEnded() {
     if (std::exchange(hasFlushFailed_, false)) return;
     const std::vector<Found> found = find(before_);
+    const bool isSettled = world_.others().at(world_.dataFile(kNamesakesName)).node == kNoNode;
     for (Content& content : contents_) {
         const bool isThere = isIn(found[static_cast<std::size_t>(&content - contents_.data())], Where::source);
         const bool isOfRun = !content.passes.empty() && *content.passes.rbegin() >= firstPassOfRun_;
-        content.hasLeftForGood |= content.where == Where::source && !isThere && (isOfRun || hasNamesake(content));
+        content.hasLeftForGood |=
+            content.where == Where::source && !isThere && (isOfRun || (isSettled && hasNamesake(content)));
     }
 }
 

@@ -15,6 +15,7 @@ public:
 
     void beginPass(const Path& source) override { real_.beginPass(source); }
     void endPass() override { real_.endPass(); }
+    void lookAgain() override { real_.lookAgain(); }
     [[nodiscard]] Result<bool> wasMadeInThisPass(const Path& path) const override {
         return real_.wasMadeInThisPass(path);
     }
