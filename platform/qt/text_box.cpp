@@ -75,21 +75,28 @@ void BoxText::fitInto(int leastWidth, QSize limit) {
 }
 
 TextBox::TextBox(const QString& title, const QString& text, QWidget* parent)
-    : QMessageBox(parent), text_(new BoxText(text, this)) {
+    : QMessageBox(parent), text_(new BoxText(text, this)), sign_(new BoxSign(this)) {
     setWindowTitle(title);
     setTextFormat(Qt::PlainText);
     setText(text);
     place();
 }
 
-// In the place of the label that Qt made for the text; Qt lays everything out anew whenever the icon or style changes.
+// In the places of the labels that Qt made for text and icon; Qt lays everything out anew whenever the icon or style
+// changes.
 void TextBox::place() {
-    auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    if (label == nullptr || layout()->indexOf(text_) >= 0) return;
-    delete layout()->replaceWidget(label, text_, Qt::FindDirectChildrenOnly);
+    if (QLabel* label = putInPlaceOf(QStringLiteral("qt_msgbox_label"), *text_)) label->raise();  // it is read out last
+    sign_->showIcon(icon());
+    putInPlaceOf(QStringLiteral("qt_msgboxex_icon_label"), *sign_);
+    sign_->setVisible(icon() != NoIcon);
+}
+
+QLabel* TextBox::putInPlaceOf(const QString& name, QWidget& ours) {
+    auto* label = findChild<QLabel*>(name);
+    if (label == nullptr || layout()->indexOf(label) < 0) return nullptr;
+    delete layout()->replaceWidget(label, &ours, Qt::FindDirectChildrenOnly);
     label->hide();
-    label->raise();  // assistive technology comes to it last
-    text_->show();
+    return label;
 }
 
 void TextBox::showEvent(QShowEvent* event) {

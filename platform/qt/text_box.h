@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QTextEdit>
+
+#include "platform/qt/box_sign.h"
 
 namespace vantrell {
 
@@ -35,8 +38,10 @@ protected:
 
 private:
     void place();
+    QLabel* putInPlaceOf(const QString& name, QWidget& ours);
 
     BoxText* text_;
+    BoxSign* sign_;
 };
 
 }  // namespace vantrell

@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QGridLayout>
 #include <QPushButton>
 #include <QScreen>
 #include <QTextEdit>
@@ -96,6 +97,15 @@ TEST_F(MessageBoxesTest, ShowTheTextAsItIsAndFitOnTheScreen) {
     for (const Qt::Key key : {Qt::Key_A, Qt::Key_C}) QTest::keyClick(text, key, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(text)->text(QAccessible::Name), path);
+}
+
+TEST_F(MessageBoxesTest, DrawTheirSignSharpOnAFineScreen) {
+    boxes->inform(question);
+    auto* sign = qobject_cast<QGridLayout*>(openBoxes().front()->layout())->itemAtPosition(0, 0)->widget();
+    QImage fine(sign->size() * 2, QImage::Format_RGB32);
+    fine.setDevicePixelRatio(2);
+    sign->render(&fine);
+    EXPECT_NE(fine, fine.scaled(sign->size()).scaled(fine.size())) << "each point is only made larger";
 }
 
 TEST_F(MessageBoxesTest, CanBeAnsweredWhileAWindowHoldsUpTheMainOne) {
