@@ -15,6 +15,8 @@ namespace {
 constexpr std::int32_t kStartupStepMs = 100;
 constexpr std::int32_t kModeMs = 50;
 constexpr std::int32_t kClockMs = 25;
+// While nobody can see the window: an idle program should not keep a processor awake.
+constexpr std::int32_t kUnseenMs = 500;
 
 ProgramState stateBelow(const Path& profileFolder) {
     ProgramState state;
@@ -68,7 +70,7 @@ Engine::Engine(Machine given, Screen shown, std::function<void()> quit)
       about(state, screen.window, screen.boxes, machine.host, log),
       fields({state, screen.window, settings, screen.boxes, *timRun, mode, passes, machine.toolbox, mounts}),
       controller({state, screen.window, report, screen.boxes, machine.loop.queue(), machine.clock, mode, passes, place,
-                  notices, ending}),
+                  notices, ending, [this] { tickNow(); }}),
       startup({state, screen.window, log, settings, loadedSettings, place, passes, *timRun, *timMax, machine.host,
                machine.instance, screen.tray, screen.boxes, machine.files, machine.toolbox, machine.loop.queue()}) {
     connectTimers();
@@ -96,7 +98,18 @@ void Engine::connectTimers() {
     timCurTime->setInterval(kClockMs);
 }
 
+void Engine::tickNow() {
+    clockTick();
+    modeTick();
+}
+
+void Engine::tickEvery(Timer& timer, std::int32_t seenMs) const {
+    const std::int32_t wanted = screen.window.isSeen() ? seenMs : kUnseenMs;
+    if (timer.interval() != wanted) timer.setInterval(wanted);
+}
+
 void Engine::clockTick() {
+    tickEvery(*timCurTime, kClockMs);
     screen.window.setClock(timeText(machine.clock.now()));
     weekly.clockTick();
     notices.tick();
@@ -104,6 +117,7 @@ void Engine::clockTick() {
 
 // Whoever has switched processing off, and however, from then on another program may process the folder.
 void Engine::modeTick() {
+    tickEvery(*tmchkTimer, kModeMs);
     mode.tmchkTimer_Timer();
     if (mode.mode() == Mode::stopped) machine.claim.release();
 }

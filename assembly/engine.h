@@ -114,6 +114,8 @@ struct Engine {
 private:
     void connectTimers();
     void clockTick();
+    void tickNow();
+    void tickEvery(Timer& timer, std::int32_t seenMs) const;
     void modeTick();
 };
 

@@ -52,6 +52,8 @@ public:
 
     // Settings
     virtual void setFolder(FolderKind kind, const Path& folder) = 0;
+    /// While this folder is not set, its row offers to take `lost` back, and the chooser opens there.
+    virtual void offerFolder(FolderKind kind, const Path& lost) = 0;
     virtual void setMinutes(const std::string& text) = 0;
     /// Tells of what was typed in a field that was not left yet.
     virtual void finishEditing() = 0;
@@ -77,6 +79,8 @@ public:
     /// Ends the minimized state.
     virtual void setNormalState() = 0;
     [[nodiscard]] virtual bool isMinimized() const = 0;
+    /// Neither hidden nor minimised: somebody can look at it.
+    [[nodiscard]] virtual bool isSeen() const = 0;
     /// 6780 by 11655 twips, or what the texts need.
     virtual void setNormalSize() = 0;
     virtual void bringToFront() = 0;

@@ -28,6 +28,7 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
     row.label = new ElidedLabel(Qt::ElideMiddle, this);
     row.label->setObjectName(labelName);
     row.label->setAccessibleDescription(spokenName);
+    QLayout* offer = makeOffer(kind, spokenName);
     row.button = new WideButton(tr("Change Path"), this);
     row.button->setObjectName(QStringLiteral("cmdSelectSource%1").arg(static_cast<int>(kind)));
     row.button->setAccessibleName(tr("Change %1").arg(spokenName));
@@ -39,7 +40,40 @@ void frmFolders::addRow(QGridLayout& grid, FolderKind kind, const QString& capti
     const int line = grid.rowCount();
     grid.addWidget(name, line, 0);
     grid.addWidget(row.label, line, 1);
+    grid.addLayout(offer, line, 1);
     grid.addWidget(row.button, line, 2);
+}
+
+QLayout* frmFolders::makeOffer(FolderKind kind, const QString& spokenName) {
+    Row& row = this->row(kind);
+    row.lostLabel = new ElidedLabel(Qt::ElideMiddle, this);
+    row.lostLabel->setObjectName(QStringLiteral("lblLost%1").arg(static_cast<int>(kind)));
+    row.lostLabel->setAccessibleDescription(tr("%1, which is not set").arg(spokenName));
+    QFont slanted = row.lostLabel->font();
+    slanted.setItalic(true);
+    row.lostLabel->setFont(slanted);
+    row.takeBack = new WideButton(tr("Take Back"), this);
+    row.takeBack->setObjectName(QStringLiteral("cmdTakeBack%1").arg(static_cast<int>(kind)));
+    row.takeBack->setAccessibleName(tr("Take back %1").arg(spokenName));
+    row.takeBack->setAccessibleDescription(tr("Sets the folder again that stood here before"));
+    row.takeBack->setAutoDefault(true);
+    connect(row.takeBack, &QPushButton::clicked, this, [this, kind] {
+        const Path lost = this->row(kind).lost;  // the row forgets it when it shows the folder
+        Q_EMIT takeBackPressed(kind, lost);
+    });
+    auto* offer = new QHBoxLayout;
+    offer->addWidget(row.lostLabel, 1);
+    offer->addWidget(row.takeBack);
+    showOffer(row);
+    return offer;
+}
+
+void frmFolders::showOffer(Row& row) {
+    const bool isOffered = row.folder.empty() && !row.lost.empty();
+    row.lostLabel->showBytes("Before: " + row.lost);
+    row.label->setVisible(!isOffered);
+    row.lostLabel->setVisible(isOffered);
+    row.takeBack->setVisible(isOffered);
 }
 
 void frmFolders::addCheckBox(QGridLayout& grid) {
@@ -52,8 +86,16 @@ void frmFolders::addCheckBox(QGridLayout& grid) {
 }
 
 void frmFolders::setFolder(FolderKind kind, const Path& folder) {
-    row(kind).folder = folder;
-    row(kind).label->showBytes(folder);
+    Row& row = this->row(kind);
+    row.folder = folder;
+    if (!folder.empty()) row.lost.clear();
+    row.label->showBytes(folder);
+    showOffer(row);
+}
+
+void frmFolders::offerFolder(FolderKind kind, const Path& lost) {
+    row(kind).lost = lost;
+    showOffer(row(kind));
 }
 
 }  // namespace vantrell

@@ -208,6 +208,9 @@ void frmMain::connectControls() {
     connect(new QShortcut(Qt::CTRL | Qt::Key_Q, this), &QShortcut::activated, cmdExit_, &QPushButton::click);
     tell(cmdSched_, [](auto& to) { to.schedule.cmdSched(); });
     connect(folders_, &frmFolders::changePressed, this, &frmMain::chooseFolder);
+    connect(folders_, &frmFolders::takeBackPressed, this, [this](FolderKind kind, const Path& lost) {
+        if (listeners_) listeners_->fields.folderTakenBack(kind, lost);
+    });
     connect(folders_, &frmFolders::includeSubfoldersClicked, this, [this](bool checked) {
         if (listeners_) listeners_->fields.includeSubfoldersClicked(checked);
     });
@@ -302,6 +305,8 @@ void frmMain::clearProgress() { progress_->clear(); }
 
 void frmMain::setFolder(FolderKind kind, const Path& folder) { folders_->setFolder(kind, folder); }
 
+void frmMain::offerFolder(FolderKind kind, const Path& lost) { folders_->offerFolder(kind, lost); }
+
 void frmMain::setMinutes(const std::string& text) { ctNEdit1_->showText(shownText(text)); }
 
 void frmMain::setStartupEntry(StartupEntry::State state) { menus_->setStartupEntry(state); }
@@ -388,7 +393,14 @@ void frmMain::closeEvent(QCloseEvent* event) {
 
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange) minimizedReport_.start();
+    if (event->type() != QEvent::WindowStateChange) return;
+    minimizedReport_.start();
+    if (listeners_ != nullptr && isSeen()) listeners_->window.appeared();
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (listeners_ != nullptr) listeners_->window.appeared();
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
@@ -403,7 +415,7 @@ void frmMain::chooseFolder(FolderKind kind) {
     MK11_->setShowCreate(true);
     MK11_->setCaption(tr("Choose the %1").arg(folders_->nameOf(kind)).toStdString());
     MK11_->setTitle("Select Current Folder or Create New Folder");
-    MK11_->setInitDir(folders_->folder(kind));
+    MK11_->setInitDir(folders_->choosingBegins(kind));
     MK11_->SaveBrowse([this, kind](const Path& folder) {
         if (listeners_) listeners_->fields.folderChosen(kind, folder);
     });

@@ -57,6 +57,7 @@ public:
     void clearProgress() override;
 
     void setFolder(FolderKind kind, const Path& folder) override;
+    void offerFolder(FolderKind kind, const Path& lost) override;
     void setMinutes(const std::string& text) override;
     void finishEditing() override { ctNEdit1_->finishEditing(); }
     void showSettings(const SettingsRecord& settings) override;
@@ -72,6 +73,7 @@ public:
     void closeWindow() override;
     void setNormalState() override;
     [[nodiscard]] bool isMinimized() const override;
+    [[nodiscard]] bool isSeen() const override { return isVisible() && !QMainWindow::isMinimized(); }
     void setNormalSize() override;
     void bringToFront() override;
     void showAbout(const AboutFacts& facts) override;
@@ -79,6 +81,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 #include "activitylog/status_report.h"
 #include "core/ending.h"
 #include "core/main_window.h"
@@ -30,6 +32,8 @@ struct ControllerParts {
     WindowPlace& place;
     Notices& notices;
     ProgramEnd& end;
+    /// Brings clock and mode up to date.
+    std::function<void()> refresh;
 };
 
 /// Decides how processing is started and stopped, and where the main window goes.
@@ -42,6 +46,7 @@ public:
     void exitPressed() override { p_.end.closeForGood(); }
     void closeBoxPressed() override;
     void minimized() override { p_.place.hide(); }
+    void appeared() override { p_.refresh(); }
 
     void trayClicked() override { p_.place.show(); }
     void editPreferencesChosen() override { p_.place.restoreWindow(); }

@@ -21,6 +21,8 @@ public:
     /// The window never closes by itself; it is hidden or closed through MainWindow.
     virtual void closeBoxPressed() = 0;
     virtual void minimized() = 0;
+    /// It can be seen again, and what it shows must be so.
+    virtual void appeared() = 0;
 };
 
 /// The fields in which settings are changed.
@@ -35,6 +37,8 @@ public:
     virtual bool folderPressed(FolderKind kind) = 0;
     /// Empty when nothing was chosen.
     virtual void folderChosen(FolderKind kind, const Path& folder) = 0;
+    /// The one that `MainWindow::offerFolder` has offered.
+    virtual void folderTakenBack(FolderKind kind, const Path& lost) = 0;
     virtual void includeSubfoldersClicked(bool checked) = 0;
     /// The spin field: one step up or down from the text that stands in it, or the text after typing (UTF-8).
     virtual void intervalSpun(bool up, const std::string& text) = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow/setting_fields.h"
 
+#include <utility>
+
 #include "core/scan_interval.h"
 #include "folderpicker/folder_choice.h"
 
@@ -35,18 +37,34 @@ void SettingFields::folderChosen(FolderKind kind, const Path& folder) {
                          "The folder stays as it was."});
         return;
     }
+    const Path chosen = withoutTrailingSeparators(folder);
+    if (chosen.empty()) return emptyFolder(kind);
+    if (setFolder(kind, chosen)) p_.mounts.chosen({chosen, p_.toolbox.mountUnder(chosen)});
+}
+
+// It is saved with the next save only: whoever has cancelled by mistake takes the folder back before.
+void SettingFields::emptyFolder(FolderKind kind) {
+    const Path lost = std::exchange(settingOf(kind), {});
+    showFolder(kind);
+    if (!lost.empty()) p_.window.offerFolder(kind, lost);
+    p_.window.setLabel2("You can not define a root of any drive!");
+}
+
+bool SettingFields::setFolder(FolderKind kind, const Path& folder) {
     const bool wasOneMissing = p_.state.anyFolderIsEmpty();
-    Path& setting = settingOf(kind);
-    setting = withoutTrailingSeparators(folder);
-    if (!p_.settings.save()) return;
-    if (!setting.empty()) p_.mounts.chosen({setting, p_.toolbox.mountUnder(setting)});
-    p_.window.setFolder(kind, setting);
-    if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + setting);
-    if (setting.empty())
-        p_.window.setLabel2("You can not define a root of any drive!");
-    else if (wasOneMissing && !p_.state.anyFolderIsEmpty())
-        p_.window.setLabel2({});  // it said that a folder is missing
-    if (!setting.empty()) warnOfFolders();
+    settingOf(kind) = folder;
+    if (!p_.settings.save()) return false;
+    showFolder(kind);
+    // What it said was about a folder that is missing; now it may be another one, or none.
+    if (wasOneMissing) p_.window.setLabel2(p_.state.anyFolderIsEmpty() ? kFolderIsEmpty : "");
+    warnOfFolders();
+    return true;
+}
+
+void SettingFields::showFolder(FolderKind kind) {
+    const Path& folder = settingOf(kind);
+    p_.window.setFolder(kind, folder);
+    if (kind == FolderKind::source) p_.window.setPanel1("ZEP Folder = " + folder);
 }
 
 void SettingFields::warnOfFolders() {

@@ -32,11 +32,16 @@ public:
 
     bool folderPressed(FolderKind kind) override;
     void folderChosen(FolderKind kind, const Path& folder) override;
+    void folderTakenBack(FolderKind kind, const Path& lost) override { (void)setFolder(kind, lost); }
     void includeSubfoldersClicked(bool checked) override;
     void intervalSpun(bool up, const std::string& text) override;
     void intervalEdited(const std::string& text) override;
 
 private:
+    void emptyFolder(FolderKind kind);
+    /// False when it could not be saved.
+    bool setFolder(FolderKind kind, const Path& folder);
+    void showFolder(FolderKind kind);
     void takeInterval(std::int32_t milliseconds);
     Path& settingOf(FolderKind kind);
     void warnOfFolders();

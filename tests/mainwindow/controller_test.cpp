@@ -51,6 +51,38 @@ TEST_F(ControllerTest, AQuestionThatIsDismissedChangesNothing) {
     EXPECT_TRUE(bench.boxes.asked[2].defaultIsNo && bench.boxes.asked[3].defaultIsNo);
 }
 
+TEST_F(ControllerTest, TheClockRestsWhileNobodySeesItAndIsRightWhenTheWindowAppears) {
+    HandDrivenTimer& clock = bench.timers["timCurTime"];
+    clock.setEnabled(true);
+    bench.window.visible = true;
+    clock.tickNow();
+    EXPECT_EQ(clock.interval(), 25);
+    bench.window.visible = false;
+    clock.tickNow();
+    EXPECT_EQ(clock.interval(), 500);
+    bench.window.clock.clear();
+    bench.window.visible = true;
+    bench.engine.controller.appeared();
+    EXPECT_FALSE(bench.window.clock.empty());
+    EXPECT_EQ(clock.interval(), 25);
+}
+
+TEST_F(ControllerTest, AFolderThatIsTakenBackLiesWhereItLay) {
+    const Path done = bench.state.settings.DoneFolder;
+    const MountPoint stick{"/media/stick", "vfat"};
+    bench.engine.mounts.used({{done, stick}});
+    bench.engine.fields.folderChosen(FolderKind::done, "");
+    bench.engine.fields.folderChosen(FolderKind::done, "");
+    EXPECT_EQ(bench.window.offered[FolderKind::done], done) << "not the empty one that was lost last";
+    bench.engine.fields.folderTakenBack(FolderKind::done, done);
+    EXPECT_EQ(bench.state.settings.DoneFolder, done);
+    EXPECT_FALSE(bench.engine.mounts.isAnother(done, stick)) << "the stick may have gone meanwhile";
+    bench.engine.fields.folderChosen(FolderKind::destination, "");
+    bench.engine.fields.folderChosen(FolderKind::reject, "");
+    bench.engine.fields.folderTakenBack(FolderKind::reject, bench.window.offered[FolderKind::reject]);
+    EXPECT_EQ(bench.window.label2, kFolderIsEmpty) << "of the root nothing is to be said any more";
+}
+
 TEST_F(ControllerTest, WhatCannotBeSavedIsTakenBackAndToldOnce) {
     ASSERT_TRUE(bench.engine.settings.save());
     const SettingsRecord stored = bench.state.settings;

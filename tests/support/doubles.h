@@ -26,7 +26,7 @@ public:
     void setPanel1(const std::string& text) override { panel1.push_back(text); }
     void setWarning(const std::string& text) override { warning = text; }
     void setMode(Mode) override {}
-    void setClock(const std::string&) override {}
+    void setClock(const std::string& text) override { clock = text; }
     void setSchedule(const std::string&) override {}
     void setStartEnabled(bool) override {}
     void setStopEnabled(bool) override {}
@@ -40,6 +40,7 @@ public:
     void setStopping(bool isIt) override { stopping = isIt; }
     void clearProgress() override { stopping = false; }
     void setFolder(FolderKind kind, const Path& folder) override { folders[kind] = folder; }
+    void offerFolder(FolderKind kind, const Path& lost) override { offered[kind] = lost; }
     void setMinutes(const std::string& text) override { minutes = text; }
     void finishEditing() override {}
     void showSettings(const SettingsRecord& settings) override { shown = settings; }
@@ -53,13 +54,14 @@ public:
     void closeWindow() override {}
     void setNormalState() override { minimizedState = false; }
     [[nodiscard]] bool isMinimized() const override { return minimizedState; }
+    [[nodiscard]] bool isSeen() const override { return visible && !minimizedState; }
     void setNormalSize() override {}
     void bringToFront() override {}
     void showAbout(const AboutFacts&) override {}
 
-    std::string caption, label2, minutes, warning;
+    std::string caption, label2, minutes, warning, clock;
     std::vector<std::string> panel1;
-    std::map<FolderKind, Path> folders;
+    std::map<FolderKind, Path> folders, offered;
     SettingsRecord shown;
     StartupEntry::State entry = StartupEntry::State::none;
     bool waitPointer = false, activityShown = false, visible = false, minimizedState = false, stopping = false;

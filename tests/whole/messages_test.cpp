@@ -22,10 +22,21 @@ protected:
     bool isOldFileDeleted() {
         return waitFor([&] { return countIn(profile.done) == 0; });
     }
-    void expectRootRefused() {
+    /// Source is empty, and is offered back; what the settings file holds is another matter.
+    void expectEmptied() {
         EXPECT_TRUE(showsText("Label2", "You can not define a root of any drive!"));
         EXPECT_TRUE(showsText("lblSourcePath", ""));
-        EXPECT_EQ(profile.saved().SourceFolder, "");
+        EXPECT_TRUE(showsText("lblLost1", "Before: " + profile.in));
+        EXPECT_TRUE(find<QWidget>("cmdTakeBack1")->isVisible());
+        EXPECT_FALSE(find<QWidget>("lblSourcePath")->isVisible() || find<QWidget>("cmdTakeBack2")->isVisible());
+    }
+    void expectSource(const std::string& folder) {
+        EXPECT_TRUE(showsText("lblSourcePath", folder));
+        EXPECT_TRUE(showsText("Label2", ""));
+        EXPECT_TRUE(showsText("panel1", "ZEP Folder = " + folder));
+        EXPECT_EQ(profile.saved().SourceFolder, folder);
+        EXPECT_TRUE(find<QWidget>("lblSourcePath")->isVisible());
+        EXPECT_FALSE(find<QWidget>("lblLost1")->isVisible() || find<QWidget>("cmdTakeBack1")->isVisible());
     }
     void includeSubDirectories() { QTest::keyClick(find<QWidget>("chkActivateSF"), Qt::Key_Space); }
 
@@ -62,14 +73,29 @@ TEST_F(Messages, OldOriginalsAreDeletedAtTheScheduledMinute) {
     EXPECT_TRUE(isOldFileDeleted());
 }
 
-TEST_F(Messages, TheRootAndNoFolderAreRefused) {
+TEST_F(Messages, TheRootAndNoFolderAreRefusedAndTheLostFolderIsOfferedBack) {
     startProgram();
     chooseFolder("cmdSelectSource1", "/");
-    expectRootRefused();
-    chooseFolder("cmdSelectSource1", profile.in);
+    expectEmptied();
+    EXPECT_EQ(profile.saved().SourceFolder, profile.in) << "not at once";
+    click("cmdTakeBack1");
+    expectSource(profile.in);
     click("cmdSelectSource1");
     QTest::keyClick(&opened("frmButton").window, Qt::Key_Escape);
-    expectRootRefused();
+    expectEmptied();
+    includeSubDirectories();
+    EXPECT_EQ(profile.saved().SourceFolder, "") << "with the next save";
+    click("cmdSelectSource1");
+    EXPECT_TRUE(
+        waitFor([&] { return opened("frmButton").find<QLabel>("lblStatus")->text().toStdString() == profile.in; }));
+    QTest::keyClick(&opened("frmButton").window, Qt::Key_Escape);
+    expectEmptied();
+    click("cmdTakeBack1");
+    expectSource(profile.in);
+    click("cmdSelectSource1");
+    QTest::keyClick(&opened("frmButton").window, Qt::Key_Escape);
+    chooseFolder("cmdSelectSource1", profile.root, "elsewhere");
+    expectSource(profile.root + "/elsewhere");
 }
 
 TEST_F(Messages, AChosenFolderIsRefusedOrWarnedOf) {
