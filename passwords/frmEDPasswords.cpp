@@ -67,7 +67,8 @@ void frmEDPasswords::makeControls() {
     txtpassword_->setAccessibleName(tr("Password"));
     // Keyboards on the screen are not to learn it.
     txtpassword_->setInputMethodHints(Qt::ImhSensitiveData | Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    txtpassword_->setMinimumWidth(fontMetrics().averageCharWidth() * (kShownCharacters + 2));
+    // Digits, of which good passwords consist in part, are wider than the average letter.
+    txtpassword_->setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * (kShownCharacters + 2));
     lblEnter_ = new QLabel(tr("Enter &password here"), this);
     lblEnter_->setBuddy(txtpassword_);
     lblCase_ = new QLabel(tr("Note: Case Sensitive"), this);

@@ -319,6 +319,16 @@ TEST_F(ScanPassTest, StopsWithoutAPassword) {
     EXPECT_EQ(bench.window.processed, 1);
 }
 
+TEST_F(ScanPassTest, SearchesNoLongerWhenThePasswordHasGoneMeanwhile) {
+    ASSERT_NO_FATAL_FAILURE(startWithQuestion());
+    bench.engine.activePassword.set({});
+    bench.boxes.answerOpen(Answer::no);
+    ASSERT_TRUE(endsPass());
+    EXPECT_EQ(bench.window.caption, "Problem.... ");
+    EXPECT_EQ(bench.engine.mode.mode(), Mode::stopped);
+    EXPECT_TRUE(bench.exists(bench.in("b")));
+}
+
 /// A toolbox that cannot read one of the folders.
 class UnreadFolder final : public ForwardingToolbox {
 public:

@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QHelpEvent>
+#include <QMenu>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -89,6 +90,10 @@ TEST_F(FieldsAndMenus, DoWhatTheirEntriesSay) {
     trigger("mnAddtoStartup");
     EXPECT_EQ(answer(QMessageBox::Ok), "ZEP Now Added to Start UP.  On the next boot ZEP will be take affect.");
     EXPECT_TRUE(std::filesystem::exists(folder / "config/autostart/NRD-ZEP.desktop"));
+    writeFile(folder / "config/autostart/NRD-ZEP.desktop", "[Desktop Entry]\nHidden=true\n");
+    find<QMenu>("mnuStartup")->popup({});
+    EXPECT_TRUE(find<QAction>("startupState")->isVisible()) << "the desktop has switched it off meanwhile";
+    find<QMenu>("mnuStartup")->close();
     trigger("mnuRemoveFromStartup");
     EXPECT_EQ(answer(QMessageBox::Ok), "ZEP is Now Removed Start UP. ");
     EXPECT_FALSE(std::filesystem::exists(folder / "config/autostart/NRD-ZEP.desktop"));

@@ -54,10 +54,14 @@ TEST_F(Windows, RestoreWhatWasBackedUpByHandAndAtTheEnd) {
     } const rows[] = {{"mnuNBU", "mnuPassNormal", profile.in, "secret"},
                       {"mnONLBackup", "mnuRPassOn", profile.root + "/elsewhere", "another"}};
     for (const auto& row : rows) {
+        click("cmdSelectSource4");
+        QTest::keyClick(&opened("frmButton").window, Qt::Key_Escape);
+        ASSERT_TRUE(showsText("lblMoveToRejectPath", ""));
         trigger(row.settings);
         EXPECT_EQ(answer(QMessageBox::Ok), "Configruation file has been restored from backup.");
         EXPECT_TRUE(showsText("lblSourcePath", row.source));
         EXPECT_TRUE(showsText("panel1", "ZEP Folder = " + row.source));
+        EXPECT_TRUE(showsText("Label2", "")) << "no folder is missing any more";
         EXPECT_EQ(profile.saved().SourceFolder, row.source);
         trigger(row.passwords);
         EXPECT_EQ(answer(QMessageBox::Ok), "Password file has been restored from backup.");
@@ -124,6 +128,28 @@ TEST_F(Windows, DeleteAPasswordThatWasChosenInTheList) {
     ASSERT_TRUE(waitFor([&] { return list->topLevelItemCount() == 1; }));
     EXPECT_EQ(list->topLevelItem(0)->text(0), QStringLiteral("another"));
     EXPECT_EQ(list->topLevelItem(0)->text(1), QStringLiteral("True"));
+}
+
+TEST_F(Windows, TakeAndShowAWholePasswordByTheKeyboard) {
+    startProgram();
+    const std::string whole = "0123456789abcdef0123456789abcdef";
+    addPassword(whole);
+    trigger("mnuPasswords");
+    const OtherWindow editor = opened("frmEDPasswords");
+    auto* field = editor.find<QLineEdit>("txtpassword");
+    EXPECT_TRUE(field->inputMethodHints() & Qt::ImhSensitiveData) << "keyboards on the screen would learn it";
+    editor.type("txtpassword", whole);
+    EXPECT_EQ(field->text().toStdString(), whole);
+    EXPECT_GT(field->width(), field->fontMetrics().horizontalAdvance(field->text())) << "its end is out of sight";
+    const auto* edit = editor.find<QPushButton>("cmdEdit");
+    ASSERT_TRUE(waitFor([&] { return edit->isVisible(); }));
+    int presses = 0;
+    const auto counted = QObject::connect(edit, &QPushButton::clicked, edit, [&presses] { ++presses; });
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(presses, 1);
+    QObject::disconnect(counted);
+    QTest::keyClick(&editor.window, Qt::Key_Escape);
+    EXPECT_TRUE(isGone("frmEDPasswords"));
 }
 
 TEST_F(Windows, CutNoTextInALargeFont) {
