@@ -123,7 +123,6 @@ void frmEDPasswords::connectControls() {
         });
     };
     connect(txtpassword_, &QLineEdit::textChanged, this, &frmEDPasswords::takeTypedText);
-    connect(txtpassword_, &QLineEdit::returnPressed, this, &frmEDPasswords::pressShownButton);
     forward(chkActive_, &QCheckBox::toggled, &PasswordWindowEvents::activeClicked);
     forward(ListView1_, &frmPasswordList::chosen, &PasswordWindowEvents::listClicked);
     forward(cmdAdd_, &QPushButton::clicked, &PasswordWindowEvents::addPressed);
@@ -219,7 +218,10 @@ void frmEDPasswords::standBesideMainWindow() {
         move(beside.left() - width() - frame, beside.top());
 }
 
+// The field and the check box leave the Enter key to the window; in the list it is no wish to change anything.
 void frmEDPasswords::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !ListView1_->hasFocus()) return pressShownButton();
     if (event->matches(QKeySequence::Cancel) && events_) return events_->exitPressed();
     QWidget::keyPressEvent(event);
 }

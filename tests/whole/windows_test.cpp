@@ -145,8 +145,8 @@ TEST_F(Windows, TakeAndShowAWholePasswordByTheKeyboard) {
     ASSERT_TRUE(waitFor([&] { return edit->isVisible(); }));
     int presses = 0;
     const auto counted = QObject::connect(edit, &QPushButton::clicked, edit, [&presses] { ++presses; });
-    QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(presses, 1);
+    QTest::keyClick(editor.find<QWidget>("chkActive"), Qt::Key_Return);
+    EXPECT_EQ(presses, 1) << "by whoever has come there with the Tab key";
     QObject::disconnect(counted);
     QTest::keyClick(&editor.window, Qt::Key_Escape);
     EXPECT_TRUE(isGone("frmEDPasswords"));
