@@ -72,6 +72,7 @@ frmHistory::frmHistory(Path logFolder, FileToolbox& toolbox, EventLoop& loop, Hi
     LoadHistory_->setObjectName(QStringLiteral("LoadHistory"));
     LoadHistory_->hide();
     cmdExit_ = new QPushButton(tr("E&xit"), this);
+    cmdExit_->setAccessibleDescription(tr("Closes this window"));
     cmdExit_->setObjectName(QStringLiteral("cmdExit"));
     for (QPushButton* button : {LoadHistory_, cmdExit_}) button->setAutoDefault(true);
     arrange();

@@ -70,6 +70,7 @@ void frmHistoryInfo::makeFindControls() {
     lblFound_->setMinimumWidth(
         fontMetrics().horizontalAdvance(tr("%1 of %2 lines").arg(number(999'999), number(999'999))));
     cmdExit_ = new QPushButton(tr("E&xit"), this);
+    cmdExit_->setAccessibleDescription(tr("Closes this window"));
     cmdExit_->setObjectName(QStringLiteral("cmdExit"));
     for (QPushButton* button : {cmdPrevious_, cmdNext_, cmdExit_}) button->setAutoDefault(true);
     showFound();

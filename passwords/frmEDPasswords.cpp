@@ -81,6 +81,7 @@ void frmEDPasswords::makeControls() {
     cmdDelete_ = named<QPushButton>(new WideButton(tr("&Delete from List <<"), this), QStringLiteral("cmdDelete"));
     cmdDelete_->setToolTip(tr("Names deleted from this list will have to be manually reentered"));
     ExitButton_ = named(new QPushButton(tr("E&xit"), this), QStringLiteral("ExitButton"));
+    ExitButton_->setAccessibleDescription(tr("Closes this window"));  // that of the main window ends the program
     cmdAdd_->setAccessibleName(tr("Add"));
     cmdEdit_->setAccessibleName(tr("Edit"));
     cmdDelete_->setAccessibleName(tr("Delete from List"));

@@ -11,7 +11,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "program"))
-from harness import ProgramTest, read, wait_until  # noqa: E402  (found by the line above)
+from harness import PASSWORD, ProgramTest, decrypted, read, wait_until  # noqa: E402  (found by the line above)
 
 Role = Atspi.Role
 State = Atspi.StateType
@@ -95,12 +95,15 @@ class Accessibility(ProgramTest):
         self.profile = self.new_profile()
         self.profile.settings(**settings)
         self.profile.passwords()
+        self.start_on_profile()
+        # The pass that start-up makes, and that ends at once in a profile that does not start by itself.
+        self.screen.wait_for(Role.FRAME, "Done Encrpting Files")
+
+    def start_on_profile(self):
         display = {name: os.environ[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR")}
         self.process = self.profile.start(environment={**display, "QT_QPA_PLATFORM": "xcb",
                                                        "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
         self.screen = Screen(self.process)
-        # The pass that start-up makes, and that ends at once in a profile that does not start by itself.
-        self.screen.wait_for(Role.FRAME, "Done Encrpting Files")
 
     def test_every_control_says_what_it_is(self):
         self.start(continually=False, subfolders=True)
@@ -134,15 +137,18 @@ class Accessibility(ProgramTest):
         self.screen.wait_for(Role.TEXT, name, State.FOCUSED)
         Atspi.EditableText.set_text_contents(field, text)
 
-    def test_every_window_leads_to_its_end(self):
-        self.start(continually=False)
+    def add_password(self, password):
         self.screen.act(Role.MENU_ITEM, "Update/Add Passwords")
-        self.type_into("Password", "another")
+        self.type_into("Password", password)
         self.screen.wait_for(Role.CHECK_BOX, "Active", State.SHOWING)
         self.screen.act(Role.CHECK_BOX, "Active")
         self.screen.wait_for(Role.PUSH_BUTTON, "Add", State.SHOWING)
         self.screen.act(Role.PUSH_BUTTON, "Add")
-        self.screen.wait_for(Role.TABLE_CELL, "another")
+        self.screen.wait_for(Role.TABLE_CELL, password)
+
+    def test_every_window_leads_to_its_end(self):
+        self.start(continually=False)
+        self.add_password("another")
         self.assert_names()
         self.screen.act(Role.MENU_ITEM, "View Current Password")
         self.screen.wait_for(Role.LABEL, "another")
@@ -160,11 +166,31 @@ class Accessibility(ProgramTest):
         self.screen.wait_for(Role.LIST, "Log", State.SHOWING)
         self.assert_names()
 
-        self.screen.act(Role.PUSH_BUTTON, "Change Rejected folder")
-        self.type_into("Folder:", self.profile.done)
+    def choose(self, kind, folder):
+        self.screen.act(Role.PUSH_BUTTON, f"Change {kind} folder")
+        self.type_into("Folder:", folder)
         self.assert_names()
         self.screen.act(Role.PUSH_BUTTON, "OK")
-        wait_until(lambda: self.screen.label("Rejected folder") == self.profile.done, "the chosen folder")
+        wait_until(lambda: self.screen.label(f"{kind} folder") == folder, "the chosen folder")
+
+    def test_a_new_user_gets_a_file_encrypted(self):
+        self.profile = self.new_profile()
+        self.start_on_profile()
+        for kind, folder in [("Source", self.profile.source), ("Destination", self.profile.destination),
+                             ("Done", self.profile.done), ("Rejected", self.profile.rejected)]:
+            self.choose(kind, folder)
+        self.screen.act(Role.PUSH_BUTTON, "Change Done folder")
+        self.screen.act(Role.PUSH_BUTTON, "Cancel")
+        self.screen.act(Role.PUSH_BUTTON, "Take back Done folder")
+        wait_until(lambda: self.screen.label("Done folder") == self.profile.done, "the folder that was taken back")
+        self.add_password(PASSWORD)
+        self.profile.drop("report.pdf", b"content")
+        self.screen.act(Role.PUSH_BUTTON, "Start")
+        self.screen.act(Role.PUSH_BUTTON, "No")
+        self.screen.wait_for(Role.LABEL, "Mode: Auto")
+        self.profile.wait_for_empty_source()
+        self.assertEqual(decrypted(os.path.join(self.profile.destination, "report.pdf.enc")), b"content")
+        self.assertEqual(read(os.path.join(self.profile.done, "report.pdf")), b"content")
 
 
 if __name__ == "__main__":
