@@ -17,9 +17,9 @@ template <class Close>
 class DescriptorOwner {
 public:
     DescriptorOwner() = default;
-    explicit DescriptorOwner(int descriptor, Close close = {}) : descriptor_(descriptor), close_(close) {}
+    explicit DescriptorOwner(int descriptor, Close close = {}) : descriptor_(descriptor), close_(std::move(close)) {}
     DescriptorOwner(DescriptorOwner&& other) noexcept
-        : descriptor_(std::exchange(other.descriptor_, -EBADF)), close_(other.close_) {}
+        : descriptor_(std::exchange(other.descriptor_, -EBADF)), close_(std::move(other.close_)) {}
     DescriptorOwner& operator=(DescriptorOwner&& other) noexcept {
         std::swap(descriptor_, other.descriptor_);
         std::swap(close_, other.close_);
