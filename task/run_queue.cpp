@@ -42,6 +42,10 @@ void RunQueue::resumeWhenWoken(Id id, std::coroutine_handle<> waiting) {
     if (waiter.woken) makeReady(id);
 }
 
+void RunQueue::resumeNobody(Id id) {
+    if (const auto found = waiters_.find(id); found != waiters_.end()) found->second.task = {};
+}
+
 void RunQueue::makeReady(Id id) {
     const bool wasEmpty = ready_.empty();
     ready_.push_back(id);
@@ -67,8 +71,11 @@ namespace detail {
 PendingNumber::PendingNumber(RunQueue& queue, Cancel cancel)
     : queue_(&queue), id_(queue.enlist()), cancel_(std::move(cancel)) {}
 
+// Somebody else goes on with it. Whoever awaited it is being destroyed, and may be gone when it is woken.
 PendingNumber::PendingNumber(PendingNumber&& other) noexcept
-    : queue_(other.queue_), id_(std::exchange(other.id_, 0)), cancel_(std::move(other.cancel_)) {}
+    : queue_(other.queue_), id_(std::exchange(other.id_, 0)), cancel_(std::move(other.cancel_)) {
+    queue_->resumeNobody(id_);
+}
 
 PendingNumber::~PendingNumber() {
     if (id_ == 0) return;

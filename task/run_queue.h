@@ -60,6 +60,8 @@ public:
         return std::any_cast<T>(waiters_.at(ticket.number).value);
     }
     void resumeWhenWoken(Id id, std::coroutine_handle<> waiting);
+    /// The number stays, and whoever has waited with it so far is not run any more.
+    void resumeNobody(Id id);
 
     /// Runs woken tasks until none is left or the turn's time is used up, and asks for a further turn in that case.
     void runTurn();

@@ -6,6 +6,7 @@
 #include <poll.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,29 @@ TEST(Task, GoesOnInTheTurnAfterItIsWokenAndAnAbortOnlyRunsDestructors) {
         EXPECT_EQ(words, end);
         EXPECT_TRUE(group.isIdle());
     }
+}
+
+Task<void> waits(std::optional<Pending<>>& begun, Words& words) {
+    co_await *begun;
+    words.push_back("went on");
+}
+
+// A flush that is under way when its task is aborted goes to whoever drops the file, and completes later.
+TEST(Task, IsNotRunAgainByWhatOthersHaveTakenOver) {
+    HandCrankedLoop loop;
+    Words words;
+    std::optional<Pending<>> begun(std::in_place, loop.queue(), [](Ticket<>) {});
+    TaskGroup group(loop.queue());
+    group.start(waits(begun, words));
+    loop.turn();
+    std::optional<Pending<>> taken(std::move(*begun));
+    loop.queue().wake(taken->ticket());
+    loop.turn();
+    EXPECT_TRUE(words.empty());
+    group.abort();
+    group.start(waits(taken, words));
+    loop.turn();
+    EXPECT_EQ(words, Words{"went on"});
 }
 
 Task<std::string> takesOver(std::shared_ptr<int> given) { co_return std::to_string(*given); }
